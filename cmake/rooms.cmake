@@ -1,0 +1,54 @@
+# What every room of the house has in common: the language, the warnings, the sanitizers, where things are put.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+# The build tree looks like the installed one: the component servers and their manifests share a folder.
+set(QMX_COMPONENT_DIR ${CMAKE_BINARY_DIR}/components)
+set(QMX_INSTALLED_COMPONENT_DIR ${CMAKE_INSTALL_FULL_LIBDIR}/qmxdatacopy/components)
+
+option(QMX_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+
+add_library(qmx_options INTERFACE)
+target_compile_options(qmx_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+if(QMX_SANITIZE)
+  target_compile_options(qmx_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(qmx_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# qmx_room(NAME SOURCES file... [LINKS library...]): a static library whose headers are included from the root of the tree.
+function(qmx_room name)
+  cmake_parse_arguments(PARSE_ARGV 1 room "" "" "SOURCES;LINKS")
+  add_library(${name} STATIC ${room_SOURCES})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${room_LINKS} PRIVATE qmx_options)
+endfunction()
+
+# qmx_component_server(NAME SOURCES file... [MANIFEST file] [LINKS library...]): a shared library that a host loads, and its manifest.
+# It sees the public component-server header and nothing else of the product.
+function(qmx_component_server name)
+  cmake_parse_arguments(PARSE_ARGV 1 server "" "MANIFEST" "SOURCES;LINKS")
+  add_library(${name} MODULE ${server_SOURCES})
+  target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE qmx_component_api ${server_LINKS} qmx_options)
+  set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${QMX_COMPONENT_DIR}
+                        CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  if(server_MANIFEST)
+    configure_file(${server_MANIFEST} ${QMX_COMPONENT_DIR} COPYONLY)
+  endif()
+endfunction()
+
+# qmx_test(NAME SOURCES file... [LINKS library...]): one test program of a room; every test in it is a test of ctest. A program without tests
+# is an error.
+function(qmx_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 test "" "" "SOURCES;LINKS")
+  add_executable(${name} ${test_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE ${test_LINKS} GTest::gmock GTest::gtest_main qmx_options)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 LABELS ${name})
+endfunction()

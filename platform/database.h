@@ -1,0 +1,160 @@
+// The local database: connections and record sets.
+//
+// The rules of a record set (keyset cursor, optimistic locking) stand here once, above the narrow driver interface of
+// database_driver.h; every database system behaves the same.
+//
+// - Open on an open record set is 3705; any use of a closed one but State and Open is 3704; a closed connection is
+// 3709.
+// - After Open, BOF and Eof are both true exactly when there is no row; otherwise the first row is current. recordcount
+// is exact.
+// - A record set opened on a table's name reads no row until something asks for one.
+// - AddNew first saves a pending row, then starts a new one, which becomes the current row. Update saves; with nothing
+//   pending it does nothing. Assigned columns alone are inserted. An update writes the columns whose value differs, by
+//   the row's key (primary key, else the best row identifier, else all columns), and must hit exactly one row, else
+//   -2147217864.
+// - Close saves a pending new row and drops a pending edit. A record set that is destroyed while open drops both.
+// - Column names compare without regard to case. A value is converted to its column's type when it is assigned; what
+//   cannot be converted fails there. Errors carry table, column, key and statement as details.
+// - One statement per text. A text that a value broke (sql_text.h) is refused before it reaches the database.
+// - Rows are saved one by one as seen by the program: no error takes back a row that was saved before.
+//
+// "EOF" is a macro of the C library, hence Eof. Connections and record sets belong to one thread.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/database_driver.h"
+#include "platform/sql_text.h"
+#include "platform/variant.h"
+
+namespace qmx {
+
+class DatabaseObserver;
+class Recordset;
+
+inline constexpr int kCursorKeyset = 1;
+inline constexpr int kLockOptimistic = 3;
+inline constexpr int kCommandText = 1;
+inline constexpr int kCommandTable = 2;
+inline constexpr int kStateClosed = 0;
+inline constexpr int kStateOpen = 1;
+
+// A column's name together with where it was last found: kept as a constant at the place of use, it is looked up once
+// and not once per row. The text is borrowed: a literal, or one that outlives the call.
+class Column {
+ public:
+  Column(const char* name) : name_(name) {}
+  Column(std::string_view name) : name_(name) {}
+  std::string_view Name() const { return name_; }
+
+ private:
+  friend class Recordset;
+  std::string_view name_;
+  mutable std::uint64_t layout_ = 0;  // never reused, 0 for none
+  mutable std::size_t index_ = 0;
+};
+
+class Connection {
+ public:
+  Connection(const std::vector<Driver*>& drivers, DatabaseObserver* observer);  // both borrowed
+  ~Connection();                                                                // closes quietly
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  // Raises 5 for a text that cannot be read, with the keyword; -2147467259 when the database cannot be opened,
+  // -2147217843 when it refuses the log-in; 3705 when it is open.
+  void Open(const std::string& connectionText, const std::string& user, const std::string& password);
+
+  std::string defaultdatabase() const;
+  void defaultdatabase(const std::string& name);
+
+  // Runs one statement; the number of rows affected.
+  std::int64_t Execute(const SqlText& statement);
+
+  int CommandTimeout() const;  // seconds, 30 by default; 0 waits forever
+  void CommandTimeout(int seconds);
+
+  int State() const;
+  void Close();  // 3704 when closed
+
+ private:
+  friend class Recordset;
+  struct Session;
+  std::vector<Driver*> drivers_;
+  DatabaseObserver* observer_;
+  std::shared_ptr<Session> session_;
+  int timeout_ = 30;
+};
+
+// One column of the current row. Lives no longer than its record set.
+class Field {
+ public:
+  Variant Value() const;
+  void Value(Variant value);  // assigns
+  Field& operator=(Variant value) { return Value(std::move(value)), *this; }
+  std::string Name() const;
+
+ private:
+  friend class Recordset;
+  Field(Recordset& owner, std::size_t index) : owner_(owner), index_(index) {}
+  Recordset& owner_;
+  std::size_t index_;
+};
+
+class Recordset {
+ public:
+  explicit Recordset(DatabaseObserver* observer);  // borrowed
+  ~Recordset();                                    // drops what is pending
+  Recordset(const Recordset&) = delete;
+  Recordset& operator=(const Recordset&) = delete;
+
+  // `source` is a statement (options 1) or a table's name (options 2). Cursor type 1 and lock type 3 are served, others
+  // are 5.
+  void Open(const SqlText& source, Connection& connection, int cursorType, int lockType, int options);
+
+  void ActiveConnection(Connection& connection);  // borrowed; used by Open without one
+  Connection* ActiveConnection() const;
+
+  std::int32_t recordcount();
+  bool BOF();
+  bool Eof();
+  void MoveFirst();  // 3021 when there is no row
+  void MoveNext();   // 3021 past the end
+
+  Field Fields(const Column& column);  // 3265 when there is no such column
+  Field Fields(std::size_t index);     // from 0
+
+  void AddNew();
+  void Update();
+  void CancelUpdate();
+
+  int State() const;
+  void Close();
+
+ private:
+  friend class Field;
+  struct Cursor;
+  DatabaseObserver* observer_;
+  Connection* connection_ = nullptr;
+  std::unique_ptr<Cursor> cursor_;
+};
+
+// Makes connections and record sets from their ProgIDs, "ADODB.Connection" and "ADODB.Recordset", in any case; any
+// other ProgID is 429.
+class Database {
+ public:
+  explicit Database(std::vector<Driver*> drivers, DatabaseObserver* observer = nullptr);  // borrowed
+  std::unique_ptr<Connection> CreateConnection(std::string_view progId);
+  std::unique_ptr<Recordset> CreateRecordset(std::string_view progId);
+
+ private:
+  std::vector<Driver*> drivers_;
+  DatabaseObserver* observer_;
+};
+
+}  // namespace qmx

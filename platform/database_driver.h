@@ -1,0 +1,61 @@
+// The narrow interface between the record-set layer and one database system.
+//
+// A driver says what a database can do, not what a record set means. It raises Error with the classic numbers (error.h)
+// and the database's own message; the layer above adds table, column and key. Statements and sessions are destroyed
+// quietly. Parameters and columns count from 0. Texts are UTF-8.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/connection_text.h"
+#include "platform/variant.h"
+
+namespace qmx {
+
+struct ColumnDescription {
+  std::string name;
+  Variant::Kind type = Variant::Kind::Empty;  // Empty: values are kept as they come
+};
+
+struct TableDescription {
+  std::vector<ColumnDescription> columns;
+  std::vector<std::size_t> key;  // indexes of the key's columns; empty when the table has none
+};
+
+class DriverStatement {
+ public:
+  virtual ~DriverStatement() = default;
+  virtual const std::vector<ColumnDescription>& Columns() const = 0;   // of the result; empty when there is none
+  virtual void Bind(std::size_t parameter, const Variant& value) = 0;  // copied
+  virtual bool Step() = 0;                                             // true while a row stands ready
+  virtual Variant Value(std::size_t column) = 0;                       // of that row, in the column's type
+  virtual std::int64_t RowsAffected() const = 0;                       // by the last execution
+  virtual void Reset() = 0;                                            // ready to be executed again; bindings stay
+};
+
+class DriverSession {
+ public:
+  virtual ~DriverSession() = default;
+  virtual std::unique_ptr<DriverStatement> Prepare(const std::string& statement) = 0;  // "?" marks a parameter
+  virtual TableDescription Describe(const std::string& table) = 0;                     // -2147217865 when there is none
+  virtual std::string QuoteIdentifier(const std::string& name) const = 0;
+  virtual std::string Catalog() = 0;
+  virtual void SelectCatalog(const std::string& name) = 0;
+  virtual void Timeout(std::chrono::seconds limit) = 0;  // for every statement from now on; 0 waits forever
+  virtual void Commit() = 0;                             // what was written is the database's from here on
+  virtual void Close() = 0;                              // once; statements are gone by then
+};
+
+class Driver {
+ public:
+  virtual ~Driver() = default;
+  virtual bool Serves(const ConnectionText& text) const = 0;
+  virtual std::unique_ptr<DriverSession> Open(const ConnectionText& text) = 0;
+};
+
+}  // namespace qmx

@@ -1,0 +1,92 @@
+// The one exception type that crosses a room's wall.
+//
+// An Error has a number, a source and a description, as automation errors have. What the platform knows besides
+// (statement, table, column, key, SQLSTATE, component member) is kept as details: it never enters the three texts that
+// logs and messages show, but it stands in the chain that is written to standard error when a run ends badly.
+//
+// An Error made while another exception is being handled keeps that one as its cause. Passwords never enter any text.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qmx {
+
+// The classic automation numbers, so that numbers in logs mean something to those who know them.
+namespace errors {
+inline constexpr std::int32_t kInvalidCall = 5;
+inline constexpr std::int32_t kOverflow = 6;
+inline constexpr std::int32_t kOutOfMemory = 7;
+inline constexpr std::int32_t kSubscriptOutOfRange = 9;
+inline constexpr std::int32_t kTypeMismatch = 13;
+inline constexpr std::int32_t kInternal = 51;
+inline constexpr std::int32_t kBadFileNumber = 52;
+inline constexpr std::int32_t kFileNotFound = 53;
+inline constexpr std::int32_t kFileAlreadyOpen = 55;
+inline constexpr std::int32_t kDeviceIo = 57;
+inline constexpr std::int32_t kDiskFull = 61;
+inline constexpr std::int32_t kInputPastEnd = 62;
+inline constexpr std::int32_t kPermissionDenied = 70;
+inline constexpr std::int32_t kPathFileAccess = 75;
+inline constexpr std::int32_t kPathNotFound = 76;
+inline constexpr std::int32_t kObjectNotSet = 91;
+inline constexpr std::int32_t kInvalidUseOfNull = 94;
+inline constexpr std::int32_t kCannotCreateObject = 429;
+inline constexpr std::int32_t kNoSuchMember = 438;
+inline constexpr std::int32_t kWrongArgumentCount = 450;
+inline constexpr std::int32_t kNoCurrentRow = 3021;
+inline constexpr std::int32_t kNotAllowedNow = 3219;
+inline constexpr std::int32_t kNoSuchColumn = 3265;
+inline constexpr std::int32_t kClosed = 3704;
+inline constexpr std::int32_t kAlreadyOpen = 3705;
+inline constexpr std::int32_t kConnectionClosed = 3709;
+inline constexpr std::int32_t kProviderUnspecified = -2147467259;
+inline constexpr std::int32_t kCommand = -2147217900;
+inline constexpr std::int32_t kIntegrity = -2147217873;
+inline constexpr std::int32_t kNoSuchTable = -2147217865;
+inline constexpr std::int32_t kTimeout = -2147217871;
+inline constexpr std::int32_t kRowChanged = -2147217864;
+inline constexpr std::int32_t kLogInFailed = -2147217843;
+}  // namespace errors
+
+class Error : public std::exception {
+ public:
+  using Detail = std::pair<std::string, std::string>;  // what, value: ("column", "cstp")
+
+  // Takes the exception in flight, if there is one, as the cause.
+  Error(std::int32_t number, std::string source, std::string description);
+
+  // Adds a detail, unless one of that name is there already: whoever is nearest to the failure knows best.
+  Error& With(const std::string& what, std::string value);
+
+  std::int32_t Number() const { return number_; }
+  const std::string& Source() const { return source_; }
+  const std::string& Description() const { return description_; }
+  const std::vector<Detail>& Details() const { return details_; }
+  const Error* Cause() const { return cause_.get(); }  // null where there is none; lives as long as this error
+
+  const char* what() const noexcept override { return description_.c_str(); }
+
+ private:
+  std::int32_t number_;
+  std::string source_;
+  std::string description_;
+  std::vector<Detail> details_;
+  std::shared_ptr<const Error> cause_;
+};
+
+// The error being handled: to be called in a handler only. An exception of another type becomes error 7 (no memory)
+// or 51, with its own text as the description.
+Error CurrentError();
+
+// Number + 100 in 32 bits: what every nested trap of the copy engine adds. Past the largest number it is error 6.
+std::int32_t NumberPlus100(std::int32_t number);
+
+// The chain of causes, outermost first, one line a link: number, source, description, then the details.
+std::string DescribeChain(const Error& error);
+
+}  // namespace qmx

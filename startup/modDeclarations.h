@@ -1,0 +1,21 @@
+// The process-wide switches of a run. One instance, made by the process entry and handed from room to room.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace qmx {
+
+// What the process ends with.
+enum class ExitStatus { Complete = 0, CopyFailed = 1, StartUpFailed = 2, Refused = 3 };
+
+struct modDeclarations {
+  bool ServerMessagesOff = false;    // no message-box or alert text is sent to the scheduling server
+  bool HasStatusRequestId = false;   // table status is sent to the scheduling server
+  std::int32_t StatusRequestId = 0;  // the request that table status belongs to; the server may write it
+  std::string CurrentDatabaseName;   // the local connection's default database, for the failure report
+
+  ExitStatus exitStatus = ExitStatus::Complete;
+};
+
+}  // namespace qmx

@@ -1,0 +1,26 @@
+// A folder of the test's own, removed with everything in it.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace qmx::test {
+
+class TempFolder {
+ public:
+  TempFolder();
+  ~TempFolder();
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+
+  const std::filesystem::path& Path() const { return path_; }
+  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+std::string ReadFile(const std::filesystem::path& path);  // the whole text; "" when there is no such file
+void WriteFile(const std::filesystem::path& path, const std::string& text);
+
+}  // namespace qmx::test
