@@ -1,0 +1,45 @@
+# The Debian packages that this project needs, and their installation where one is missing. Sourced by demo.sh and test.sh.
+
+demoPackages=(g++ cmake ninja-build libsqlite3-dev sqlite3 libcli11-dev nlohmann-json3-dev)
+testPackages=("${demoPackages[@]}" libgtest-dev libgmock-dev clang-14 clang-format-14 clang-tidy-14 default-jdk-headless)
+
+# install_packages PACKAGE...: installs what is missing; without need of a network when nothing is.
+install_packages() {
+  local package missing=()
+  for package in "$@"; do
+    dpkg-query --show --showformat='${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+
+  local asRoot=()
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null || ! sudo -v; then
+      echo "These Debian packages are missing: ${missing[*]}" >&2
+      echo "Installing them needs root, and sudo does not work here. As root, run: apt-get install ${missing[*]}" >&2
+      exit 1
+    fi
+    asRoot=(sudo)
+  fi
+  echo "Installing ${missing[*]}"
+  local log
+  log=$(mktemp)
+  if ! { "${asRoot[@]}" apt-get update && "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install --yes \
+         --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+    cat "$log" >&2
+    echo "The packages above could not be installed; their messages say why." >&2
+    exit 1
+  fi
+  rm -f "$log"
+}
+
+# build_preset PRESET: configures and builds; prints what the tools said only where something failed.
+build_preset() {
+  local log
+  log=$(mktemp)
+  echo "Building ($1)"
+  if ! { cmake --preset "$1" && cmake --build --preset "$1"; } >"$log" 2>&1; then
+    cat "$log" >&2
+    exit 1
+  fi
+  rm -f "$log"
+}

@@ -1,0 +1,50 @@
+#!/usr/bin/env bash
+# Each room includes only the rooms that it may. Run from the root of the tree.
+set -u
+failed=0
+
+# may ROOM-PATTERN ALLOWED-REGEX: every quoted include in the matching files stands in an allowed place.
+may() {
+  local files hits
+  files=$(find . -path ./build -prune -o -path ./demo -prune -o -type f \( -name '*.h' -o -name '*.cpp' \) -print | sed 's|^\./||' | grep -E "^$1" || true)
+  if [ -z "$files" ]; then
+    echo "no file matches $1: this check looks at nothing"
+    failed=1
+    return
+  fi
+  hits=$(echo "$files" | xargs grep -nHE '^#include "' | grep -vE "#include \"($2)" || true)
+  if [ -n "$hits" ]; then
+    echo "$1 may include only $2:"
+    echo "$hits"
+    failed=1
+  fi
+}
+
+interfaces='platform/[a-zA-Z_]+\.h"'
+may 'platform/[^/]+$' "$interfaces"
+may 'platform/sqlite/' "$interfaces|platform/sqlite/"
+may 'platform/posix/' "$interfaces|platform/posix/"
+may 'platform/components/' "$interfaces|platform/components/"
+may 'platform/trace/' "$interfaces|platform/trace/"
+may 'calendar/' "$interfaces|calendar/"
+may 'copy/[^/]+$' "$interfaces|calendar/|copy/|startup/modDeclarations\.h\""
+may 'copy/tables/' 'copy/clsDataCopy\.h"'
+may 'handler/' "$interfaces|copy/clsDataCopy\.h\"|handler/|startup/modDeclarations\.h\""
+may 'schema/' "$interfaces|schema/"
+may 'tools/qmxadmin/' "platform/|calendar/|schema/|tools/qmxadmin/"
+
+product=$(grep -rnE '#include [<"](platform|copy|handler|startup|calendar|schema)/' sandbox || true)
+if [ -n "$product" ]; then
+  echo "sandbox/ may include nothing of the product but the public component-server header:"
+  echo "$product"
+  failed=1
+fi
+
+# No operating system and no external library above the platform.
+above=$(grep -rnE '#include <(sys/|unistd|fcntl|dlfcn|sqlite3|sql|nlohmann|CLI/|windows)' startup/mod* handler copy calendar schema || true)
+if [ -n "$above" ]; then
+  echo "above platform/ stands the standard library only:"
+  echo "$above"
+  failed=1
+fi
+exit $failed
