@@ -1,0 +1,96 @@
+// Calendar expansion: turns the working-time records of the local table tcccp030 into plain intervals in tscalender,
+// one row per working interval per day, for every calendar that a service employee of tsmdm140 uses.
+//
+// A calendar is expanded in periods of 100 days. A period holds the records that start in it; they are spread over
+// their days, each day's intervals are combined (interval_merging.cpp), and the result is written before the next
+// period is read. The first period in which no record starts ends the calendar: nothing after such a gap is expanded.
+// Periods are not combined with one another.
+//
+// Failures: a calendar that cannot be read is skipped or ends where it is, a delete or an insert that fails is passed
+// over, all without a word. What the arrays raise is loud: the 16-bit counters overflow with error 6, a time that does
+// not fit 16 bits as well, and Startprocess ends there. Nothing is logged here.
+//
+// The caller sets DBConnection and DBRecordSet before Startprocess; both are borrowed, and the record set is left
+// closed unless Startprocess raised.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/database.h"
+#include "platform/datetime.h"
+#include "platform/variant.h"
+
+namespace qmx {
+
+// One working interval of a day. Times are hours * 100 + minutes; 2400 is midnight at the end of the day.
+struct SubEntry {
+  std::int32_t stime = 0;
+  std::int32_t etime = 0;
+
+  friend bool operator==(const SubEntry&, const SubEntry&) = default;
+};
+
+// One day of the current period and its intervals, the earliest first. The order of the array is the order of the
+// intervals, so it needs no links.
+struct MainEntry {
+  std::int16_t day = 0;
+  std::int16_t month = 0;
+  std::int16_t year = 0;
+  std::vector<SubEntry> SubArray;
+};
+
+class clsCalender {
+ public:
+  explicit clsCalender(Database& database);  // borrowed, for the record set of getEmployeeCalenderList
+
+  std::int16_t calcount = 0;    // calendar codes to expand
+  DateTime Mindate;             // the day before the calendar's earliest start
+  DateTime startdate;           // the current period: after this
+  DateTime enddate;             // up to and with this
+  DateTime seledate;            // running boundary
+  std::string Calcode;          // the calendar being expanded
+  std::int16_t arraycount = 0;  // days in use
+  Connection* DBConnection = nullptr;
+  Recordset* DBRecordSet = nullptr;
+
+  Variant Startprocess();
+  Variant getCalender();
+  Variant deletecalender();
+  bool mainfunction();           // always false
+  bool GetFirstYearofCalcode();  // false when the calendar has no records
+  void initialize();
+  void IncrementDate();
+  std::int32_t GetRecords();  // 1 found, and left open; 2 none; -1 failed
+  Variant process();
+  std::int32_t GetCount(DateTime st, DateTime et) const;  // days from st to et, both counted
+
+  bool Present_in_Main_Array(std::int16_t day, std::int16_t month, std::int16_t year, std::int16_t& pos) const;
+  std::int32_t InsertInMainArray(std::int16_t day, std::int16_t month, std::int16_t year, std::int32_t stime,
+                                 std::int32_t etime);                                              // 1
+  std::int32_t CheckSubAndInsertModify(std::int16_t pos, std::int32_t stime, std::int32_t etime);  // 0
+  Variant ReallignSubArray(std::int16_t ps);
+
+  std::int32_t InsertInDataBase();  // 0
+  Variant Insert(std::int16_t ct, std::int16_t dct);
+
+  // Adds every calendar code in use, through a record set of its own.
+  void getEmployeeCalenderList(Connection& cnDbConnection, std::vector<std::string>& objCalList);
+
+  // A day of the main array; raises 9 when there is none at that place.
+  const MainEntry& Day(std::int16_t pos) const;
+
+ private:
+  MainEntry& DayToChange(std::int16_t pos);
+  std::int16_t CountOf(const MainEntry& entry) const;  // its intervals; raises 6 when 16 bits don't hold them
+  Connection& OpenConnection() const;                  // raises 91 when the caller set none
+  Recordset& SharedRecordSet() const;
+  void CloseAfterFailure() const noexcept;
+
+  Database& database_;
+  std::vector<std::string> CalArray;
+  std::vector<MainEntry> MainArray;
+};
+
+}  // namespace qmx
