@@ -72,6 +72,10 @@ class Error : public std::exception {
   const char* what() const noexcept override { return description_.c_str(); }
 
  private:
+  friend Error CurrentError();
+  struct NoCause {};  // for the exception in flight itself, told as an Error
+  Error(NoCause, std::int32_t number, std::string source, std::string description);
+
   std::int32_t number_;
   std::string source_;
   std::string description_;
@@ -86,7 +90,8 @@ Error CurrentError();
 // Number + 100 in 32 bits: what every nested trap of the copy engine adds. Past the largest number it is error 6.
 std::int32_t NumberPlus100(std::int32_t number);
 
-// The chain of causes, outermost first, one line a link: number, source, description, then the details.
+// The chain of causes, outermost first, one line a link: number, source, description, then the details. Line ends and
+// other control characters inside a text become blanks; no line end after the last line.
 std::string DescribeChain(const Error& error);
 
 }  // namespace qmx

@@ -71,7 +71,8 @@ class Variant {
   Storage value_;
 };
 
-// The number that a whole number literal stands for; nothing for any other text, infinities and "nan" among them.
+// The number that a whole number literal stands for, infinity where it is past the largest double; nothing for any
+// other text, "inf" and "nan" among them.
 std::optional<double> ParseNumber(std::string_view text);
 
 // Nearest whole number, halves to even, for every conversion to an integer.

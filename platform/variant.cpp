@@ -1,0 +1,315 @@
+#include "platform/variant.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "platform/error.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kSource = "Values";
+constexpr int kSignificantDigits = 15;  // what a double holds for certain
+
+const char* Name(Variant::Kind kind) {
+  switch (kind) {
+    case Variant::Kind::Empty:
+      return "empty";
+    case Variant::Kind::Null:
+      return "null";
+    case Variant::Kind::Boolean:
+      return "a boolean";
+    case Variant::Kind::UInt8:
+      return "an 8-bit number";
+    case Variant::Kind::Int16:
+      return "a 16-bit number";
+    case Variant::Kind::Int32:
+      return "a 32-bit number";
+    case Variant::Kind::Double:
+      return "a number";
+    case Variant::Kind::DateTime:
+      return "a date-time";
+    case Variant::Kind::Text:
+      return "a text";
+    case Variant::Kind::Object:
+      return "an object";
+  }
+  return "unknown";
+}
+
+[[noreturn]] void RaiseTypeMismatch(const std::string& what, const char* wanted) {
+  throw Error(errors::kTypeMismatch, kSource, "Type mismatch: " + what + " is not " + wanted + ".");
+}
+
+[[noreturn]] void RaiseTextMismatch(const std::string& text, const char* wanted) {
+  constexpr std::size_t kShown = 60;
+  std::size_t length = std::min(text.size(), kShown);
+  while (length < text.size() && length > 0 && (text[length] & 0xC0) == 0x80) --length;  // never half a character
+  RaiseTypeMismatch("the text '" + text.substr(0, length) + (length < text.size() ? "...'" : "'"), wanted);
+}
+
+[[noreturn]] void RaiseInvalidUseOfNull(const char* wanted) {
+  throw Error(errors::kInvalidUseOfNull, kSource, std::string("Invalid use of null where ") + wanted + " is wanted.");
+}
+
+[[noreturn]] void RaiseOverflow(const std::string& what, const char* wanted) {
+  throw Error(errors::kOverflow, kSource, "Overflow: " + what + " does not fit into " + wanted + ".");
+}
+
+std::string_view WithoutBlanks(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(" \t");
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
+  return std::equal(text.begin(), text.end(), lower.begin(), lower.end(),
+                    [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a - 'A' + 'a' : a) == b; });
+}
+
+// A finite double as people write it: 0.DIGITS times ten to the power `point`. No zero at the end of the digits; no
+// digits at all for zero.
+struct Decimal {
+  bool negative = false;
+  std::string digits;
+  int point = 0;
+};
+
+Decimal ToDecimal(double value) {
+  char buffer[32];
+  const double size = std::fabs(value);
+  char* end = std::to_chars(buffer, buffer + sizeof buffer, size, std::chars_format::scientific).ptr;
+  char* exponent = std::find(buffer, end, 'e');
+  if (exponent - buffer > kSignificantDigits + 1) {  // one for the point
+    end =
+        std::to_chars(buffer, buffer + sizeof buffer, size, std::chars_format::scientific, kSignificantDigits - 1).ptr;
+    exponent = std::find(buffer, end, 'e');
+  }
+  Decimal decimal;
+  decimal.negative = std::signbit(value);
+  std::remove_copy(buffer, exponent, std::back_inserter(decimal.digits), '.');
+  decimal.digits.erase(decimal.digits.find_last_not_of('0') + 1);
+  exponent += exponent[1] == '+' ? 2 : 1;
+  std::from_chars(exponent, end, decimal.point);
+  ++decimal.point;
+  return decimal;
+}
+
+// Digits alone up to 15 places before the point and four zeros after it, else the form 1.5E+20.
+std::string NumberText(double value) {
+  if (std::isnan(value)) return "NaN";
+  if (std::isinf(value)) return value < 0 ? "-Infinity" : "Infinity";
+  const Decimal decimal = ToDecimal(value);
+  if (decimal.digits.empty()) return "0";
+  std::string text = decimal.digits;
+  const int length = static_cast<int>(text.size());
+  if (decimal.point > kSignificantDigits || decimal.point < -3) {
+    const int exponent = decimal.point - 1;
+    if (length > 1) text.insert(1, 1, '.');
+    text += exponent < 0 ? "E-" : "E+";
+    if (std::abs(exponent) < 10) text += '0';
+    text += std::to_string(std::abs(exponent));
+  } else if (decimal.point <= 0) {
+    text.insert(0, "0." + std::string(static_cast<std::size_t>(-decimal.point), '0'));
+  } else if (decimal.point < length) {
+    text.insert(static_cast<std::size_t>(decimal.point), 1, '.');
+  } else {
+    text.append(static_cast<std::size_t>(decimal.point - length), '0');
+  }
+  return decimal.negative ? "-" + text : text;
+}
+
+template <typename Integer>
+Integer ToInteger(const Variant& value, const char* wanted) {
+  const double rounded = RoundHalfEven(value.ToDouble());
+  constexpr double low = std::numeric_limits<Integer>::min();
+  constexpr double high = std::numeric_limits<Integer>::max();
+  if (!(rounded >= low && rounded <= high)) RaiseOverflow(value.ToText(), wanted);
+  return static_cast<Integer>(rounded);
+}
+
+DateTime DateTimeFromDays(double days) {
+  const DateTime first = DateTime::FromDate(100, 1, 1);
+  const DateTime last = DateTime::FromDate(9999, 12, 31).PlusTime(23, 59, 59);
+  const double seconds = RoundHalfEven(days * static_cast<double>(DateTime::kSecondsPerDay));
+  if (!(seconds >= static_cast<double>(first.Seconds()) && seconds <= static_cast<double>(last.Seconds()))) {
+    RaiseOverflow("day number " + NumberText(days), "the years 100 to 9999");
+  }
+  return DateTime::FromSeconds(static_cast<std::int64_t>(seconds));
+}
+
+}  // namespace
+
+bool Variant::ToBoolean() const {
+  if (const bool* boolean = std::get_if<bool>(&value_)) return *boolean;
+  if (const std::string* text = IfText()) {
+    if (EqualsIgnoringCase(*text, "true")) return true;
+    if (EqualsIgnoringCase(*text, "false")) return false;
+  }
+  return ToDouble() != 0;
+}
+
+std::uint8_t Variant::ToUInt8() const {
+  if (const auto* number = std::get_if<std::uint8_t>(&value_)) return *number;
+  return ToInteger<std::uint8_t>(*this, Name(Kind::UInt8));
+}
+
+std::int16_t Variant::ToInt16() const {
+  if (const auto* number = std::get_if<std::int16_t>(&value_)) return *number;
+  return ToInteger<std::int16_t>(*this, Name(Kind::Int16));
+}
+
+std::int32_t Variant::ToInt32() const {
+  if (const auto* number = std::get_if<std::int32_t>(&value_)) return *number;
+  return ToInteger<std::int32_t>(*this, Name(Kind::Int32));
+}
+
+double Variant::ToDouble() const {
+  switch (GetKind()) {
+    case Kind::Empty:
+      return 0;
+    case Kind::Null:
+      RaiseInvalidUseOfNull(Name(Kind::Double));
+    case Kind::Boolean:
+      return std::get<bool>(value_) ? -1 : 0;
+    case Kind::UInt8:
+      return std::get<std::uint8_t>(value_);
+    case Kind::Int16:
+      return std::get<std::int16_t>(value_);
+    case Kind::Int32:
+      return std::get<std::int32_t>(value_);
+    case Kind::Double:
+      return std::get<double>(value_);
+    case Kind::DateTime:
+      return static_cast<double>(std::get<qmx::DateTime>(value_).Seconds()) /
+             static_cast<double>(qmx::DateTime::kSecondsPerDay);
+    case Kind::Text: {
+      const std::string& text = std::get<std::string>(value_);
+      const std::optional<double> number = ParseNumber(text);
+      if (!number) RaiseTextMismatch(text, Name(Kind::Double));
+      if (std::isinf(*number)) RaiseOverflow("the text '" + text + "'", Name(Kind::Double));
+      return *number;
+    }
+    case Kind::Object:
+      break;
+  }
+  RaiseTypeMismatch(Name(GetKind()), Name(Kind::Double));
+}
+
+DateTime Variant::ToDateTime() const {
+  if (const auto* moment = std::get_if<qmx::DateTime>(&value_)) return *moment;
+  if (IsNull()) RaiseInvalidUseOfNull(Name(Kind::DateTime));
+  if (const std::string* text = IfText()) {
+    const std::optional<qmx::DateTime> moment = qmx::DateTime::Parse(WithoutBlanks(*text));
+    if (!moment) RaiseTextMismatch(*text, "a date-time such as 2026-11-20 14:05:09");
+    return *moment;
+  }
+  if (IfObject()) RaiseTypeMismatch(Name(Kind::Object), Name(Kind::DateTime));
+  return DateTimeFromDays(ToDouble());
+}
+
+std::string Variant::ToText() const {
+  switch (GetKind()) {
+    case Kind::Empty:
+    case Kind::Null:
+      return {};
+    case Kind::Boolean:
+      return std::get<bool>(value_) ? "True" : "False";
+    case Kind::UInt8:
+      return std::to_string(std::get<std::uint8_t>(value_));
+    case Kind::Int16:
+      return std::to_string(std::get<std::int16_t>(value_));
+    case Kind::Int32:
+      return std::to_string(std::get<std::int32_t>(value_));
+    case Kind::Double:
+      return NumberText(std::get<double>(value_));
+    case Kind::DateTime:
+      return std::get<qmx::DateTime>(value_).ToText();
+    case Kind::Text:
+      return std::get<std::string>(value_);
+    case Kind::Object:
+      break;
+  }
+  RaiseTypeMismatch(Name(GetKind()), Name(Kind::Text));
+}
+
+Object Variant::ToObject() const {
+  if (const qmx::Object* object = IfObject()) return *object;
+  if (IsEmpty() || IsNull()) return {};
+  RaiseTypeMismatch(Name(GetKind()), Name(Kind::Object));
+}
+
+Variant Variant::ConvertedTo(Kind kind) const {
+  if (kind == GetKind() || IsEmpty() || IsNull()) return *this;
+  switch (kind) {
+    case Kind::Boolean:
+      return ToBoolean();
+    case Kind::UInt8:
+      return ToUInt8();
+    case Kind::Int16:
+      return ToInt16();
+    case Kind::Int32:
+      return ToInt32();
+    case Kind::Double:
+      return ToDouble();
+    case Kind::DateTime:
+      return ToDateTime();
+    case Kind::Text:
+      return ToText();
+    case Kind::Object:
+      return ToObject();
+    case Kind::Empty:
+    case Kind::Null:
+      break;
+  }
+  RaiseTypeMismatch(Name(GetKind()), Name(kind));
+}
+
+std::optional<double> ParseNumber(std::string_view text) {
+  text = WithoutBlanks(text);
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
+  if (text.empty() || (text.front() != '.' && (text.front() < '0' || text.front() > '9'))) return std::nullopt;
+  double value = 0;
+  const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (end != text.data() + text.size()) return std::nullopt;
+  if (problem == std::errc::result_out_of_range) {
+    // Too large or too small for a double: which of the two shows in the sign of the exponent and, without one, in the
+    // digits before the point.
+    const std::size_t e = text.find_first_of("eE");
+    const bool small = e == std::string_view::npos ? text.find_first_not_of('0') == text.find('.') : text[e + 1] == '-';
+    value = small ? 0 : std::numeric_limits<double>::infinity();
+  } else if (problem != std::errc()) {
+    return std::nullopt;
+  }
+  return negative ? -value : value;
+}
+
+double RoundHalfEven(double value) { return std::nearbyint(value); }
+
+double RoundDecimals(double value, int digits) {
+  if (!std::isfinite(value)) return value;
+  Decimal decimal = ToDecimal(value);
+  const int kept = decimal.point + digits;
+  if (kept >= static_cast<int>(decimal.digits.size())) return value;
+  if (kept < 0) return 0;
+
+  const std::string dropped = decimal.digits.substr(static_cast<std::size_t>(kept));
+  decimal.digits.resize(static_cast<std::size_t>(kept));
+  const bool odd = kept > 0 && (decimal.digits.back() - '0') % 2 == 1;
+  const bool up = dropped.front() > '5' || (dropped.front() == '5' && (dropped.size() > 1 || odd));
+  decimal.digits.insert(0, 1, '0');  // room for a carry
+  if (up) {
+    std::size_t at = decimal.digits.size() - 1;
+    for (; decimal.digits[at] == '9'; --at) decimal.digits[at] = '0';
+    ++decimal.digits[at];
+  }
+  const std::string text = decimal.digits + "e" + std::to_string(-digits);
+  double rounded = 0;
+  std::from_chars(text.data(), text.data() + text.size(), rounded);
+  return decimal.negative && rounded != 0 ? -rounded : rounded;
+}
+
+}  // namespace qmx
