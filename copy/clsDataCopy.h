@@ -1,0 +1,212 @@
+// The copy engine: one object copies one ERP table into the local database, once.
+//
+// It guards the table through its control record in tstables, copies in full or by change, counts what it did, writes
+// the copy log and tells its events how the run goes. Failures inside the copy become the event DataCopyError; what
+// fails outside of it (the release of a table after a failure, an event, the copy log) reaches the caller as an Error.
+//
+// The sources, by concern: run_driver, control_records, copy_log, date_conversion, full_copy, changed_copy; what is
+// particular to a table stands in its own source in tables/.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "copy/copy_pattern.h"
+#include "platform/database.h"
+#include "platform/datetime.h"
+#include "platform/object.h"
+#include "platform/platform.h"
+#include "platform/variant.h"
+#include "startup/modDeclarations.h"
+
+namespace qmx {
+
+namespace test {
+struct DataCopyInside;
+}
+
+// Told of a run, inside the engine's call. iTime is a date-time, iTableName a text, the counts are 32-bit integers.
+class DataCopyEvents {
+ public:
+  virtual ~DataCopyEvents() = default;
+  virtual void DataCopyStarted(Variant iTime, Variant iTableName) = 0;
+  virtual void DataCopyError(Variant iTime, Variant iTableName, Variant ieNumber, Variant ieMessage) = 0;
+  virtual void DataCopyComplete(Variant iTime, Variant iTableName, Variant icount, Variant ucount, Variant dcount) = 0;
+  virtual void DataCopyAlreadyInProgress(Variant iTime, Variant iTableName) = 0;
+  virtual void DataCopydone() = 0;
+};
+
+class clsDataCopy {
+ public:
+  clsDataCopy(Platform& platform, modDeclarations& declarations, DataCopyEvents& events);  // all borrowed
+  ~clsDataCopy();
+
+  void StartDataCopy(std::string ConnectionString, std::string LocalDataBase, std::string TableName,
+                     std::string LogFilePath, std::string BOWBusComponent);
+
+ private:
+  friend struct test::DataCopyInside;
+  using Text = const std::string&;
+
+  // run_driver.cpp
+  std::int16_t RunCopy(Text ConnectionString, Text LocalDataBase, Text TableName, Text LogFilePath,
+                       const Variant& BusComponent);
+  void CopyTable(Text tableName, Text tableCode, bool extendedForm, Text busComponent, std::int16_t syncMethod);
+  void CloseConnection();
+
+  // control_records.cpp
+  bool IsCopyInProgress(Text tableCode);
+  void SetCopyInProgress(Text tableCode);
+  std::int16_t ReadSyncMethod(Text tableCode);
+  void ReleaseCopyInProgress(Text tableCode);
+  void WriteLastUpdateTime(Text tableCode, DateTime moment);
+  Object LastUpdateAsDateObject(Text tableCode);
+
+  // copy_log.cpp
+  void WriteErrorLog();  // the error being handled
+  void WriteCountLog(Text TableName, std::int32_t InsertCount, std::int32_t UpdateCount, std::int32_t DeleteCount);
+  void WriteTimeHeader();
+
+  // date_conversion.cpp
+  bool DateObjectToDate(const Object& date);  // the date is left in ConvertedDate
+  static std::uint8_t YesNoToFlag(std::int16_t code);
+  Object NowAsDateObject();
+  std::int16_t ReadCalendarLookBack();
+
+  // full_copy.cpp: the steps that every table's full copy calls
+  void CopyFull(const FullCopy& table, Text tableCode, Text busComponent, const Mapper& setFields);
+  void DeleteAllRecords(Text tableCode);
+  void OpenTable(Text tableCode);
+  void AddRecords(const Object& enumeration, const std::vector<Column>& key, Text tableCode, const Mapper& setFields);
+  [[noreturn]] void FailFullCopy(const Object& manager, const FailureTexts& failure);  // in a handler only
+
+  // changed_copy.cpp: the steps that every table's changed copy calls
+  struct Audit {
+    Object manager, record, criteria, period;
+    std::vector<Object> parameters;
+    Object reader, status;
+    Object recordClass, from, to;
+  };
+  void CopyChanged(const ChangedCopy& table, Text tableCode, Text busComponent, const ChangeMapper& setFields);
+  void CreateAudit(Audit& audit, const char* manager, const char* record, std::size_t parameters);
+  void SetAuditPeriod(Audit& audit, Text tableCode);
+  static void SetAuditParameter(const Object& parameter, const char* field, const Variant& from, const Variant& to);
+  void ApplyAuditEntries(const Audit& audit, const KeyCondition& selectKey, const KeyCondition& deleteKey,
+                         Text tableCode, const ChangeMapper& setFields);
+  void FinishChangedCopy(const Audit& audit, Text tableCode);
+  [[noreturn]] void FailChangedCopy(const FailureTexts& failure);  // in a handler only
+  static Object FirstRecord(const Variant& enumeration);           // no object where there is none
+
+  // Shared by both
+  void SetFields(const FieldMaps& fields, Recordset& row, const Object& record);
+  void SetField(const FieldMap& field, Recordset& row, const Object& record);
+  static void Increment(std::int32_t& count);  // past the largest value it is error 6
+
+  // tables/: for each table its dispatcher, full copy, changed copy and field mapper
+  void CopyServiceTypes(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyServiceTypesFull(Text tableCode, Text busComponent);
+  void CopyServiceTypesChanged(Text tableCode, Text busComponent);
+  void SetServiceTypeFields(Recordset& row, const Object& record);
+
+  void CopyServiceCenters(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyServiceCentersFull(Text tableCode, Text busComponent);
+  void CopyServiceCentersChanged(Text tableCode, Text busComponent);
+  void SetServiceCenterFields(Recordset& row, const Object& record, bool fullRecord);
+
+  void CopyServiceAreas(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyServiceAreasFull(Text tableCode, Text busComponent);
+  void CopyServiceAreasChanged(Text tableCode, Text busComponent);
+  void SetServiceAreaFields(Recordset& row, const Object& record);
+
+  void CopySkills(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopySkillsFull(Text tableCode, Text busComponent);
+  void CopySkillsChanged(Text tableCode, Text busComponent);
+  void SetSkillFields(Recordset& row, const Object& record);
+
+  void CopySkillsByEmployee(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopySkillsByEmployeeFull(Text tableCode, Text busComponent);
+  void CopySkillsByEmployeeChanged(Text tableCode, Text busComponent);
+  void SetSkillByEmployeeFields(Recordset& row, const Object& record);
+
+  void CopyServiceEmployees(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyServiceEmployeesFull(Text tableCode, Text busComponent);
+  void CopyServiceEmployeesChanged(Text tableCode, Text busComponent);
+  void SetServiceEmployeeFields(Recordset& row, const Object& record, bool fullRecord);
+
+  void CopyConfigurations(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyConfigurationsFull(Text tableCode, Text busComponent);
+  void CopyConfigurationsChanged(Text tableCode, Text busComponent);
+  void SetConfigurationFields(Recordset& row, const Object& record);
+
+  void CopyObjects(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyObjectsFull(Text tableCode, Text busComponent);
+  void CopyObjectsChanged(Text tableCode, Text busComponent);
+  void SetObjectFields(Recordset& row, const Object& record);
+
+  void CopyServiceOrders(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyServiceOrdersFull(Text tableCode, Text busComponent);
+  void CopyServiceOrdersChanged(Text tableCode, Text busComponent);
+  void SetServiceOrderFields(Recordset& row, const Object& record, bool withName);
+
+  void CopyServiceOrderEngineers(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyServiceOrderEngineersFull(Text tableCode, Text busComponent);
+  void CopyServiceOrderEngineersChanged(Text tableCode, Text busComponent);
+  void SetServiceOrderEngineerFields(Recordset& row, const Object& record);
+
+  void CopyServiceOrderActivities(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyServiceOrderActivitiesFull(Text tableCode, Text busComponent);
+  void CopyServiceOrderActivitiesChanged(Text tableCode, Text busComponent);
+  void SetServiceOrderActivityFields(Recordset& row, const Object& record);
+
+  void CopyPlannedActivities(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyPlannedActivitiesFull(Text tableCode, Text busComponent);
+  void CopyPlannedActivitiesChanged(Text tableCode, Text busComponent);
+  void SetPlannedActivityFields(Recordset& row, const Object& record);
+
+  void CopyResponseTimes(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyResponseTimesFull(Text tableCode, Text busComponent);
+  void CopyResponseTimesChanged(Text tableCode, Text busComponent);
+  void SetResponseTimeFields(Recordset& row, const Object& record);
+
+  void CopyPriorityTimeScales(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyPriorityTimeScalesFull(Text tableCode, Text busComponent);
+  void CopyPriorityTimeScalesChanged(Text tableCode, Text busComponent);
+  void SetPriorityTimeScaleFields(Recordset& row, const Object& record);
+
+  void CopyAvailabilityTypes(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyAvailabilityTypesFull(Text tableCode, Text busComponent);
+  void CopyAvailabilityTypesChanged(Text tableCode, Text busComponent);
+  void SetAvailabilityTypeFields(Recordset& row, const Object& record);
+
+  void CopyAddresses(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyAddressesFull(Text tableCode, Text busComponent);
+  void CopyAddressesChanged(Text tableCode, Text busComponent);
+  void SetAddressFields(Recordset& row, const Object& record);
+
+  void CopyCalendars(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  void CopyCalendarsFull(Text tableCode, Text busComponent);
+  void CopyCalendarsChanged(Text tableCode, Text busComponent);
+  void CopyCalendarOfEmployee(Text employee, Text busComponent);
+  void CopyCalendar(Text calendarCode, Text busComponent);
+  void DeleteCalendar(Text calendarCode);
+  bool CalendarIsLocal(Text calendarCode);
+  void SetCalendarFields(Recordset& row, const Object& record);
+  Variant FillTable_tscalender();
+
+  Platform& platform_;
+  modDeclarations& declarations_;
+  DataCopyEvents& events_;
+
+  std::string LogFile;         // the copy log's full path
+  bool HeaderWritten = false;  // the error header line stands in this run's log
+  std::unique_ptr<Connection> LocalConnection;
+  std::unique_ptr<Recordset> LocalRecordSet;  // every copy routine's, closed between uses
+  std::int32_t InsertCount = 0;
+  std::int32_t UpdateCount = 0;
+  std::int32_t DeleteCount = 0;
+  DateTime RunTimeStamp;  // becomes the table's lutm when a copy ends well
+  Variant ConvertedDate;  // what DateObjectToDate found
+};
+
+}  // namespace qmx
