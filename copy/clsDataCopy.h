@@ -4,13 +4,15 @@
 // the copy log and tells its events how the run goes. Failures inside the copy become the event DataCopyError; what
 // fails outside of it (the release of a table after a failure, an event, the copy log) reaches the caller as an Error.
 //
-// The sources, by concern: run_driver, control_records, copy_log, date_conversion, full_copy, changed_copy; what is
-// particular to a table stands in its own source in tables/.
+// The sources, by concern: run_driver, control_records, copy_log, date_conversion, full_copy, changed_copy,
+// shared_steps; what is particular to a table stands in its own source in tables/.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "copy/copy_pattern.h"
 #include "platform/database.h"
@@ -55,7 +57,11 @@ class clsDataCopy {
   void CopyTable(Text tableName, Text tableCode, bool extendedForm, Text busComponent, std::int16_t syncMethod);
   void CloseConnection();
 
+  Connection& OpenedConnection();  // raises 91 before the run has made one
+
   // control_records.cpp
+  using ControlStep = std::function<std::int16_t(Recordset& record, bool found)>;
+  std::int16_t OnControlRecord(Text tableCode, const FailureTexts& failure, const ControlStep& step);
   bool IsCopyInProgress(Text tableCode);
   void SetCopyInProgress(Text tableCode);
   std::int16_t ReadSyncMethod(Text tableCode);
@@ -86,7 +92,8 @@ class clsDataCopy {
     Object manager, record, criteria, period;
     std::vector<Object> parameters;
     Object reader, status;
-    Object recordClass, from, to;
+    Variant recordClass;  // fetched and kept, as the ERP expects; not used further
+    Object from, to;
   };
   void CopyChanged(const ChangedCopy& table, Text tableCode, Text busComponent, const ChangeMapper& setFields);
   void CreateAudit(Audit& audit, const char* manager, const char* record, std::size_t parameters);
@@ -96,9 +103,10 @@ class clsDataCopy {
                          Text tableCode, const ChangeMapper& setFields);
   void FinishChangedCopy(const Audit& audit, Text tableCode);
   [[noreturn]] void FailChangedCopy(const FailureTexts& failure);  // in a handler only
-  static Object FirstRecord(const Variant& enumeration);           // no object where there is none
 
-  // Shared by both
+  // shared_steps.cpp
+  static Object List(const Object& manager, const Member& list, const std::vector<Variant>& bounds);
+  static Object FirstRecord(const Object& enumeration);  // no object where there is none
   void SetFields(const FieldMaps& fields, Recordset& row, const Object& record);
   void SetField(const FieldMap& field, Recordset& row, const Object& record);
   static void Increment(std::int32_t& count);  // past the largest value it is error 6

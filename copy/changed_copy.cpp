@@ -1,0 +1,125 @@
+// The steps of a changed copy: apply what the ERP's audit reader tells of the time since the last update, in its order.
+//
+// The local rows decide whether an entry inserts or updates, not the ERP's flag. The new lutm is the end of the audited
+// period, not the end of the copy, so that what the ERP changes meanwhile is read next time.
+#include "copy/clsDataCopy.h"
+#include "platform/clock.h"
+#include "platform/error.h"
+
+namespace qmx {
+namespace {
+
+const Member kHasMoreElements = "hasMoreElements";
+const Member kNextElement = "nextElement";
+const Member kGetTuple = "getTuple";
+const Member kGetCurrentObject = "getCurrentObject";
+const Member kIsDeleted = "isDeleted";
+const Member kIsUpdated = "isUpdated";
+const Member kIsInserted = "isInserted";
+
+// A statement on the one local row that has the current object's key.
+SqlText StatementOnKey(const std::string& statement, const KeyCondition& key, const Object& current) {
+  SqlText text(statement);
+  for (const KeyPart& part : key) text.Append(part.before).Value(current.Call(part.getter)).Append(part.after);
+  return text;
+}
+
+}  // namespace
+
+void clsDataCopy::CopyChanged(const ChangedCopy& table, Text tableCode, Text busComponent,
+                              const ChangeMapper& setFields) {
+  Audit audit;
+  InsertCount = UpdateCount = DeleteCount = 0;
+  try {
+    CreateAudit(audit, table.manager, table.record, table.parameters.size());
+    audit.manager.Call("initialize", busComponent);
+    audit.recordClass = audit.record.Call("getClass");
+    SetAuditPeriod(audit, tableCode);
+    for (std::size_t i = 0; i < table.parameters.size(); ++i) {
+      const AuditParameter& key = table.parameters[i];
+      SetAuditParameter(audit.parameters[i], key.field, key.from, key.to);
+      audit.criteria.Call("addParameter", audit.parameters[i]);
+    }
+    for (const char* field : table.outputFields) audit.criteria.Call("addOutputField", field);
+    audit.reader.Call("initialize", audit.manager, audit.record, audit.criteria);
+    ApplyAuditEntries(audit, table.selectKey, table.deleteKey, tableCode, setFields);
+    FinishChangedCopy(audit, tableCode);
+  } catch (...) {
+    FailChangedCopy(table.failure);
+  }
+}
+
+void clsDataCopy::CreateAudit(Audit& audit, const char* manager, const char* record, std::size_t parameters) {
+  Components& components = platform_.components;
+  audit.manager = components.CreateObject(manager);
+  audit.record = components.CreateObject(record);
+  audit.criteria = components.CreateObject("audit.auditCriteria");
+  audit.period = components.CreateObject("audit.period");
+  while (audit.parameters.size() < parameters) audit.parameters.push_back(components.CreateObject("audit.Parameter"));
+  audit.reader = components.CreateObject("audit.AuditReader");
+  audit.status = components.CreateObject("audit.RecordStatus");
+}
+
+void clsDataCopy::SetAuditPeriod(Audit& audit, Text tableCode) {
+  audit.from = LastUpdateAsDateObject(tableCode);
+  audit.to = NowAsDateObject();
+  RunTimeStamp = platform_.clock.Now();
+  audit.period.Call("setFrom", audit.from);
+  audit.period.Call("setTo", audit.to);
+  audit.criteria.Call("setPeriod", audit.period);
+}
+
+void clsDataCopy::SetAuditParameter(const Object& parameter, const char* field, const Variant& from,
+                                    const Variant& to) {
+  parameter.Call("setFieldName", field);
+  parameter.Call("setFrom", from);
+  parameter.Call("setTo", to);
+}
+
+void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& selectKey, const KeyCondition& deleteKey,
+                                    Text tableCode, const ChangeMapper& setFields) {
+  while (audit.reader.Call(kHasMoreElements).ToBoolean()) {
+    const Variant entry = audit.reader.Call(kNextElement);
+    const Variant tuple = entry.ToObject().Call(kGetTuple);
+    const Object current = audit.reader.Call(kGetCurrentObject, tuple).ToObject();
+
+    if (audit.status.Call(kIsDeleted, entry).ToBoolean()) {
+      LocalConnection->Execute(StatementOnKey("DELETE FROM " + tableCode, deleteKey, current));
+      Increment(DeleteCount);
+      continue;
+    }
+    const bool updated = audit.status.Call(kIsUpdated, entry).ToBoolean();
+    const bool inserted = audit.status.Call(kIsInserted, entry).ToBoolean();
+    if (!updated && !inserted) continue;
+
+    const SqlText query = StatementOnKey("select * from " + tableCode, selectKey, current);
+    LocalRecordSet->Open(query, *LocalConnection, kCursorKeyset, kLockOptimistic, kCommandText);
+    const bool isNew = LocalRecordSet->BOF();
+    Increment(isNew ? InsertCount : UpdateCount);
+    if (isNew) LocalRecordSet->AddNew();
+    try {
+      setFields({*LocalRecordSet, current, audit.manager, isNew});
+    } catch (Error& error) {
+      error.With("table", tableCode).With("key", query.Text().substr(query.Text().find("where ")));
+      throw;
+    }
+    LocalRecordSet->Update();
+    LocalRecordSet->Close();
+  }
+}
+
+void clsDataCopy::FinishChangedCopy(const Audit& audit, Text tableCode) {
+  if (DateObjectToDate(audit.to)) {
+    RunTimeStamp = ConvertedDate.ToDateTime();
+    WriteLastUpdateTime(tableCode, RunTimeStamp);
+  }
+  WriteCountLog(tableCode, InsertCount, UpdateCount, DeleteCount);
+}
+
+void clsDataCopy::FailChangedCopy(const FailureTexts& failure) {
+  const Error trapped = CurrentError();
+  WriteErrorLog();
+  throw Error(NumberPlus100(trapped.Number()), failure.source, failure.description);
+}
+
+}  // namespace qmx

@@ -1,0 +1,148 @@
+// The control records of tstables: the in-progress flag, the sync method and the last update time of each table.
+//
+// Every routine opens a record set of its own on the run's connection, touches one record and closes it. Check and set
+// of the flag are two steps: two runs that start at the same instant can both pass the check.
+#include "copy/clsDataCopy.h"
+#include "platform/clock.h"
+#include "platform/error.h"
+
+namespace qmx {
+namespace {
+
+constexpr std::int16_t kFree = 0;
+constexpr std::int16_t kInProgress = 1;
+
+const Column kTableName = "TableName";
+const Column kInUse = "in_use";
+const Column kFreq = "freq";
+const Column kReqd = "reqd";
+const Column kSyme = "syme";
+const Column kLutm = "lutm";
+
+// A null or empty value is none.
+bool IsNone(const Variant& value) { return value.IsNull() || value.IsEmpty(); }
+
+// True when the table has a record, on which the record set then stands.
+bool OpenControlRecord(Recordset& record, Connection& connection, const std::string& tableCode) {
+  SqlText query("select * from tstables where tablename = '");
+  query.Value(tableCode).Append("'");
+  record.Open(query, connection, kCursorKeyset, kLockOptimistic, kCommandText);
+  return record.recordcount() > 0;
+}
+
+void AddControlRecord(Recordset& record, const std::string& tableCode) {
+  record.AddNew();
+  record.Fields(kTableName) = tableCode;
+}
+
+// What is pending after a failure is dropped, so that a half-filled control record is never saved.
+void CloseAfterFailure(const std::unique_ptr<Recordset>& record) {
+  if (!record || record->State() == kStateClosed) return;
+  record->CancelUpdate();
+  record->Close();
+}
+
+}  // namespace
+
+std::int16_t clsDataCopy::OnControlRecord(Text tableCode, const FailureTexts& failure, const ControlStep& step) {
+  std::unique_ptr<Recordset> record;
+  try {
+    record = platform_.database.CreateRecordset("ADODB.Recordset");
+    const bool found = OpenControlRecord(*record, OpenedConnection(), tableCode);
+    const std::int16_t result = step(*record, found);
+    record->Close();
+    return result;
+  } catch (...) {
+    const Error trapped = CurrentError();
+    WriteErrorLog();
+    CloseAfterFailure(record);
+    throw Error(trapped.Number(), failure.source, failure.description + tableCode + " Failed");
+  }
+}
+
+bool clsDataCopy::IsCopyInProgress(Text tableCode) {
+  static constexpr FailureTexts kFailure = {"Data Copy In Progress",
+                                            "Checking of whether Data Copy is in Progress for table "};
+  return OnControlRecord(tableCode, kFailure, [](Recordset& record, bool found) {
+           if (!found) return kFree;
+           const Variant inUse = record.Fields(kInUse).Value();
+           return !IsNone(inUse) && inUse.ToDouble() == kInProgress ? kInProgress : kFree;
+         }) == kInProgress;
+}
+
+void clsDataCopy::SetCopyInProgress(Text tableCode) {
+  static constexpr FailureTexts kFailure = {"Set Data Copy In Progress",
+                                            "Setting Data Copy in Progress flag for table "};
+  OnControlRecord(tableCode, kFailure, [&](Recordset& record, bool found) {
+    if (!found) AddControlRecord(record, tableCode);
+    record.Fields(kInUse) = kInProgress;
+    if (!found) {
+      record.Fields(kFreq) = std::int16_t{0};
+      record.Fields(kReqd) = std::int16_t{1};
+    }
+    record.Update();
+    return kInProgress;
+  });
+}
+
+std::int16_t clsDataCopy::ReadSyncMethod(Text tableCode) {
+  static constexpr FailureTexts kFailure = {"ReadSyncMethod", "Reading the synchronization Method for table "};
+  return OnControlRecord(tableCode, kFailure, [](Recordset& record, bool found) {
+    const Variant syncMethod = found ? record.Fields(kSyme).Value() : Variant();
+    return IsNone(syncMethod) ? std::int16_t{0} : syncMethod.ToInt16();
+  });
+}
+
+void clsDataCopy::ReleaseCopyInProgress(Text tableCode) {
+  static constexpr FailureTexts kFailure = {"ReleaseCopyInProgress",
+                                            "Release of Data copy in Progress flag for table "};
+  OnControlRecord(tableCode, kFailure, [&](Recordset& record, bool found) {
+    if (!found) AddControlRecord(record, tableCode);
+    record.Fields(kInUse) = kFree;
+    if (!found) record.Fields(kLutm) = platform_.clock.Now().DatePart();
+    record.Update();
+    return kFree;
+  });
+}
+
+void clsDataCopy::WriteLastUpdateTime(Text tableCode, DateTime moment) {
+  std::unique_ptr<Recordset> record;
+  try {
+    record = platform_.database.CreateRecordset("ADODB.Recordset");
+    if (!OpenControlRecord(*record, OpenedConnection(), tableCode)) AddControlRecord(*record, tableCode);
+    record->Fields(kLutm) = moment;
+    record->Update();
+    record->Close();
+  } catch (...) {
+    // Without a new lutm the next run reads a longer period, which does no harm.
+    WriteErrorLog();
+    CloseAfterFailure(record);
+  }
+}
+
+Object clsDataCopy::LastUpdateAsDateObject(Text tableCode) {
+  const Object date = platform_.components.CreateObject("java:java.util.Date");
+  const std::unique_ptr<Recordset> record = platform_.database.CreateRecordset("ADODB.Recordset");
+  const bool found = OpenControlRecord(*record, OpenedConnection(), tableCode);
+  const Variant lutm = found ? record->Fields(kLutm).Value() : Variant();
+  record->Close();
+
+  // The day goes in before the month and the year, on an object that holds today's date: the ERP's rules for a day that
+  // is out of range then apply as they always have.
+  const DateTime moment = IsNone(lutm) ? DateTime() : lutm.ToDateTime();
+  if (moment > DateTime()) {
+    date.Call("setDate", static_cast<std::int16_t>(moment.Day()));
+    date.Call("setmonth", static_cast<std::int16_t>(moment.Month() - 1));
+    date.Call("setYear", static_cast<std::int16_t>(moment.Year() - 1900));
+    date.Call("setHours", static_cast<std::int16_t>(moment.Hour()));
+    date.Call("setMinutes", static_cast<std::int16_t>(moment.Minute()));
+    date.Call("setSeconds", static_cast<std::int16_t>(moment.Second()));
+  } else {
+    date.Call("setDate", std::int16_t{1});
+    date.Call("setmonth", std::int16_t{0});
+    date.Call("setYear", std::int16_t{70});
+  }
+  return date;
+}
+
+}  // namespace qmx

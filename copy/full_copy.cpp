@@ -1,0 +1,96 @@
+// The steps of a full copy: empty the local table, add every record that the ERP lists.
+//
+// Rows are saved as the copy goes, without a transaction: what was deleted or added before a failure stays so.
+#include "copy/clsDataCopy.h"
+#include "platform/clock.h"
+#include "platform/error.h"
+
+namespace qmx {
+namespace {
+
+constexpr int kDeleteTimeout = 150;  // seconds; a large table takes its time
+
+const Member kHasMoreElements = "hasMoreElements";
+const Member kNextElement = "nextElement";
+
+// What names a record in the report of a failure: the key columns that were filled before it, or the record's place in
+// the listing when the key itself could not be read.
+std::string DescribeRecord(Recordset& row, const std::vector<Column>& key, std::int32_t recordsBefore) {
+  std::string text;
+  for (const Column& column : key) {
+    const Variant value = row.Fields(column).Value();
+    if (value.IsEmpty()) break;
+    text += (text.empty() ? "" : ", ") + std::string(column.Name()) + "=" + value.ToText();
+  }
+  return text.empty() ? "of the listing's record " + std::to_string(std::int64_t{recordsBefore} + 1) : text;
+}
+
+}  // namespace
+
+void clsDataCopy::CopyFull(const FullCopy& table, Text tableCode, Text busComponent, const Mapper& setFields) {
+  Object manager, enumeration;
+  InsertCount = 0;
+  try {
+    manager = platform_.components.CreateObject(table.manager);
+    manager.Call("initialize", busComponent);
+    enumeration = List(manager, table.list, table.bounds);
+    RunTimeStamp = platform_.clock.Now();
+    if (enumeration) {
+      // An empty listing leaves the local rows alone: an ERP that lists nothing is taken to be unwell.
+      if (enumeration.Call(kHasMoreElements).ToBoolean()) DeleteAllRecords(tableCode);
+      OpenTable(tableCode);
+      RunTimeStamp = platform_.clock.Now();
+      AddRecords(enumeration, table.key, tableCode, setFields);
+      LocalRecordSet->Update();
+      WriteLastUpdateTime(tableCode, RunTimeStamp);
+      LocalRecordSet->Close();
+      WriteCountLog(tableCode, InsertCount, 0, 0);
+    }
+    manager.Call("Close");
+  } catch (...) {
+    FailFullCopy(manager, table.failure);
+  }
+}
+
+void clsDataCopy::DeleteAllRecords(Text tableCode) {
+  try {
+    const SqlText statement("DELETE FROM " + tableCode + " WHERE 1=1");
+    LocalConnection->CommandTimeout(kDeleteTimeout);
+    LocalConnection->Execute(statement);
+  } catch (...) {
+    throw Error(NumberPlus100(CurrentError().Number()), "Delete All Records",
+                "Deleting records from " + tableCode + " failed");
+  }
+}
+
+void clsDataCopy::OpenTable(Text tableCode) {
+  LocalRecordSet->Open(tableCode, *LocalConnection, kCursorKeyset, kLockOptimistic, kCommandTable);
+}
+
+// Each AddNew saves the row before it; the last one is left to the caller.
+void clsDataCopy::AddRecords(const Object& enumeration, const std::vector<Column>& key, Text tableCode,
+                             const Mapper& setFields) {
+  while (enumeration.Call(kHasMoreElements).ToBoolean()) {
+    const Object record = enumeration.Call(kNextElement).ToObject();
+    LocalRecordSet->AddNew();
+    try {
+      setFields(*LocalRecordSet, record);
+    } catch (Error& error) {
+      error.With("table", tableCode).With("key", DescribeRecord(*LocalRecordSet, key, InsertCount));
+      throw;
+    }
+    Increment(InsertCount);
+  }
+}
+
+void clsDataCopy::FailFullCopy(const Object& manager, const FailureTexts& failure) {
+  const Error trapped = CurrentError();
+  if (LocalRecordSet->State() != kStateClosed) {
+    LocalRecordSet->CancelUpdate();  // Close would save the half-filled row
+    LocalRecordSet->Close();
+  }
+  if (manager) manager.Call("Close");
+  throw Error(NumberPlus100(trapped.Number()), failure.source, failure.description);
+}
+
+}  // namespace qmx

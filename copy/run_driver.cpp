@@ -1,0 +1,136 @@
+// The run: guard the table, copy it, release it, tell how it went.
+#include <algorithm>
+#include <utility>
+
+#include "copy/clsDataCopy.h"
+#include "copy/split.h"
+#include "platform/clock.h"
+#include "platform/failure_report.h"
+
+namespace qmx {
+namespace {
+
+constexpr std::int16_t kFinished = 0;
+constexpr std::int16_t kAlreadyInProgress = 1;
+constexpr std::int16_t kFailed = -1;
+
+// A table name longer than a table code is the extended form: table code, "=", key, "=", kind.
+constexpr std::size_t kTableCodeLength = 8;
+
+std::string LowerCase(std::string text) {
+  std::ranges::transform(text, text.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
+  return text;
+}
+
+bool IsBlank(const std::string& text) { return text.find_first_not_of(' ') == std::string::npos; }
+
+}  // namespace
+
+clsDataCopy::clsDataCopy(Platform& platform, modDeclarations& declarations, DataCopyEvents& events)
+    : platform_(platform), declarations_(declarations), events_(events) {}
+
+clsDataCopy::~clsDataCopy() = default;
+
+void clsDataCopy::StartDataCopy(std::string ConnectionString, std::string LocalDataBase, std::string TableName,
+                                std::string LogFilePath, std::string BOWBusComponent) {
+  const std::int16_t outcome =
+      RunCopy(ConnectionString, LocalDataBase, TableName, LogFilePath, Variant(BOWBusComponent));
+  const std::string table = PieceAt(SplitAtEquals(TableName), 0, TableName);
+  const DateTime now = platform_.clock.Now();
+  if (outcome == kAlreadyInProgress) {
+    events_.DataCopyAlreadyInProgress(now, table);
+  } else if (outcome == kFailed) {
+    events_.DataCopyError(now, table, std::int16_t{-1}, "DataCopy Failed, see logfile '" + LogFile + "' for details");
+  } else {
+    events_.DataCopyComplete(now, table, InsertCount, UpdateCount, DeleteCount);
+  }
+  events_.DataCopydone();
+}
+
+std::int16_t clsDataCopy::RunCopy(Text ConnectionString, Text LocalDataBase, Text TableName, Text LogFilePath,
+                                  const Variant& BusComponent) {
+  const bool extendedForm = TableName.size() > kTableCodeLength;
+  const std::string tableCode = extendedForm ? SplitAtEquals(TableName).front() : TableName;
+  LogFile = LogFilePath + "\\" + tableCode + ".log";
+
+  try {
+    LocalConnection = platform_.database.CreateConnection("ADODB.Connection");
+    LocalRecordSet = platform_.database.CreateRecordset("ADODB.Recordset");
+    LocalConnection->Open(ConnectionString, "", "");
+    if (!IsBlank(LocalDataBase)) LocalConnection->defaultdatabase(LocalDataBase);
+    declarations_.CurrentDatabaseName = LocalConnection->defaultdatabase();
+    LocalRecordSet->ActiveConnection(*LocalConnection);
+
+    if (IsCopyInProgress(tableCode)) {
+      CloseConnection();
+      return kAlreadyInProgress;
+    }
+    SetCopyInProgress(tableCode);
+    const std::int16_t syncMethod = ReadSyncMethod(tableCode) == kOnlyChanged ? kOnlyChanged : kFullCopy;
+    events_.DataCopyStarted(platform_.clock.Now(), tableCode);
+    CopyTable(TableName, tableCode, extendedForm, BusComponent.ToText(), syncMethod);
+  } catch (...) {
+    const Error failure = CurrentError();
+    WriteErrorLog();
+    ReleaseCopyInProgress(tableCode);
+    CloseConnection();
+    platform_.failures.Report(failure);
+    return kFailed;
+  }
+
+  try {
+    ReleaseCopyInProgress(tableCode);
+  } catch (...) {
+    // The copy itself is done, so the run counts as finished; the flag stays set until somebody resets it.
+    WriteErrorLog();
+    platform_.failures.Report(CurrentError());
+  }
+  CloseConnection();
+  return kFinished;
+}
+
+void clsDataCopy::CopyTable(Text tableName, Text tableCode, bool extendedForm, Text busComponent,
+                            std::int16_t syncMethod) {
+  using TableCopy = void (clsDataCopy::*)(Text tableCode, Text busComponent, std::int16_t syncMethod);
+  static constexpr std::pair<std::string_view, TableCopy> kTables[] = {
+      {"tsmdm030", &clsDataCopy::CopyServiceTypes},           {"tsmdm100", &clsDataCopy::CopyServiceCenters},
+      {"tsmdm105", &clsDataCopy::CopyServiceAreas},           {"tsmdm130", &clsDataCopy::CopySkills},
+      {"tsmdm135", &clsDataCopy::CopySkillsByEmployee},       {"tsmdm140", &clsDataCopy::CopyServiceEmployees},
+      {"tscfg220", &clsDataCopy::CopyConfigurations},         {"tscfg200", &clsDataCopy::CopyObjects},
+      {"tssoc200", &clsDataCopy::CopyServiceOrders},          {"tssoc205", &clsDataCopy::CopyServiceOrderEngineers},
+      {"tssoc210", &clsDataCopy::CopyServiceOrderActivities}, {"tsspc200", &clsDataCopy::CopyPlannedActivities},
+      {"tsclm020", &clsDataCopy::CopyResponseTimes},          {"tsclm024", &clsDataCopy::CopyPriorityTimeScales},
+      {"tcccp001", &clsDataCopy::CopyAvailabilityTypes},      {"tccom130", &clsDataCopy::CopyAddresses},
+  };
+  const std::string code = LowerCase(tableCode);
+  for (const auto& [table, copy] : kTables) {
+    if (code == table) return (this->*copy)(tableCode, busComponent, syncMethod);
+  }
+  if (code != "tcccp030") return;  // an unknown table is copied by doing nothing
+  if (!extendedForm) return CopyCalendars(tableCode, busComponent, syncMethod);
+
+  const std::vector<std::string> parts = SplitAtEquals(tableName);
+  const std::string& kind = PieceAt(parts, 2, tableName);
+  if (kind != "E" && kind != "C") return;
+  events_.DataCopyStarted(platform_.clock.Now(), parts[0]);  // the scheduling server expects the second one
+  if (kind == "E") {
+    CopyCalendarOfEmployee(parts[1], busComponent);
+  } else {
+    CopyCalendar(parts[1], busComponent);
+  }
+}
+
+void clsDataCopy::CloseConnection() {
+  try {
+    OpenedConnection().Close();
+  } catch (...) {
+    WriteErrorLog();
+  }
+}
+
+Connection& clsDataCopy::OpenedConnection() {
+  if (LocalConnection) return *LocalConnection;
+  throw Error(errors::kObjectNotSet, "clsDataCopy", "Object variable not set: there is no local connection.");
+}
+
+}  // namespace qmx

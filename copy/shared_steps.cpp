@@ -1,0 +1,59 @@
+// What full and changed copies have in common: listing records, filling a row from a record, counting.
+#include <limits>
+
+#include "copy/clsDataCopy.h"
+#include "platform/error.h"
+
+namespace qmx {
+namespace {
+
+const Member kHasMoreElements = "hasMoreElements";
+const Member kNextElement = "nextElement";
+
+}  // namespace
+
+Object clsDataCopy::List(const Object& manager, const Member& list, const std::vector<Variant>& bounds) {
+  const std::vector<Argument> arguments(bounds.begin(), bounds.end());
+  return Invoke(manager, list, arguments).ToObject();
+}
+
+Object clsDataCopy::FirstRecord(const Object& enumeration) {
+  if (!enumeration || !enumeration.Call(kHasMoreElements).ToBoolean()) return {};
+  return enumeration.Call(kNextElement).ToObject();
+}
+
+void clsDataCopy::SetFields(const FieldMaps& fields, Recordset& row, const Object& record) {
+  for (const FieldMap& field : fields) SetField(field, row, record);
+}
+
+void clsDataCopy::SetField(const FieldMap& field, Recordset& row, const Object& record) {
+  try {
+    Variant value = record.Call(field.getter);
+    switch (field.conversion) {
+      case Conversion::AsReturned:
+        break;
+      case Conversion::TwoDecimals:
+        value = RoundDecimals(value.ToDouble(), 2);
+        break;
+      case Conversion::YesNo:
+        value = YesNoToFlag(value.ToInt16());
+        break;
+      case Conversion::DateTime:
+        value = DateObjectToDate(value.ToObject()) ? ConvertedDate : Variant::Null();
+        break;
+    }
+    row.Fields(field.column).Value(std::move(value));
+  } catch (Error& error) {
+    error.With("column", std::string(field.column.Name())).With("member", std::string(field.getter.Name()));
+    throw;
+  }
+}
+
+void clsDataCopy::Increment(std::int32_t& count) {
+  if (count == std::numeric_limits<std::int32_t>::max()) {
+    throw Error(errors::kOverflow, "clsDataCopy", "Overflow: more than 2147483647 rows were counted.");
+  }
+  ++count;
+}
+
+}  // namespace qmx

@@ -1,0 +1,30 @@
+// A text's pieces between "=" signs. An empty text has none; a piece that is not there is error 9.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/error.h"
+
+namespace qmx {
+
+inline std::vector<std::string> SplitAtEquals(std::string_view text) {
+  std::vector<std::string> pieces;
+  if (text.empty()) return pieces;
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t end = std::min(text.find('=', start), text.size());
+    pieces.emplace_back(text.substr(start, end - start));
+    start = end + 1;
+  }
+  return pieces;
+}
+
+inline const std::string& PieceAt(const std::vector<std::string>& pieces, std::size_t index, std::string_view text) {
+  if (index < pieces.size()) return pieces[index];
+  throw Error(errors::kSubscriptOutOfRange, "clsDataCopy",
+              "Subscript out of range: \"" + std::string(text) + "\" has " + std::to_string(pieces.size()) +
+                  " piece(s) between \"=\" signs, piece " + std::to_string(index + 1) + " is wanted.");
+}
+
+}  // namespace qmx

@@ -1,0 +1,53 @@
+// Addresses, tccom130.
+#include "copy/clsDataCopy.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kManager = "Addresses.AddressesManager";
+
+const FieldMaps kFields = {
+    {"cadr", "getAddressCode"}, {"nama", "getName"}, {"namc", "getAddress"},
+    {"hono", "getHouseNumber"}, {"Name", "getCity"}, {"pstc", "getZIPCodePostalCode"},
+};
+
+const KeyCondition kKey = {{" where cadr='", "getAddressCode", "'"}};
+
+const FullCopy kFull = {
+    .manager = kManager,
+    .list = "List",
+    .bounds = {"", "ZZZZZZZZZZZZ"},
+    .key = {"cadr"},
+    .failure = {"Copy Addresses", " Copy of Addresses from Orvan to Local DB failed"},
+};
+
+const ChangedCopy kChanged = {
+    .manager = kManager,
+    .record = "Addresses.Addresses",
+    .parameters = {{"cadr", "", "ZZZZZZZZZ"}},
+    .outputFields = {"cadr", "nama", "namc", "hono", "name", "pstc"},
+    .selectKey = kKey,
+    .deleteKey = kKey,
+    .failure = {"Copy Addresses - Only Changed", " Copy of Addresses from Orvan to Local DB failed"},
+};
+
+}  // namespace
+
+void clsDataCopy::CopyAddresses(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopyAddressesFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopyAddressesChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopyAddressesFull(Text tableCode, Text busComponent) {
+  CopyFull(kFull, tableCode, busComponent,
+           [this](Recordset& row, const Object& record) { SetAddressFields(row, record); });
+}
+
+void clsDataCopy::CopyAddressesChanged(Text tableCode, Text busComponent) {
+  CopyChanged(kChanged, tableCode, busComponent,
+              [this](const Change& change) { SetAddressFields(change.row, change.current); });
+}
+
+void clsDataCopy::SetAddressFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }
+
+}  // namespace qmx

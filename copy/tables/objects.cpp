@@ -1,0 +1,60 @@
+// Service objects, tscfg200.
+#include "copy/clsDataCopy.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kManager = "ServiceObjects.ServiceObjectsManager";
+
+constexpr const char* kLastObject = "ZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZ";  // fifty
+
+const FieldMaps kFields = {
+    {"ccfg", "getConfiguration"},  {"crob", "getServiceObject"}, {"oseq", "getObjectNumber"},
+    {"dsca", "getdescription"},    {"cogr", "getObjectGroup"},   {"cusc", "getUsageClass"},
+    {"manu", "getManufacturedBy"}, {"ccal", "getCalendar"},      {"cdel", "getLocationAddress"},
+};
+
+const KeyCondition kKey = {
+    {" where ccfg='", "getConfiguration", "'"},
+    {" and crob='", "getServiceObject", "'"},
+    {" and oseq= ", "getObjectNumber", ""},
+};
+
+const FullCopy kFull = {
+    .manager = kManager,
+    .list = "List",
+    .bounds = {"", "ZZZZZZZZZ", "", kLastObject, std::int16_t{0}, std::int16_t{9999}},
+    .key = {"ccfg", "crob", "oseq"},
+    .failure = {"Copy Service Objects", " Copy of Service Objects from Orvan to Local DB failed"},
+};
+
+const ChangedCopy kChanged = {
+    .manager = kManager,
+    .record = "ServiceObjects.ServiceObjects",
+    .parameters = {{"ccfg", "", "ZZZZZZZZ"}, {"crob", "", kLastObject}, {"oseq", "0000", "9999"}},
+    .outputFields = {"desc", "cogr", "cusc", "manu", "ccal", "cdel"},
+    .selectKey = kKey,
+    .deleteKey = kKey,
+    .failure = {"Copy Service Objects - Only Change", " Copy of Service Objects from Orvan to Local DB failed"},
+};
+
+}  // namespace
+
+void clsDataCopy::CopyObjects(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopyObjectsFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopyObjectsChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopyObjectsFull(Text tableCode, Text busComponent) {
+  CopyFull(kFull, tableCode, busComponent,
+           [this](Recordset& row, const Object& record) { SetObjectFields(row, record); });
+}
+
+void clsDataCopy::CopyObjectsChanged(Text tableCode, Text busComponent) {
+  CopyChanged(kChanged, tableCode, busComponent,
+              [this](const Change& change) { SetObjectFields(change.row, change.current); });
+}
+
+void clsDataCopy::SetObjectFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }
+
+}  // namespace qmx

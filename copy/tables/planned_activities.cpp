@@ -1,0 +1,79 @@
+// Planned activities, tsspc200.
+#include "copy/clsDataCopy.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kManager = "PlannedActivities.PlannedActivitiesManager";
+
+const FieldMaps kFields = {
+    {"ccfg", "getConfiguration"},
+    {"crac", "getActivity"},
+    {"aseq", "getActivityNumber"},
+    {"dsca", "getdescription"},
+    {"cagr", "getActivityGroup"},
+    {"cstp", "getServiceType"},
+    {"cwoc", "getServiceCenter"},
+    {"crob", "GetObject"},
+    {"oseq", "getObjectNumber"},
+    {"esct", "getEarliestStartTime", Conversion::DateTime},
+    {"psct", "getPlannedStartTime", Conversion::DateTime},
+    {"pfct", "getPlannedFinishTime", Conversion::DateTime},
+    {"lfct", "getLatestFinishTime", Conversion::DateTime},
+    {"adur", "getActivityDuration"},
+    {"trtm", "getTravelingTime"},
+    {"skla", "getSkill1"},
+    {"sklb", "getSkill2"},
+    {"sklc", "getSkill3"},
+    {"appo", "getAppointment", Conversion::YesNo},
+    {"stat", "getActivityStatus"},
+    {"orno", "getServiceOrder"},
+    {"acln", "getActivityLineNumber"},
+};
+
+const KeyCondition kKey = {
+    {" where ccfg='", "getConfiguration", "'"},
+    {" and  crac='", "getActivity", "'"},
+    {" and   aseq= ", "getActivityNumber", ""},
+};
+
+const FullCopy kFull = {
+    .manager = kManager,
+    .list = "List",
+    .bounds = {"", "ZZZZZZZZZ", "", "ZZZZZZZZZ", std::int16_t{0}, std::int16_t{9999}},
+    .key = {"ccfg", "crac", "aseq"},
+    .failure = {"Copy Service Planned Activities", " Copy of Service Planned Activities from Orvan to Local DB failed"},
+};
+
+const ChangedCopy kChanged = {
+    .manager = kManager,
+    .record = "PlannedActivities.PlannedActivities",
+    .parameters = {{"ccfg", "", "ZZZZZZZZZ"}, {"crac", "", "ZZZZZZZZZ"}, {"aseq", "0000", "9999"}},
+    .outputFields = {"desc", "cagr", "cstp", "cwoc", "crob", "oseq", "esct", "psct", "pfct", "lfct", "adur", "trtm",
+                     "skla", "sklb", "sklc", "orno", "acln", "stat", "appo"},
+    .selectKey = kKey,
+    .deleteKey = kKey,
+    .failure = {"Copy Service Planned Activities - Only Changed",
+                " Copy of Service Planned Activities from Orvan to Local DB failed"},
+};
+
+}  // namespace
+
+void clsDataCopy::CopyPlannedActivities(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopyPlannedActivitiesFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopyPlannedActivitiesChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopyPlannedActivitiesFull(Text tableCode, Text busComponent) {
+  CopyFull(kFull, tableCode, busComponent,
+           [this](Recordset& row, const Object& record) { SetPlannedActivityFields(row, record); });
+}
+
+void clsDataCopy::CopyPlannedActivitiesChanged(Text tableCode, Text busComponent) {
+  CopyChanged(kChanged, tableCode, busComponent,
+              [this](const Change& change) { SetPlannedActivityFields(change.row, change.current); });
+}
+
+void clsDataCopy::SetPlannedActivityFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }
+
+}  // namespace qmx

@@ -1,0 +1,54 @@
+// Priority time scales, tsclm024.
+#include "copy/clsDataCopy.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kManager = "PriorityTimeScale.PriorityTimeScaleManager";
+
+const FieldMaps kFields = {
+    {"sltt", "getSolutionTimeInMinutes", Conversion::TwoDecimals},
+    {"dsca", "getdescription"},
+};
+
+const KeyCondition kKey = {{" where sltt=", "getSolutionTimeInMinutes", ""}};
+
+const FullCopy kFull = {
+    .manager = kManager,
+    .list = "List",
+    .bounds = {0.0, 99999.9999},
+    .key = {"sltt"},
+    .failure = {"Copy Priority Time Scales", " Copy of Priority Time Scales from Orvan to Local DB failed"},
+};
+
+const ChangedCopy kChanged = {
+    .manager = kManager,
+    .record = "PriorityTimeScale.PriorityTimeScale",
+    .parameters = {{"sltt", "000.00", "999.99"}},
+    .outputFields = {"sltt", "desc"},
+    .selectKey = kKey,
+    .deleteKey = kKey,
+    .failure = {"Copy Service Priority Time Scales - Only Changed",
+                " Copy of Service Priority Time Scales from Orvan to Local DB failed"},
+};
+
+}  // namespace
+
+void clsDataCopy::CopyPriorityTimeScales(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopyPriorityTimeScalesFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopyPriorityTimeScalesChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopyPriorityTimeScalesFull(Text tableCode, Text busComponent) {
+  CopyFull(kFull, tableCode, busComponent,
+           [this](Recordset& row, const Object& record) { SetPriorityTimeScaleFields(row, record); });
+}
+
+void clsDataCopy::CopyPriorityTimeScalesChanged(Text tableCode, Text busComponent) {
+  CopyChanged(kChanged, tableCode, busComponent,
+              [this](const Change& change) { SetPriorityTimeScaleFields(change.row, change.current); });
+}
+
+void clsDataCopy::SetPriorityTimeScaleFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }
+
+}  // namespace qmx

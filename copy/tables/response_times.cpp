@@ -1,0 +1,58 @@
+// Response times, tsclm020.
+#include "copy/clsDataCopy.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kManager = "ResponseTimes.ResponseTimesManager";
+
+const FieldMaps kFields = {
+    {"crtc", "getResponseTime"},
+    {"dsca", "getResponseTimeDescription"},
+    {"ccal", "getCalendar"},
+    {"rctt", "getReactionPeriod", Conversion::TwoDecimals},
+    {"enst", "getSolutionStartPeriod", Conversion::TwoDecimals},
+    {"sltn", "getSolutionFinishPeriod", Conversion::TwoDecimals},
+};
+
+const KeyCondition kKey = {{" where crtc='", "getResponseTime", "'"}};
+
+const FullCopy kFull = {
+    .manager = kManager,
+    .list = "List",
+    .bounds = {"", "ZZZZZZZZZ"},
+    .key = {"crtc"},
+    .failure = {"Copy Response Times", " Copy of Response Times from Orvan to Local DB failed"},
+};
+
+const ChangedCopy kChanged = {
+    .manager = kManager,
+    .record = "ResponseTimes.ResponseTimes",
+    .parameters = {{"crtc", "", "ZZZ"}},
+    .outputFields = {"crtc", "desc", "ccal", "rctt", "enst", "sltn"},
+    .selectKey = kKey,
+    .deleteKey = kKey,
+    .failure = {"Copy Service Response Times - Only Changed",
+                " Copy of Service Response Times from Orvan to Local DB failed"},
+};
+
+}  // namespace
+
+void clsDataCopy::CopyResponseTimes(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopyResponseTimesFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopyResponseTimesChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopyResponseTimesFull(Text tableCode, Text busComponent) {
+  CopyFull(kFull, tableCode, busComponent,
+           [this](Recordset& row, const Object& record) { SetResponseTimeFields(row, record); });
+}
+
+void clsDataCopy::CopyResponseTimesChanged(Text tableCode, Text busComponent) {
+  CopyChanged(kChanged, tableCode, busComponent,
+              [this](const Change& change) { SetResponseTimeFields(change.row, change.current); });
+}
+
+void clsDataCopy::SetResponseTimeFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }
+
+}  // namespace qmx

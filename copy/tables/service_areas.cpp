@@ -1,0 +1,62 @@
+// Service areas, tsmdm105.
+#include "copy/clsDataCopy.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kManager = "ServiceAreas.ServiceAreasManager";
+
+const FieldMaps kFields = {
+    {"csar", "getServiceArea"},
+    {"dsca", "getServiceAreaDescription"},
+    {"artp", "getServiceAreaType"},
+    {"cmsa", "getMainServiceArea"},
+    {"cwoc", "getServiceCenter"},
+    {"cwar", "getWarehouse"},
+    {"trti", "getAverageTravelingTime"},
+    {"dist", "getAverageTravelingDistance"},
+    {"ccha", "getCallOutCharge"},
+    {"CCur", "getCurrency"},
+    {"clrt", "getLaborRate"},
+};
+
+const KeyCondition kKey = {{" where csar='", "getServiceArea", "'"}};
+
+const FullCopy kFull = {
+    .manager = kManager,
+    .list = "List",
+    .bounds = {"", "ZZZZZZZ"},
+    .key = {"csar"},
+    .failure = {"Copy Service Areas", " Copy of Service Areas from Orvan to Local DB failed"},
+};
+
+const ChangedCopy kChanged = {
+    .manager = kManager,
+    .record = "ServiceAreas.ServiceAreas",
+    .parameters = {{"csar", "", "ZZZZZZZZZ"}},
+    .outputFields = {"csar", "desc", "artp", "cmsa", "cwoc", "cwar", "trti", "dist", "ccha", "ccur", "clrt"},
+    .selectKey = kKey,
+    .deleteKey = kKey,
+    .failure = {"Copy Service Areas", " Copy of Service Areas from Orvan to Local DB failed"},
+};
+
+}  // namespace
+
+void clsDataCopy::CopyServiceAreas(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopyServiceAreasFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopyServiceAreasChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopyServiceAreasFull(Text tableCode, Text busComponent) {
+  CopyFull(kFull, tableCode, busComponent,
+           [this](Recordset& row, const Object& record) { SetServiceAreaFields(row, record); });
+}
+
+void clsDataCopy::CopyServiceAreasChanged(Text tableCode, Text busComponent) {
+  CopyChanged(kChanged, tableCode, busComponent,
+              [this](const Change& change) { SetServiceAreaFields(change.row, change.current); });
+}
+
+void clsDataCopy::SetServiceAreaFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }
+
+}  // namespace qmx

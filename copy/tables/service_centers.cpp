@@ -1,0 +1,68 @@
+// Service centers, tsmdm100.
+//
+// The audit reader's object carries no description, so a changed center is read once more from the listing; where that
+// finds nothing, the description stays as it is.
+#include "copy/clsDataCopy.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kManager = "ServiceCenters.ServiceCentersManager";
+
+const Member kList = "List";
+const Member kGetKey = "getServiceCentersCode";
+
+const FieldMap kKeyField = {"cwoc", kGetKey};
+const FieldMap kFullRecordField = {"dsca", "getdescription"};
+const FieldMaps kFields = {
+    {"wctp", "getServiceCenterType"}, {"cmwc", "getMainServiceCenter"}, {"cwar", "getWarehouse"},
+    {"clrt", "getLaborRate"},         {"srtp", "getFieldOfSupport"},    {"srep", "getSalesRepresentative"},
+};
+
+const KeyCondition kKey = {{" where cwoc='", "getServiceCentersCode", "'"}};
+
+const FullCopy kFull = {
+    .manager = kManager,
+    .list = kList,
+    .bounds = {"", "ZZZZZZZZZ"},
+    .key = {"cwoc"},
+    .failure = {"Copy Service Centers", " Copy of Service Centers from Orvan to Local DB failed"},
+};
+
+const ChangedCopy kChanged = {
+    .manager = kManager,
+    .record = "ServiceCenters.ServiceCenters",
+    .parameters = {{"cwoc", "", "ZZZZZZ"}},
+    .outputFields = {"cwoc", "wctp", "cmwc", "cwar", "clrt", "srtp", "srep"},
+    .selectKey = kKey,
+    .deleteKey = kKey,
+    .failure = {"Copy Service Centers- Only Changed", " Copy of Service Centers from Orvan to Local DB failed"},
+};
+
+}  // namespace
+
+void clsDataCopy::CopyServiceCenters(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopyServiceCentersFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopyServiceCentersChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopyServiceCentersFull(Text tableCode, Text busComponent) {
+  CopyFull(kFull, tableCode, busComponent,
+           [this](Recordset& row, const Object& record) { SetServiceCenterFields(row, record, true); });
+}
+
+void clsDataCopy::CopyServiceCentersChanged(Text tableCode, Text busComponent) {
+  CopyChanged(kChanged, tableCode, busComponent, [this](const Change& change) {
+    const Variant key = change.current.Call(kGetKey);
+    const Object record = FirstRecord(List(change.manager, kList, {key, key}));
+    SetServiceCenterFields(change.row, record ? record : change.current, bool(record));
+  });
+}
+
+void clsDataCopy::SetServiceCenterFields(Recordset& row, const Object& record, bool fullRecord) {
+  SetField(kKeyField, row, record);
+  if (fullRecord) SetField(kFullRecordField, row, record);
+  SetFields(kFields, row, record);
+}
+
+}  // namespace qmx

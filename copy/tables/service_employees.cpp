@@ -1,0 +1,72 @@
+// Service employees, tsmdm140.
+//
+// The audit reader's object carries neither description nor service center nor calendar, so a changed employee is read
+// once more from the listing; where that finds nothing, the three columns stay as they are.
+#include "copy/clsDataCopy.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kManager = "ServiceEmployees.ServiceEmployeesManager";
+
+const Member kList = "List";
+const Member kGetKey = "getserviceemployee";
+
+const FieldMap kKeyField = {"emno", kGetKey};
+const FieldMaps kFullRecordFields = {
+    {"dsca", "getServiceEmployeeName"},
+    {"cwoc", "getServiceCenter"},
+    {"ccal", "getCalendarCode"},
+};
+const FieldMaps kFields = {
+    {"frmn", "getForeman"},    {"csar", "getServiceArea"},           {"ccar", "getServiceCar"},
+    {"ouser", "getLoginCode"}, {"mpod", "getMaximumOvertimePerDay"},
+};
+
+const KeyCondition kKey = {{" where emno='", "getserviceemployee", "'"}};
+
+const FullCopy kFull = {
+    .manager = kManager,
+    .list = kList,
+    .bounds = {"", "ZZZZZZZZZ", "", "ZZZZZZZZZ", "", "ZZZZZZZZZ"},
+    .key = {"emno"},
+    .failure = {"Copy Service Employees", " Copy of Service Employees from Orvan to Local DB failed"},
+};
+
+const ChangedCopy kChanged = {
+    .manager = kManager,
+    .record = "ServiceEmployees.ServiceEmployees",
+    .parameters = {{"emno", "", "ZZZZZZ"}},
+    .outputFields = {"emno", "frmn", "csar", "ccar", "user", "mopd"},
+    .selectKey = kKey,
+    .deleteKey = kKey,
+    .failure = {"Copy Service Employees", " Copy of Service Employees from Orvan to Local DB failed"},
+};
+
+}  // namespace
+
+void clsDataCopy::CopyServiceEmployees(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopyServiceEmployeesFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopyServiceEmployeesChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopyServiceEmployeesFull(Text tableCode, Text busComponent) {
+  CopyFull(kFull, tableCode, busComponent,
+           [this](Recordset& row, const Object& record) { SetServiceEmployeeFields(row, record, true); });
+}
+
+void clsDataCopy::CopyServiceEmployeesChanged(Text tableCode, Text busComponent) {
+  CopyChanged(kChanged, tableCode, busComponent, [this](const Change& change) {
+    const Variant key = change.current.Call(kGetKey);
+    const Object record = FirstRecord(List(change.manager, kList, {key, key, "", "ZZZZZZZZZ", "", "ZZZZZZZZZ"}));
+    SetServiceEmployeeFields(change.row, record ? record : change.current, bool(record));
+  });
+}
+
+void clsDataCopy::SetServiceEmployeeFields(Recordset& row, const Object& record, bool fullRecord) {
+  SetField(kKeyField, row, record);
+  if (fullRecord) SetFields(kFullRecordFields, row, record);
+  SetFields(kFields, row, record);
+}
+
+}  // namespace qmx

@@ -1,0 +1,61 @@
+// Service order engineers, tssoc205.
+#include "copy/clsDataCopy.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kManager = "ServiceOrderEngineers.ServiceOrderEngineersManager";
+
+const FieldMaps kFields = {
+    {"orno", "getServiceOrder"},
+    {"Line", "getLineNumber"},
+    {"emno", "getServiceEngineer"},
+    {"acln", "getActivity"},
+};
+
+const KeyCondition kKey = {
+    {" where orno='", "getServiceOrder", "'"},
+    {" and   line= ", "getLineNumber", ""},
+};
+
+const FullCopy kFull = {
+    .manager = kManager,
+    .list = "List",
+    .bounds = {"", "ZZZZZZZZZ", std::int16_t{0}, std::int16_t{9999}},
+    .key = {"orno", "Line"},
+    .failure = {"Copy Service Order Engineers", " Copy of Service Order Engineers from Orvan to Local DB failed"},
+};
+
+const ChangedCopy kChanged = {
+    .manager = kManager,
+    .record = "ServiceOrderEngineers.ServiceOrderEngineers",
+    .parameters = {{"orno", "", "ZZZZZZZZZ"}, {"line", "0000", "9999"}},
+    .outputFields = {"emno", "acln"},
+    .selectKey = kKey,
+    .deleteKey = kKey,
+    .failure = {"Copy Service Order Engineers - Only Changed",
+                " Copy of Service Order Engineers from Orvan to Local DB failed"},
+};
+
+}  // namespace
+
+void clsDataCopy::CopyServiceOrderEngineers(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopyServiceOrderEngineersFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopyServiceOrderEngineersChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopyServiceOrderEngineersFull(Text tableCode, Text busComponent) {
+  CopyFull(kFull, tableCode, busComponent,
+           [this](Recordset& row, const Object& record) { SetServiceOrderEngineerFields(row, record); });
+}
+
+void clsDataCopy::CopyServiceOrderEngineersChanged(Text tableCode, Text busComponent) {
+  CopyChanged(kChanged, tableCode, busComponent,
+              [this](const Change& change) { SetServiceOrderEngineerFields(change.row, change.current); });
+}
+
+void clsDataCopy::SetServiceOrderEngineerFields(Recordset& row, const Object& record) {
+  SetFields(kFields, row, record);
+}
+
+}  // namespace qmx

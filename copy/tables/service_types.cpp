@@ -1,0 +1,55 @@
+// Service types, tsmdm030.
+#include "copy/clsDataCopy.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kManager = "ServiceTypes.ServiceTypesManager";
+
+const FieldMaps kFields = {
+    {"cstp", "getServiceType"},
+    {"dsca", "getServiceTypeDescription"},
+    {"prod", "getServiceProcedure"},
+    {"ract", "getavailabilityType"},
+};
+
+const KeyCondition kKey = {{" where cstp='", "getServiceType", "'"}};
+
+const FullCopy kFull = {
+    .manager = kManager,
+    .list = "List",
+    .bounds = {"", "ZZZ"},
+    .key = {"cstp"},
+    .failure = {"Copy Service Types", " Copy of Service Types from Orvan to Local DB failed"},
+};
+
+const ChangedCopy kChanged = {
+    .manager = kManager,
+    .record = "ServiceTypes.ServiceTypes",
+    .parameters = {{"cstp", "", "ZZZ"}},
+    .outputFields = {"desc", "proc", "ract"},
+    .selectKey = kKey,
+    .deleteKey = kKey,
+    .failure = {"Copy Service Types - Only Changed", " Copy of Service Types from Orvan to Local DB failed"},
+};
+
+}  // namespace
+
+void clsDataCopy::CopyServiceTypes(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopyServiceTypesFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopyServiceTypesChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopyServiceTypesFull(Text tableCode, Text busComponent) {
+  CopyFull(kFull, tableCode, busComponent,
+           [this](Recordset& row, const Object& record) { SetServiceTypeFields(row, record); });
+}
+
+void clsDataCopy::CopyServiceTypesChanged(Text tableCode, Text busComponent) {
+  CopyChanged(kChanged, tableCode, busComponent,
+              [this](const Change& change) { SetServiceTypeFields(change.row, change.current); });
+}
+
+void clsDataCopy::SetServiceTypeFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }
+
+}  // namespace qmx

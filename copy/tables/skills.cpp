@@ -1,0 +1,54 @@
+// Skills, tsmdm130.
+#include "copy/clsDataCopy.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kManager = "Skills.SkillsManager";
+
+const FieldMaps kFields = {
+    {"skll", "getSkill"},
+    {"dsca", "getdescription"},
+    {"clrt", "getLaborRate"},
+};
+
+const KeyCondition kKey = {{" where skll='", "getSkill", "'"}};
+
+const FullCopy kFull = {
+    .manager = kManager,
+    .list = "List",
+    .bounds = {"", "ZZZZZZZZZ"},
+    .key = {"skll"},
+    .failure = {"Copy Service Skills", " Copy of Service Skills from Orvan to Local DB failed"},
+};
+
+const ChangedCopy kChanged = {
+    .manager = kManager,
+    .record = "Skills.Skills",
+    .parameters = {{"skll", "", "ZZZZ"}},
+    .outputFields = {"skll", "desc", "clrt"},
+    .selectKey = kKey,
+    .deleteKey = kKey,
+    .failure = {"Copy Service Skills", " Copy of Service Skills from Orvan to Local DB failed"},
+};
+
+}  // namespace
+
+void clsDataCopy::CopySkills(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopySkillsFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopySkillsChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopySkillsFull(Text tableCode, Text busComponent) {
+  CopyFull(kFull, tableCode, busComponent,
+           [this](Recordset& row, const Object& record) { SetSkillFields(row, record); });
+}
+
+void clsDataCopy::CopySkillsChanged(Text tableCode, Text busComponent) {
+  CopyChanged(kChanged, tableCode, busComponent,
+              [this](const Change& change) { SetSkillFields(change.row, change.current); });
+}
+
+void clsDataCopy::SetSkillFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }
+
+}  // namespace qmx

@@ -1,0 +1,59 @@
+// Skills by employee, tsmdm135.
+#include "copy/clsDataCopy.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kManager = "SkillsByEmployee.SkillsByEmployeeManager";
+
+const FieldMaps kFields = {
+    {"emno", "getserviceemployee"},
+    {"skll", "getSkill"},
+    {"cogr", "getObjectGroup"},
+    {"afct", "getSkillFactor"},
+};
+
+const KeyCondition kKey = {
+    {" where emno='", "getserviceemployee", "'"},
+    {" and   skll='", "getSkill", "'"},
+    {" and   cogr='", "getObjectGroup", "'"},
+};
+
+const FullCopy kFull = {
+    .manager = kManager,
+    .list = "List",
+    .bounds = {"", "ZZZZZZZZZ", "", "ZZZZZZZZZ", "", "ZZZZZZZZZ"},
+    .key = {"emno", "skll", "cogr"},
+    .failure = {"Copy Service Skills by Employee", " Copy of Service Skilsl by Employee from Orvan to Local DB failed"},
+};
+
+const ChangedCopy kChanged = {
+    .manager = kManager,
+    .record = "SkillsByEmployee.SkillsByEmployee",
+    .parameters = {{"emno", "", "ZZZZZZ"}, {"skll", "", "ZZZZ"}, {"cogr", "", "ZZZZZZ"}},
+    .outputFields = {"emno", "skll", "cogr", "afct"},
+    .selectKey = kKey,
+    .deleteKey = kKey,
+    .failure = {"Copy Service Skills by Employee", " Copy of Service Skilsl by Employee from Orvan to Local DB failed"},
+};
+
+}  // namespace
+
+void clsDataCopy::CopySkillsByEmployee(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopySkillsByEmployeeFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopySkillsByEmployeeChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopySkillsByEmployeeFull(Text tableCode, Text busComponent) {
+  CopyFull(kFull, tableCode, busComponent,
+           [this](Recordset& row, const Object& record) { SetSkillByEmployeeFields(row, record); });
+}
+
+void clsDataCopy::CopySkillsByEmployeeChanged(Text tableCode, Text busComponent) {
+  CopyChanged(kChanged, tableCode, busComponent,
+              [this](const Change& change) { SetSkillByEmployeeFields(change.row, change.current); });
+}
+
+void clsDataCopy::SetSkillByEmployeeFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }
+
+}  // namespace qmx
