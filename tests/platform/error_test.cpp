@@ -52,7 +52,8 @@ TEST(Error, CopiedInAHandlerDoesNotBecomeItsOwnCause) {
   try {
     throw Error(53, "Files", "Not found");
   } catch (const Error& error) {
-    const Error copy = error;
+    Error copy = error;
+    copy.With("file", "x");
     EXPECT_EQ(copy.Cause(), nullptr);
   }
 }
