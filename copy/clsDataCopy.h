@@ -199,6 +199,7 @@ class clsDataCopy {
   void CopyCalendar(Text calendarCode, Text busComponent);
   void DeleteCalendar(Text calendarCode);
   bool CalendarIsLocal(Text calendarCode);
+  void AddCalendarRecords(const Object& records);
   void SetCalendarFields(Recordset& row, const Object& record);
   Variant FillTable_tscalender();
 

@@ -20,6 +20,8 @@ namespace qmx {
 inline constexpr std::int16_t kFullCopy = 1;
 inline constexpr std::int16_t kOnlyChanged = 2;
 
+inline constexpr int kDeleteTimeout = 150;  // seconds; a large table takes its time
+
 // What becomes of a getter's value on its way into a column.
 enum class Conversion {
   AsReturned,

@@ -8,8 +8,6 @@
 namespace qmx {
 namespace {
 
-constexpr int kDeleteTimeout = 150;  // seconds; a large table takes its time
-
 const Member kHasMoreElements = "hasMoreElements";
 const Member kNextElement = "nextElement";
 

@@ -1,0 +1,283 @@
+// Actual calendars (tcccp030): the working-time records of the calendars that service employees use, within a range of
+// start dates that ends in 2038.
+//
+// All of them in full or by change, and single ones on request: an employee's, or one by its code. The copies never
+// touch tscalender; FillTable_tscalender expands the local records into it, and no copy calls that.
+#include "calendar/clsCalender.h"
+#include "copy/clsDataCopy.h"
+#include "platform/clock.h"
+#include "platform/error.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kTable = "tcccp030";
+constexpr const char* kManager = "Calendars.CalendarManager";
+constexpr const char* kRecord = "Calendars.ActualCalendar";
+constexpr const char* kHighestType = "ZZZZZZZZZ";
+constexpr std::int16_t kEarliestTime = 0;
+constexpr std::int16_t kLatestTime = 2400;
+constexpr int kLastYear = 2038;
+constexpr int kLookBackOnRequest = 60;  // days; the look-back file counts for the other copies only
+
+const Member kInitialize = "initialize";
+const Member kGetClass = "getClass";
+const Member kListActualCalendar = "listActualCalendar";
+const Member kAddParameter = "addParameter";
+const Member kAddOutputField = "addOutputField";
+const Member kClose = "Close";
+
+constexpr const char* kOutputFields[] = {"ccal", "ract", "stdt", "sttm", "endt", "entm", "cutm", "ccap"};
+
+const std::vector<Column> kKeyColumns = {"ccal", "ract", "stdt", "sttm"};
+const KeyCondition kKey = {
+    {" where ccal='", "getCalendar", "'"},
+    {" and   ract='", "getavailabilityType", "'"},
+    {" and   stdt='", "getStartDate", "'"},
+    {" and   sttm= ", "getStartTime", ""},
+};
+
+const FieldMaps kFields = {
+    {"ccal", "getCalendar"},       {"ract", "getavailabilityType"},
+    {"stdt", "getStartDate"},      {"sttm", "getStartTime"},
+    {"endt", "getEndDate"},        {"entm", "getEndTime"},
+    {"cutm", "getCumulativeTime"}, {"ccap", "getCumulativeCapacity"},
+};
+const Column kStartDate = "stdt";
+const Column kStartTime = "sttm";
+const Column kEndDate = "endt";
+const Column kEndTime = "entm";
+const Column kStartMoment = "ustm";
+const Column kFinishMoment = "uftm";
+const Column kDuration = "ahrs";
+
+constexpr FailureTexts kFullFailure = {"Copy Calenders", " Copy of Calenders from Orvan to Local DB failed"};
+constexpr FailureTexts kChangedFailure = {"Copy Calenders - Only Changed",
+                                          " Copy of Calenders from Orvan to Local DB failed"};
+constexpr FailureTexts kEmployeeFailure = {"Copy Calendar of Employee",
+                                           " Copy of Calendar of Employee from Orvan to Local DB failed"};
+constexpr FailureTexts kCalendarFailure = {"Copy Calender Of Employee",
+                                           " Copy of Calender Of Employee from Orvan to Local DB failed"};
+constexpr FailureTexts kDeleteFailure = {"Delete Calendar", "Deleting records from Calendar failed"};
+constexpr FailureTexts kFillFailure = {"FillTable_tscalender", " Filling tscalender table failed"};
+
+// Bounds of the start dates, as the texts that the ERP takes. The last day is today's in 2038, also where 2038 has no
+// such day.
+struct StartDates {
+  std::string from;
+  std::string to;
+};
+
+enum class Form { Plain, Padded };  // of months and days below 10
+
+std::string DateText(int year, int month, int day, Form form) {
+  const auto twoDigits = [form](int part) {
+    return (form == Form::Padded && part < 10 ? "0" : "") + std::to_string(part);
+  };
+  return std::to_string(year) + "-" + twoDigits(month) + "-" + twoDigits(day);
+}
+
+StartDates StartDatesSince(int lookBack, DateTime today, Form form) {
+  const DateTime first = today.PlusDays(-lookBack);
+  return {DateText(first.Year(), first.Month(), first.Day(), form),
+          DateText(kLastYear, today.Month(), today.Day(), form)};
+}
+
+// The records of one calendar, or no object.
+Object ListCalendar(const Object& manager, const std::string& code, const StartDates& dates) {
+  return manager
+      .Call(kListActualCalendar, code, code, "", kHighestType, dates.from, dates.to, kEarliestTime, kLatestTime)
+      .ToObject();
+}
+
+SqlText SelectCalendar(const std::string& code) {
+  return SqlText("select * from tcccp030 where ccal = '").Value(code).Append("'");
+}
+
+std::vector<std::string> CalendarsInUse(Database& database, Connection& connection) {
+  clsCalender calender(database);
+  std::vector<std::string> codes;
+  calender.getEmployeeCalenderList(connection, codes);
+  return codes;
+}
+
+// In a handler only.
+[[noreturn]] void RaiseAs(const FailureTexts& failure) {
+  throw Error(NumberPlus100(CurrentError().Number()), failure.source, failure.description);
+}
+
+std::string Trimmed(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+// Date and time of day in one; 2400 is midnight at the end of the day.
+DateTime Moment(const Variant& date, std::int32_t time) {
+  return date.ToDateTime().DatePart().PlusTime(time / 100, time % 100, 0);
+}
+
+std::int32_t MinuteOfDay(std::int32_t time) { return time / 100 * 60 + time % 100; }
+
+// The dates play no part, so a shift over midnight has a negative duration.
+std::string DurationText(std::int32_t startTime, std::int32_t endTime) {
+  const std::int32_t minutes = MinuteOfDay(endTime) - MinuteOfDay(startTime);
+  return std::to_string(minutes / 60) + " Hours " + std::to_string(minutes % 60) + " Minutes";
+}
+
+}  // namespace
+
+void clsDataCopy::CopyCalendars(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+  if (syncMethod == kFullCopy) CopyCalendarsFull(tableCode, busComponent);
+  if (syncMethod == kOnlyChanged) CopyCalendarsChanged(tableCode, busComponent);
+}
+
+void clsDataCopy::CopyCalendarsFull(Text tableCode, Text busComponent) {
+  InsertCount = 0;
+  Object manager;
+  try {
+    manager = platform_.components.CreateObject(kManager);
+    manager.Call(kInitialize, busComponent);
+    const int lookBack = ReadCalendarLookBack();
+    const StartDates dates = StartDatesSince(lookBack, platform_.clock.Now(), Form::Plain);
+    const std::vector<std::string> calendars = CalendarsInUse(platform_.database, OpenedConnection());
+    if (calendars.empty()) return;
+
+    DeleteAllRecords(tableCode);
+    OpenTable(tableCode);
+    RunTimeStamp = platform_.clock.Now();
+    for (const std::string& code : calendars) {
+      if (const Object records = ListCalendar(manager, code, dates)) AddCalendarRecords(records);
+    }
+    if (!LocalRecordSet->BOF()) LocalRecordSet->Update();
+    WriteLastUpdateTime(tableCode, RunTimeStamp);
+    LocalRecordSet->Close();
+    WriteCountLog(tableCode, InsertCount, 0, 0);
+    manager.Call(kClose);
+  } catch (...) {
+    FailFullCopy(manager, kFullFailure);
+  }
+}
+
+void clsDataCopy::CopyCalendarsChanged(Text tableCode, Text busComponent) {
+  InsertCount = UpdateCount = DeleteCount = 0;
+  try {
+    Audit audit;
+    CreateAudit(audit, kManager, kRecord, 4);
+    audit.manager.Call(kInitialize, busComponent);
+    audit.recordClass = audit.record.Call(kGetClass);
+    SetAuditPeriod(audit, tableCode);
+
+    const Object& types = audit.parameters[0];
+    const Object& startDates = audit.parameters[1];
+    const Object& startTimes = audit.parameters[2];
+    const Object& calendar = audit.parameters[3];
+    SetAuditParameter(types, "ract", "", kHighestType);
+    const int lookBack = ReadCalendarLookBack();
+    const StartDates dates = StartDatesSince(lookBack, platform_.clock.Now(), Form::Padded);
+    SetAuditParameter(startDates, "stdt", dates.from, dates.to);
+    SetAuditParameter(startTimes, "sttm", "0000", "2400");
+    for (const char* field : kOutputFields) audit.criteria.Call(kAddOutputField, field);
+
+    for (const std::string& code : CalendarsInUse(platform_.database, OpenedConnection())) {
+      if (CalendarIsLocal(code)) {
+        // The criteria is one for all calendars and keeps what it was given: it grows by four with each.
+        SetAuditParameter(calendar, "ccal", code, code);
+        for (const Object& parameter : {calendar, types, startDates, startTimes}) {
+          audit.criteria.Call(kAddParameter, parameter);
+        }
+        audit.reader.Call(kInitialize, audit.manager, audit.record, audit.criteria);
+        ApplyAuditEntries(audit, kKey, kKey, tableCode,
+                          [this](const Change& change) { SetCalendarFields(change.row, change.current); });
+      } else if (const Object records = ListCalendar(audit.manager, code, dates)) {
+        LocalRecordSet->Open(SelectCalendar(code), OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
+        AddCalendarRecords(records);
+        LocalRecordSet->Close();  // saves the last row
+      }
+    }
+    FinishChangedCopy(audit, tableCode);
+  } catch (...) {
+    FailChangedCopy(kChangedFailure);
+  }
+}
+
+void clsDataCopy::CopyCalendarOfEmployee(Text employee, Text busComponent) {
+  try {
+    const std::unique_ptr<Recordset> row = platform_.database.CreateRecordset("ADODB.RECORDSET");
+    row->Open(SqlText("select * from tsmdm140 where emno = '").Value(Trimmed(employee)).Append("'"), OpenedConnection(),
+              kCursorKeyset, kLockOptimistic, kCommandText);
+    std::string calendar;
+    if (row->recordcount() != 0) calendar = Trimmed(row->Fields("ccal").Value().ToText());
+    row->Close();
+    if (!calendar.empty()) CopyCalendar(calendar, busComponent);
+  } catch (...) {
+    RaiseAs(kEmployeeFailure);
+  }
+}
+
+void clsDataCopy::CopyCalendar(Text calendarCode, Text busComponent) {
+  InsertCount = 0;
+  Object manager;
+  try {
+    const SqlText select = SelectCalendar(calendarCode);
+    manager = platform_.components.CreateObject(kManager);
+    manager.Call(kInitialize, busComponent);
+    const StartDates dates = StartDatesSince(kLookBackOnRequest, platform_.clock.Now(), Form::Plain);
+    if (const Object records = ListCalendar(manager, calendarCode, dates)) {
+      DeleteCalendar(calendarCode);
+      LocalRecordSet->Open(select, OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
+      AddCalendarRecords(records);
+    }
+    // Without records the record set was never opened, and the copy fails here: nobody takes the calendar for copied.
+    if (!LocalRecordSet->BOF()) LocalRecordSet->Update();
+    LocalRecordSet->Close();
+    WriteCountLog(kTable, InsertCount, 0, 0);
+    manager.Call(kClose);
+  } catch (...) {
+    FailFullCopy(manager, kCalendarFailure);
+  }
+}
+
+void clsDataCopy::DeleteCalendar(Text calendarCode) {
+  try {
+    OpenedConnection().CommandTimeout(kDeleteTimeout);
+    OpenedConnection().Execute(SqlText("DELETE FROM tcccp030 WHERE ccal = '").Value(calendarCode).Append("'"));
+  } catch (...) {
+    RaiseAs(kDeleteFailure);
+  }
+}
+
+bool clsDataCopy::CalendarIsLocal(Text calendarCode) {
+  const std::unique_ptr<Recordset> rows = platform_.database.CreateRecordset("ADODB.Recordset");
+  rows->Open(SelectCalendar(calendarCode), OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
+  const bool local = rows->recordcount() > 0;
+  rows->Close();
+  return local;
+}
+
+void clsDataCopy::AddCalendarRecords(const Object& records) {
+  AddRecords(records, kKeyColumns, kTable,
+             [this](Recordset& row, const Object& record) { SetCalendarFields(row, record); });
+}
+
+void clsDataCopy::SetCalendarFields(Recordset& row, const Object& record) {
+  SetFields(kFields, row, record);
+  const std::int32_t startTime = row.Fields(kStartTime).Value().ToInt32();
+  const std::int32_t endTime = row.Fields(kEndTime).Value().ToInt32();
+  row.Fields(kStartMoment) = Moment(row.Fields(kStartDate).Value(), startTime);
+  row.Fields(kFinishMoment) = Moment(row.Fields(kEndDate).Value(), endTime);
+  row.Fields(kDuration) = DurationText(startTime, endTime);
+}
+
+Variant clsDataCopy::FillTable_tscalender() {
+  try {
+    clsCalender calender(platform_.database);
+    calender.DBConnection = LocalConnection.get();
+    calender.DBRecordSet = LocalRecordSet.get();
+    return calender.Startprocess();
+  } catch (...) {
+    RaiseAs(kFillFailure);
+  }
+}
+
+}  // namespace qmx
