@@ -50,7 +50,7 @@ class DateTime {
 
   std::string ToText() const;
 
-  friend constexpr auto operator<=>(DateTime, DateTime) = default;
+  friend constexpr auto operator<=>(DateTime, DateTime) = default;  // NOLINT(modernize-use-nullptr): takes it for one
 
  private:
   constexpr explicit DateTime(std::int64_t seconds) : seconds_(seconds) {}

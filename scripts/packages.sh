@@ -1,7 +1,7 @@
 # The Debian packages that this project needs, and their installation where one is missing. Sourced by demo.sh and test.sh.
 
 demoPackages=(g++ cmake ninja-build libsqlite3-dev sqlite3 libcli11-dev nlohmann-json3-dev)
-testPackages=("${demoPackages[@]}" libgtest-dev libgmock-dev clang-14 clang-format-14 clang-tidy-14 default-jdk-headless)
+testPackages=("${demoPackages[@]}" libgtest-dev libgmock-dev locales clang-14 clang-format-14 clang-tidy-14 default-jdk-headless)
 
 # install_packages PACKAGE...: installs what is missing; without need of a network when nothing is.
 install_packages() {

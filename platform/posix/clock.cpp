@@ -1,0 +1,72 @@
+#include "platform/posix/clock.h"
+
+#include <cstdlib>
+#include <ctime>
+
+namespace qmx {
+namespace {
+
+// What setlocale would look at, in its order, without setting anything for the whole process.
+std::string LocaleOfEnvironment() {
+  for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
+    const char* name = std::getenv(variable);
+    if (name && *name) return name;
+  }
+  return {};
+}
+
+bool IsUnset(const std::string& name) {
+  return name.empty() || name == "C" || name == "POSIX" || name.starts_with("C.") || name.starts_with("POSIX.");
+}
+
+std::tm BrokenDown(DateTime moment) {
+  std::tm parts{};
+  parts.tm_year = moment.Year() - 1900;
+  parts.tm_mon = moment.Month() - 1;
+  parts.tm_mday = moment.Day();
+  parts.tm_hour = moment.Hour();
+  parts.tm_min = moment.Minute();
+  parts.tm_sec = moment.Second();
+  // The zero date-time was a Saturday.
+  const std::int64_t days = moment.DatePart().Seconds() / DateTime::kSecondsPerDay;
+  parts.tm_wday = static_cast<int>(((days + 6) % 7 + 7) % 7);
+  parts.tm_yday = static_cast<int>((moment.DatePart().Seconds() - DateTime::FromDate(moment.Year(), 1, 1).Seconds()) /
+                                   DateTime::kSecondsPerDay);
+  return parts;
+}
+
+}  // namespace
+
+PosixClock::PosixClock() : PosixClock(LocaleOfEnvironment()) {}
+
+PosixClock::PosixClock(const std::string& localeName) {
+  if (!IsUnset(localeName)) locale_ = newlocale(LC_TIME_MASK, localeName.c_str(), nullptr);
+}
+
+PosixClock::~PosixClock() {
+  if (locale_) freelocale(locale_);
+}
+
+DateTime PosixClock::Now() {
+  const std::time_t now = std::time(nullptr);
+  std::tm parts{};
+  localtime_r(&now, &parts);
+  return DateTime::FromDate(parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday)
+      .PlusTime(parts.tm_hour, parts.tm_min, parts.tm_sec);
+}
+
+std::string PosixClock::DateText(DateTime moment) {
+  return locale_ ? Format("%x", moment) : moment.DatePart().ToText();
+}
+
+std::string PosixClock::TimeText(DateTime moment) { return Format(locale_ ? "%X" : "%H:%M:%S", moment); }
+
+std::string PosixClock::Format(const char* format, DateTime moment) const {
+  const std::tm parts = BrokenDown(moment);
+  char text[256];
+  const std::size_t length = locale_ ? strftime_l(text, sizeof text, format, &parts, locale_)
+                                     : std::strftime(text, sizeof text, format, &parts);
+  return {text, length};
+}
+
+}  // namespace qmx

@@ -1,0 +1,96 @@
+#include "platform/posix/event_log.h"
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <syslog.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <utility>
+
+#include "platform/error.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kTag = "qmxdatacopy";
+constexpr int kFileNumber = 511;  // out of the way of the program's own numbers, of which one may have been left open
+
+const char* TypeName(int type) { return type == EventLog::kTypeError ? "Error" : "Information"; }
+
+int Severity(int type) { return type == EventLog::kTypeError ? LOG_ERR : LOG_INFO; }
+
+std::string Sender() { return std::string(kTag) + "[" + std::to_string(getpid()) + "]: "; }
+
+// The month's name is English whatever the locale: that is what the readers of the system log expect.
+std::string Timestamp(DateTime moment) {
+  static constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                            "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+  char text[32];
+  std::snprintf(text, sizeof text, "%s %2d %02d:%02d:%02d", kMonths[moment.Month() - 1], moment.Day(), moment.Hour(),
+                moment.Minute(), moment.Second());
+  return text;
+}
+
+std::string WithPlainLineEnds(std::string_view text) {
+  std::string plain;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') continue;
+    plain += text[i];
+  }
+  return plain;
+}
+
+// True when somebody took it.
+bool SendToSystemLog(const std::string& path, const std::string& entry) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (path.size() >= sizeof address.sun_path) return false;
+  std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
+
+  const int descriptor = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  if (descriptor < 0) return false;
+  const timeval limit{2, 0};  // a system log that hangs must not hang the copy
+  setsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+  const ssize_t sent = sendto(descriptor, entry.data(), entry.size(), MSG_NOSIGNAL,
+                              reinterpret_cast<const sockaddr*>(&address), sizeof address);
+  close(descriptor);
+  return sent == static_cast<ssize_t>(entry.size());
+}
+
+}  // namespace
+
+PosixEventLog::PosixEventLog(Clock& clock, TextFiles& files, std::string systemLogSocket)
+    : clock_(clock), files_(files), systemLogSocket_(std::move(systemLogSocket)) {}
+
+void PosixEventLog::StartLogging(const std::string& target, int mode) {
+  if (mode != kAutomatic) {
+    throw Error(errors::kInvalidCall, "Event log",
+                "Invalid call: event log mode " + std::to_string(mode) + " is not served, only the automatic mode 0");
+  }
+  target_ = target;
+}
+
+void PosixEventLog::LogEvent(std::string_view text, int type) {
+  const DateTime now = clock_.Now();
+  const std::string priority = "<" + std::to_string(LOG_USER | Severity(type)) + ">";
+  if (SendToSystemLog(systemLogSocket_, priority + Timestamp(now) + " " + Sender() + WithPlainLineEnds(text))) return;
+
+  if (target_.empty()) {
+    throw Error(errors::kInvalidCall, "Event log", "Invalid call: event logging has not been started");
+  }
+  files_.OpenForAppend(target_, kFileNumber);
+  try {
+    files_.Print(kFileNumber, clock_.DateText(now) + " " + clock_.TimeText(now) + " " + TypeName(type) + " " +
+                                  Sender() + std::string(text));
+  } catch (...) {
+    try {
+      files_.Close(kFileNumber);
+    } catch (const Error&) {  // the first failure is the one to tell
+    }
+    throw;
+  }
+  files_.Close(kFileNumber);
+}
+
+}  // namespace qmx

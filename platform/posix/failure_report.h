@@ -1,0 +1,17 @@
+// The chain of causes on standard error, where a terminal, cron or the journal keeps it.
+#pragma once
+
+#include "platform/failure_report.h"
+
+namespace qmx {
+
+class PosixFailureReport : public FailureReport {
+ public:
+  explicit PosixFailureReport(int descriptor = 2) : descriptor_(descriptor) {}
+  void Report(const Error& error) noexcept override;
+
+ private:
+  int descriptor_;
+};
+
+}  // namespace qmx

@@ -1,0 +1,170 @@
+#include "platform/posix/text_files.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+#include "platform/error.h"
+#include "platform/posix/paths.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kSource = "Text files";
+
+bool FolderExists(const std::string& nativePath) {
+  const std::filesystem::path folder = std::filesystem::path(nativePath).parent_path();
+  std::error_code ignored;
+  return std::filesystem::is_directory(folder.empty() ? "." : folder, ignored);
+}
+
+std::int32_t NumberOf(int code, const std::string& nativePath) {
+  switch (code) {
+    case ENOENT:
+      return FolderExists(nativePath) ? errors::kFileNotFound : errors::kPathNotFound;
+    case ENOTDIR:
+      return errors::kPathNotFound;
+    case EACCES:
+    case EPERM:
+    case ETXTBSY:
+      return errors::kPermissionDenied;
+    case EISDIR:
+    case EROFS:
+    case ELOOP:
+    case ENAMETOOLONG:
+    case EINVAL:
+      return errors::kPathFileAccess;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+      return errors::kDiskFull;
+    default:
+      return errors::kDeviceIo;
+  }
+}
+
+const char* Headline(std::int32_t number) {
+  switch (number) {
+    case errors::kFileNotFound:
+      return "File not found";
+    case errors::kPathNotFound:
+      return "Path not found";
+    case errors::kPermissionDenied:
+      return "Permission denied";
+    case errors::kPathFileAccess:
+      return "Path/file access error";
+    case errors::kDiskFull:
+      return "Disk full";
+    default:
+      return "Device I/O error";
+  }
+}
+
+[[noreturn]] void RaiseSystemError(int code, const std::string& path) {
+  const std::string native = NativePath(path);
+  const std::int32_t number = NumberOf(code, native);
+  throw Error(number, kSource, std::string(Headline(number)) + ": " + path)
+      .With("file", native)
+      .With("system", std::generic_category().message(code));
+}
+
+}  // namespace
+
+void PosixTextFiles::OpenForAppend(const std::string& path, int number) { Open(path, number, false); }
+
+void PosixTextFiles::OpenForInput(const std::string& path, int number) { Open(path, number, true); }
+
+void PosixTextFiles::Open(const std::string& path, int number, bool forInput) {
+  const auto open = files_.find(number);
+  if (open != files_.end()) {
+    throw Error(errors::kFileAlreadyOpen, kSource,
+                "File already open: number " + std::to_string(number) + " is in use by " + open->second.path +
+                    " and cannot be used for " + path);
+  }
+  if (path.find('\0') != std::string::npos) RaiseSystemError(EINVAL, path);
+
+  std::FILE* stream = std::fopen(NativePath(path).c_str(), forInput ? "rbe" : "abe");
+  if (!stream) RaiseSystemError(errno, path);
+  OpenFile file{path, forInput, {stream, {}}};
+  struct stat status {};
+  if (fstat(fileno(stream), &status) == 0 && S_ISDIR(status.st_mode)) RaiseSystemError(EISDIR, path);
+  files_.emplace(number, std::move(file));
+}
+
+PosixTextFiles::OpenFile& PosixTextFiles::Find(int number, bool forInput) {
+  const auto open = files_.find(number);
+  if (open == files_.end()) {
+    throw Error(errors::kBadFileNumber, kSource, "Bad file number: " + std::to_string(number) + " is not open");
+  }
+  if (open->second.forInput != forInput) {
+    throw Error(errors::kBadFileNumber, kSource,
+                "Bad file number: " + std::to_string(number) + " is open for " + (forInput ? "appending" : "input") +
+                    ", " + open->second.path);
+  }
+  return open->second;
+}
+
+void PosixTextFiles::Print(int number, std::string_view line) {
+  OpenFile& file = Find(number, false);
+  const std::string text = std::string(line) + "\r\n";
+  if (std::fwrite(text.data(), 1, text.size(), file.stream.get()) != text.size()) RaiseSystemError(errno, file.path);
+}
+
+void PosixTextFiles::Write(int number, std::initializer_list<std::string_view> items) {
+  std::string record;
+  for (const std::string_view item : items) {
+    if (!record.empty()) record += ',';
+    record.append("\"").append(item).append("\"");
+  }
+  Print(number, record);
+}
+
+std::string PosixTextFiles::InputField(int number) {
+  OpenFile& file = Find(number, true);
+  std::FILE* stream = file.stream.get();
+  std::string field;
+  bool quoted = false;
+  int c = std::getc(stream);
+  if (c == EOF && !std::ferror(stream)) {
+    throw Error(errors::kInputPastEnd, kSource, "Input past end of file: " + file.path);
+  }
+  for (; c != EOF; c = std::getc(stream)) {
+    if (!quoted && (c == ',' || c == '\n' || c == '\r')) break;
+    if (c == '"') quoted = !quoted;
+    if (c != ' ' || !field.empty()) field += static_cast<char>(c);
+  }
+  if (std::ferror(stream)) RaiseSystemError(errno, file.path);
+  if (c == '\r') {  // CR LF is one line end
+    const int next = std::getc(stream);
+    if (next != '\n' && next != EOF) std::ungetc(next, stream);
+  }
+  if (field.starts_with('"')) {
+    const std::size_t last = field.find_last_not_of(' ');
+    if (last > 0 && field[last] == '"') field = field.substr(1, last - 1);
+  }
+  return field;
+}
+
+void PosixTextFiles::Close(int number) {
+  const auto open = files_.find(number);
+  if (open == files_.end()) {
+    throw Error(errors::kBadFileNumber, kSource, "Bad file number: " + std::to_string(number) + " is not open");
+  }
+  OpenFile file = std::move(open->second);
+  files_.erase(open);  // whatever happens next, the number is free again
+  if (std::fclose(file.stream.release()) != 0) RaiseSystemError(errno, file.path);
+}
+
+std::string PosixTextFiles::CurrentDirectory() {
+  std::error_code problem;
+  const std::filesystem::path folder = std::filesystem::current_path(problem);
+  if (problem) {
+    throw Error(errors::kPathNotFound, kSource, "Path not found: the current directory")
+        .With("system", problem.message());
+  }
+  return PathText(folder.string());
+}
+
+}  // namespace qmx
