@@ -1,0 +1,126 @@
+#!/usr/bin/env bash
+# with_servers.sh COMMAND...: runs the command while a private PostgreSQL and a private MariaDB server listen on loopback.
+#
+# The command finds their connection texts in QMX_TEST_POSTGRESQL and QMX_TEST_MARIADB, and the servers' process ids in
+# QMX_TEST_POSTGRESQL_PID and QMX_TEST_MARIADB_PID. Data lives in a temporary folder; the servers run as an unprivileged
+# user and are stopped by process id whatever happens, also when this script is killed. The exit status is the command's.
+#
+# A server that does not start is told on standard error with its log. Where CI=true it ends the run; elsewhere the
+# command runs without that server's variables.
+set -euo pipefail
+
+[ $# -gt 0 ] || { echo "usage: with_servers.sh COMMAND..." >&2; exit 2; }
+
+folder=$(mktemp --directory "${TMPDIR:-/tmp}/qmx-servers-XXXXXX")
+password="wild;{}rose"  # needs quoting in a connection text: what quotes it badly fails here
+unprivileged=()
+if [ "$(id -u)" -eq 0 ]; then
+  unprivileged=(--reuid nobody --regid "$(id -g nobody)" --clear-groups)
+  chown nobody "$folder"
+fi
+servers=()
+command=
+
+# become PROGRAM...: in the temporary folder, as nobody where we are root; this shell becomes the program, which is told to
+# quit when its parent dies (a second setpriv, since changing the user forgets that).
+become() {
+  cd "$folder"
+  HOME=$folder exec setpriv "${unprivileged[@]}" setpriv --pdeathsig QUIT "$@"
+}
+
+running() { grep -q '^State:\s*[^Z]' "/proc/$1/status" 2>/dev/null; }  # not one that has ended and waits to be reaped
+
+stop() {
+  local status=$? pid
+  trap '' INT TERM HUP
+  [ -z "$command" ] || kill -TERM "$command" 2>/dev/null || true
+  for pid in "${servers[@]}"; do kill -QUIT "$pid" 2>/dev/null || true; done
+  for pid in "${servers[@]}"; do
+    for _ in {1..100}; do
+      running "$pid" || break
+      sleep 0.1
+    done
+    kill -KILL "$pid" 2>/dev/null || true
+    wait "$pid" 2>/dev/null || true
+  done
+  rm -rf "$folder"
+  exit "$status"
+}
+trap stop EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
+
+free_port() {
+  local port
+  while :; do
+    port=$((RANDOM % 10000 + 20000))
+    (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null || break
+  done
+  echo "$port"
+}
+
+# answers PID PROBE...: waits until the probe succeeds; fails when the process ends or half a minute passes.
+answers() {
+  local pid=$1
+  shift
+  for _ in {1..300}; do
+    running "$pid" || return 1
+    "$@" >/dev/null 2>&1 && return
+    sleep 0.1
+  done
+  return 1
+}
+
+start_postgresql() {
+  local programs port pid
+  programs=$(find /usr/lib/postgresql -mindepth 2 -maxdepth 2 -name bin 2>/dev/null | sort -V | tail -n 1)
+  [ -n "$programs" ] || { echo "no PostgreSQL in /usr/lib/postgresql" >&2; return 1; }
+  port=$(free_port)
+  printf '%s' "$password" >"$folder/password"
+  chmod 644 "$folder/password"
+  (become "$programs/initdb" --pgdata=postgresql --username=qmx --pwfile=password --auth=scram-sha-256 --encoding=UTF8 \
+    --locale=C.UTF-8 --no-sync) >"$folder/postgresql.log" 2>&1 || return 1
+  become "$programs/postgres" -D postgresql -c listen_addresses=127.0.0.1 -c port="$port" \
+    -c unix_socket_directories="$folder" -c fsync=off -c log_min_messages=fatal >>"$folder/postgresql.log" 2>&1 &
+  pid=$!
+  servers+=("$pid")
+  PGPASSWORD=$password answers "$pid" "$programs/psql" --host=127.0.0.1 --port="$port" --username=qmx \
+    --dbname=postgres --command='select 1' || return 1
+  export QMX_TEST_POSTGRESQL="DRIVER=PostgreSQL Unicode;SERVER=127.0.0.1;PORT=$port;DATABASE=postgres;UID=qmx;PWD={wild;{}}rose};Protocol=7.4-1"
+  export QMX_TEST_POSTGRESQL_PID=$pid
+}
+
+start_mariadb() {
+  local port pid
+  port=$(free_port)
+  cat >"$folder/users.sql" <<SQL
+create user qmx@'127.0.0.1' identified by '$password';
+grant all on *.* to qmx@'127.0.0.1' with grant option;
+SQL
+  chmod 644 "$folder/users.sql"
+  (become mariadb-install-db --no-defaults --datadir="$folder/mariadb" --skip-test-db --auth-root-authentication-method=normal) \
+    >"$folder/mariadb.log" 2>&1 || return 1
+  become mariadbd --no-defaults --datadir="$folder/mariadb" --bind-address=127.0.0.1 --port="$port" \
+    --socket="$folder/mariadb.sock" --pid-file="$folder/mariadb.pid" --skip-name-resolve --skip-log-bin \
+    --character-set-server=utf8mb4 --innodb-flush-log-at-trx-commit=0 --init-file="$folder/users.sql" >>"$folder/mariadb.log" 2>&1 &
+  pid=$!
+  servers+=("$pid")
+  MYSQL_PWD=$password answers "$pid" mariadb --no-defaults --host=127.0.0.1 --port="$port" --user=qmx \
+    --execute='select 1' || return 1
+  export QMX_TEST_MARIADB="DRIVER=MariaDB Unicode;SERVER=127.0.0.1;PORT=$port;UID=qmx;PWD={wild;{}}rose}"
+  export QMX_TEST_MARIADB_PID=$pid
+}
+
+for server in postgresql mariadb; do
+  if ! "start_$server"; then
+    cat "$folder/$server.log" >&2 2>/dev/null || true
+    echo "the $server server did not start; its messages stand above" >&2
+    [ "${CI:-}" != true ] || exit 1
+  fi
+done
+
+"$@" <&0 &
+command=$!
+wait "$command" && status=0 || status=$?
+command=
+exit "$status"
