@@ -10,6 +10,7 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 # The build tree looks like the installed one: the component servers and their manifests share a folder.
 set(QMX_COMPONENT_DIR ${CMAKE_BINARY_DIR}/components)
+file(MAKE_DIRECTORY ${QMX_COMPONENT_DIR})
 set(QMX_INSTALLED_COMPONENT_DIR ${CMAKE_INSTALL_FULL_LIBDIR}/qmxdatacopy/components)
 
 option(QMX_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)

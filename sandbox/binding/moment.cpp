@@ -1,0 +1,79 @@
+#include "binding/moment.h"
+
+#include <charconv>
+#include <chrono>
+#include <cstdio>
+
+namespace orvan {
+namespace {
+
+constexpr std::int64_t kSecondsPerDay = 86400;
+constexpr std::chrono::sys_days kDayZero = std::chrono::year(1899) / std::chrono::December / 30;
+
+// Takes a number of at most `digits` digits off the front of the text.
+bool TakeNumber(std::string_view& text, std::size_t digits, int& number) {
+  const char* end = text.data() + std::min(text.size(), digits);
+  if (text.empty() || text.front() < '0' || text.front() > '9') return false;
+  const auto read = std::from_chars(text.data(), end, number);
+  text.remove_prefix(static_cast<std::size_t>(read.ptr - text.data()));
+  return true;
+}
+
+bool TakeMark(std::string_view& text, std::string_view marks) {
+  if (text.empty() || marks.find(text.front()) == std::string_view::npos) return false;
+  text.remove_prefix(1);
+  return true;
+}
+
+}  // namespace
+
+Moment Moment::FromSeconds(std::int64_t seconds) {
+  std::int64_t days = seconds / kSecondsPerDay;
+  if (seconds % kSecondsPerDay < 0) --days;
+  const std::chrono::year_month_day date(kDayZero + std::chrono::days(days));
+  const int rest = static_cast<int>(seconds - days * kSecondsPerDay);
+  return {static_cast<int>(date.year()),
+          static_cast<int>(static_cast<unsigned>(date.month())),
+          static_cast<int>(static_cast<unsigned>(date.day())),
+          rest / 3600,
+          rest / 60 % 60,
+          rest % 60};
+}
+
+std::int64_t Moment::Seconds() const {
+  const std::chrono::sys_days first =
+      std::chrono::year(year) / std::chrono::month(static_cast<unsigned>(month)) / std::chrono::day(1);
+  const std::int64_t days = (first - kDayZero).count() + day - 1;
+  return days * kSecondsPerDay + hour * 3600 + minute * 60 + second;
+}
+
+std::optional<Moment> Moment::Parse(std::string_view text) {
+  Moment moment;
+  if (!TakeNumber(text, 4, moment.year) || !TakeMark(text, "-")) return std::nullopt;
+  if (!TakeNumber(text, 2, moment.month) || !TakeMark(text, "-")) return std::nullopt;
+  if (!TakeNumber(text, 2, moment.day)) return std::nullopt;
+  if (TakeMark(text, " T")) {
+    if (!TakeNumber(text, 2, moment.hour) || !TakeMark(text, ":")) return std::nullopt;
+    if (!TakeNumber(text, 2, moment.minute)) return std::nullopt;
+    if (TakeMark(text, ":") && !TakeNumber(text, 2, moment.second)) return std::nullopt;
+  }
+  const bool inRange = moment.month >= 1 && moment.month <= 12 && moment.day >= 1 && moment.day <= 31 &&
+                       moment.hour <= 24 && moment.minute <= 59 && moment.second <= 59;
+  if (!text.empty() || !inRange) return std::nullopt;
+  if (moment.day <= 28 && moment.hour < 24) return moment;
+  return FromSeconds(moment.Seconds());
+}
+
+std::string Moment::DateText() const {
+  char text[48];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d", year, month, day);
+  return text;
+}
+
+std::string Moment::Text() const {
+  char text[80];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", year, month, day, hour, minute, second);
+  return text;
+}
+
+}  // namespace orvan

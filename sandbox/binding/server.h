@@ -1,0 +1,27 @@
+// What a component server is made of: the ProgIDs that it serves and how an object of each is made. The server's one
+// exported function hands them to Serve.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "binding/object.h"
+
+namespace orvan {
+
+struct ServedClass {
+  std::string progId;
+  std::function<Object*()> make;
+};
+
+template <class T>
+ServedClass Serving() {
+  return {T::kName, [] { return new T(); }};
+}
+
+// Called once, from the entry function. A host of another version of the interface is refused.
+const qmx_component_server* Serve(const qmx_component_host* host, qmx_error* error, const char* description,
+                                  std::vector<ServedClass> classes) noexcept;
+
+}  // namespace orvan

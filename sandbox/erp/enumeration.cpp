@@ -1,0 +1,23 @@
+#include "erp/enumeration.h"
+
+namespace orvan {
+
+bool Enumeration::OnRow() {
+  if (place_ == Place::Before) place_ = rows_.Step() ? Place::OnRow : Place::AtEnd;
+  return place_ == Place::OnRow;
+}
+
+void Enumeration::HasMoreElements(Arguments, Result result) { result.SetBoolean(OnRow()); }
+
+void Enumeration::NextElement(Arguments, Result result) {
+  if (!OnRow())
+    throw Failure(QMX_E_INVALID_CALL, kName,
+                  "There is no further record of " + std::string(table_.code) + ". Ask hasMoreElements first.");
+  Ref<Record> record(new Record(table_));
+  for (std::size_t column = 0; column < table_.columns.size(); ++column)
+    record->Fill(column, rows_, static_cast<int>(column));
+  place_ = Place::Before;
+  Return(result, record);
+}
+
+}  // namespace orvan

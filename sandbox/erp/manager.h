@@ -1,0 +1,38 @@
+// A table's manager: initialize, the table's listing method, Close.
+#pragma once
+
+#include "binding/object.h"
+#include "erp/sqlite.h"
+#include "erp/table.h"
+
+namespace orvan {
+
+class Manager : public Object {
+ public:
+  // The type that all managers of a table share.
+  static const Type& TypeOf(const Table& table);
+
+  explicit Manager(const Table& table) : Object(TypeOf(table)), table_(table) {}
+
+  // The object as a manager of any table.
+  static Manager& Of(Argument argument);
+
+  const Table& ManagedTable() const { return table_; }
+
+  // The file behind it. An error before initialize and after Close.
+  const std::shared_ptr<Database>& File() const;
+
+  void Invoke(std::int32_t member, Arguments arguments, Result result) override;
+
+ private:
+  void Initialize(std::string_view businessComponent);
+  void List(Arguments bounds, Result result);
+
+  const Table& table_;
+  std::shared_ptr<Database> file_;
+};
+
+// Binds a bound of a column to a parameter: as text, number or day, as the column is compared.
+void BindBound(Statement& statement, int parameter, const Column& column, Argument bound);
+
+}  // namespace orvan

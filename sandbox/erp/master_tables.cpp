@@ -1,0 +1,155 @@
+// The nine master-data tables.
+#include "erp/table.h"
+
+namespace orvan {
+
+std::vector<Table> MasterTables() {
+  using enum ColumnType;
+  return {
+      {.code = "tsmdm030",
+       .description = "Service Types",
+       .manager = "ServiceTypes.ServiceTypesManager",
+       .record = "ServiceTypes.ServiceTypes",
+       .list = "List",
+       .key = {"cstp"},
+       .bounds = {"cstp"},
+       .columns =
+           {
+               {"cstp", Text, "getServiceType"},
+               {"desc", Text, "getServiceTypeDescription"},
+               {"proc", Text, "getServiceProcedure"},
+               {"ract", Text, "getAvailabilityType"},
+           }},
+      {.code = "tsmdm100",
+       .description = "Service Centers",
+       .manager = "ServiceCenters.ServiceCentersManager",
+       .record = "ServiceCenters.ServiceCenters",
+       .list = "List",
+       .key = {"cwoc"},
+       .bounds = {"cwoc"},
+       .columns =
+           {
+               {"cwoc", Text, "getServiceCentersCode"},
+               {"desc", Text, "getDescription"},
+               {"wctp", Whole, "getServiceCenterType"},
+               {"cmwc", Text, "getMainServiceCenter"},
+               {"cwar", Text, "getWarehouse"},
+               {"clrt", Number, "getLaborRate"},
+               {"srtp", Whole, "getFieldOfSupport"},
+               {"srep", Text, "getSalesRepresentative"},
+           }},
+      {.code = "tsmdm105",
+       .description = "Service Areas",
+       .manager = "ServiceAreas.ServiceAreasManager",
+       .record = "ServiceAreas.ServiceAreas",
+       .list = "List",
+       .key = {"csar"},
+       .bounds = {"csar"},
+       .columns =
+           {
+               {"csar", Text, "getServiceArea"},
+               {"desc", Text, "getServiceAreaDescription"},
+               {"artp", Whole, "getServiceAreaType"},
+               {"cmsa", Text, "getMainServiceArea"},
+               {"cwoc", Text, "getServiceCenter"},
+               {"cwar", Text, "getWarehouse"},
+               {"trti", Number, "getAverageTravelingTime"},
+               {"dist", Number, "getAverageTravelingDistance"},
+               {"ccha", Number, "getCallOutCharge"},
+               {"ccur", Text, "getCurrency"},
+               {"clrt", Number, "getLaborRate"},
+           }},
+      {.code = "tsmdm130",
+       .description = "Skills",
+       .manager = "Skills.SkillsManager",
+       .record = "Skills.Skills",
+       .list = "List",
+       .key = {"skll"},
+       .bounds = {"skll"},
+       .columns =
+           {
+               {"skll", Text, "getSkill"},
+               {"desc", Text, "getDescription"},
+               {"clrt", Number, "getLaborRate"},
+           }},
+      {.code = "tsmdm135",
+       .description = "Skills by Employee",
+       .manager = "SkillsByEmployee.SkillsByEmployeeManager",
+       .record = "SkillsByEmployee.SkillsByEmployee",
+       .list = "List",
+       .key = {"emno", "skll", "cogr"},
+       .bounds = {"emno", "skll", "cogr"},
+       .columns =
+           {
+               {"emno", Text, "getServiceEmployee"},
+               {"skll", Text, "getSkill"},
+               {"cogr", Text, "getObjectGroup"},
+               {"afct", Number, "getSkillFactor"},
+           }},
+      {.code = "tsmdm140",
+       .description = "Service Employees",
+       .manager = "ServiceEmployees.ServiceEmployeesManager",
+       .record = "ServiceEmployees.ServiceEmployees",
+       .list = "List",
+       .key = {"emno"},
+       .bounds = {"emno", "cwoc", "csar"},
+       .columns =
+           {
+               {"emno", Text, "getServiceEmployee"},
+               {"desc", Text, "getServiceEmployeeName"},
+               {"cwoc", Text, "getServiceCenter"},
+               {"ccal", Text, "getCalendarCode"},
+               {"frmn", Text, "getForeman"},
+               {"csar", Text, "getServiceArea"},
+               {"ccar", Text, "getServiceCar"},
+               {"user", Text, "getLoginCode"},
+               {"mopd", Number, "getMaximumOvertimePerDay"},
+           }},
+      {.code = "tsclm020",
+       .description = "Response Times",
+       .manager = "ResponseTimes.ResponseTimesManager",
+       .record = "ResponseTimes.ResponseTimes",
+       .list = "List",
+       .key = {"crtc"},
+       .bounds = {"crtc"},
+       .columns =
+           {
+               {"crtc", Text, "getResponseTime"},
+               {"desc", Text, "getResponseTimeDescription"},
+               {"ccal", Text, "getCalendar"},
+               {"rctt", Number, "getReactionPeriod"},
+               {"enst", Number, "getSolutionStartPeriod"},
+               {"sltn", Number, "getSolutionFinishPeriod"},
+           }},
+      {.code = "tsclm024",
+       .description = "Priority Time Scales",
+       .manager = "PriorityTimeScale.PriorityTimeScaleManager",
+       .record = "PriorityTimeScale.PriorityTimeScale",
+       .list = "List",
+       .key = {"sltt"},
+       .bounds = {"sltt"},
+       .columns =
+           {
+               {"sltt", Number, "getSolutionTimeInMinutes"},
+               {"desc", Text, "getDescription"},
+           }},
+      {.code = "tccom130",
+       .description = "Addresses",
+       .manager = "Addresses.AddressesManager",
+       .record = "Addresses.Addresses",
+       .list = "List",
+       .key = {"cadr"},
+       .bounds = {"cadr"},
+       .columns =
+           {
+               {"cadr", Text, "getAddressCode"},
+               {"nama", Text, "getName"},
+               {"namc", Text, "getAddress"},
+               {"hono", Text, "getHouseNumber"},
+               {"name", Text, "getCity"},
+               {"pstc", Text, "getZIPCodePostalCode"},
+           }},
+  };
+}
+
+}  // namespace orvan

@@ -1,0 +1,142 @@
+#include "erp/record.h"
+
+#include <limits>
+#include <map>
+
+#include "erp/date.h"
+
+namespace orvan {
+namespace {
+
+// What getClass returns: the class, by its name.
+class RecordClass : public Component<RecordClass> {
+ public:
+  static constexpr char kName[] = "java.lang.Class";
+  explicit RecordClass(const Table& table) : table_(table) {}
+  static const auto& Methods() {
+    static constexpr Method methods[] = {{"getName", 0, &RecordClass::GetName}};
+    return methods;
+  }
+
+ private:
+  void GetName(Arguments, Result result) { result.SetText(table_.record); }
+  const Table& table_;
+};
+
+}  // namespace
+
+const Type& Record::TypeOf(const Table& table) {
+  static auto& types = *new std::map<const Table*, const Type*>;
+  const Type*& type = types[&table];
+  if (!type) {
+    std::vector<std::string> members;
+    for (const Column& column : table.columns) members.emplace_back(column.getter);
+    members.emplace_back("getClass");
+    type = new Type(std::string(table.record), std::move(members));
+  }
+  return *type;
+}
+
+Record& Record::Of(const Table& table, Argument argument, const char* what) {
+  qmx_object* object = argument.ObjectOrNothing();
+  if (object && object->type == &TypeOf(table)) return static_cast<Record&>(*object);
+  throw Failure(QMX_E_TYPE_MISMATCH, std::string(table.record),
+                std::string("The ") + what + " must be a " + std::string(table.record) +
+                    " object of the sandbox ERP, but " + argument.Shown() + " was passed.");
+}
+
+void Record::SetText(Cell& cell, std::string_view text) {
+  cell.kind = Kind::Text;
+  cell.start = texts_.size();
+  cell.length = text.size();
+  texts_.append(text);
+}
+
+void Record::Fill(std::size_t column, const Statement& row, int from) {
+  Cell& cell = cells_[column];
+  switch (row.Kind(from)) {
+    case SQLITE_NULL:
+      cell.kind = Kind::Null;
+      break;
+    case SQLITE_INTEGER: {
+      const std::int64_t whole = row.Whole(from);
+      const bool fits =
+          whole >= std::numeric_limits<std::int32_t>::min() && whole <= std::numeric_limits<std::int32_t>::max();
+      cell.kind = fits ? Kind::Whole : Kind::Number;
+      cell.whole = fits ? static_cast<std::int32_t>(whole) : 0;
+      cell.number = static_cast<double>(whole);
+      break;
+    }
+    case SQLITE_FLOAT:
+      cell.kind = Kind::Number;
+      cell.number = row.Number(from);
+      break;
+    default:
+      SetText(cell, row.Text(from));
+  }
+}
+
+void Record::FillKey(const Record& other) {
+  for (const std::string_view part : table_.key) {
+    const std::size_t column = table_.Find(part);
+    const Cell& from = other.cells_[column];
+    cells_[column] = from;
+    if (from.kind == Kind::Text) SetText(cells_[column], other.TextOf(from));
+  }
+}
+
+void Record::BindKey(Statement& statement) const {
+  int parameter = 0;
+  for (const std::string_view part : table_.key) {
+    const Cell& cell = cells_[table_.Find(part)];
+    ++parameter;
+    if (cell.kind == Kind::Text)
+      statement.Bind(parameter, TextOf(cell));
+    else
+      statement.Bind(parameter, cell.number);
+  }
+}
+
+void Record::Invoke(std::int32_t member, Arguments arguments, Result result) {
+  const auto column = static_cast<std::size_t>(member);
+  if (arguments.size() != 0) WrongArgumentCount(*this, ObjectType().MemberName(member), 0, arguments.size());
+  if (column == table_.columns.size()) return ReturnNew<RecordClass>(result, table_);
+  Get(column, result);
+}
+
+void Record::Get(std::size_t column, Result result) const {
+  const Cell& cell = cells_[column];
+  const ColumnType type = table_.columns[column].type;
+  const bool hasValue = cell.kind != Kind::Empty && cell.kind != Kind::Null;
+  if (type == ColumnType::Moment) {
+    if (hasValue)
+      ReturnNew<Date>(result, DateOf(column));
+    else
+      ReturnNew<Date>(result);
+  } else if (type == ColumnType::Day && hasValue) {
+    result.SetDate(DateOf(column));
+  } else if (cell.kind == Kind::Text) {
+    result.SetText(TextOf(cell));
+  } else if (cell.kind == Kind::Whole) {
+    result.SetInteger(cell.whole);
+  } else if (cell.kind == Kind::Number) {
+    result.SetNumber(cell.number);
+  } else if (cell.kind == Kind::Null) {
+    result.SetNull();
+  }
+}
+
+Moment Record::DateOf(std::size_t column) const {
+  if (const auto moment = Moment::Parse(TextOf(cells_[column]))) return *moment;
+  std::string key;
+  for (const std::string_view part : table_.key) {
+    const Cell& cell = cells_[table_.Find(part)];
+    key += ' ' + std::string(part) + '=' +
+           (cell.kind == Kind::Text ? std::string(TextOf(cell)) : std::to_string(cell.whole));
+  }
+  throw Failure(QMX_E_TYPE_MISMATCH, std::string(table_.record),
+                "Column " + std::string(table_.columns[column].name) + " of " + std::string(table_.code) + ", record" +
+                    key + ", holds no date. Correct it in the sandbox file, as \"2026-11-20 14:05:09\".");
+}
+
+}  // namespace orvan

@@ -1,0 +1,59 @@
+// One record of a table: a getter for each column, and getClass.
+//
+// A record keeps its own copy of its values, so it stays as it is when the enumeration that it came from moves on. A
+// column that was never filled gives the empty value. A record of which only the key is filled names another record:
+// that is what the audit reader calls a tuple.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "binding/object.h"
+#include "erp/sqlite.h"
+#include "erp/table.h"
+
+namespace orvan {
+
+class Record : public Object {
+ public:
+  // The type that all records of a table share. Its members are the columns' getters, in their order, then getClass.
+  static const Type& TypeOf(const Table& table);
+
+  explicit Record(const Table& table) : Object(TypeOf(table)), table_(table), cells_(table.columns.size()) {}
+
+  // The object as a record of that table. `what` names it in the failure's sentence.
+  static Record& Of(const Table& table, Argument argument, const char* what);
+
+  const Table& RecordTable() const { return table_; }
+
+  // Takes one column's value from the statement's current row.
+  void Fill(std::size_t column, const Statement& row, int from);
+
+  // Takes the key of another record, and binds it to parameters 1, 2, ...
+  void FillKey(const Record& other);
+  void BindKey(Statement& statement) const;
+
+  void Invoke(std::int32_t member, Arguments arguments, Result result) override;
+
+ private:
+  enum class Kind : std::uint8_t { Empty, Null, Whole, Number, Text };
+  struct Cell {
+    Kind kind = Kind::Empty;
+    std::int32_t whole = 0;
+    double number = 0;
+    std::size_t start = 0;  // the text's place in texts_
+    std::size_t length = 0;
+  };
+
+  std::string_view TextOf(const Cell& cell) const { return std::string_view(texts_).substr(cell.start, cell.length); }
+  void SetText(Cell& cell, std::string_view text);
+  Moment DateOf(std::size_t column) const;
+  void Get(std::size_t column, Result result) const;
+
+  const Table& table_;
+  std::vector<Cell> cells_;
+  std::string texts_;  // all texts of the record, one after the other
+};
+
+}  // namespace orvan

@@ -1,0 +1,75 @@
+// SQLite as the sandbox needs it: a file, and statements whose rows are taken one by one. A failure names the file.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace orvan {
+
+// A failure of the file or of SQLite itself, in the interface's terms.
+inline constexpr std::int32_t kDatabaseFailed = -2147467259;
+
+class Database {
+ public:
+  // A missing file is error 53, one that cannot be read or is no database 75.
+  static std::shared_ptr<Database> OpenToRead(const std::string& path);
+  static std::shared_ptr<Database> OpenToWrite(const std::string& path);
+  static std::shared_ptr<Database> Create(const std::string& path);
+
+  const std::string& Path() const { return path_; }
+  sqlite3* Handle() const { return handle_.get(); }
+
+  void Execute(const std::string& sql);
+  bool HasTable(std::string_view name);
+
+  // Raises what SQLite last complained about.
+  [[noreturn]] void Fail(const std::string& during) const;
+
+ private:
+  Database(const std::string& path, int flags);
+
+  struct Closer {
+    void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+  };
+  std::string path_;
+  std::unique_ptr<sqlite3, Closer> handle_;
+};
+
+class Statement {
+ public:
+  Statement(std::shared_ptr<Database> database, const std::string& sql);
+
+  // Parameters count from 1. Texts are copied.
+  void Bind(int parameter, std::string_view text);
+  void Bind(int parameter, double number);
+  void Bind(int parameter, std::int64_t number);
+  void BindNull(int parameter);
+
+  bool Step();   // whether there is a row
+  void Reset();  // ready to run again, with the same parameters until they are bound anew
+  void Run();    // all of it, for its effect
+
+  // The current row. Columns count from 0.
+  int Kind(int column) const { return sqlite3_column_type(statement_.get(), column); }
+  std::int64_t Whole(int column) const { return sqlite3_column_int64(statement_.get(), column); }
+  double Number(int column) const { return sqlite3_column_double(statement_.get(), column); }
+  std::string_view Text(int column) const;
+
+ private:
+  void Check(int code) const;
+
+  struct Finalizer {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+  };
+  std::shared_ptr<Database> database_;
+  std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
+};
+
+// A name between double quotes: the ERP has columns named "desc" and "user".
+std::string Quoted(std::string_view name);
+
+}  // namespace orvan
