@@ -1,8 +1,8 @@
 // A connection text: "keyword=value;keyword=value".
 //
 // Keywords compare without regard to case and blanks around; a value may stand in double or single quotes (doubled
-// inside) or in braces. The last of two equal keywords holds. What has no "=" or no closing quote is error 5, naming
-// the place.
+// inside) or in braces ("}" doubled inside). The last of two equal keywords holds. What has no "=", no keyword or no
+// closing quote is error 5, naming the place; no value is ever part of that error, since it may be a password.
 #pragma once
 
 #include <optional>
@@ -22,10 +22,14 @@ class ConnectionText {
   const std::string& Text() const { return text_; }
 
   // The text with the value of every PWD and Password replaced by "***": the only form that may be shown.
-  std::string Masked() const;
+  const std::string& Masked() const { return masked_; }
+
+  // The same text with one keyword more, its value braced where it needs to be.
+  ConnectionText With(std::string_view keyword, std::string_view value) const;
 
  private:
   std::string text_;
+  std::string masked_;
   std::vector<std::pair<std::string, std::string>> pairs_;
 };
 

@@ -3,18 +3,24 @@
 // The rules of a record set (keyset cursor, optimistic locking) stand here once, above the narrow driver interface of
 // database_driver.h; every database system behaves the same.
 //
-// - Open on an open record set is 3705; any use of a closed one but State and Open is 3704; a closed connection is
-// 3709.
+// - Open on an open record set is 3705; any use of a closed one but State and Open is 3704; whatever needs a connection
+//   that is closed is 3709. Rows that were read stay readable then; what is pending is dropped with the connection.
 // - After Open, BOF and Eof are both true exactly when there is no row; otherwise the first row is current. recordcount
-// is exact.
-// - A record set opened on a table's name reads no row until something asks for one.
+//   is exact and counts saved rows.
+// - A record set opened on a table's name reads no row until something asks for one; the rows that it adds are not
+// kept.
 // - AddNew first saves a pending row, then starts a new one, which becomes the current row. Update saves; with nothing
-//   pending it does nothing. Assigned columns alone are inserted. An update writes the columns whose value differs, by
-//   the row's key (primary key, else the best row identifier, else all columns), and must hit exactly one row, else
-//   -2147217864.
-// - Close saves a pending new row and drops a pending edit. A record set that is destroyed while open drops both.
-// - Column names compare without regard to case. A value is converted to its column's type when it is assigned; what
-//   cannot be converted fails there. Errors carry table, column, key and statement as details.
+//   pending it does nothing; MoveFirst and MoveNext save first. Assigned columns alone are inserted. An update writes
+//   the columns whose value differs, by the row's key (primary key, else the best row identifier, else all columns),
+//   and must hit exactly one row, else it is -2147217864 and nothing is changed.
+// - A row that could not be saved stays pending: CancelUpdate drops it and makes the row before it current again.
+// - Close saves a pending new row and drops a pending edit. When that fails, the error is raised and the record set is
+//   closed all the same, without that row. A record set that is destroyed while open drops both.
+// - A query that does not show one table's rows whole ("select * from T ...") gives rows that are read-only: AddNew and
+//   assigning are 3219.
+// - Column names compare without regard to case. A value is converted to its column's type when it is assigned (empty
+//   becomes null); what cannot be converted fails there. A column that was never assigned reads as null in a new row,
+//   and as what the database holds once the row is saved. Errors carry table, column, key and statement as details.
 // - One statement per text. A text that a value broke (sql_text.h) is refused before it reaches the database.
 // - Rows are saved one by one as seen by the program: no error takes back a row that was saved before.
 //
@@ -35,7 +41,9 @@
 namespace qmx {
 
 class DatabaseObserver;
+class DatabaseSession;
 class Recordset;
+class RecordsetCursor;
 
 inline constexpr int kCursorKeyset = 1;
 inline constexpr int kLockOptimistic = 3;
@@ -55,7 +63,7 @@ class Column {
  private:
   friend class Recordset;
   std::string_view name_;
-  mutable std::uint64_t layout_ = 0;  // never reused, 0 for none
+  mutable std::uint64_t layout_ = 0;  // the columns among which it was found; never reused, 0 for none
   mutable std::size_t index_ = 0;
 };
 
@@ -66,12 +74,13 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  // Raises 5 for a text that cannot be read, with the keyword; -2147467259 when the database cannot be opened,
-  // -2147217843 when it refuses the log-in; 3705 when it is open.
+  // Raises 5 for a text that cannot be read or that no driver serves; -2147467259 when the database cannot be opened,
+  // -2147217843 when it refuses the log-in; 3705 when it is open. A user and a password that are not empty are put into
+  // the text as UID and PWD.
   void Open(const std::string& connectionText, const std::string& user, const std::string& password);
 
   std::string defaultdatabase() const;
-  void defaultdatabase(const std::string& name);
+  void defaultdatabase(const std::string& name);  // 3219 while a record set is open on this connection
 
   // Runs one statement; the number of rows affected.
   std::int64_t Execute(const SqlText& statement);
@@ -84,10 +93,10 @@ class Connection {
 
  private:
   friend class Recordset;
-  struct Session;
+  DatabaseSession& OpenSession() const;  // 3704 when closed
   std::vector<Driver*> drivers_;
   DatabaseObserver* observer_;
-  std::shared_ptr<Session> session_;
+  std::shared_ptr<DatabaseSession> session_;  // null when closed; record sets share it
   int timeout_ = 30;
 };
 
@@ -116,8 +125,9 @@ class Recordset {
   // `source` is a statement (options 1) or a table's name (options 2). Cursor type 1 and lock type 3 are served, others
   // are 5.
   void Open(const SqlText& source, Connection& connection, int cursorType, int lockType, int options);
+  void Open(const SqlText& source, int cursorType, int lockType, int options);  // on the active connection
 
-  void ActiveConnection(Connection& connection);  // borrowed; used by Open without one
+  void ActiveConnection(Connection& connection);  // borrowed; 3705 while the record set is open
   Connection* ActiveConnection() const;
 
   std::int32_t recordcount();
@@ -138,10 +148,14 @@ class Recordset {
 
  private:
   friend class Field;
-  struct Cursor;
+  RecordsetCursor& OpenCursor() const;  // 3704 when closed
+  void Assign(std::size_t index, Variant value);
+  template <typename Step>
+  void Tell(std::string_view operation, Step&& step);
   DatabaseObserver* observer_;
+  int number_;  // among the record sets, for the observer
   Connection* connection_ = nullptr;
-  std::unique_ptr<Cursor> cursor_;
+  std::unique_ptr<RecordsetCursor> cursor_;  // null when closed
 };
 
 // Makes connections and record sets from their ProgIDs, "ADODB.Connection" and "ADODB.Recordset", in any case; any

@@ -31,11 +31,11 @@ class DriverStatement {
  public:
   virtual ~DriverStatement() = default;
   virtual const std::vector<ColumnDescription>& Columns() const = 0;   // of the result; empty when there is none
-  virtual void Bind(std::size_t parameter, const Variant& value) = 0;  // copied
+  virtual void Bind(std::size_t parameter, const Variant& value) = 0;  // borrowed until Reset; raises 13 for an object
   virtual bool Step() = 0;                                             // true while a row stands ready
-  virtual Variant Value(std::size_t column) = 0;                       // of that row, in the column's type
-  virtual std::int64_t RowsAffected() const = 0;                       // by the last execution
-  virtual void Reset() = 0;                                            // ready to be executed again; bindings stay
+  virtual Variant Value(std::size_t column) = 0;  // of that row, in the column's type where the value has that form
+  virtual std::int64_t RowsAffected() const = 0;  // by the last execution
+  virtual void Reset() noexcept = 0;              // ready to be bound and executed again
 };
 
 class DriverSession {
@@ -47,13 +47,16 @@ class DriverSession {
   virtual std::string Catalog() = 0;
   virtual void SelectCatalog(const std::string& name) = 0;
   virtual void Timeout(std::chrono::seconds limit) = 0;  // for every statement from now on; 0 waits forever
-  virtual void Commit() = 0;                             // what was written is the database's from here on
-  virtual void Close() = 0;                              // once; statements are gone by then
+  virtual void Begin() = 0;     // what was written before is the database's; what follows can be taken back
+  virtual void Rollback() = 0;  // takes back what was written since Begin
+  virtual void Commit() = 0;    // what was written is the database's from here on, Begin or not
+  virtual void Close() = 0;     // once; statements are gone by then
 };
 
 class Driver {
  public:
   virtual ~Driver() = default;
+  virtual std::string Form() const = 0;  // of the connection texts that it serves, for whoever wrote another one
   virtual bool Serves(const ConnectionText& text) const = 0;
   virtual std::unique_ptr<DriverSession> Open(const ConnectionText& text) = 0;
 };

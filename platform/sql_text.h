@@ -1,9 +1,9 @@
 // An SQL text built by concatenation that remembers which pieces are values.
 //
-// The text is what the trace, the logs and the database see. A value goes in as its text: between quotes when the text
-// so far ends with an opening quote, else bare. No quote is doubled. A quoted value that holds a quote and a bare one
-// that is no number would change what the statement means, so such a text is marked as broken and is refused, with the
-// command error, by whatever is asked to run it. A NUL character breaks it as well.
+// The text is what the trace, the logs and the database see. A value goes in as its text: between quotes when a quote
+// is open where it goes in, else bare. No quote is doubled. A quoted value that holds a quote and a bare one that is no
+// number would change what the statement means, so such a text is marked as broken and is refused, with the command
+// error, by whatever is asked to run it. A NUL character breaks it as well.
 #pragma once
 
 #include <string>
@@ -24,7 +24,7 @@ class SqlText {
 
   const std::string& Text() const { return text_; }
 
-  // Raises the command error, with the statement and the value as details, when a value broke the text.
+  // Raises the command error, naming the value and with the statement as a detail, when a value broke the text.
   void Check() const;
 
  private:

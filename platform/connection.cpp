@@ -1,0 +1,164 @@
+#include "platform/database.h"
+#include "platform/database_observer.h"
+#include "platform/database_session.h"
+#include "platform/names.h"
+#include "platform/sql_statement.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kSource = "ADODB.Connection";
+
+ConnectionText CompleteText(const std::string& connectionText, const std::string& user, const std::string& password) {
+  ConnectionText text(connectionText);
+  if (!user.empty()) text = text.With("UID", user);
+  if (!password.empty()) text = text.With("PWD", password);
+  return text;
+}
+
+[[noreturn]] void RaiseUnserved(const ConnectionText& text, const std::vector<Driver*>& drivers) {
+  std::string forms;
+  for (const Driver* driver : drivers) forms += (forms.empty() ? "" : " or ") + driver->Form();
+  const std::optional<std::string> provider = text.Get("Provider");
+  const std::string what = provider ? "The connection text names the provider \"" + *provider + "\", which is unknown"
+                                    : "The connection text does not say which database it means";
+  throw Error(errors::kInvalidCall, kSource, what + ". It must be of the form " + forms + ".")
+      .With("connection text", text.Masked());
+}
+
+Driver& DriverFor(const ConnectionText& text, const std::vector<Driver*>& drivers) {
+  for (Driver* driver : drivers) {
+    if (driver->Serves(text)) return *driver;
+  }
+  RaiseUnserved(text, drivers);
+}
+
+std::int64_t Run(DriverSession& session, const std::string& statement) {
+  RequireOneStatement(statement);
+  try {
+    const std::unique_ptr<DriverStatement> prepared = session.Prepare(statement);
+    while (prepared->Step()) continue;
+    return prepared->RowsAffected();
+  } catch (Error& error) {
+    error.With("statement", statement);
+    throw;
+  }
+}
+
+}  // namespace
+
+DriverSession& DatabaseSession::Driver() const {
+  if (!driver_) throw Error(errors::kConnectionClosed, kSource, "The connection is closed.");
+  return *driver_;
+}
+
+StoredTable& DatabaseSession::Table(const std::string& name) {
+  std::unique_ptr<StoredTable>& table = tables_[FoldName(name)];
+  if (!table) table = std::make_unique<StoredTable>(Driver(), name);
+  return *table;
+}
+
+void DatabaseSession::SelectCatalog(const std::string& name) {
+  if (openRecordsets_ > 0) {
+    throw Error(errors::kNotAllowedNow, kSource,
+                "The default database cannot be changed to \"" + name + "\" while a record set is open.");
+  }
+  tables_.clear();
+  Driver().SelectCatalog(name);
+}
+
+void DatabaseSession::Close() {
+  tables_.clear();
+  const std::unique_ptr<DriverSession> driver = std::move(driver_);
+  try {
+    driver->Commit();
+  } catch (...) {
+    driver->Close();
+    throw;
+  }
+  driver->Close();
+}
+
+Connection::Connection(const std::vector<Driver*>& drivers, DatabaseObserver* observer)
+    : drivers_(drivers), observer_(observer) {}
+
+Connection::~Connection() {
+  try {
+    if (session_) session_->Close();
+  } catch (...) {  // whoever wants to hear of it calls Close
+  }
+}
+
+void Connection::Open(const std::string& connectionText, const std::string& user, const std::string& password) {
+  std::string masked;
+  Observed(
+      observer_,
+      [&] {
+        if (session_) throw Error(errors::kAlreadyOpen, kSource, "The connection is open already.");
+        const ConnectionText text = CompleteText(connectionText, user, password);
+        masked = text.Masked();
+        std::unique_ptr<DriverSession> driver = DriverFor(text, drivers_).Open(text);
+        driver->Timeout(std::chrono::seconds(timeout_));
+        session_ = std::make_shared<DatabaseSession>(std::move(driver));
+      },
+      [&](const Error* error) { observer_->ConnectionOpened(masked, error); });
+}
+
+std::string Connection::defaultdatabase() const {
+  return AtTheWall([&] { return OpenSession().Catalog(); });
+}
+
+void Connection::defaultdatabase(const std::string& name) {
+  Observed(
+      observer_, [&] { OpenSession().SelectCatalog(name); },
+      [&](const Error* error) { observer_->DefaultDatabaseSet(name, error); });
+}
+
+std::int64_t Connection::Execute(const SqlText& statement) {
+  std::int64_t affected = 0;
+  Observed(
+      observer_,
+      [&] {
+        DatabaseSession& session = OpenSession();
+        statement.Check();
+        affected = Run(session.Driver(), statement.Text());
+      },
+      [&](const Error* error) { observer_->Executed(statement.Text(), affected, error); });
+  return affected;
+}
+
+int Connection::CommandTimeout() const { return timeout_; }
+
+void Connection::CommandTimeout(int seconds) {
+  Observed(
+      observer_,
+      [&] {
+        if (seconds < 0) {
+          throw Error(errors::kInvalidCall, kSource,
+                      "CommandTimeout cannot be negative: " + std::to_string(seconds) + ".");
+        }
+        if (session_) session_->Driver().Timeout(std::chrono::seconds(seconds));
+        timeout_ = seconds;
+      },
+      [&](const Error* error) { observer_->CommandTimeoutSet(seconds, error); });
+}
+
+int Connection::State() const { return session_ ? kStateOpen : kStateClosed; }
+
+void Connection::Close() {
+  Observed(
+      observer_,
+      [&] {
+        OpenSession();
+        const std::shared_ptr<DatabaseSession> session = std::move(session_);
+        session->Close();
+      },
+      [&](const Error* error) { observer_->ConnectionClosed(error); });
+}
+
+DatabaseSession& Connection::OpenSession() const {
+  if (!session_) throw Error(errors::kClosed, kSource, "The connection is closed.");
+  return *session_;
+}
+
+}  // namespace qmx

@@ -1,0 +1,60 @@
+// What a connection and its record sets share while the connection is open.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "platform/database_driver.h"
+#include "platform/error.h"
+#include "platform/stored_table.h"
+
+namespace qmx {
+
+class DatabaseSession {
+ public:
+  explicit DatabaseSession(std::unique_ptr<DriverSession> driver) : driver_(std::move(driver)) {}
+
+  bool IsOpen() const { return driver_ != nullptr; }
+  DriverSession& Driver() const;                // 3709 when closed
+  StoredTable& Table(const std::string& name);  // described once; -2147217865 when there is none
+
+  std::string Catalog() { return Driver().Catalog(); }
+  void SelectCatalog(const std::string& name);  // 3219 while a record set is open
+  void Close();                                 // closed afterwards, whatever it raises
+
+  // Record sets say when they open and close.
+  void RecordsetOpened() { ++openRecordsets_; }
+  void RecordsetClosed() { --openRecordsets_; }
+
+ private:
+  std::unique_ptr<DriverSession> driver_;
+  std::map<std::string, std::unique_ptr<StoredTable>> tables_;  // by folded name
+  int openRecordsets_ = 0;
+};
+
+// Runs what a public call does. An exception of another type becomes an Error here, at the platform's wall.
+template <typename Body>
+auto AtTheWall(Body&& body) -> decltype(body()) {
+  try {
+    return body();
+  } catch (const Error&) {
+    throw;
+  } catch (...) {
+    throw CurrentError();
+  }
+}
+
+// The same, and tells the observer, where there is one, of its end: `tell` takes the error, null for none.
+template <typename Observer, typename Body, typename Tell>
+void Observed(Observer* observer, Body&& body, Tell&& tell) {
+  try {
+    AtTheWall(body);
+  } catch (const Error& error) {
+    if (observer) tell(&error);
+    throw;
+  }
+  if (observer) tell(static_cast<const Error*>(nullptr));
+}
+
+}  // namespace qmx

@@ -1,0 +1,162 @@
+#include <limits>
+
+#include "platform/database.h"
+#include "platform/database_observer.h"
+#include "platform/recordset_cursor.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kSource = "ADODB.Recordset";
+
+void RequireServed(int cursorType, int lockType, int options) {
+  const bool served = cursorType == kCursorKeyset && lockType == kLockOptimistic &&
+                      (options == kCommandText || options == kCommandTable);
+  if (served) return;
+  throw Error(
+      errors::kInvalidCall, kSource,
+      "A record set opens with cursor type 1, lock type 3 and options 1 (a statement) or 2 (a table's name), not "
+      "with " +
+          std::to_string(cursorType) + ", " + std::to_string(lockType) + " and " + std::to_string(options) + ".");
+}
+
+}  // namespace
+
+Recordset::Recordset(DatabaseObserver* observer)
+    : observer_(observer), number_(observer ? observer->NextRecordset() : 0) {}
+
+Recordset::~Recordset() = default;
+
+void Recordset::Open(const SqlText& source, Connection& connection, int cursorType, int lockType, int options) {
+  std::optional<std::int64_t> rows;
+  Observed(
+      observer_,
+      [&] {
+        if (cursor_) throw Error(errors::kAlreadyOpen, kSource, "The record set is open already.");
+        RequireServed(cursorType, lockType, options);
+        if (!connection.session_) throw Error(errors::kConnectionClosed, kSource, "The connection is closed.");
+        source.Check();
+        if (options == kCommandTable) {
+          cursor_ = RecordsetCursor::OnTable(connection.session_, source.Text());
+        } else {
+          cursor_ = RecordsetCursor::OnStatement(connection.session_, source.Text());
+          rows = cursor_->Count();
+        }
+        connection_ = &connection;
+      },
+      [&](const Error* error) {
+        observer_->RecordsetOpened(number_, source.Text(), cursorType, lockType, options, rows, error);
+      });
+}
+
+void Recordset::Open(const SqlText& source, int cursorType, int lockType, int options) {
+  if (!connection_) throw Error(errors::kConnectionClosed, kSource, "The record set has no connection.");
+  Open(source, *connection_, cursorType, lockType, options);
+}
+
+void Recordset::ActiveConnection(Connection& connection) {
+  if (cursor_) throw Error(errors::kAlreadyOpen, kSource, "The record set is open; its connection cannot change.");
+  connection_ = &connection;
+}
+
+Connection* Recordset::ActiveConnection() const { return connection_; }
+
+std::int32_t Recordset::recordcount() {
+  return AtTheWall([&] {
+    const std::int64_t count = OpenCursor().Count();
+    if (count > std::numeric_limits<std::int32_t>::max()) {
+      throw Error(errors::kOverflow, kSource, "Overflow: " + std::to_string(count) + " rows.");
+    }
+    return static_cast<std::int32_t>(count);
+  });
+}
+
+bool Recordset::BOF() {
+  return AtTheWall([&] { return OpenCursor().IsEmpty(); });
+}
+
+bool Recordset::Eof() {
+  return AtTheWall([&] { return OpenCursor().IsAtEnd(); });
+}
+
+void Recordset::MoveFirst() {
+  Tell("MoveFirst", [&] { OpenCursor().MoveFirst(); });
+}
+
+void Recordset::MoveNext() {
+  Tell("MoveNext", [&] { OpenCursor().MoveNext(); });
+}
+
+Field Recordset::Fields(const Column& column) {
+  const RecordsetCursor& cursor = OpenCursor();
+  const RowLayout& layout = cursor.Layout();
+  if (column.layout_ != layout.Number()) {
+    const std::optional<std::size_t> index = layout.Find(column.name_);
+    if (!index) cursor.RaiseNoSuchColumn(column.name_);
+    column.layout_ = layout.Number();
+    column.index_ = *index;
+  }
+  return Field(*this, column.index_);
+}
+
+Field Recordset::Fields(std::size_t index) {
+  OpenCursor().ColumnName(index);
+  return Field(*this, index);
+}
+
+void Recordset::AddNew() {
+  Tell("AddNew", [&] { OpenCursor().AddNew(); });
+}
+
+void Recordset::Update() {
+  Tell("Update", [&] { OpenCursor().Save(); });
+}
+
+void Recordset::CancelUpdate() {
+  Tell("CancelUpdate", [&] { OpenCursor().Drop(); });
+}
+
+int Recordset::State() const { return cursor_ ? kStateOpen : kStateClosed; }
+
+void Recordset::Close() {
+  Tell("Close", [&] {
+    OpenCursor();
+    const std::unique_ptr<RecordsetCursor> cursor = std::move(cursor_);
+    cursor->Close();
+  });
+}
+
+RecordsetCursor& Recordset::OpenCursor() const {
+  if (!cursor_) throw Error(errors::kClosed, kSource, "The record set is closed.");
+  return *cursor_;
+}
+
+void Recordset::Assign(std::size_t index, Variant value) {
+  if (!observer_) return AtTheWall([&] { OpenCursor().Assign(index, std::move(value)); });
+  const Variant told = value;
+  std::string name;
+  Observed(
+      observer_,
+      [&] {
+        name = OpenCursor().ColumnName(index);
+        OpenCursor().Assign(index, std::move(value));
+      },
+      [&](const Error* error) { observer_->ColumnSet(number_, name, told, error); });
+}
+
+template <typename Step>
+void Recordset::Tell(std::string_view operation, Step&& step) {
+  Observed(observer_, step, [&](const Error* error) { observer_->RecordsetCalled(number_, operation, error); });
+}
+
+Variant Field::Value() const {
+  return AtTheWall([&] { return owner_.OpenCursor().Value(index_); });
+}
+
+void Field::Value(Variant value) { owner_.Assign(index_, std::move(value)); }
+
+std::string Field::Name() const {
+  return AtTheWall([&] { return owner_.OpenCursor().ColumnName(index_); });
+}
+
+}  // namespace qmx

@@ -1,0 +1,212 @@
+#include "platform/recordset_cursor.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "platform/sql_statement.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kSource = "ADODB.Recordset";
+
+// A value as its column holds it.
+Variant InColumnType(Variant value, Variant::Kind type) {
+  if (value.IsNull() || value.IsEmpty()) return Variant::Null();
+  if (type != Variant::Kind::Empty && value.GetKind() != type) value = value.ConvertedTo(type);
+  if (value.GetKind() == Variant::Kind::Double && !std::isfinite(value.ToDouble())) {
+    throw Error(errors::kOverflow, kSource, "Overflow: " + value.ToText() + " is no number that a column can hold.");
+  }
+  return value;
+}
+
+}  // namespace
+
+std::unique_ptr<RecordsetCursor> RecordsetCursor::OnTable(std::shared_ptr<DatabaseSession> session,
+                                                          const std::string& table) {
+  std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session)));
+  cursor->source_ = table;
+  cursor->table_ = &cursor->session_->Table(table);
+  cursor->layout_ = cursor->table_->Layout();
+  cursor->pending_.resize(cursor->layout_->Columns().size());
+  return cursor;
+}
+
+std::unique_ptr<RecordsetCursor> RecordsetCursor::OnStatement(std::shared_ptr<DatabaseSession> session,
+                                                              const std::string& statement) {
+  std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session)));
+  cursor->source_ = statement;
+  try {
+    RequireOneStatement(statement);
+    cursor->ReadRows(statement);
+  } catch (Error& error) {
+    error.With("statement", statement);
+    throw;
+  }
+  cursor->pending_.resize(cursor->layout_->Columns().size());
+  return cursor;
+}
+
+const std::string& RecordsetCursor::ColumnName(std::size_t column) const {
+  if (column < layout_->Columns().size()) return layout_->Columns()[column].name;
+  throw Error(errors::kNoSuchColumn, kSource,
+              "There is no column number " + std::to_string(column) + ": the row has " +
+                  std::to_string(layout_->Columns().size()) + " columns.");
+}
+
+void RecordsetCursor::RaiseNoSuchColumn(std::string_view name) const {
+  const std::string column(name);
+  throw Error(errors::kNoSuchColumn, kSource, "There is no column \"" + column + "\" in \"" + source_ + "\".")
+      .With("column", column);
+}
+
+std::int64_t RecordsetCursor::Count() {
+  return isRead_ ? static_cast<std::int64_t>(rows_.size()) : WritableTable().Count();
+}
+
+bool RecordsetCursor::IsEmpty() {
+  if (pendingKind_ == Pending::NewRow) return false;
+  ReadRowsOnce();
+  return rows_.empty();
+}
+
+bool RecordsetCursor::IsAtEnd() {
+  if (pendingKind_ == Pending::NewRow) return false;
+  ReadRowsOnce();
+  return position_ == rows_.size();
+}
+
+void RecordsetCursor::MoveFirst() {
+  Save();
+  if (!isRead_) ReadRows(WritableTable().SelectAll());
+  if (rows_.empty()) throw Error(errors::kNoCurrentRow, kSource, "There is no row to move to.");
+  position_ = 0;
+}
+
+void RecordsetCursor::MoveNext() {
+  Save();
+  ReadRowsOnce();
+  if (position_ == rows_.size()) throw Error(errors::kNoCurrentRow, kSource, "There is no row after the last one.");
+  ++position_;
+}
+
+Variant RecordsetCursor::Value(std::size_t column) {
+  ColumnName(column);
+  if (pendingKind_ != Pending::None && !pending_[column].IsEmpty()) return pending_[column];
+  if (pendingKind_ == Pending::NewRow) return Variant::Null();
+  Row& row = CurrentRow();
+  // A row that was added here is known as far as it was assigned; the database has filled in the rest.
+  if (row[column].IsEmpty()) row = WritableTable().Read(row);
+  return row[column];
+}
+
+void RecordsetCursor::Assign(std::size_t column, Variant value) {
+  const std::string& name = ColumnName(column);
+  StoredTable& table = WritableTable();
+  const bool isNew = pendingKind_ == Pending::NewRow;
+  const Row& current = isNew ? pending_ : CurrentRow();
+  try {
+    pending_[column] = InColumnType(std::move(value), layout_->Columns()[column].type);
+  } catch (Error& error) {
+    error.With("table", table.Name()).With("column", name).With("key", table.KeyText(current));
+    throw;
+  }
+  if (!isNew) pendingKind_ = Pending::Edit;
+}
+
+void RecordsetCursor::AddNew() {
+  WritableTable();
+  Save();
+  session_->Driver();
+  pendingKind_ = Pending::NewRow;
+}
+
+void RecordsetCursor::Save() {
+  if (pendingKind_ == Pending::None) return;
+  session_->Driver();
+  if (pendingKind_ == Pending::Edit) {
+    SaveEdit();
+  } else {
+    SaveNewRow();
+  }
+  Drop();
+}
+
+void RecordsetCursor::SaveEdit() {
+  Row& stored = rows_[position_];
+  Row changes(stored.size());
+  bool differs = false;
+  for (std::size_t column = 0; column < stored.size(); ++column) {
+    if (pending_[column].IsEmpty() || pending_[column] == stored[column]) continue;
+    changes[column] = pending_[column];
+    differs = true;
+  }
+  if (!differs) return;
+  WritableTable().Update(stored, changes);
+  hasWritten_ = true;
+  for (std::size_t column = 0; column < stored.size(); ++column) {
+    if (!changes[column].IsEmpty()) stored[column] = std::move(changes[column]);
+  }
+}
+
+void RecordsetCursor::SaveNewRow() {
+  WritableTable().Insert(pending_);
+  hasWritten_ = true;
+  // Adding to a table that nobody has read keeps one row in memory, however many are added.
+  if (isRead_ || rows_.empty()) rows_.emplace_back(pending_.size());
+  rows_.back().swap(pending_);
+  position_ = rows_.size() - 1;
+}
+
+void RecordsetCursor::Drop() {
+  std::fill(pending_.begin(), pending_.end(), Variant());
+  pendingKind_ = Pending::None;
+}
+
+void RecordsetCursor::Close() {
+  if (!session_->IsOpen()) return;
+  if (pendingKind_ == Pending::NewRow) Save();
+  if (hasWritten_) session_->Driver().Commit();
+}
+
+void RecordsetCursor::ReadRows(const std::string& statement) {
+  const std::unique_ptr<DriverStatement> query = session_->Driver().Prepare(statement);
+  const std::size_t width = query->Columns().size();
+  if (width == 0) throw Error(errors::kCommand, kSource, "A record set needs a statement that gives rows.");
+  if (!layout_) {
+    if (const std::optional<std::string> table = TableOfRows(statement)) {
+      StoredTable& candidate = session_->Table(*table);
+      if (candidate.Layout()->HasNamesOf(query->Columns())) table_ = &candidate;
+    }
+    layout_ = table_ ? table_->Layout() : std::make_shared<const RowLayout>(query->Columns());
+  }
+  std::vector<Row> rows;
+  while (query->Step()) {
+    Row& row = rows.emplace_back();
+    row.reserve(width);
+    for (std::size_t column = 0; column < width; ++column) row.push_back(query->Value(column));
+  }
+  rows_ = std::move(rows);
+  isRead_ = true;
+}
+
+void RecordsetCursor::ReadRowsOnce() {
+  if (!isRead_ && rows_.empty()) ReadRows(WritableTable().SelectAll());
+}
+
+Row& RecordsetCursor::CurrentRow() {
+  ReadRowsOnce();
+  if (position_ == rows_.size()) throw Error(errors::kNoCurrentRow, kSource, "There is no current row.");
+  return rows_[position_];
+}
+
+StoredTable& RecordsetCursor::WritableTable() {
+  session_->Driver();
+  if (table_) return *table_;
+  throw Error(errors::kNotAllowedNow, kSource,
+              "The rows of this query are read-only: it does not show the rows of one table whole.")
+      .With("statement", source_);
+}
+
+}  // namespace qmx

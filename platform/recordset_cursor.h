@@ -1,0 +1,72 @@
+// An open record set: its rows, the current one, and what is pending on it.
+//
+// `pending_` overlays the current row: the columns assigned so far, Empty elsewhere. Rows are read at once when the
+// source is a statement, and only when one is asked for when it is a table; until then no more than the last added row
+// is kept.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/database_session.h"
+
+namespace qmx {
+
+class RecordsetCursor {
+ public:
+  static std::unique_ptr<RecordsetCursor> OnTable(std::shared_ptr<DatabaseSession> session, const std::string& table);
+  static std::unique_ptr<RecordsetCursor> OnStatement(std::shared_ptr<DatabaseSession> session,
+                                                      const std::string& statement);
+  ~RecordsetCursor() { session_->RecordsetClosed(); }
+  RecordsetCursor(const RecordsetCursor&) = delete;
+  RecordsetCursor& operator=(const RecordsetCursor&) = delete;
+
+  const RowLayout& Layout() const { return *layout_; }
+  const std::string& ColumnName(std::size_t column) const;  // 3265 when there is none
+  [[noreturn]] void RaiseNoSuchColumn(std::string_view name) const;
+
+  std::int64_t Count();
+  bool IsEmpty();
+  bool IsAtEnd();
+  void MoveFirst();
+  void MoveNext();
+
+  Variant Value(std::size_t column);
+  void Assign(std::size_t column, Variant value);
+
+  void AddNew();
+  void Save();
+  void Drop();  // what is pending
+  void Close();
+
+ private:
+  enum class Pending { None, Edit, NewRow };
+
+  explicit RecordsetCursor(std::shared_ptr<DatabaseSession> session) : session_(std::move(session)) {
+    session_->RecordsetOpened();
+  }
+  void ReadRows(const std::string& statement);
+  void ReadRowsOnce();
+  void SaveEdit();
+  void SaveNewRow();
+  Row& CurrentRow();
+  StoredTable& WritableTable();
+
+  std::shared_ptr<DatabaseSession> session_;
+  StoredTable* table_ = nullptr;  // the session's; null where the rows are read-only
+  std::shared_ptr<const RowLayout> layout_;
+  std::string source_;  // for errors
+
+  std::vector<Row> rows_;
+  std::size_t position_ = 0;  // rows_.size() past the end
+  bool isRead_ = false;
+
+  Row pending_;
+  Pending pendingKind_ = Pending::None;
+  bool hasWritten_ = false;
+};
+
+}  // namespace qmx

@@ -1,0 +1,19 @@
+// What the record-set layer must know of a statement's text, read by a small tokenizer of common SQL: quoted texts and
+// identifiers, comments, words, symbols.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qmx {
+
+// Raises the command error for a text that holds no statement, and for one that holds more after a ";" than blanks and
+// comments.
+void RequireOneStatement(const std::string& statement);
+
+// The table whose rows a query shows one by one and whole, so that they can be changed through it: "select * from T",
+// with a condition and an order or without. Nothing for any other text; it is read-only then.
+std::optional<std::string> TableOfRows(std::string_view statement);
+
+}  // namespace qmx

@@ -1,0 +1,49 @@
+#include "platform/sqlite/driver.h"
+
+#include "platform/error.h"
+#include "platform/names.h"
+#include "platform/sqlite/session.h"
+
+namespace qmx {
+namespace {
+
+void RequireKnownKeywords(const ConnectionText& text) {
+  for (const auto& [keyword, value] : text.Pairs()) {
+    const bool known = SameName(keyword, "Provider") || SameName(keyword, "Data Source") || SameName(keyword, "Mode");
+    if (known) continue;
+    throw Error(errors::kInvalidCall, "SQLite",
+                "The connection text holds the keyword \"" + keyword +
+                    "\", which is unknown; for SQLite there are Provider, Data Source and Mode.")
+        .With("connection text", text.Masked());
+  }
+}
+
+bool MayCreate(const ConnectionText& text) {
+  const std::string mode = text.Get("Mode").value_or("");
+  if (mode.empty()) return false;
+  if (SameName(mode, "Create")) return true;
+  throw Error(errors::kInvalidCall, "SQLite",
+              "The connection text holds Mode=" + mode + "; the only mode is Create, which makes a missing file.")
+      .With("connection text", text.Masked());
+}
+
+}  // namespace
+
+std::string SqliteDriver::Form() const { return "\"Provider=SQLite;Data Source=FILE\""; }
+
+bool SqliteDriver::Serves(const ConnectionText& text) const {
+  return SameName(text.Get("Provider").value_or(""), "SQLite");
+}
+
+std::unique_ptr<DriverSession> SqliteDriver::Open(const ConnectionText& text) {
+  RequireKnownKeywords(text);
+  const std::string source = text.Get("Data Source").value_or("");
+  if (source.empty()) {
+    throw Error(errors::kInvalidCall, "SQLite",
+                "The connection text has no Data Source, which names the database file or a folder of such files.")
+        .With("connection text", text.Masked());
+  }
+  return std::make_unique<SqliteSession>(source, MayCreate(text));
+}
+
+}  // namespace qmx

@@ -1,0 +1,18 @@
+// SQLite's result codes as errors with the classic numbers.
+#pragma once
+
+#include <string>
+
+#include "platform/error.h"
+
+struct sqlite3;
+
+namespace qmx {
+
+// The error that the handle reports for its last call: SQLite's own message, and the code's name as the detail "code".
+Error SqliteError(sqlite3* handle);
+
+// The same for a code that no handle holds any more.
+Error SqliteError(int extendedCode, const std::string& message);
+
+}  // namespace qmx

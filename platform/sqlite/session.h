@@ -1,0 +1,51 @@
+// An open database file of SQLite, or an open folder of them with one of its files selected or none.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/database_driver.h"
+#include "platform/sqlite/deadline.h"
+
+struct sqlite3;
+
+namespace qmx {
+
+class SqliteSession : public DriverSession {
+ public:
+  SqliteSession(const std::filesystem::path& source, bool mayCreate);
+
+  std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
+  TableDescription Describe(const std::string& table) override;
+  std::string QuoteIdentifier(const std::string& name) const override;
+  std::string Catalog() override;
+  void SelectCatalog(const std::string& name) override;
+  void Timeout(std::chrono::seconds limit) override;
+  void Begin() override;
+  void Rollback() override;
+  void Commit() override;
+  void Close() override;
+
+ private:
+  struct Closer {
+    void operator()(sqlite3* handle) const;
+  };
+  using Handle = std::unique_ptr<sqlite3, Closer>;
+
+  Handle OpenFile(const std::filesystem::path& file);
+  sqlite3* Selected() const;  // raises where a folder is open and none of its files is selected
+  void Run(const std::string& statement);
+  std::vector<std::string> UniqueKey(const std::string& table, const std::set<std::string>& required);
+
+  std::filesystem::path source_;
+  bool mayCreate_;
+  bool isFolder_;
+  std::string catalog_;
+  Deadline deadline_;
+  Handle handle_;
+};
+
+}  // namespace qmx

@@ -1,0 +1,46 @@
+// A prepared statement of SQLite.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/database_driver.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace qmx {
+
+class Deadline;
+
+class SqliteStatement : public DriverStatement {
+ public:
+  SqliteStatement(sqlite3* handle, Deadline& deadline, const std::string& text);  // both borrowed
+
+  const std::vector<ColumnDescription>& Columns() const override { return columns_; }
+  void Bind(std::size_t parameter, const Variant& value) override;
+  bool Step() override;
+  Variant Value(std::size_t column) override;
+  std::int64_t RowsAffected() const override { return affected_; }
+  void Reset() noexcept override;
+
+ private:
+  struct Finalizer {
+    void operator()(sqlite3_stmt* statement) const;
+  };
+
+  [[noreturn]] void RaiseFailure() const;
+  std::string Text(int column) const;
+
+  sqlite3* handle_;
+  Deadline& deadline_;
+  std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
+  std::vector<ColumnDescription> columns_;
+  std::int64_t affected_ = 0;
+  std::int64_t changesBefore_ = 0;
+  bool isRunning_ = false;
+};
+
+}  // namespace qmx

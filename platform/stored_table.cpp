@@ -1,0 +1,196 @@
+#include "platform/stored_table.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "platform/error.h"
+
+namespace qmx {
+namespace {
+
+constexpr std::size_t kPreparedUpdates = 64;  // sets of differing columns that are kept prepared
+
+// Leaves a statement as it found it, so that the next row can use it whatever became of this one.
+class Execution {
+ public:
+  explicit Execution(DriverStatement& statement) : statement_(statement) {}
+  ~Execution() { statement_.Reset(); }
+  Execution(const Execution&) = delete;
+  Execution& operator=(const Execution&) = delete;
+
+  std::int64_t Run() {
+    while (statement_.Step()) continue;
+    return statement_.RowsAffected();
+  }
+
+ private:
+  DriverStatement& statement_;
+};
+
+[[noreturn]] void RaiseRowChanged(std::int64_t hits) {
+  const std::string what =
+      hits == 0 ? "it is gone or its key was changed meanwhile" : "several rows are alike, so it cannot be told apart";
+  throw Error(errors::kRowChanged, "ADODB.Recordset", "The row cannot be found for writing: " + what + ".");
+}
+
+}  // namespace
+
+StoredTable::StoredTable(DriverSession& session, std::string name)
+    : session_(session), name_(std::move(name)), quotedName_(session.QuoteIdentifier(name_)) {
+  TableDescription description = session_.Describe(name_);
+  key_ = std::move(description.key);
+  hasKey_ = !key_.empty();
+  if (!hasKey_) {
+    key_.resize(description.columns.size());
+    std::iota(key_.begin(), key_.end(), 0);
+  }
+  layout_ = std::make_shared<const RowLayout>(std::move(description.columns));
+}
+
+std::int64_t StoredTable::Count() {
+  const std::string text = "select count(*) from " + quotedName_;
+  const auto statement = session_.Prepare(text);
+  statement->Step();
+  return static_cast<std::int64_t>(statement->Value(0).ToDouble());
+}
+
+void StoredTable::Insert(const Row& assigned) {
+  std::string text;
+  try {
+    Prepared& insert = InsertFor(assigned);
+    text = insert.text;
+    Execution execution(*insert.statement);
+    std::size_t parameter = 0;
+    for (const Variant& value : assigned) {
+      if (!value.IsEmpty()) insert.statement->Bind(parameter++, value);
+    }
+    execution.Run();
+  } catch (Error& error) {
+    error.With("table", name_).With("key", KeyText(assigned)).With("statement", text);
+    throw;
+  }
+}
+
+void StoredTable::Update(const Row& stored, const Row& changes) {
+  std::string text;
+  try {
+    Prepared& update = UpdateFor(stored, changes);
+    text = update.text;
+    Execution execution(*update.statement);
+    std::size_t parameter = 0;
+    for (const Variant& value : changes) {
+      if (!value.IsEmpty()) update.statement->Bind(parameter++, value);
+    }
+    BindKey(*update.statement, parameter, stored);
+    if (IsFoundByKey(stored)) {
+      if (const std::int64_t hits = execution.Run(); hits != 1) RaiseRowChanged(hits);
+      return;
+    }
+    session_.Begin();
+    try {
+      if (const std::int64_t hits = execution.Run(); hits != 1) RaiseRowChanged(hits);
+      session_.Commit();
+    } catch (...) {
+      update.statement->Reset();
+      session_.Rollback();
+      throw;
+    }
+  } catch (Error& error) {
+    error.With("table", name_).With("key", KeyText(stored)).With("statement", text);
+    throw;
+  }
+}
+
+Row StoredTable::Read(const Row& stored) {
+  const std::string text = SelectAll() + Condition(stored);
+  try {
+    const auto statement = session_.Prepare(text);
+    BindKey(*statement, 0, stored);
+    if (!statement->Step()) RaiseRowChanged(0);
+    Row row;
+    for (std::size_t column = 0; column < stored.size(); ++column) row.push_back(statement->Value(column));
+    if (statement->Step()) RaiseRowChanged(2);
+    return row;
+  } catch (Error& error) {
+    error.With("table", name_).With("key", KeyText(stored)).With("statement", text);
+    throw;
+  }
+}
+
+std::string StoredTable::KeyText(const Row& row) const {
+  std::string text;
+  for (const std::size_t column : key_) {
+    const Variant& value = row[column];
+    if (value.IsEmpty()) continue;
+    if (!text.empty()) text += ", ";
+    text += layout_->Columns()[column].name + '=';
+    text += value.IsNull() ? "null" : value.IfText() ? "'" + value.ToText() + "'" : value.ToText();
+  }
+  return text;
+}
+
+StoredTable::Prepared& StoredTable::InsertFor(const Row& assigned) {
+  shape_.clear();
+  for (const Variant& value : assigned) shape_.push_back(!value.IsEmpty());
+  const auto found = inserts_.find(shape_);
+  if (found != inserts_.end()) return found->second;
+  std::string columns;
+  std::string values;
+  for (std::size_t column = 0; column < assigned.size(); ++column) {
+    if (assigned[column].IsEmpty()) continue;
+    columns += (columns.empty() ? "" : ",") + Quoted(column);
+    values += values.empty() ? "?" : ",?";
+  }
+  // No statement that all databases know adds a row of which nothing is said.
+  if (columns.empty()) columns = Quoted(0), values = "null";
+  std::string text = "insert into " + quotedName_ + " (" + columns + ") values (" + values + ")";
+  auto statement = session_.Prepare(text);
+  return inserts_.emplace(shape_, Prepared{std::move(text), std::move(statement)}).first->second;
+}
+
+StoredTable::Prepared& StoredTable::UpdateFor(const Row& stored, const Row& changes) {
+  shape_.clear();
+  for (const Variant& value : changes) shape_.push_back(!value.IsEmpty());
+  for (const std::size_t column : key_) {
+    shape_.push_back(stored[column].IsEmpty());
+    shape_.push_back(stored[column].IsNull());
+  }
+  const auto found = updates_.find(shape_);
+  if (found != updates_.end()) return found->second;
+  std::string assignments;
+  for (std::size_t column = 0; column < changes.size(); ++column) {
+    if (!changes[column].IsEmpty()) assignments += (assignments.empty() ? "" : ",") + Quoted(column) + "=?";
+  }
+  std::string text = "update " + quotedName_ + " set " + assignments + Condition(stored);
+  auto statement = session_.Prepare(text);
+  if (updates_.size() >= kPreparedUpdates) updates_.clear();
+  return updates_.emplace(shape_, Prepared{std::move(text), std::move(statement)}).first->second;
+}
+
+std::string StoredTable::Condition(const Row& stored) const {
+  std::string condition;
+  for (const std::size_t column : key_) {
+    const Variant& value = stored[column];
+    if (value.IsEmpty()) continue;
+    condition += (condition.empty() ? " where " : " and ") + Quoted(column) + (value.IsNull() ? " is null" : "=?");
+  }
+  if (condition.empty()) RaiseRowChanged(2);  // nothing is known of the row: every row would be meant
+  return condition;
+}
+
+void StoredTable::BindKey(DriverStatement& statement, std::size_t parameter, const Row& stored) const {
+  for (const std::size_t column : key_) {
+    if (!stored[column].IsEmpty() && !stored[column].IsNull()) statement.Bind(parameter++, stored[column]);
+  }
+}
+
+bool StoredTable::IsFoundByKey(const Row& stored) const {
+  const auto isKnown = [&](std::size_t column) { return !stored[column].IsEmpty() && !stored[column].IsNull(); };
+  return hasKey_ && std::all_of(key_.begin(), key_.end(), isKnown);
+}
+
+std::string StoredTable::Quoted(std::size_t column) const {
+  return session_.QuoteIdentifier(layout_->Columns()[column].name);
+}
+
+}  // namespace qmx

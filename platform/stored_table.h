@@ -1,0 +1,65 @@
+// A table of the database as record sets know it: its columns and key, and the prepared statements that write its rows.
+//
+// One instance a table and session; it lives as long as the session is open. There is one prepared INSERT for each set
+// of assigned columns and one prepared UPDATE for each set of differing ones, used again and again. Errors get the
+// table, the key and the statement as details.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/row_layout.h"
+
+namespace qmx {
+
+class StoredTable {
+ public:
+  StoredTable(DriverSession& session, std::string name);  // reads the description; raises -2147217865
+
+  const std::string& Name() const { return name_; }
+  const std::shared_ptr<const RowLayout>& Layout() const { return layout_; }
+  std::string SelectAll() const { return "select * from " + quotedName_; }
+  std::int64_t Count();
+
+  void Insert(const Row& assigned);
+
+  // Writes the changes (Empty: unchanged) to the one row that `stored` stands for; -2147217864 when there is none or
+  // when there are several, and then nothing is changed.
+  void Update(const Row& stored, const Row& changes);
+
+  // What the database holds now of the row that `stored` stands for; -2147217864 when it is not one row.
+  Row Read(const Row& stored);
+
+  // The key's columns and values, for errors: "emno='E1', skll='WELD'".
+  std::string KeyText(const Row& row) const;
+
+ private:
+  struct Prepared {
+    std::string text;
+    std::unique_ptr<DriverStatement> statement;
+  };
+  using Statements = std::map<std::vector<bool>, Prepared>;
+
+  Prepared& InsertFor(const Row& assigned);
+  Prepared& UpdateFor(const Row& stored, const Row& changes);
+  std::string Condition(const Row& stored) const;
+  void BindKey(DriverStatement& statement, std::size_t parameter, const Row& stored) const;
+  bool IsFoundByKey(const Row& stored) const;
+  std::string Quoted(std::size_t column) const;
+
+  DriverSession& session_;
+  std::string name_;
+  std::string quotedName_;
+  std::shared_ptr<const RowLayout> layout_;
+  std::vector<std::size_t> key_;  // all columns when the table has no key
+  bool hasKey_ = false;
+  Statements inserts_;
+  Statements updates_;
+  std::vector<bool> shape_;  // of the statement that is looked for; kept for its memory
+};
+
+}  // namespace qmx

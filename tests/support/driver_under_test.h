@@ -1,0 +1,34 @@
+// The drivers over which the record-set suite runs. Another driver joins by one more entry in DriversUnderTest().
+//
+// What differs between database systems stands here as data, so that no test has to know which one it meets.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "platform/database_driver.h"
+
+namespace qmx::test {
+
+// A fresh database without tables, gone with this object.
+class TestDatabase {
+ public:
+  virtual ~TestDatabase() = default;
+  virtual Driver& GetDriver() = 0;
+  virtual std::string ConnectionText() const = 0;
+};
+
+struct DriverUnderTest {
+  std::string name;
+  std::function<std::unique_ptr<TestDatabase>()> make;
+  std::string dateTimeType;  // as a column's declared type
+};
+
+inline void PrintTo(const DriverUnderTest& driver, std::ostream* out) { *out << driver.name; }
+
+std::vector<DriverUnderTest> DriversUnderTest();
+
+}  // namespace qmx::test
