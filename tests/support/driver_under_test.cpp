@@ -21,7 +21,7 @@ class SqliteTestDatabase : public TestDatabase {
 }  // namespace
 
 std::vector<DriverUnderTest> DriversUnderTest() {
-  return {{"SQLite", [] { return std::make_unique<SqliteTestDatabase>(); }, "datetime"}};
+  return {{"SQLite", [] { return std::make_unique<SqliteTestDatabase>(); }, "datetime", "text"}};
 }
 
 }  // namespace qmx::test

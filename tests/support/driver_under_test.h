@@ -24,7 +24,9 @@ class TestDatabase {
 struct DriverUnderTest {
   std::string name;
   std::function<std::unique_ptr<TestDatabase>()> make;
-  std::string dateTimeType;  // as a column's declared type
+  // Columns' declared types where systems differ.
+  std::string dateTimeType;
+  std::string longTextType;
 };
 
 inline void PrintTo(const DriverUnderTest& driver, std::ostream* out) { *out << driver.name; }

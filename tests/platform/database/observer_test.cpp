@@ -1,0 +1,124 @@
+#include "platform/database_observer.h"
+#include "tests/platform/database/record_set_test.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::ElementsAre;
+
+// Writes down what it is told, one line a call; a failed one ends in "!" and the error's number.
+class Listener : public DatabaseObserver {
+ public:
+  void ConnectionOpened(std::string_view maskedText, const Error* error) override {
+    Note("connect " + std::string(maskedText), error);
+  }
+  void DefaultDatabaseSet(std::string_view value, const Error* error) override {
+    Note("default " + std::string(value), error);
+  }
+  void Executed(std::string_view statement, std::int64_t affected, const Error* error) override {
+    Note("execute " + std::string(statement) + " " + std::to_string(affected), error);
+  }
+  void CommandTimeoutSet(int seconds, const Error* error) override {
+    Note("timeout " + std::to_string(seconds), error);
+  }
+  void ConnectionClosed(const Error* error) override { Note("disconnect", error); }
+  void RecordsetOpened(int recordset, std::string_view source, int cursorType, int lockType, int options,
+                       std::optional<std::int64_t> rows, const Error* error) override {
+    Note(std::to_string(recordset) + " open " + std::string(source) + " " + std::to_string(cursorType) +
+             std::to_string(lockType) + std::to_string(options) + " rows " + (rows ? std::to_string(*rows) : "unread"),
+         error);
+  }
+  void ColumnSet(int recordset, std::string_view column, const Variant& value, const Error* error) override {
+    Note(std::to_string(recordset) + " " + std::string(column) + "=" + value.ToText(), error);
+  }
+  void RecordsetCalled(int recordset, std::string_view operation, const Error* error) override {
+    Note(std::to_string(recordset) + " " + std::string(operation), error);
+  }
+  int NextRecordset() override { return ++recordsets_; }
+
+  std::vector<std::string> notes;
+
+ private:
+  void Note(std::string note, const Error* error) {
+    if (error) note += "!" + std::to_string(error->Number());
+    notes.push_back(std::move(note));
+  }
+  int recordsets_ = 0;
+};
+
+class AnObserver : public testing::TestWithParam<DriverUnderTest> {
+ protected:
+  AnObserver() : base(GetParam().make()), connection({&base->GetDriver()}, &listener) {
+    connection.Open(base->ConnectionText(), "", "");
+    connection.Execute("create table people (code varchar(20) not null primary key, floor smallint)");
+    listener.notes.clear();
+  }
+  Listener listener;
+  std::unique_ptr<TestDatabase> base;
+  Connection connection;
+};
+INSTANTIATE_TEST_SUITE_P(Over, AnObserver, testing::ValuesIn(DriversUnderTest()), DriverName);
+
+TEST_P(AnObserver, IsToldEveryCallOfARecordsetInOrder) {
+  Recordset records(&listener);
+  records.Open("people", connection, kCursorKeyset, kLockOptimistic, kCommandTable);
+  records.AddNew();
+  records.Fields("code") = "A";
+  records.Fields("FLOOR") = "4";
+  records.Update();
+  records.Fields("floor") = 5;
+  records.CancelUpdate();
+  records.MoveFirst();
+  records.MoveNext();
+  records.Close();
+  EXPECT_THAT(listener.notes,
+              ElementsAre("1 open people 132 rows unread", "1 AddNew", "1 code=A", "1 floor=4", "1 Update", "1 floor=5",
+                          "1 CancelUpdate", "1 MoveFirst", "1 MoveNext", "1 Close"));
+}
+
+TEST_P(AnObserver, IsToldHowManyRowsWereRead) {
+  Recordset first(&listener);
+  Recordset second(&listener);
+  connection.Execute("insert into people (code) values ('A')");
+  second.Open("select * from people", connection, kCursorKeyset, kLockOptimistic, kCommandText);
+  EXPECT_THAT(listener.notes, ElementsAre("execute insert into people (code) values ('A') 1",
+                                          "2 open select * from people 131 rows 1"));
+}
+
+TEST_P(AnObserver, IsToldOfFailuresWithTheirErrors) {
+  Recordset records(&listener);
+  Raised([&] { records.AddNew(); });
+  Raised([&] { records.Open("nobody", connection, kCursorKeyset, kLockOptimistic, kCommandTable); });
+  records.Open("people", connection, kCursorKeyset, kLockOptimistic, kCommandTable);
+  records.AddNew();
+  Raised([&] { records.Fields("floor") = "top"; });
+  Raised([&] { records.Update(); });
+  Raised([&] { connection.Execute("selekt"); });
+  EXPECT_THAT(listener.notes,
+              ElementsAre("1 AddNew!3704", "1 open nobody 132 rows unread!-2147217865", "1 open people 132 rows unread",
+                          "1 AddNew", "1 floor=top!13", "1 Update!-2147217873", "execute selekt 0!-2147217900"));
+}
+
+TEST_P(AnObserver, IsToldTheCallsOfAConnection) {
+  connection.CommandTimeout(150);
+  connection.defaultdatabase(connection.defaultdatabase());
+  connection.Close();
+  Raised([&] { connection.Close(); });
+  ASSERT_EQ(listener.notes.size(), 4U);
+  EXPECT_EQ(listener.notes[0], "timeout 150");
+  EXPECT_THAT(listener.notes[1], testing::StartsWith("default "));
+  EXPECT_EQ(listener.notes[2], "disconnect");
+  EXPECT_EQ(listener.notes[3], "disconnect!3704");
+}
+
+TEST(ObservedConnections, NeverShowAPassword) {
+  Listener listener;
+  Connection connection({}, &listener);
+  Raised([&] { connection.Open("DSN=x;PWD='s;cret'", "", ""); });
+  Raised([&] { connection.Open("DSN=x", "ann", "s;cret"); });
+  Raised([&] { connection.Open("DSN=x;PWD='s;cret", "", ""); });
+  EXPECT_THAT(listener.notes, ElementsAre("connect DSN=x;PWD=***!5", "connect DSN=x;UID=ann;PWD=***!5", "connect !5"));
+}
+
+}  // namespace
+}  // namespace qmx::test
