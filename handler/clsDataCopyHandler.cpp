@@ -1,0 +1,158 @@
+#include "handler/clsDataCopyHandler.h"
+
+#include <string_view>
+#include <utility>
+
+#include "platform/components.h"
+#include "platform/event_log.h"
+
+namespace qmx {
+namespace {
+
+constexpr std::int16_t kStarted = 10;
+constexpr std::int16_t kFailed = 20;
+constexpr std::int16_t kAlreadyInProgress = 30;
+constexpr std::int16_t kComplete = 40;
+
+constexpr std::string_view kLineEnd = "\r\n";
+
+std::string TrimmedLowerCase(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  std::string name(text.substr(first, text.find_last_not_of(' ') - first + 1));
+  for (char& c : name) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return name;
+}
+
+std::string_view TableDescription(std::string_view tableName) {
+  static constexpr std::pair<std::string_view, std::string_view> kDescriptions[] = {
+      {"tsclm020", "Response Times"},
+      {"tsclm024", "Priority Time Scales"},
+      {"tsmdm030", "Service Types"},
+      {"tsmdm100", "Service Centers"},
+      {"tsmdm105", "Service Areas"},
+      {"tsmdm130", "Skills"},
+      {"tsmdm135", "Skills By Employee"},
+      {"tsmdm140", "Service Employees"},
+      {"tscfg200", "Objects"},
+      {"tscfg220", "Configurations"},
+      {"tssoc200", "Service Orders"},
+      {"tssoc205", "Service Order Engineers"},
+      {"tssoc210", "Service Order Activities"},
+      {"tsspc200", "Planned Activities"},
+      {"tcccp001", "Availability Types"},
+      {"tcccp030", "Calendars"},
+      {"tccom130", "Addresses"},
+  };
+  const std::string name = TrimmedLowerCase(tableName);
+  for (const auto& [table, description] : kDescriptions) {
+    if (table == name) return description;
+  }
+  return {};
+}
+
+std::string Concat(std::initializer_list<std::string_view> pieces) {
+  std::string text;
+  for (const std::string_view piece : pieces) text += piece;
+  return text;
+}
+
+// "Service Types (tsmdm030)"
+std::string Heading(const std::string& table) { return Concat({TableDescription(table), " (", table, ")"}); }
+
+}  // namespace
+
+clsDataCopyHandler::clsDataCopyHandler(Platform& platform, modDeclarations& declarations)
+    : platform_(platform), declarations_(declarations) {}
+
+clsDataCopyHandler::~clsDataCopyHandler() = default;
+
+void clsDataCopyHandler::HandleDataCopy(std::string ConnString, std::string DefaultDb, std::string DbTableName,
+                                        std::string LogDirectory, std::string BusComponent) {
+  if (!declarations_.ServerMessagesOff) {
+    objMessHandler = platform_.components.CreateObject("QMXServer20.clsMessHandler");
+  }
+  if (declarations_.HasStatusRequestId) {
+    objClientRequests = platform_.components.CreateObject("QMXServer20.ClientRequests");
+  }
+  MyDataCopy = std::make_unique<clsDataCopy>(platform_, declarations_, static_cast<DataCopyEvents&>(*this));
+  MyDataCopy->StartDataCopy(std::move(ConnString), std::move(DefaultDb), std::move(DbTableName),
+                            std::move(LogDirectory), std::move(BusComponent));
+}
+
+void clsDataCopyHandler::MyDataCopy_DataCopyStarted(Variant iTime, Variant iTableName) {
+  WriteToMessageBox(iTime, Heading(iTableName.ToText()) + " : Data copy started");
+  UpdateStatus(iTableName, kStarted);
+}
+
+void clsDataCopyHandler::MyDataCopy_DataCopyComplete(Variant iTime, Variant iTableName, Variant icount, Variant ucount,
+                                                     Variant dcount) {
+  declarations_.exitStatus = ExitStatus::Complete;
+  WriteToMessageBox(iTime, Concat({Heading(iTableName.ToText()), " : Copy result. Added - ", icount.ToText(),
+                                   ";   Updated - ", ucount.ToText(), ";   Removed - ", dcount.ToText()}));
+  UpdateStatus(iTableName, kComplete);
+}
+
+void clsDataCopyHandler::MyDataCopy_DataCopyAlreadyInProgress(Variant iTime, Variant iTableName) {
+  declarations_.exitStatus = ExitStatus::Refused;
+  WriteToMessageBox(iTime, Concat({" For Table ", iTableName.ToText(), " datacopy is already in progress"}));
+  UpdateStatus(iTableName, kAlreadyInProgress);
+}
+
+void clsDataCopyHandler::MyDataCopy_DataCopyError(Variant iTime, Variant iTableName, Variant ieNumber,
+                                                  Variant ieMessage) {
+  declarations_.exitStatus = ExitStatus::CopyFailed;
+  const std::string table = iTableName.ToText();
+  const std::string message = ieMessage.ToText();
+  platform_.eventLog.LogEvent(Concat({kLineEnd, "Database    : ", declarations_.CurrentDatabaseName, kLineEnd,
+                                      "Table       : ", table, kLineEnd, "Description : ", message}),
+                              EventLog::kTypeError);
+  WriteToMessageBox(iTime, Heading(table) + " : Data copy FAILED");
+  WriteToAlertBox(iTime, Concat({" Data copy of Table ", table, " failed.", kLineEnd, "Error is ", ieNumber.ToText(),
+                                 " ", message, kLineEnd, "------------------------------------------------------"}));
+  UpdateStatus(iTableName, kFailed);
+}
+
+void clsDataCopyHandler::MyDataCopy_DataCopydone() {
+  objMessHandler = Object();
+  objClientRequests = Object();
+}
+
+void clsDataCopyHandler::WriteToMessageBox(Variant& time, const std::string& text) {
+  if (!declarations_.ServerMessagesOff) objMessHandler.Call("writeToMessageBox", Ref(time), text);
+}
+
+void clsDataCopyHandler::WriteToAlertBox(Variant& time, const std::string& text) {
+  if (!declarations_.ServerMessagesOff) objMessHandler.Call("WriteToAlertBox", Ref(time), text);
+}
+
+void clsDataCopyHandler::UpdateStatus(Variant& tableName, std::int16_t status) {
+  if (!declarations_.HasStatusRequestId) return;
+  Variant request = declarations_.StatusRequestId;
+  objClientRequests.Call("UpdateStatusByTalbe", Ref(request), Ref(tableName), status);
+  declarations_.StatusRequestId = request.ToInt32();
+}
+
+void clsDataCopyHandler::DataCopyStarted(Variant iTime, Variant iTableName) {
+  MyDataCopy_DataCopyStarted(std::move(iTime), std::move(iTableName));
+}
+
+void clsDataCopyHandler::DataCopyError(Variant iTime, Variant iTableName, Variant ieNumber, Variant ieMessage) {
+  MyDataCopy_DataCopyError(std::move(iTime), std::move(iTableName), std::move(ieNumber), std::move(ieMessage));
+}
+
+void clsDataCopyHandler::DataCopyComplete(Variant iTime, Variant iTableName, Variant icount, Variant ucount,
+                                          Variant dcount) {
+  MyDataCopy_DataCopyComplete(std::move(iTime), std::move(iTableName), std::move(icount), std::move(ucount),
+                              std::move(dcount));
+}
+
+void clsDataCopyHandler::DataCopyAlreadyInProgress(Variant iTime, Variant iTableName) {
+  MyDataCopy_DataCopyAlreadyInProgress(std::move(iTime), std::move(iTableName));
+}
+
+void clsDataCopyHandler::DataCopydone() { MyDataCopy_DataCopydone(); }
+
+}  // namespace qmx

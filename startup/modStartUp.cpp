@@ -1,0 +1,123 @@
+#include "startup/modStartUp.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "handler/clsDataCopyHandler.h"
+#include "platform/clock.h"
+#include "platform/error.h"
+#include "platform/event_log.h"
+#include "platform/failure_report.h"
+#include "platform/text_files.h"
+#include "platform/variant.h"
+#include "startup/frmIcon.h"
+
+namespace qmx {
+namespace {
+
+// The pieces of the command line, in their order.
+enum Piece : std::size_t {
+  kConnectionString,
+  kLocalDataBase,
+  kTableName,
+  kLogFilePath,
+  kBusComponent,
+  kBusComponentRest,
+  kStatusRequestId  // the only one that may be absent
+};
+constexpr std::size_t kRequiredPieces = kStatusRequestId;
+
+class CommandLine {
+ public:
+  explicit CommandLine(std::string_view text) {
+    for (std::size_t start = 0; !text.empty() && start <= text.size();) {
+      const std::size_t end = std::min(text.find(',', start), text.size());
+      pieces_.emplace_back(text.substr(start, end - start));
+      start = end + 1;
+    }
+  }
+
+  std::size_t Count() const { return pieces_.size(); }
+
+  const std::string& At(Piece piece) const {
+    if (piece < pieces_.size()) return pieces_[piece];
+    throw Error(errors::kSubscriptOutOfRange, "QMX Data Copy - Start",
+                "Subscript out of range: the command line has " + std::to_string(pieces_.size()) +
+                    " piece(s) between commas, and none numbered " + std::to_string(piece));
+  }
+
+  std::string Trimmed(Piece piece) const {
+    const std::string& text = At(piece);
+    const std::size_t first = text.find_first_not_of(' ');
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
+  }
+
+ private:
+  std::vector<std::string> pieces_;
+};
+
+void RequirePieces(const CommandLine& commandLine) {
+  if (commandLine.Count() >= kRequiredPieces) return;
+  throw Error(9999, "QMX Data Copy - Start",
+              "Invalid Number of Arguments, Expected 5 or More. \r\n Application cannot Start")
+      .With("pieces", std::to_string(commandLine.Count()) + " of at least " + std::to_string(kRequiredPieces))
+      .With("wanted", "connection text, default database, table code, log directory, and the two of the component");
+}
+
+// Errors are ignored here, as in the whole step: a number that does not fit leaves the request number at 0.
+void SetStatusRequestId(modDeclarations& declarations, const std::string& text) {
+  try {
+    declarations.StatusRequestId = Variant(text).ToInt32();
+  } catch (const Error&) {
+  }
+}
+
+// Decided by the last piece as it stands: blanks alone are a piece, though not a number.
+void SetServerSwitches(modDeclarations& declarations, const CommandLine& commandLine) {
+  if (commandLine.Count() <= kStatusRequestId || commandLine.At(kStatusRequestId).empty()) {
+    declarations.ServerMessagesOff = true;
+    return;
+  }
+  const std::string& request = commandLine.At(kStatusRequestId);
+  declarations.HasStatusRequestId = ParseNumber(request).has_value();
+  if (declarations.HasStatusRequestId) SetStatusRequestId(declarations, request);
+}
+
+}  // namespace
+
+void Main(Platform& platform, modDeclarations& declarations, std::string_view commandLineText) {
+  const frmIcon icon;
+  icon.Icon();
+  const CommandLine commandLine(commandLineText);
+  try {
+    RequirePieces(commandLine);
+    SetServerSwitches(declarations, commandLine);
+    platform.eventLog.StartLogging(commandLine.Trimmed(kLogFilePath) + "\\evtlog.txt", EventLog::kAutomatic);
+
+    clsDataCopyHandler handler(platform, declarations);
+    handler.HandleDataCopy(commandLine.Trimmed(kConnectionString), commandLine.Trimmed(kLocalDataBase),
+                           commandLine.Trimmed(kTableName), commandLine.Trimmed(kLogFilePath),
+                           commandLine.Trimmed(kBusComponent) + ", " + commandLine.Trimmed(kBusComponentRest));
+  } catch (...) {
+    declarations.exitStatus = ExitStatus::StartUpFailed;
+    WriteStartupFailureLog(platform, commandLine.At(kLogFilePath));
+    platform.failures.Report(CurrentError());
+  }
+}
+
+void WriteStartupFailureLog(Platform& platform, const std::string& LogDirectory) {
+  constexpr int kFile = 1;
+  const Error failure = CurrentError();
+  const bool blank = LogDirectory.find_first_not_of(' ') == std::string::npos;
+  TextFiles& files = platform.files;
+  Clock& clock = platform.clock;
+  files.OpenForAppend((blank ? "C:" : LogDirectory) + "\\QMXDBSynclog.txt", kFile);
+  const std::string date = clock.DateText(clock.Now());
+  files.Print(kFile, "Date-Time :" + date + " : " + clock.TimeText(clock.Now()));
+  files.Print(kFile, "Data Copy Failed:");
+  files.Print(kFile, "Error is - " + std::to_string(failure.Number()) + ": " + failure.Description());
+  files.Close(kFile);
+}
+
+}  // namespace qmx

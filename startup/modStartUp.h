@@ -1,0 +1,21 @@
+// Start-up: reads the command line, sets the run's switches and has one table copied.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/platform.h"
+#include "startup/modDeclarations.h"
+
+namespace qmx {
+
+// The whole run. How it ended stands in the declarations' exit status.
+//
+// A failure is written to the start-up failure log, told to the failure report, and goes no further. What fails in
+// doing so does: a command line without a log directory, a log directory that cannot be written.
+void Main(Platform& platform, modDeclarations& declarations, std::string_view commandLine);
+
+// Appends a record of the error being handled to QMXDBSynclog.txt in the directory, a blank one standing for "C:".
+void WriteStartupFailureLog(Platform& platform, const std::string& LogDirectory);
+
+}  // namespace qmx
