@@ -100,7 +100,8 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
     try {
       setFields({*LocalRecordSet, current, audit.manager, isNew});
     } catch (Error& error) {
-      error.With("table", tableCode).With("key", query.Text().substr(query.Text().find("where ")));
+      const std::string& text = query.Text();
+      error.With("table", tableCode).With("key", text.substr(text.find("where ") + 6));
       throw;
     }
     LocalRecordSet->Update();

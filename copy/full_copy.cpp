@@ -17,7 +17,7 @@ std::string DescribeRecord(Recordset& row, const std::vector<Column>& key, std::
   std::string text;
   for (const Column& column : key) {
     const Variant value = row.Fields(column).Value();
-    if (value.IsEmpty()) break;
+    if (value.IsEmpty() || value.IsNull()) break;  // not assigned yet
     text += (text.empty() ? "" : ", ") + std::string(column.Name()) + "=" + value.ToText();
   }
   return text.empty() ? "of the listing's record " + std::to_string(std::int64_t{recordsBefore} + 1) : text;

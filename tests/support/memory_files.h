@@ -36,7 +36,8 @@ class MemoryFiles : public TextFiles {
   }
   std::string InputField(int number) override {
     const std::string& text = Text(number);
-    if (place_ >= text.size()) throw Error(errors::kInputPastEnd, "MemoryFiles", "Input past the end of " + open_->path);
+    if (place_ >= text.size())
+      throw Error(errors::kInputPastEnd, "MemoryFiles", "Input past the end of " + open_->path);
     const std::size_t end = std::min(text.find_first_of(",\r\n", place_), text.size());
     const std::string field = text.substr(place_, end - place_);
     place_ = end + 1;

@@ -45,11 +45,13 @@ Variant ScriptedObject::Invoke(const Member& member, Arguments arguments) {
 }
 
 void ScriptedErp::Lists(const std::string& managerProgId, std::vector<Getters> records, const std::string& member) {
-  ListsBy(managerProgId, [records = std::move(records)](ScriptedObject::Arguments) { return records; }, member);
+  ListsBy(
+      managerProgId, [records = std::move(records)](ScriptedObject::Arguments) { return records; }, member);
 }
 
 void ScriptedErp::ListsNoObject(const std::string& managerProgId, const std::string& member) {
-  ListsBy(managerProgId, [](ScriptedObject::Arguments) { return std::nullopt; }, member);
+  ListsBy(
+      managerProgId, [](ScriptedObject::Arguments) { return std::nullopt; }, member);
 }
 
 void ScriptedErp::ListsBy(const std::string& managerProgId, Listing listing, const std::string& member) {
@@ -77,7 +79,7 @@ void ScriptedErp::Audits(const std::string& recordProgId, std::vector<AuditEntry
 Object ScriptedErp::Date(ErpDate start) {
   const auto date = Make(Numbered("date"));
   const auto held = std::make_shared<ErpDate>(start);
-  const auto part = [&](const std::string& getter, const std::string& setter, int ErpDate::* field) {
+  const auto part = [&](const std::string& getter, const std::string& setter, int ErpDate::*field) {
     date->On(getter, 0, [held, field](ScriptedObject::Arguments) { return Variant((*held).*field); });
     date->On(setter, 1, [held, field](ScriptedObject::Arguments arguments) {
       (*held).*field = arguments[0].Value().ToInt32();
@@ -166,7 +168,7 @@ Object ScriptedErp::Reader() {
 
 Object ScriptedErp::Status() {
   const auto status = Make("status");
-  const auto flag = [&](const std::string& member, bool AuditEntry::* what) {
+  const auto flag = [&](const std::string& member, bool AuditEntry::*what) {
     status->On(member, 1, [this, what](ScriptedObject::Arguments arguments) {
       const std::string entry = ShowArgument(arguments[0]);
       if (!entry.starts_with("entry")) throw Error(errors::kTypeMismatch, "status", entry + " is no audit entry.");

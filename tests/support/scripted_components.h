@@ -29,7 +29,7 @@ class ScriptedObject : public Dispatch {
   ScriptedObject(CallLog& log, std::string name) : log_(log), name_(std::move(name)) {}
 
   ScriptedObject& On(const std::string& member, std::size_t arguments, Answer answer);
-  ScriptedObject& Gives(const std::string& member, Variant value);       // without arguments
+  ScriptedObject& Gives(const std::string& member, Variant value);          // without arguments
   ScriptedObject& Takes(const std::string& member, std::size_t arguments);  // and gives nothing
 
   const std::string& Name() const { return name_; }
@@ -48,8 +48,7 @@ class ScriptedObject : public Dispatch {
 // What a getter gives: a value, or an error that it raises.
 struct GetterValue {
   template <typename Value>
-    requires std::convertible_to<Value, Variant>
-  GetterValue(Value value) : value(std::move(value)) {}
+  requires std::convertible_to<Value, Variant> GetterValue(Value value) : value(std::move(value)) {}
   GetterValue(Error failure) : failure(std::move(failure)) {}
   Variant value;
   std::optional<Error> failure;
@@ -95,9 +94,7 @@ class ScriptedErp : public Components {
 
   // Further components.
   void Serves(const std::string& progId, std::function<Object()> make) { makers_[progId] = std::move(make); }
-  std::shared_ptr<ScriptedObject> Make(const std::string& name) {
-    return std::make_shared<ScriptedObject>(log_, name);
-  }
+  std::shared_ptr<ScriptedObject> Make(const std::string& name) { return std::make_shared<ScriptedObject>(log_, name); }
 
   Object CreateObject(std::string_view progId) override;
 

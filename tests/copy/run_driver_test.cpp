@@ -1,0 +1,266 @@
+// The run: events in order, the guard in tstables, the table code's two forms, the two traps.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/copy/service_type.h"
+#include "tests/support/copy_rig.h"
+#include "tests/support/raised.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+std::string Failed(const std::string& table) {
+  return "event Error 2026-11-20 14:05:09, \"" + table + "\", -1, \"DataCopy Failed, see logfile 'C:\\log\\" + table +
+         ".log' for details\"";
+}
+
+TEST(Run, TellsStartThenCompletionWithItsCountsThenDone) {
+  CopyRig rig;
+  rig.erp.Lists(kServiceTypesManager, {ServiceType("A"), ServiceType("B")});
+  rig.Run("tsmdm030");
+  EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"tsmdm030\"",
+                                        "event Complete 2026-11-20 14:05:09, \"tsmdm030\", 2, 0, 0", "event done"));
+  EXPECT_THAT(rig.failures.chains, IsEmpty());
+}
+
+TEST(Run, ChecksSetsReadsCopiesReleasesAndClosesInThisOrder) {
+  CopyRig rig;
+  rig.Run("unknown1");
+  EXPECT_THAT(rig.calls.Lines(),
+              ElementsAre("connection.Open",                                                         //
+                          "rs2.Open \"select * from tstables where tablename = 'unknown1'\" 1 3 1",  //
+                          "rs2.Close",                                                               //
+                          "rs3.Open \"select * from tstables where tablename = 'unknown1'\" 1 3 1",  //
+                          "rs3.AddNew", "rs3.TableName = \"unknown1\"", "rs3.in_use = 1", "rs3.freq = 0",
+                          "rs3.reqd = 1", "rs3.Update", "rs3.Close",
+                          "rs4.Open \"select * from tstables where tablename = 'unknown1'\" 1 3 1",  //
+                          "rs4.Close",                                                               //
+                          "event Started 2026-11-20 14:05:09, \"unknown1\"",
+                          "rs5.Open \"select * from tstables where tablename = 'unknown1'\" 1 3 1",  //
+                          "rs5.in_use = 0", "rs5.Update", "rs5.Close",                               //
+                          "connection.Close",                                                        //
+                          "event Complete 2026-11-20 14:05:09, \"unknown1\", 0, 0, 0", "event done"));
+}
+
+TEST(Run, CopiesNothingForAnUnknownTableAndCompletesWithZeroCounts) {
+  CopyRig rig;
+  rig.Run("unknown1");
+  EXPECT_THAT(rig.Rows("tstables", {"TableName", "in_use", "freq", "reqd", "lutm"}),
+              ElementsAre("\"unknown1\", 0, 0, 1, null"));
+  EXPECT_EQ(rig.CopyLog("unknown1"), "");
+}
+
+TEST(Run, RefusesATableThatIsInProgressAndLeavesItsFlag) {
+  CopyRig rig;
+  rig.ControlRecord("tsmdm030", 1, "2026-01-02 03:04:05");
+  rig.Sql("update tstables set in_use = 1");
+  rig.Run("tsmdm030");
+  EXPECT_THAT(rig.Events(), ElementsAre("event AlreadyInProgress 2026-11-20 14:05:09, \"tsmdm030\"", "event done"));
+  EXPECT_EQ(rig.InUse("tsmdm030"), "1");
+  EXPECT_EQ(rig.Lutm("tsmdm030"), "2026-01-02 03:04:05");
+  EXPECT_EQ(rig.calls.Count("connection.Close"), 1u);
+  EXPECT_THAT(rig.calls.StartingWith({"create "}), IsEmpty());
+}
+
+TEST(Run, CopiesAnUpperCaseCodeLikeALowerCaseOneAndKeepsItInLogNameAndEvents) {
+  CopyRig rig;
+  rig.erp.Lists(kServiceTypesManager, {ServiceType("A")});
+  rig.Run("TSMDM030");
+  EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"TSMDM030\"",
+                                        "event Complete 2026-11-20 14:05:09, \"TSMDM030\", 1, 0, 0", "event done"));
+  EXPECT_THAT(rig.CopyLog("TSMDM030"), HasSubstr("Table : TSMDM030 - 1 records Inserted"));
+  EXPECT_EQ(rig.CopyLog("tsmdm030"), "");
+  EXPECT_EQ(rig.Rows("tsmdm030", {"cstp"}).size(), 1u);
+}
+
+TEST(Run, NeverSplitsATableNameOfEightCharactersForItsCode) {
+  CopyRig rig;
+  rig.Run("ab=cd=ef");
+  EXPECT_EQ(rig.InUse("ab=cd=ef"), "0");
+  // The event's table name is split all the same.
+  EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"ab=cd=ef\"",
+                                        "event Complete 2026-11-20 14:05:09, \"ab\", 0, 0, 0", "event done"));
+}
+
+TEST(Run, SplitsALongerTableNameAndCopiesItsFirstPart) {
+  CopyRig rig;
+  rig.erp.Lists(kServiceTypesManager, {ServiceType("A")});
+  rig.Run("tsmdm030=x");
+  EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"tsmdm030\"",
+                                        "event Complete 2026-11-20 14:05:09, \"tsmdm030\", 1, 0, 0", "event done"));
+}
+
+TEST(Run, TellsTwoStartsForTheCalendarOfAnEmployee) {
+  CopyRig rig;
+  rig.Run("tcccp030=4711=E");
+  EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"tcccp030\"",
+                                        "event Started 2026-11-20 14:05:09, \"tcccp030\"",
+                                        "event Complete 2026-11-20 14:05:09, \"tcccp030\", 0, 0, 0", "event done"));
+  EXPECT_THAT(rig.calls.Lines(), testing::Contains(HasSubstr("select * from tsmdm140 where emno = '4711'")));
+}
+
+TEST(Run, TellsTwoStartsForACalendarByItsCode) {
+  CopyRig rig;
+  rig.erp.Lists("Calendars.CalendarManager", {}, "listActualCalendar");
+  rig.Run("tcccp030=DAY=C");
+  EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"tcccp030\"",
+                                        "event Started 2026-11-20 14:05:09, \"tcccp030\"",
+                                        "event Complete 2026-11-20 14:05:09, \"tcccp030\", 0, 0, 0", "event done"));
+  EXPECT_EQ(rig.calls.Count("connection.Execute DELETE FROM tcccp030 WHERE ccal = 'DAY'"), 1u);
+}
+
+TEST(Run, ComparesTheCalendarsKindWithItsCase) {
+  for (const std::string name : {"tcccp030=4711=e", "tcccp030=4711=c", "tcccp030=4711=X", "tcccp030=4711="}) {
+    CopyRig rig;
+    rig.Run(name);
+    EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"tcccp030\"",
+                                          "event Complete 2026-11-20 14:05:09, \"tcccp030\", 0, 0, 0", "event done"))
+        << name;
+    EXPECT_THAT(rig.calls.StartingWith({"create "}), IsEmpty()) << name;
+  }
+}
+
+TEST(Run, FailsOnACalendarWithoutAKind) {
+  CopyRig rig;
+  rig.Run("tcccp030=4711");
+  EXPECT_THAT(rig.Events(),
+              ElementsAre("event Started 2026-11-20 14:05:09, \"tcccp030\"", Failed("tcccp030"), "event done"));
+  EXPECT_EQ(rig.InUse("tcccp030"), "0");
+  ASSERT_EQ(rig.failures.chains.size(), 1u);
+  EXPECT_THAT(rig.failures.chains[0], HasSubstr("error 9, clsDataCopy: Subscript out of range: \"tcccp030=4711\""));
+}
+
+TEST(Run, EndsInASubscriptErrorAfterTheRunOfAnEmptyTableName) {
+  CopyRig rig;
+  EXPECT_EQ(Raised([&] { rig.Run(""); }).Number(), 9);
+  EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"\""));
+  EXPECT_EQ(rig.InUse(""), "0");
+}
+
+TEST(Run, SelectsTheDefaultDatabaseUntrimmedUnlessItIsBlank) {
+  CopyRig rig;
+  clsDataCopy engine(rig.platform, rig.declarations, rig.events);
+  engine.StartDataCopy("Provider=SQLite;Data Source=" + rig.folder.Path().string(), "local", "unknown1", "C:\\log", "");
+  EXPECT_EQ(rig.calls.Count("connection.defaultdatabase local"), 1u);
+  EXPECT_EQ(rig.declarations.CurrentDatabaseName, "local");
+
+  rig.calls.Clear();
+  clsDataCopy(rig.platform, rig.declarations, rig.events)
+      .StartDataCopy(rig.ConnectionText(), "  ", "unknown1", "C:\\log", "");
+  EXPECT_THAT(rig.calls.StartingWith({"connection.defaultdatabase"}), IsEmpty());
+
+  rig.calls.Clear();
+  EXPECT_THAT(Raised([&] {
+                clsDataCopy(rig.platform, rig.declarations, rig.events)
+                    .StartDataCopy("Provider=SQLite;Data Source=" + rig.folder.Path().string(), " local", "unknown1",
+                                   "C:\\log", "");
+              }).Source(),
+              "ReleaseCopyInProgress");
+  EXPECT_THAT(rig.calls.Lines(), testing::Contains(testing::StartsWith("connection.defaultdatabase  local -> error")));
+}
+
+TEST(Run, ReportsAFailedCopyWithItsWholeChainAndReleasesTheTable) {
+  CopyRig rig;
+  rig.erp.Lists(kServiceTypesManager, {{{"getServiceType", Error(4242, "Orvan", "The record is locked.")}}});
+  rig.Run("tsmdm030");
+  EXPECT_THAT(rig.Events(),
+              ElementsAre("event Started 2026-11-20 14:05:09, \"tsmdm030\"", Failed("tsmdm030"), "event done"));
+  EXPECT_EQ(rig.InUse("tsmdm030"), "0");
+  EXPECT_EQ(rig.calls.Count("connection.Close"), 1u);
+  EXPECT_EQ(rig.CopyLog("tsmdm030"),
+            "\"Date-Time :2026-11-20 : 14:05:09\"\r\n"
+            "\"Copy Service Types\",\" Copy of Service Types from Orvan to Local DB failed\"\r\n");
+  EXPECT_THAT(rig.failures.chains,
+              ElementsAre("error 4342, Copy Service Types:  Copy of Service Types from Orvan to Local DB failed\n"
+                          "  because of error 4242, Orvan: The record is locked. "
+                          "[column: cstp; member: getServiceType; table: tsmdm030; key: of the listing's record 1]"));
+}
+
+TEST(Run, LetsTheReleasesFailureReachTheCallerWhenTheConnectionCannotBeOpened) {
+  CopyRig rig;
+  const Error error = Raised([&] {
+    clsDataCopy(rig.platform, rig.declarations, rig.events)
+        .StartDataCopy("Provider=SQLite;Data Source=/no/such/folder/local.db", "", "tsmdm030", "C:\\log", "");
+  });
+  EXPECT_EQ(error.Number(), errors::kConnectionClosed);
+  EXPECT_EQ(error.Source(), "ReleaseCopyInProgress");
+  EXPECT_EQ(error.Description(), "Release of Data copy in Progress flag for table tsmdm030 Failed");
+  EXPECT_THAT(DescribeChain(error), HasSubstr("/no/such/folder/local.db"));
+  EXPECT_THAT(rig.Events(), IsEmpty());
+  EXPECT_THAT(rig.CopyLog("tsmdm030"), HasSubstr("/no/such/folder/local.db"));
+}
+
+TEST(Run, LogsAFailedReleaseAndCountsAsFinished) {
+  CopyRig rig;
+  rig.erp.ListsBy(kServiceTypesManager, [&](auto) {
+    rig.Sql("drop table tstables");
+    return std::vector<Getters>{ServiceType("A")};
+  });
+  rig.Run("tsmdm030");
+  EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"tsmdm030\"",
+                                        "event Complete 2026-11-20 14:05:09, \"tsmdm030\", 1, 0, 0", "event done"));
+  EXPECT_THAT(
+      rig.CopyLog("tsmdm030"),
+      HasSubstr("\"ReleaseCopyInProgress\",\"Release of Data copy in Progress flag for table tsmdm030 Failed\""));
+  ASSERT_EQ(rig.failures.chains.size(), 1u);
+  EXPECT_THAT(rig.failures.chains[0], testing::StartsWith("error -2147217865, ReleaseCopyInProgress: "));
+  EXPECT_EQ(rig.calls.Count("connection.Close"), 1u);
+}
+
+TEST(Run, TakesAFailingStartEventForAFailureOfTheCopy) {
+  CopyRig rig;
+  rig.events.failOn = "Started";
+  rig.Run("tsmdm030");
+  EXPECT_THAT(rig.Events(),
+              ElementsAre("event Started 2026-11-20 14:05:09, \"tsmdm030\"", Failed("tsmdm030"), "event done"));
+  EXPECT_EQ(rig.InUse("tsmdm030"), "0");
+}
+
+TEST(Run, PassesTheFailureOfALaterEventToItsCaller) {
+  CopyRig rig;
+  rig.events.failOn = "Complete";
+  EXPECT_EQ(Raised([&] { rig.Run("unknown1"); }).Number(), 1234);
+  EXPECT_EQ(rig.InUse("unknown1"), "0");
+}
+
+TEST(Run, EndsWithTheLogsFailureWhenTheErrorCannotBeLogged) {
+  CopyRig rig;
+  rig.erp.Lists(kServiceTypesManager, {{{"getServiceType", Error(4242, "Orvan", "The record is locked.")}}});
+  rig.files.failOn = "Open";
+  const Error error = Raised([&] { rig.Run("tsmdm030"); });
+  EXPECT_EQ(error.Number(), errors::kDiskFull);
+  EXPECT_THAT(DescribeChain(error), HasSubstr("The record is locked."));
+  EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"tsmdm030\""));
+  EXPECT_EQ(rig.InUse("tsmdm030"), "1");  // the trap ended before the release
+}
+
+TEST(Run, PassesTheBusinessComponentOnUnchanged) {
+  CopyRig rig;
+  rig.erp.Lists(kServiceTypesManager, {});
+  rig.Run("tsmdm030");
+  EXPECT_EQ(rig.calls.Count("manager.initialize(\"Orvan, main\")"), 1u);
+}
+
+TEST(Run, TakesOnlyASyncMethodOfTwoForChangesOnly) {
+  for (const int syncMethod : {0, 1, 3, -1}) {
+    CopyRig rig;
+    rig.ControlRecord("tsmdm030", syncMethod);
+    rig.erp.Lists(kServiceTypesManager, {ServiceType("A")});
+    rig.Run("tsmdm030");
+    EXPECT_EQ(rig.calls.Count("manager.List(\"\", \"ZZZ\")"), 1u) << syncMethod;
+  }
+  CopyRig rig;
+  rig.ControlRecord("tsmdm030", 2);
+  rig.erp.Lists(kServiceTypesManager, {ServiceType("A")});
+  rig.erp.Audits(kServiceTypesRecord, {});
+  rig.Run("tsmdm030");
+  EXPECT_EQ(rig.calls.Count("create audit.AuditReader"), 1u);
+  EXPECT_EQ(rig.calls.Count("manager.List(\"\", \"ZZZ\")"), 0u);
+}
+
+}  // namespace
+}  // namespace qmx::test
