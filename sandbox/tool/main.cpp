@@ -7,6 +7,7 @@
 
 #include "binding/failure.h"
 #include "tool/make.h"
+#include "tool/work.h"
 
 namespace {
 
@@ -20,7 +21,8 @@ Moment Today() {
 }
 
 // An option that takes a date, and says so when it is none.
-void AddDate(CLI::App* command, const std::string& name, Moment& date, const std::string& help) {
+template <class Date>
+void AddDate(CLI::App* command, const std::string& name, Date& date, const std::string& help) {
   command->add_option_function<std::string>(
       name,
       [name, &date](const std::string& text) {
@@ -54,6 +56,13 @@ void Show(const std::string& path) {
               << table.records << '\n';
 }
 
+void Show(const std::vector<orvan::Changes>& changes) {
+  std::cout << std::setw(46) << "inserted" << std::setw(10) << "updated" << std::setw(10) << "deleted" << '\n';
+  for (const orvan::Changes& table : changes)
+    std::cout << table.code << "  " << std::left << std::setw(26) << table.description << std::right << std::setw(10)
+              << table.inserted << std::setw(10) << table.updated << std::setw(10) << table.deleted << '\n';
+}
+
 int Run(int argc, char** argv) {
   CLI::App app("Makes the sandbox ERP's file, and lets the company in it work.");
   app.require_subcommand(1);
@@ -72,6 +81,16 @@ int Run(int argc, char** argv) {
     orvan::MakeSandbox(file, plan, replace);
     Show(file);
   });
+
+  orvan::WorkOrder order;
+  order.today = plan.today;
+  CLI::App* work = app.add_subcommand("work", "Play working days: everything that changes is in the audit trail");
+  work->add_option("FILE", order.path, "a file made by orvan-sandbox make")->required();
+  work->add_option("--seed", order.seed, "the same seed plays the same day on the same file")->capture_default_str();
+  work->add_option("--days", order.days, "how many days")->check(CLI::PositiveNumber)->capture_default_str();
+  AddDate(work, "--today", order.today, "the day that the changes are about (default: today)");
+  AddDate(work, "--from", order.from, "when the audit trail says that work began (default: the machine's clock)");
+  work->callback([&] { Show(orvan::Work(order)); });
 
   CLI::App* show = app.add_subcommand("show", "Show how many records each table has");
   show->add_option("FILE", file, "a file made by orvan-sandbox make")->required();

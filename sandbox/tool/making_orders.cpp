@@ -5,18 +5,16 @@
 
 #include "tool/dates.h"
 #include "tool/making.h"
+#include "tool/order_status.h"
 #include "tool/words.h"
 
 namespace orvan {
 namespace {
 
-// How far an order has come.
-enum Status { kFree = 10, kPlanned = 20, kReleased = 30, kInProcess = 40, kCompleted = 50, kCancelled = 70 };
-constexpr Status kStatuses[] = {kFree,      kPlanned,   kPlanned,   kReleased,  kReleased,
-                                kInProcess, kCompleted, kCompleted, kCompleted, kCancelled};
+using namespace order_status;
 
-constexpr int kYes = 1;
-constexpr int kNo = 2;
+constexpr int kStatuses[] = {kFree,      kPlanned,   kPlanned,   kReleased,  kReleased,
+                             kInProcess, kCompleted, kCompleted, kCompleted, kCancelled};
 
 // Mostly yes or no, but the ERP's field takes other codes too.
 int YesOrNo(Random& random, int percentYes) {
@@ -28,14 +26,14 @@ struct Order {
   std::string number;
   const Installation* installation;
   const Employee* engineer;
-  Status status;
+  int status;
   Moment ordered;
   Moment start;
   int minutes;  // planned
   int activities;
   Random random;
 
-  std::optional<Moment> From(Status reached, const Moment& moment) const {
+  std::optional<Moment> From(int reached, const Moment& moment) const {
     return status >= reached ? std::optional(moment) : std::nullopt;
   }
 };
@@ -44,7 +42,7 @@ Order Draw(const World& world, int index) {
   Random random(world.plan.seed + static_cast<std::uint64_t>(index), "order");
   const Moment ordered =
       At(Later(world.plan.today, -random.Between(0, 60)), random.Between(0, 23), random.Between(0, 59));
-  const Status status = random.Pick(kStatuses);
+  const int status = random.Pick(kStatuses);
   const int soon = status >= kInProcess ? 1 : 10;
   Moment start = At(Later(ordered, random.Between(0, soon)), random.Between(6, 20), random.Between(0, 3) * 15);
   // A night in which the clocks are changed: it has an hour twice, or lacks one.
@@ -75,7 +73,7 @@ void ServiceOrders(const World& world, TableWriter& table) {
                   {"lcad", at.address},
                   {"cprj", random.Chance(10) ? Code("PRJ", random.Between(1, 30), 3) : std::string()},
                   {"ordt", order.ordered},
-                  {"osta", int{order.status}},
+                  {"osta", order.status},
                   {"cwoc", at.center},
                   {"csar", at.area},
                   {"emno", order.status >= kPlanned ? order.engineer->number : std::string()},
@@ -127,7 +125,7 @@ void Activities(const World& world, TableWriter& table) {
                     {"obpr", random.Between(1, 5)},
                     {"cprl", fault.code},
                     {"cstn", order.status >= kCompleted ? "DONE" : ""},
-                    {"asta", int{order.status}},
+                    {"asta", order.status},
                     {"skla", random.Pick(world.skills)},
                     {"sklb", random.Chance(30) ? random.Pick(world.skills) : std::string()},
                     {"acdu", order.minutes / 60.0 / order.activities},
