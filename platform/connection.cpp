@@ -127,6 +127,10 @@ std::int64_t Connection::Execute(const SqlText& statement) {
   return affected;
 }
 
+TableDescription Connection::Describe(const std::string& table) {
+  return AtTheWall([&] { return OpenSession().Driver().Describe(table); });
+}
+
 int Connection::CommandTimeout() const { return timeout_; }
 
 void Connection::CommandTimeout(int seconds) {

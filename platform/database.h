@@ -85,6 +85,9 @@ class Connection {
   // Runs one statement; the number of rows affected.
   std::int64_t Execute(const SqlText& statement);
 
+  // A table's columns and key; -2147217865 when there is no such table.
+  TableDescription Describe(const std::string& table);
+
   int CommandTimeout() const;  // seconds, 30 by default; 0 waits forever
   void CommandTimeout(int seconds);
 

@@ -1,0 +1,16 @@
+#include "schema/column_words.h"
+
+namespace qmx {
+
+std::vector<LocalTable> CalendarTables() {
+  return {
+      {"tcccp001", {Code("ract"), Description("dsca"), Code("ptmu"), Number("hrsd"), Code("avlb")}, {"ract"}, {}},
+      {"tcccp030",
+       {Code("ccal"), Code("ract"), Moment("stdt"), TimeOfDay("sttm"), Moment("endt"), TimeOfDay("entm"),
+        Number("cutm"), Number("ccap"), Moment("ustm"), Moment("uftm"), Code("ahrs")},
+       {"ccal", "ract", "stdt", "sttm"},
+       {}},
+  };
+}
+
+}  // namespace qmx

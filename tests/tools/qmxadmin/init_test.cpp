@@ -1,0 +1,159 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "platform/database.h"
+#include "platform/sqlite/driver.h"
+#include "tests/support/process.h"
+#include "tests/support/temp_folder.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+class QmxAdminInit : public testing::Test {
+ protected:
+  Process Init(const std::string& database = "", const std::vector<std::string>& more = {}) {
+    std::vector<std::string> arguments = {"init", connectionText, database};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return test::Run(QMX_ADMIN, arguments);
+  }
+
+  std::int32_t Count(const std::string& query) {
+    Connection connection({&driver}, nullptr);
+    connection.Open(connectionText, "", "");
+    Recordset records(nullptr);
+    records.Open(query, connection, kCursorKeyset, kLockOptimistic, kCommandText);
+    return records.Fields(0).Value().ToInt32();
+  }
+
+  void Execute(const std::string& statement) {
+    Connection connection({&driver}, nullptr);
+    connection.Open(connectionText + ";Mode=Create", "", "");
+    connection.Execute(statement);
+    connection.Close();
+  }
+
+  static std::size_t Lines(const std::string& text, const std::string& ending) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(ending + "\n"); at != std::string::npos; at = text.find(ending + "\n", at + 1)) {
+      ++count;
+    }
+    return count;
+  }
+
+  TempFolder folder;
+  SqliteDriver driver;
+  std::string connectionText = "Provider=SQLite;Data Source=" + folder / "local.db";
+};
+
+constexpr const char* kTables = "select count(*) from sqlite_master where type='table'";
+
+TEST_F(QmxAdminInit, MakesTheDatabaseAndAllItsTables) {
+  const Process run = Init();
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(Lines(run.out, ": made"), 19U);
+  EXPECT_THAT(run.out, HasSubstr("tsmdm030: made\n"));
+  EXPECT_THAT(run.err, IsEmpty());
+  EXPECT_EQ(Count(kTables), 19);
+  EXPECT_EQ(Count("select count(*) from sqlite_master where name='tscalender_by_ccal'"), 1);
+}
+
+TEST_F(QmxAdminInit, LeavesAloneWhatIsThereAndSaysSo) {
+  Init();
+  Execute("insert into tsmdm030 (cstp, dsca) values ('A','kept')");
+  const Process again = Init();
+  EXPECT_EQ(again.status, 0) << again.err;
+  EXPECT_EQ(Lines(again.out, ": there already"), 19U);
+  EXPECT_EQ(Count("select count(*) from tsmdm030 where dsca='kept'"), 1);
+}
+
+TEST_F(QmxAdminInit, MakesOnlyWhatIsMissing) {
+  Init();
+  Execute("drop table tssoc200");
+  Execute("drop index tscalender_by_ccal");
+  const Process run = Init();
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(Lines(run.out, ": made"), 1U);
+  EXPECT_THAT(run.out, HasSubstr("tssoc200: made\n"));
+  EXPECT_EQ(Count("select count(*) from sqlite_master where name='tscalender_by_ccal'"), 1);
+}
+
+TEST_F(QmxAdminInit, TellsWhatDiffersLeavesItAndEndsWithStatusOne) {
+  Execute("create table tsmdm030 (CSTP integer, dsca varchar(10), ract text, note text)");
+  const Process run = Init();
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, HasSubstr("tsmdm030: differs\n"
+                                 "  the column cstp holds 32-bit integers, not texts\n"
+                                 "  the column prod is missing\n"
+                                 "  the column note is one more\n"
+                                 "  it has no key, not the key cstp\n"));
+  EXPECT_EQ(Lines(run.out, ": made"), 18U);
+  EXPECT_THAT(run.out, HasSubstr("left as they are"));
+  EXPECT_EQ(Count("select count(*) from pragma_table_info('tsmdm030')"), 4);
+}
+
+TEST_F(QmxAdminInit, PrintsTheStatementsAndTouchesNothing) {
+  const Process run = Init("", {"--print"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(Lines(run.out, "\n)") + Lines(run.out, ");"), 20U);  // nineteen tables and an index
+  EXPECT_THAT(run.out, AllOf(HasSubstr("create table tstables ("), HasSubstr("in_use smallint default 0"),
+                             HasSubstr("primary key (ccal, ract, stdt, sttm)\n);\n"),
+                             HasSubstr("create index if not exists tscalender_by_ccal on tscalender (ccal);\n")));
+  EXPECT_FALSE(std::filesystem::exists(folder / "local.db"));
+}
+
+TEST_F(QmxAdminInit, MakesTheNamedDatabaseInAFolder) {
+  connectionText = "Provider=SQLite;Data Source=" + folder.Path().string();
+  const Process run = Init("service");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_TRUE(std::filesystem::exists(folder / "service.db"));
+}
+
+TEST_F(QmxAdminInit, AFolderWithoutADatabaseNameIsExplained) {
+  connectionText = "Provider=SQLite;Data Source=" + folder.Path().string();
+  const Process run = Init();
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, HasSubstr("the default database must be named"));
+}
+
+TEST_F(QmxAdminInit, AMissingFolderIsNamed) {
+  connectionText = "Provider=SQLite;Data Source=" + folder / "missing/local.db";
+  const Process run = Init();
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.out, IsEmpty());
+  EXPECT_THAT(run.err,
+              AllOf(StartsWith("qmxadmin: error -2147467259"), HasSubstr("there is no folder " + folder / "missing")));
+  EXPECT_FALSE(std::filesystem::exists(folder / "missing"));
+}
+
+TEST_F(QmxAdminInit, AFileThatIsNoDatabaseIsNamedAndKept) {
+  WriteFile(folder / "local.db", "Dear reader, this is a letter and no database, however long it goes on.");
+  const Process run = Init();
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, AllOf(HasSubstr(folder / "local.db"), HasSubstr("no SQLite database")));
+  EXPECT_THAT(ReadFile(folder / "local.db"), StartsWith("Dear reader"));
+}
+
+TEST_F(QmxAdminInit, AConnectionTextOfAnotherFormIsToldTheRightOneWithoutItsPassword) {
+  connectionText = "Server=x;PWD=geheim";
+  const Process run = Init();
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, AllOf(HasSubstr("Provider=SQLite;Data Source=FILE"), Not(HasSubstr("geheim"))));
+}
+
+TEST_F(QmxAdminInit, AnUnknownKeywordIsNamed) {
+  connectionText += ";Chache=5";
+  const Process run = Init();
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, AllOf(HasSubstr("\"Chache\""), HasSubstr("Provider, Data Source and Mode")));
+}
+
+}  // namespace
+}  // namespace qmx::test
