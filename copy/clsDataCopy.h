@@ -5,7 +5,7 @@
 // fails outside of it (the release of a table after a failure, an event, the copy log) reaches the caller as an Error.
 //
 // The sources, by concern: run_driver, control_records, copy_log, date_conversion, full_copy, changed_copy,
-// shared_steps; what is particular to a table stands in its own source in tables/.
+// shared_steps, calendar_expansion; what is particular to a table stands in its own source in tables/.
 #pragma once
 
 #include <cstdint>
@@ -104,7 +104,13 @@ class clsDataCopy {
   void FinishChangedCopy(const Audit& audit, Text tableCode);
   [[noreturn]] void FailChangedCopy(const FailureTexts& failure);  // in a handler only
 
+  // calendar_expansion.cpp
+  std::vector<std::string> CalendarsInUse();
+  Variant FillTable_tscalender();
+
   // shared_steps.cpp
+  DateTime Now();
+  [[noreturn]] static void FailPlus100(const FailureTexts& failure);  // in a handler only
   static Object List(const Object& manager, const Member& list, const std::vector<Variant>& bounds);
   static Object FirstRecord(const Object& enumeration);  // no object where there is none
   void SetFields(const FieldMaps& fields, Recordset& row, const Object& record);
@@ -201,7 +207,6 @@ class clsDataCopy {
   bool CalendarIsLocal(Text calendarCode);
   void AddCalendarRecords(const Object& records);
   void SetCalendarFields(Recordset& row, const Object& record);
-  Variant FillTable_tscalender();
 
   Platform& platform_;
   modDeclarations& declarations_;

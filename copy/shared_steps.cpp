@@ -1,7 +1,9 @@
-// What full and changed copies have in common: listing records, filling a row from a record, counting.
+// What full and changed copies have in common: the time, failing, listing records, filling a row from a record,
+// counting.
 #include <limits>
 
 #include "copy/clsDataCopy.h"
+#include "platform/clock.h"
 #include "platform/error.h"
 
 namespace qmx {
@@ -11,6 +13,12 @@ const Member kHasMoreElements = "hasMoreElements";
 const Member kNextElement = "nextElement";
 
 }  // namespace
+
+DateTime clsDataCopy::Now() { return platform_.clock.Now(); }
+
+void clsDataCopy::FailPlus100(const FailureTexts& failure) {
+  throw Error(NumberPlus100(CurrentError().Number()), failure.source, failure.description);
+}
 
 Object clsDataCopy::List(const Object& manager, const Member& list, const std::vector<Variant>& bounds) {
   const std::vector<Argument> arguments(bounds.begin(), bounds.end());

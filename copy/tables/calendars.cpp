@@ -2,11 +2,8 @@
 // start dates that ends in 2038.
 //
 // All of them in full or by change, and single ones on request: an employee's, or one by its code. The copies never
-// touch tscalender; FillTable_tscalender expands the local records into it, and no copy calls that.
-#include "calendar/clsCalender.h"
+// touch tscalender.
 #include "copy/clsDataCopy.h"
-#include "platform/clock.h"
-#include "platform/error.h"
 
 namespace qmx {
 namespace {
@@ -59,8 +56,6 @@ constexpr FailureTexts kEmployeeFailure = {"Copy Calendar of Employee",
 constexpr FailureTexts kCalendarFailure = {"Copy Calender Of Employee",
                                            " Copy of Calender Of Employee from Orvan to Local DB failed"};
 constexpr FailureTexts kDeleteFailure = {"Delete Calendar", "Deleting records from Calendar failed"};
-constexpr FailureTexts kFillFailure = {"FillTable_tscalender", " Filling tscalender table failed"};
-
 // Bounds of the start dates, as the texts that the ERP takes. The last day is today's in 2038, also where 2038 has no
 // such day.
 struct StartDates {
@@ -83,27 +78,12 @@ StartDates StartDatesSince(int lookBack, DateTime today, Form form) {
           DateText(kLastYear, today.Month(), today.Day(), form)};
 }
 
-// The records of one calendar, or no object.
-Object ListCalendar(const Object& manager, const std::string& code, const StartDates& dates) {
-  return manager
-      .Call(kListActualCalendar, code, code, "", kHighestType, dates.from, dates.to, kEarliestTime, kLatestTime)
-      .ToObject();
+std::vector<Variant> ListingBounds(const std::string& code, const StartDates& dates) {
+  return {code, code, "", kHighestType, dates.from, dates.to, kEarliestTime, kLatestTime};
 }
 
 SqlText SelectCalendar(const std::string& code) {
   return SqlText("select * from tcccp030 where ccal = '").Value(code).Append("'");
-}
-
-std::vector<std::string> CalendarsInUse(Database& database, Connection& connection) {
-  clsCalender calender(database);
-  std::vector<std::string> codes;
-  calender.getEmployeeCalenderList(connection, codes);
-  return codes;
-}
-
-// In a handler only.
-[[noreturn]] void RaiseAs(const FailureTexts& failure) {
-  throw Error(NumberPlus100(CurrentError().Number()), failure.source, failure.description);
 }
 
 std::string Trimmed(const std::string& text) {
@@ -139,15 +119,16 @@ void clsDataCopy::CopyCalendarsFull(Text tableCode, Text busComponent) {
     manager = platform_.components.CreateObject(kManager);
     manager.Call(kInitialize, busComponent);
     const int lookBack = ReadCalendarLookBack();
-    const StartDates dates = StartDatesSince(lookBack, platform_.clock.Now(), Form::Plain);
-    const std::vector<std::string> calendars = CalendarsInUse(platform_.database, OpenedConnection());
+    const StartDates dates = StartDatesSince(lookBack, Now(), Form::Plain);
+    const std::vector<std::string> calendars = CalendarsInUse();
     if (calendars.empty()) return;
 
     DeleteAllRecords(tableCode);
     OpenTable(tableCode);
-    RunTimeStamp = platform_.clock.Now();
+    RunTimeStamp = Now();
     for (const std::string& code : calendars) {
-      if (const Object records = ListCalendar(manager, code, dates)) AddCalendarRecords(records);
+      if (const Object records = List(manager, kListActualCalendar, ListingBounds(code, dates)))
+        AddCalendarRecords(records);
     }
     if (!LocalRecordSet->BOF()) LocalRecordSet->Update();
     WriteLastUpdateTime(tableCode, RunTimeStamp);
@@ -174,12 +155,12 @@ void clsDataCopy::CopyCalendarsChanged(Text tableCode, Text busComponent) {
     const Object& calendar = audit.parameters[3];
     SetAuditParameter(types, "ract", "", kHighestType);
     const int lookBack = ReadCalendarLookBack();
-    const StartDates dates = StartDatesSince(lookBack, platform_.clock.Now(), Form::Padded);
+    const StartDates dates = StartDatesSince(lookBack, Now(), Form::Padded);
     SetAuditParameter(startDates, "stdt", dates.from, dates.to);
     SetAuditParameter(startTimes, "sttm", "0000", "2400");
     for (const char* field : kOutputFields) audit.criteria.Call(kAddOutputField, field);
 
-    for (const std::string& code : CalendarsInUse(platform_.database, OpenedConnection())) {
+    for (const std::string& code : CalendarsInUse()) {
       if (CalendarIsLocal(code)) {
         // The criteria is one for all calendars and keeps what it was given: it grows by four with each.
         SetAuditParameter(calendar, "ccal", code, code);
@@ -189,7 +170,7 @@ void clsDataCopy::CopyCalendarsChanged(Text tableCode, Text busComponent) {
         audit.reader.Call(kInitialize, audit.manager, audit.record, audit.criteria);
         ApplyAuditEntries(audit, kKey, kKey, tableCode,
                           [this](const Change& change) { SetCalendarFields(change.row, change.current); });
-      } else if (const Object records = ListCalendar(audit.manager, code, dates)) {
+      } else if (const Object records = List(audit.manager, kListActualCalendar, ListingBounds(code, dates))) {
         LocalRecordSet->Open(SelectCalendar(code), OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
         AddCalendarRecords(records);
         LocalRecordSet->Close();  // saves the last row
@@ -211,7 +192,7 @@ void clsDataCopy::CopyCalendarOfEmployee(Text employee, Text busComponent) {
     row->Close();
     if (!calendar.empty()) CopyCalendar(calendar, busComponent);
   } catch (...) {
-    RaiseAs(kEmployeeFailure);
+    FailPlus100(kEmployeeFailure);
   }
 }
 
@@ -222,8 +203,8 @@ void clsDataCopy::CopyCalendar(Text calendarCode, Text busComponent) {
     const SqlText select = SelectCalendar(calendarCode);
     manager = platform_.components.CreateObject(kManager);
     manager.Call(kInitialize, busComponent);
-    const StartDates dates = StartDatesSince(kLookBackOnRequest, platform_.clock.Now(), Form::Plain);
-    if (const Object records = ListCalendar(manager, calendarCode, dates)) {
+    const StartDates dates = StartDatesSince(kLookBackOnRequest, Now(), Form::Plain);
+    if (const Object records = List(manager, kListActualCalendar, ListingBounds(calendarCode, dates))) {
       DeleteCalendar(calendarCode);
       LocalRecordSet->Open(select, OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
       AddCalendarRecords(records);
@@ -243,7 +224,7 @@ void clsDataCopy::DeleteCalendar(Text calendarCode) {
     OpenedConnection().CommandTimeout(kDeleteTimeout);
     OpenedConnection().Execute(SqlText("DELETE FROM tcccp030 WHERE ccal = '").Value(calendarCode).Append("'"));
   } catch (...) {
-    RaiseAs(kDeleteFailure);
+    FailPlus100(kDeleteFailure);
   }
 }
 
@@ -267,17 +248,6 @@ void clsDataCopy::SetCalendarFields(Recordset& row, const Object& record) {
   row.Fields(kStartMoment) = Moment(row.Fields(kStartDate).Value(), startTime);
   row.Fields(kFinishMoment) = Moment(row.Fields(kEndDate).Value(), endTime);
   row.Fields(kDuration) = DurationText(startTime, endTime);
-}
-
-Variant clsDataCopy::FillTable_tscalender() {
-  try {
-    clsCalender calender(platform_.database);
-    calender.DBConnection = LocalConnection.get();
-    calender.DBRecordSet = LocalRecordSet.get();
-    return calender.Startprocess();
-  } catch (...) {
-    RaiseAs(kFillFailure);
-  }
 }
 
 }  // namespace qmx

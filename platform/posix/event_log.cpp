@@ -5,14 +5,19 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <utility>
 
 #include "platform/error.h"
+#include "platform/posix/paths.h"
+#include "platform/posix/system_errors.h"
 
 namespace qmx {
 namespace {
 
+constexpr const char* kSource = "Event log";
 constexpr const char* kTag = "qmxdatacopy";
 constexpr int kFileNumber = 511;  // out of the way of the program's own numbers, of which one may have been left open
 
@@ -41,6 +46,14 @@ std::string WithPlainLineEnds(std::string_view text) {
   return plain;
 }
 
+void RequireFolder(const std::string& target) {
+  std::filesystem::path folder = std::filesystem::path(NativePath(target)).parent_path();
+  if (folder.empty()) folder = ".";
+  std::error_code ignored;
+  if (!std::filesystem::is_directory(folder, ignored)) RaiseSystemError(ENOTDIR, kSource, target);
+  if (access(folder.c_str(), W_OK | X_OK) != 0) RaiseSystemError(errno, kSource, target);
+}
+
 // True when somebody took it.
 bool SendToSystemLog(const std::string& path, const std::string& entry) {
   sockaddr_un address{};
@@ -65,9 +78,10 @@ PosixEventLog::PosixEventLog(Clock& clock, TextFiles& files, std::string systemL
 
 void PosixEventLog::StartLogging(const std::string& target, int mode) {
   if (mode != kAutomatic) {
-    throw Error(errors::kInvalidCall, "Event log",
+    throw Error(errors::kInvalidCall, kSource,
                 "Invalid call: event log mode " + std::to_string(mode) + " is not served, only the automatic mode 0");
   }
+  RequireFolder(target);
   target_ = target;
 }
 
@@ -77,7 +91,7 @@ void PosixEventLog::LogEvent(std::string_view text, int type) {
   if (SendToSystemLog(systemLogSocket_, priority + Timestamp(now) + " " + Sender() + WithPlainLineEnds(text))) return;
 
   if (target_.empty()) {
-    throw Error(errors::kInvalidCall, "Event log", "Invalid call: event logging has not been started");
+    throw Error(errors::kInvalidCall, kSource, "Invalid call: event logging has not been started");
   }
   files_.OpenForAppend(target_, kFileNumber);
   try {

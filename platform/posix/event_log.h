@@ -4,6 +4,9 @@
 // line ends of its text are LF there, because a carriage return makes the journal show an entry as binary data. Where
 // nobody listens at that socket the entry is appended to the target file as one record with the time, with CR LF.
 // No other mode is served (error 5).
+//
+// Logging does not start where the target's folder is missing (76) or not writable (70, 75), whoever listens: the
+// program keeps its other logs in that folder, and had better not begin what it cannot tell of.
 #pragma once
 
 #include "platform/clock.h"

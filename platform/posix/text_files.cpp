@@ -8,67 +8,12 @@
 
 #include "platform/error.h"
 #include "platform/posix/paths.h"
+#include "platform/posix/system_errors.h"
 
 namespace qmx {
 namespace {
 
 constexpr const char* kSource = "Text files";
-
-bool FolderExists(const std::string& nativePath) {
-  const std::filesystem::path folder = std::filesystem::path(nativePath).parent_path();
-  std::error_code ignored;
-  return std::filesystem::is_directory(folder.empty() ? "." : folder, ignored);
-}
-
-std::int32_t NumberOf(int code, const std::string& nativePath) {
-  switch (code) {
-    case ENOENT:
-      return FolderExists(nativePath) ? errors::kFileNotFound : errors::kPathNotFound;
-    case ENOTDIR:
-      return errors::kPathNotFound;
-    case EACCES:
-    case EPERM:
-    case ETXTBSY:
-      return errors::kPermissionDenied;
-    case EISDIR:
-    case EROFS:
-    case ELOOP:
-    case ENAMETOOLONG:
-    case EINVAL:
-      return errors::kPathFileAccess;
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-      return errors::kDiskFull;
-    default:
-      return errors::kDeviceIo;
-  }
-}
-
-const char* Headline(std::int32_t number) {
-  switch (number) {
-    case errors::kFileNotFound:
-      return "File not found";
-    case errors::kPathNotFound:
-      return "Path not found";
-    case errors::kPermissionDenied:
-      return "Permission denied";
-    case errors::kPathFileAccess:
-      return "Path/file access error";
-    case errors::kDiskFull:
-      return "Disk full";
-    default:
-      return "Device I/O error";
-  }
-}
-
-[[noreturn]] void RaiseSystemError(int code, const std::string& path) {
-  const std::string native = NativePath(path);
-  const std::int32_t number = NumberOf(code, native);
-  throw Error(number, kSource, std::string(Headline(number)) + ": " + path)
-      .With("file", native)
-      .With("system", std::generic_category().message(code));
-}
 
 }  // namespace
 
@@ -83,13 +28,13 @@ void PosixTextFiles::Open(const std::string& path, int number, bool forInput) {
                 "File already open: number " + std::to_string(number) + " is in use by " + open->second.path +
                     " and cannot be used for " + path);
   }
-  if (path.find('\0') != std::string::npos) RaiseSystemError(EINVAL, path);
+  if (path.find('\0') != std::string::npos) RaiseSystemError(EINVAL, kSource, path);
 
   std::FILE* stream = std::fopen(NativePath(path).c_str(), forInput ? "rbe" : "abe");
-  if (!stream) RaiseSystemError(errno, path);
+  if (!stream) RaiseSystemError(errno, kSource, path);
   OpenFile file{path, forInput, {stream, {}}};
   struct stat status {};
-  if (fstat(fileno(stream), &status) == 0 && S_ISDIR(status.st_mode)) RaiseSystemError(EISDIR, path);
+  if (fstat(fileno(stream), &status) == 0 && S_ISDIR(status.st_mode)) RaiseSystemError(EISDIR, kSource, path);
   files_.emplace(number, std::move(file));
 }
 
@@ -109,7 +54,8 @@ PosixTextFiles::OpenFile& PosixTextFiles::Find(int number, bool forInput) {
 void PosixTextFiles::Print(int number, std::string_view line) {
   OpenFile& file = Find(number, false);
   const std::string text = std::string(line) + "\r\n";
-  if (std::fwrite(text.data(), 1, text.size(), file.stream.get()) != text.size()) RaiseSystemError(errno, file.path);
+  if (std::fwrite(text.data(), 1, text.size(), file.stream.get()) != text.size())
+    RaiseSystemError(errno, kSource, file.path);
 }
 
 void PosixTextFiles::Write(int number, std::initializer_list<std::string_view> items) {
@@ -135,7 +81,7 @@ std::string PosixTextFiles::InputField(int number) {
     if (c == '"') quoted = !quoted;
     if (c != ' ' || !field.empty()) field += static_cast<char>(c);
   }
-  if (std::ferror(stream)) RaiseSystemError(errno, file.path);
+  if (std::ferror(stream)) RaiseSystemError(errno, kSource, file.path);
   if (c == '\r') {  // CR LF is one line end
     const int next = std::getc(stream);
     if (next != '\n' && next != EOF) std::ungetc(next, stream);
@@ -154,7 +100,7 @@ void PosixTextFiles::Close(int number) {
   }
   OpenFile file = std::move(open->second);
   files_.erase(open);  // whatever happens next, the number is free again
-  if (std::fclose(file.stream.release()) != 0) RaiseSystemError(errno, file.path);
+  if (std::fclose(file.stream.release()) != 0) RaiseSystemError(errno, kSource, file.path);
 }
 
 std::string PosixTextFiles::CurrentDirectory() {

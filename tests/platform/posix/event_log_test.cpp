@@ -87,15 +87,37 @@ TEST_F(EventLogTest, WritesTheFileAlsoWhileTheProgramsOwnNumberIsOpen) {
 }
 
 TEST_F(EventLogTest, AFileThatCannotBeWrittenIsAnErrorEachTimeAndHoldsNoNumber) {
-  log_.StartLogging(PathText(folder_ / "none/evtlog.txt"), EventLog::kAutomatic);
-  EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 76);
-  EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 76);
+  Start();
+  std::filesystem::create_directory(folder_ / "evtlog.txt");
+  EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 75);
+  EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 75);
+  std::filesystem::remove(folder_ / "evtlog.txt");
   log_.StartLogging("\\dev\\full", EventLog::kAutomatic);
   EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 61);
   EXPECT_EQ(Raised([&] { log_.LogEvent(std::string(1'000'000, 'x'), EventLog::kTypeError); }).Number(), 61);
   Start();
   log_.LogEvent("entry", EventLog::kTypeError);
   EXPECT_TRUE(FileText().ends_with("entry\r\n"));
+}
+
+TEST_F(EventLogTest, DoesNotStartWhereTheTargetsFolderIsMissingOrNone) {
+  const Error missing = Raised([&] { log_.StartLogging(PathText(folder_ / "none/evtlog.txt"), 0); });
+  EXPECT_EQ(missing.Number(), 76);
+  EXPECT_EQ(missing.Description(), "Path not found: " + PathText(folder_ / "none/evtlog.txt"));
+  WriteFile(folder_ / "file", "");
+  EXPECT_EQ(Raised([&] { log_.StartLogging(PathText(folder_ / "file/evtlog.txt"), 0); }).Number(), 76);
+  EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 5);
+}
+
+TEST_F(EventLogTest, DoesNotStartWhereTheTargetsFolderIsNotWritable) {
+  // Nobody, root included, makes files there; in a container it is a read-only file system besides.
+  const Error error = Raised([&] { log_.StartLogging("\\proc\\sys\\evtlog.txt", 0); });
+  EXPECT_TRUE(error.Number() == 70 || error.Number() == 75) << error.Number();
+}
+
+TEST_F(EventLogTest, CreatesNoFileBeforeThereIsAnEntry) {
+  Start();
+  EXPECT_TRUE(std::filesystem::is_empty(folder_.Path()));
 }
 
 TEST_F(EventLogTest, ServesTheAutomaticModeOnly) {

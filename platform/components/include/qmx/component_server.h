@@ -2,35 +2,47 @@
  *
  * This header is the whole contract between a host and a server; both sides may be written in C or C++.
  *
- * Loading.    The library exports one function, QMX_COMPONENT_SERVER_ENTRY. The host calls it once, after loading the
- *             library, and keeps the library loaded until the process ends. A small manifest tells the host which
- *             programmatic identifiers (ProgIDs) the library serves.
+ * LOADING
+ * The library exports one function, QMX_COMPONENT_SERVER_ENTRY. The host calls it once, after loading the library, and
+ * keeps the library loaded until the process ends. A small manifest tells the host which programmatic identifiers
+ * (ProgIDs) the library serves.
  *
- * Versions.   Every struct begins with struct_size, which its maker sets to sizeof the struct as it was compiled.
- * Members are only ever added at the end. Before reading a member that came later than version 1, a reader checks that
- *             struct_size covers it (QMX_HAS). abi_version changes only when an existing member changes its meaning: a
- * host refuses a server of another abi_version.
+ * VERSIONS
+ * Every struct begins with struct_size, which its maker sets to sizeof the struct as it was compiled. Members are only
+ * ever added at the end. Before reading a member that came later than version 1, a reader checks that struct_size
+ * covers it (QMX_HAS). abi_version changes only when an existing member changes its meaning: a host refuses a server of
+ * another abi_version.
  *
- * Objects.    An object is a pointer to memory that begins with a qmx_object. Both sides make objects and pass them to
- *             the other; both call them in the same way, through the object's type. Types live until the process ends,
- * and an object's type never changes. Member ids belong to the type: an id that was resolved on one object serves for
- * every object of that type. Names (ProgIDs, members) are compared without regard to ASCII case.
+ * OBJECTS
+ * An object is a pointer to memory that begins with a qmx_object. Both sides make objects and pass them to the other;
+ * both call them in the same way, through the object's type. Types live until the process ends, and an object's type
+ * never changes. Member ids belong to the type: an id that was resolved on one object serves for every object of that
+ * type. Names (ProgIDs, members) are compared without regard to ASCII case. An object that comes back to the side that
+ * made it comes back as the pointer that it was; an object of the host may reach a server under several pointers.
  *
- * Counting.   An object is made with one reference, which belongs to the receiver. Whoever keeps an object beyond a
- * call takes a reference of its own (add_ref) and gives it back (release); the last release destroys the object.
+ * COUNTING
+ * An object is made with one reference, which belongs to the receiver. Whoever keeps an object beyond a call takes a
+ * reference of its own (add_ref) and gives it back (release); the last release destroys the object.
  *
- * Values.     Arguments belong to the caller: the callee may read them during the call and must copy, or add a
- *             reference to, what it keeps. A result belongs to the caller of invoke: an object comes with a reference
- * for the caller; a text stays the callee's, valid until the next call on the same object or its last release. An
- * argument flagged QMX_BY_REFERENCE is the caller's variable: the callee may write it under the rules of a result.
+ * VALUES
+ * Arguments belong to the caller: the callee may read them during the call and must copy, or add a reference to, what
+ * it keeps. A result belongs to the caller of invoke: an object comes with a reference for the caller; a text stays the
+ * callee's, valid until the next call on the same object or its last release.
  *
- * Texts.      UTF-8 with a length in bytes, no terminating zero needed; data may be null when length is 0.
+ * BY REFERENCE
+ * An argument flagged QMX_BY_REFERENCE is the caller's variable. The callee may overwrite its kind and its value under
+ * the rules of a result; it neither frees nor releases what stood there, and leaves the flag as it is. An object counts
+ * as written when it is another pointer than the one passed in. A call that fails leaves its variables as they were.
  *
- * Errors.     A call returns QMX_OK or QMX_FAILED. On QMX_FAILED the callee has filled the qmx_error that it was given;
- * its texts stay the callee's, valid until the next call into the same library. No C++ exception and no longjmp
- * crosses.
+ * TEXTS
+ * UTF-8 with a length in bytes, no terminating zero needed; data may be null when length is 0.
  *
- * Threads.    The host calls from one thread.
+ * ERRORS
+ * A call returns QMX_OK or QMX_FAILED. On QMX_FAILED the callee has filled the qmx_error that it was given; its texts
+ * stay the callee's, valid until the next call into the same library. No C++ exception and no longjmp crosses.
+ *
+ * THREADS
+ * The host calls from one thread, and a server calls the host from that thread only, while it is being called.
  */
 #ifndef QMX_COMPONENT_SERVER_H
 #define QMX_COMPONENT_SERVER_H
@@ -122,10 +134,12 @@ typedef struct qmx_type {
   uint32_t struct_size;
   uint32_t reserved; /* 0 */
 
-  /* The member's id on objects of this type. Fails with QMX_E_NO_SUCH_MEMBER. */
+  /* The member's id on objects of this type. Fails with QMX_E_NO_SUCH_MEMBER; objects of the host may do so only when
+   * the member is invoked. */
   qmx_status (*resolve)(struct qmx_object* object, const char* name, size_t name_length, int32_t* id, qmx_error* error);
 
-  /* Calls the member. *result comes in as QMX_EMPTY with its struct_size set. */
+  /* Calls the member. *result comes in as QMX_EMPTY with its struct_size set; a member without a result leaves it so.
+   * arguments may be null when there are none. */
   qmx_status (*invoke)(struct qmx_object* object, int32_t id, qmx_value* const* arguments, size_t argument_count,
                        qmx_value* result, qmx_error* error);
 
@@ -159,15 +173,16 @@ typedef struct qmx_component_host {
   uint32_t struct_size;
   uint32_t abi_version;
 
-  /* Makes an object of any ProgID that the host knows, other servers' included (a date object: "java:java.util.Date").
-   */
+  /* Makes an object of any ProgID that the host knows, other servers' included (a date object: "java:java.util.Date"),
+   * with one reference for the caller. Fails with QMX_E_CANNOT_CREATE. Not to be called from the entry function. */
   qmx_status (*create)(const char* prog_id, size_t prog_id_length, qmx_object** object, qmx_error* error);
 } qmx_component_host;
 
-/* The entry function. `host` lives until the process ends. Null means that the server cannot work at all; *error says
- * why. */
+/* The entry function, which the server defines. `host` and the struct returned live until the process ends. Null means
+ * that the server cannot work at all; *error says why. */
 typedef const qmx_component_server* (*qmx_component_server_entry_function)(const qmx_component_host* host,
                                                                            qmx_error* error);
+QMX_EXPORT const qmx_component_server* QMX_COMPONENT_SERVER_ENTRY(const qmx_component_host* host, qmx_error* error);
 
 #ifdef __cplusplus
 }

@@ -1,0 +1,62 @@
+// Values, objects and errors on their way over the C interface of qmx/component_server.h, under its ownership rules.
+#pragma once
+
+#include <qmx/component_server.h>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/components.h"
+#include "platform/error.h"
+
+namespace qmx {
+
+// Whether the receiver of an object was given a reference with it (a result) or only sees it (an argument).
+enum class Reference { Given, Borrowed };
+
+// The value as one of ours; texts are copied. Raises 13 for a kind that nobody knows, 6 for a number outside its kind.
+Variant FromAbi(const qmx_value& value, Reference reference);
+
+// No object for null. An object of ours becomes itself again.
+Object ObjectFromAbi(qmx_object* object, Reference reference);
+
+// The object for the other side, with a reference for it; null for no object. An object of a server is its own pointer.
+qmx_object* GiveObject(const Object& object);
+
+// The arguments of one call to the other side. They borrow the caller's values, which outlive this.
+class AbiArguments {
+ public:
+  explicit AbiArguments(std::span<const Argument> arguments);
+  ~AbiArguments();
+  AbiArguments(const AbiArguments&) = delete;
+  AbiArguments& operator=(const AbiArguments&) = delete;
+
+  qmx_value* const* Pointers() { return pointers_; }
+  void WriteBack();  // into the variables that were passed by reference
+
+ private:
+  static constexpr std::size_t kUsual = 8;
+  std::span<const Argument> arguments_;
+  std::array<qmx_value, kUsual> values_;
+  std::array<qmx_value*, kUsual> usualPointers_;
+  std::vector<qmx_value> manyValues_;  // instead of the arrays, when there are more arguments than usual
+  std::vector<qmx_value*> manyPointers_;
+  qmx_value** pointers_;
+  std::vector<qmx_object*> lent_;  // by argument, where there are objects: to be released after the call
+};
+
+// A value for the other side as the result of a call: an object comes with a reference, a text is borrowed from
+// `value`.
+void GiveValue(const Variant& value, qmx_value& out);
+
+qmx_error EmptyAbiError();
+Error FromAbi(const qmx_error& error, const std::string& source);  // `source` and stock texts where it has none
+
+// The exception in flight as the other side's error; the texts live until the next one.
+qmx_status FailWithCurrentError(qmx_error* error) noexcept;
+
+}  // namespace qmx

@@ -1,0 +1,87 @@
+#include "platform/components/installed_components.h"
+
+#include "platform/components/abi_values.h"
+#include "platform/components/date_object.h"
+#include "platform/components/server_library.h"
+#include "platform/names.h"
+
+namespace qmx {
+namespace {
+
+InstalledComponents* hostComponents = nullptr;  // the C interface's create has no other way to find its host
+
+qmx_status CreateForServer(const char* progId, std::size_t length, qmx_object** object, qmx_error* error) {
+  try {
+    const std::string_view name(progId, length);
+    if (!hostComponents) {
+      throw Error(errors::kCannotCreateObject, "Components", "The host creates no objects any more.")
+          .With("progid", std::string(name));
+    }
+    *object = GiveObject(hostComponents->CreateObject(name));
+    return QMX_OK;
+  } catch (...) {
+    return FailWithCurrentError(error);
+  }
+}
+
+const qmx_component_host kHost = {sizeof(qmx_component_host), QMX_ABI_VERSION, CreateForServer};
+
+// Every place that was looked at and why it did not serve.
+class Search {
+ public:
+  void Failed(std::string what) {
+    if (what.ends_with('.')) what.pop_back();
+    report_ += "; " + what;
+  }
+
+  [[noreturn]] void Fail(std::string_view progId) const {
+    throw Error(errors::kCannotCreateObject, "Components",
+                "Cannot create an object of \"" + std::string(progId) + "\"" + report_ +
+                    ". Component manifests are looked for in the folders of QMX_COMPONENTS.")
+        .With("progid", std::string(progId));
+  }
+
+ private:
+  std::string report_;
+};
+
+}  // namespace
+
+InstalledComponents::InstalledComponents(Clock& clock, std::vector<std::filesystem::path> folders)
+    : clock_(clock), paths_(std::move(folders)), previous_(std::exchange(hostComponents, this)) {}
+
+InstalledComponents::~InstalledComponents() {
+  if (hostComponents == this) hostComponents = previous_;
+}
+
+const std::vector<ManifestFolder>& InstalledComponents::Folders() {
+  if (!folders_) {
+    folders_.emplace();
+    for (const std::filesystem::path& path : paths_) folders_->push_back(ReadManifestFolder(path));
+  }
+  return *folders_;
+}
+
+Object InstalledComponents::CreateObject(std::string_view progId) {
+  Search search;
+  bool claimed = false;
+  for (const ManifestFolder& folder : Folders()) {
+    bool claimedHere = false;
+    for (const Manifest& manifest : folder.manifests) {
+      if (!manifest.Claims(progId)) continue;
+      claimedHere = claimed = true;
+      try {
+        return ServerLibrary::Load(manifest.library, kHost).Create(progId);
+      } catch (const Error& error) {
+        search.Failed(manifest.path.string() + ", library " + manifest.library.string() + ": " + error.Description());
+      }
+    }
+    for (const std::string& problem : folder.problems) search.Failed(problem);
+    const bool unread = folder.manifests.empty() && !folder.problems.empty();
+    if (!claimedHere && !unread) search.Failed(folder.path.string() + ": no manifest names it");
+  }
+  if (!claimed && SameName(progId, kDateProgId)) return MakeDateObject(clock_);
+  search.Fail(progId);
+}
+
+}  // namespace qmx

@@ -1,0 +1,40 @@
+// The components of this machine: those of the component servers whose manifests stand in the given folders, and the
+// built-in date object "java:java.util.Date" where no server claims that ProgID.
+//
+// The first manifest that claims a ProgID serves it; where that fails, the next one. A creation that fails is 429 and
+// says every place that was looked at and why it did not serve.
+//
+// Folders are read when the first object is asked for. Servers that create objects through their host get them from
+// here: from the latest made, where there are several.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+#include "platform/components.h"
+#include "platform/components/manifest.h"
+
+namespace qmx {
+
+class Clock;
+
+class InstalledComponents : public Components {
+ public:
+  explicit InstalledComponents(Clock& clock, std::vector<std::filesystem::path> folders = ComponentFolders());
+  ~InstalledComponents() override;
+  InstalledComponents(const InstalledComponents&) = delete;
+  InstalledComponents& operator=(const InstalledComponents&) = delete;
+
+  Object CreateObject(std::string_view progId) override;
+
+  const std::vector<ManifestFolder>& Folders();
+
+ private:
+  Clock& clock_;
+  std::vector<std::filesystem::path> paths_;
+  std::optional<std::vector<ManifestFolder>> folders_;
+  InstalledComponents* previous_;
+};
+
+}  // namespace qmx

@@ -1,0 +1,99 @@
+#include "platform/components/manifest.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+
+#include "platform/error.h"
+#include "platform/names.h"
+
+namespace qmx {
+namespace {
+
+std::string_view Trimmed(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+}  // namespace
+
+bool Manifest::Claims(std::string_view progId) const {
+  return std::any_of(progIds.begin(), progIds.end(),
+                     [&](const std::string& claimed) { return SameName(claimed, progId); });
+}
+
+Manifest ReadManifest(const std::filesystem::path& path) {
+  int number = 0;
+  const auto fail = [&](const std::string& what) {
+    const std::string place = path.string() + (number ? ", line " + std::to_string(number) : "");
+    throw Error(errors::kInvalidCall, "Components", place + ": " + what).With("manifest", path.string());
+  };
+
+  Manifest manifest{path, {}, {}};
+  std::ifstream file(path);
+  std::string line;
+  while (std::getline(file, line)) {
+    ++number;
+    const std::string_view text = Trimmed(line);
+    if (text.empty() || text.front() == '#') continue;
+    const std::size_t equals = text.find('=');
+    if (equals == std::string_view::npos) fail("\"library = FILE\" or \"progid = NAME\" expected");
+    const std::string_view key = Trimmed(text.substr(0, equals));
+    const std::string_view value = Trimmed(text.substr(equals + 1));
+    if (value.empty()) fail("nothing stands after \"=\"");
+    if (SameName(key, "progid")) {
+      manifest.progIds.emplace_back(value);
+    } else if (!SameName(key, "library")) {
+      fail("unknown word \"" + std::string(key) + "\"; \"library\" and \"progid\" are known");
+    } else if (!manifest.library.empty()) {
+      fail("a second library; a manifest names one");
+    } else {
+      manifest.library = path.parent_path() / value;
+    }
+  }
+  if (!file.eof()) {
+    throw Error(errors::kFileNotFound, "Components", path.string() + ": cannot be read")
+        .With("manifest", path.string());
+  }
+  number = 0;
+  if (manifest.library.empty()) fail("no line \"library = FILE\"");
+  if (manifest.progIds.empty()) fail("no line \"progid = NAME\"");
+  return manifest;
+}
+
+ManifestFolder ReadManifestFolder(const std::filesystem::path& path) {
+  ManifestFolder folder{path, {}, {}};
+  std::vector<std::filesystem::path> files;
+  std::error_code problem;
+  for (std::filesystem::directory_iterator entry(path, problem), end; !problem && entry != end;
+       entry.increment(problem)) {
+    if (entry->path().extension() == ".component") files.push_back(entry->path());
+  }
+  if (problem) folder.problems.push_back(path.string() + ": " + problem.message());
+  std::sort(files.begin(), files.end());
+  for (const std::filesystem::path& file : files) {
+    try {
+      folder.manifests.push_back(ReadManifest(file));
+    } catch (const Error& error) {
+      folder.problems.push_back(error.Description());
+    }
+  }
+  return folder;
+}
+
+std::vector<std::filesystem::path> ComponentFolders() {
+  const char* const variable = std::getenv("QMX_COMPONENTS");
+  std::vector<std::filesystem::path> folders;
+  std::string_view rest = variable ? variable : "";
+  while (!rest.empty()) {
+    const std::size_t colon = std::min(rest.find(':'), rest.size());
+    if (colon > 0) folders.push_back(std::filesystem::absolute(rest.substr(0, colon)));
+    rest.remove_prefix(std::min(colon + 1, rest.size()));
+  }
+  if (folders.empty()) folders.emplace_back(QMX_INSTALLED_COMPONENT_DIR);
+  return folders;
+}
+
+}  // namespace qmx

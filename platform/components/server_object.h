@@ -1,0 +1,35 @@
+// An object of a component server, as the program calls it.
+//
+// A member is looked up in the server once per call site and type. What the server raises keeps its number, source and
+// description, with the details "member", "progid" (where the object was made from one) and "type" (where the server
+// names its types).
+#pragma once
+
+#include "platform/components/abi_values.h"
+
+namespace qmx {
+
+class ServerObject final : public Dispatch {
+ public:
+  // Takes over a reference. Raises 51 for an object that cannot be called: too short, without its four functions.
+  ServerObject(qmx_object* object, std::string progId);
+  ~ServerObject() override;
+  ServerObject(const ServerObject&) = delete;
+  ServerObject& operator=(const ServerObject&) = delete;
+
+  Variant Invoke(const Member& member, std::span<const Argument> arguments) override;
+
+  qmx_object* Pointer() const { return object_; }
+
+ private:
+  std::int32_t Resolve(const Member& member);
+  Variant Call(std::int32_t id, std::span<const Argument> arguments);
+  void Require(qmx_status status, const qmx_error& error) const;
+  std::string Name() const;
+  void Describe(Error& error, const Member& member) const;
+
+  qmx_object* object_;
+  std::string progId_;  // empty for an object that a call returned
+};
+
+}  // namespace qmx

@@ -1,0 +1,73 @@
+// The process entry: builds the platform out of its adapters, runs Main, and ends with the run's exit status.
+#include <csignal>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "platform/components/installed_components.h"
+#include "platform/database.h"
+#include "platform/platform.h"
+#include "platform/posix/clock.h"
+#include "platform/posix/event_log.h"
+#include "platform/posix/failure_report.h"
+#include "platform/posix/text_files.h"
+#include "platform/sqlite/driver.h"
+#include "startup/modDeclarations.h"
+#include "startup/modStartUp.h"
+#include "startup/usage.h"
+
+namespace {
+
+using qmx::ExitStatus;
+
+std::string JoinedByBlanks(const std::vector<std::string>& arguments) {
+  std::string text;
+  for (const std::string& argument : arguments) {
+    if (&argument != &arguments.front()) text += ' ';
+    text += argument;
+  }
+  return text;
+}
+
+ExitStatus Answer(const std::string& text) {
+  const bool written = std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+  return written ? ExitStatus::Complete : ExitStatus::StartUpFailed;
+}
+
+ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
+  qmx::PosixClock clock;
+  qmx::PosixTextFiles files;
+  qmx::PosixEventLog eventLog(clock, files);
+  qmx::InstalledComponents components(clock);
+  qmx::SqliteDriver sqlite;
+  qmx::Database database({&sqlite});
+  qmx::Platform platform{clock, files, eventLog, components, database, failures};
+
+  qmx::modDeclarations declarations;
+  qmx::Main(platform, declarations, commandLine);
+  return declarations.exitStatus;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // Whoever read our standard error may be gone; the copy is not to die of that.
+  std::signal(SIGPIPE, SIG_IGN);
+  qmx::PosixFailureReport failures;
+  ExitStatus status = ExitStatus::StartUpFailed;
+  try {
+    const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+    if (arguments == std::vector<std::string>{"--help"}) {
+      status = Answer(qmx::Help());
+    } else if (arguments == std::vector<std::string>{"--version"}) {
+      status = Answer(qmx::Version());
+    } else {
+      status = Run(JoinedByBlanks(arguments), failures);
+    }
+  } catch (...) {
+    failures.Report(qmx::CurrentError());
+    std::fputs(qmx::Usage().c_str(), stderr);
+    status = ExitStatus::StartUpFailed;
+  }
+  return static_cast<int>(status);
+}

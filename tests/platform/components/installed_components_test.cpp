@@ -1,0 +1,154 @@
+#include "platform/components/installed_components.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/platform/components/server_folder.h"
+#include "tests/support/raised.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+class InstalledServers : public testing::Test {
+ protected:
+  // What a user reads when the creation fails.
+  std::string Refusal(const std::string& progId) {
+    const Error error = Raised([&] { components.CreateObject(progId); });
+    EXPECT_EQ(error.Number(), 429);
+    EXPECT_EQ(error.Source(), "Components");
+    EXPECT_EQ(error.Details(), (std::vector<Error::Detail>{{"progid", progId}}));
+    return error.Description();
+  }
+
+  ServerFolder folder;
+  FakeClock clock;
+  InstalledComponents components{clock, {folder.Path()}};
+};
+
+TEST_F(InstalledServers, ServeTheProgIdsOfTheirManifestsInAnyCase) {
+  folder.Add("probe", TestServer("probe"), {"test.PROBE", "Test.Probe"});
+  EXPECT_EQ(components.CreateObject("Test.Probe").Call("count"), Variant(0));
+}
+
+TEST_F(InstalledServers, AreLoadedOnlyWhenTheyAreAskedFor) {
+  folder.Add("a", "/nowhere/missing.so", {"Other.Thing"});
+  folder.Add("b", TestServer("probe"), {"Test.Probe"});
+  EXPECT_TRUE(components.CreateObject("Test.Probe"));
+}
+
+TEST_F(InstalledServers, AreListedWithTheirManifests) {
+  const std::string path = folder.Add("probe", "probe.so", {"Test.Probe", "Test.Other"});
+  ASSERT_EQ(components.Folders().size(), 1u);
+  ASSERT_EQ(components.Folders()[0].manifests.size(), 1u);
+  const Manifest& manifest = components.Folders()[0].manifests[0];
+  EXPECT_EQ(manifest.path, path);
+  EXPECT_EQ(manifest.library, folder / "probe.so");
+  EXPECT_EQ(manifest.progIds.size(), 2u);
+}
+
+TEST_F(InstalledServers, NobodyClaimsLeaveEveryFolderNamed) {
+  folder.Add("probe", TestServer("probe"), {"Test.Probe"});
+  EXPECT_EQ(Refusal("ServiceTypes.ServiceTypesManager"),
+            "Cannot create an object of \"ServiceTypes.ServiceTypesManager\"; " + folder.Path().string() +
+                ": no manifest names it. Component manifests are looked for in the folders of QMX_COMPONENTS.");
+}
+
+TEST_F(InstalledServers, InAMissingFolderAreReported) {
+  InstalledComponents two{clock, {folder.Path(), folder / "none"}};
+  const Error error = Raised([&] { two.CreateObject("Test.Probe"); });
+  EXPECT_THAT(error.Description(), AllOf(HasSubstr(folder.Path().string() + ": no manifest names it"),
+                                         HasSubstr((folder / "none") + ": No such file or directory")));
+}
+
+TEST_F(InstalledServers, WithABrokenManifestAreReported) {
+  WriteFile(folder / "broken.component", "library = a.so\nprogid Test.Probe\n");
+  EXPECT_THAT(Refusal("Test.Probe"), HasSubstr((folder / "broken.component") + ", line 2: "));
+}
+
+TEST_F(InstalledServers, WithAMissingLibraryAreReported) {
+  const std::string manifest = folder.Add("a", "missing.so", {"Test.Probe"});
+  EXPECT_THAT(Refusal("Test.Probe"), AllOf(HasSubstr(manifest + ", library " + (folder / "missing.so") + ": "),
+                                           HasSubstr("cannot open shared object file")));
+}
+
+TEST_F(InstalledServers, ThatAreNoLibraryAreReported) {
+  WriteFile(folder / "text.so", "no library");
+  folder.Add("a", "text.so", {"Test.Probe"});
+  EXPECT_THAT(Refusal("Test.Probe"), HasSubstr("file too short"));
+}
+
+TEST_F(InstalledServers, WithoutAnEntryAreReported) {
+  folder.Add("a", TestServer("without_entry"), {"Test.Probe"});
+  EXPECT_THAT(Refusal("Test.Probe"), HasSubstr("it has no entry function qmx_component_server_entry"));
+}
+
+TEST_F(InstalledServers, WhoseEntryFailsAreReportedAndNotEnteredAgain) {
+  folder.Add("a", TestServer("failing_entry"), {"Test.Probe"});
+  const std::string reason =
+      "its entry function failed with error 51, Failing server: The ERP client is not installed.";
+  EXPECT_THAT(Refusal("Test.Probe"), HasSubstr(reason));
+  EXPECT_THAT(Refusal("Test.Probe"), HasSubstr(reason));
+}
+
+TEST_F(InstalledServers, OfAnotherVersionAreReported) {
+  folder.Add("a", TestServer("other_version"), {"Test.Probe"});
+  EXPECT_THAT(Refusal("Test.Probe"),
+              HasSubstr("it speaks version 7 of the component interface, this program version 1"));
+}
+
+TEST_F(InstalledServers, ThatAreTooShortAreReported) {
+  folder.Add("a", TestServer("too_short"), {"Test.Probe"});
+  EXPECT_THAT(Refusal("Test.Probe"), HasSubstr("its server description is too short to create objects"));
+}
+
+TEST_F(InstalledServers, ThatRefuseToCreateAreReportedWithTheirReason) {
+  folder.Add("a", TestServer("probe"), {"Test.Expired", "Test.OddStatus", "Test.NoObject", "Test.LetsAnExceptionOut"});
+  EXPECT_THAT(Refusal("Test.Expired"), HasSubstr("it refused with error 429, Probe: The licence has run out. "));
+  EXPECT_THAT(Refusal("Test.OddStatus"), HasSubstr("it returned status 7"));
+  EXPECT_THAT(Refusal("Test.NoObject"), HasSubstr("it succeeded without giving an object"));
+  EXPECT_THAT(Refusal("Test.LetsAnExceptionOut"), HasSubstr("it let an exception out: out of create"));
+}
+
+TEST_F(InstalledServers, ThatClaimFirstServeFirst) {
+  folder.Add("a", TestServer("frozen"), {"Test.Probe"});
+  folder.Add("b", TestServer("probe"), {"Test.Probe"});
+  EXPECT_EQ(components.CreateObject("Test.Probe").Call("getAnswer"), Variant(1));
+}
+
+TEST_F(InstalledServers, ThatCannotServeLeaveItToTheNext) {
+  folder.Add("a", "missing.so", {"Test.Probe"});
+  folder.Add("b", TestServer("probe"), {"Test.Probe"});
+  EXPECT_TRUE(components.CreateObject("Test.Probe"));
+}
+
+TEST_F(InstalledServers, ThatAllFailAreAllReported) {
+  const std::string first = folder.Add("a", "missing.so", {"Test.Probe"});
+  const std::string second = folder.Add("b", TestServer("without_entry"), {"Test.Probe"});
+  EXPECT_THAT(Refusal("Test.Probe"), AllOf(HasSubstr(first), HasSubstr(second)));
+}
+
+TEST_F(InstalledServers, MayTakeThePlaceOfTheBuiltInDate) {
+  folder.Add("a", TestServer("frozen"), {"java:java.util.Date"});
+  EXPECT_EQ(components.CreateObject("java:java.util.Date").Call("getAnswer"), Variant(1));
+}
+
+TEST_F(InstalledServers, ThatClaimTheDateAndFailAreReported) {
+  folder.Add("a", "missing.so", {"java:java.util.Date"});
+  EXPECT_THAT(Refusal("java:java.util.Date"), HasSubstr("missing.so"));
+}
+
+TEST_F(InstalledServers, AreSharedByTheirPathsInTheFileSystem) {
+  std::filesystem::create_symlink(TestServer("probe"), folder.Path() / "link.so");
+  folder.Add("a", "link.so", {"Test.Probe"});
+  ServerFolder other;
+  other.Add("a", TestServer("probe"), {"Test.Probe"});
+  const Object first = components.CreateObject("Test.Probe");
+  InstalledComponents more{clock, {other.Path()}};
+  const Object second = more.CreateObject("Test.Probe");
+  EXPECT_EQ(first.Call("living"), Variant(2));
+}
+
+}  // namespace
+}  // namespace qmx::test

@@ -1,0 +1,142 @@
+/* The component server header as it stood before its structs grew. Frozen: servers that were compiled against it are in
+ * use, and must load. Never to be changed.
+ */
+#ifndef QMX_COMPONENT_SERVER_H
+#define QMX_COMPONENT_SERVER_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#define QMX_ABI_VERSION 1
+
+/* The name of the exported entry function. */
+#define QMX_COMPONENT_SERVER_ENTRY qmx_component_server_entry
+#define QMX_COMPONENT_SERVER_ENTRY_NAME "qmx_component_server_entry"
+
+#if defined(__GNUC__)
+#define QMX_EXPORT __attribute__((visibility("default")))
+#else
+#define QMX_EXPORT
+#endif
+
+/* Whether the struct behind p is long enough to have the member. */
+#define QMX_HAS(p, member) \
+  ((p)->struct_size >= (uint32_t)((size_t)((const char*)&(p)->member - (const char*)(p)) + sizeof((p)->member)))
+
+typedef int32_t qmx_status;
+enum { QMX_OK = 0, QMX_FAILED = 1 };
+
+/* Classic automation error numbers that a server will want. */
+enum {
+  QMX_E_INVALID_CALL = 5,
+  QMX_E_OVERFLOW = 6,
+  QMX_E_TYPE_MISMATCH = 13,
+  QMX_E_INTERNAL = 51,
+  QMX_E_OBJECT_NOT_SET = 91,
+  QMX_E_CANNOT_CREATE = 429,
+  QMX_E_NO_SUCH_MEMBER = 438,
+  QMX_E_WRONG_ARGUMENT_COUNT = 450
+};
+
+typedef struct qmx_error {
+  uint32_t struct_size; /* set by the caller */
+  int32_t number;
+  const char* source; /* a short name of who failed */
+  size_t source_length;
+  const char* description; /* one sentence: what, where, what to do */
+  size_t description_length;
+} qmx_error;
+
+/* The kinds of value, and the member of qmx_value that holds each. */
+enum {
+  QMX_EMPTY = 0,    /* none: no value was ever given */
+  QMX_NULL = 1,     /* none: the database's null */
+  QMX_BOOLEAN = 2,  /* as.boolean, 0 or 1 */
+  QMX_UINT8 = 3,    /* as.integer */
+  QMX_INT16 = 4,    /* as.integer */
+  QMX_INT32 = 5,    /* as.integer */
+  QMX_DOUBLE = 6,   /* as.number */
+  QMX_DATETIME = 7, /* as.seconds since 1899-12-30 00:00:00, civil time without a zone */
+  QMX_TEXT = 8,     /* as.text */
+  QMX_OBJECT = 9    /* as.object; null is "no object" */
+};
+
+/* Flags of a value. */
+enum { QMX_BY_REFERENCE = 1 };
+
+struct qmx_object;
+
+typedef struct qmx_value {
+  uint32_t struct_size; /* set by whoever provides the memory */
+  uint16_t kind;
+  uint16_t flags;
+  union {
+    int32_t boolean;
+    int32_t integer;
+    double number;
+    int64_t seconds;
+    struct {
+      const char* data;
+      size_t length;
+    } text;
+    struct qmx_object* object;
+  } as;
+} qmx_value;
+
+typedef struct qmx_type {
+  uint32_t struct_size;
+  uint32_t reserved; /* 0 */
+
+  /* The member's id on objects of this type. Fails with QMX_E_NO_SUCH_MEMBER; objects of the host may do so only when
+   * the member is invoked. */
+  qmx_status (*resolve)(struct qmx_object* object, const char* name, size_t name_length, int32_t* id, qmx_error* error);
+
+  /* Calls the member. *result comes in as QMX_EMPTY with its struct_size set; a member without a result leaves it so.
+   * arguments may be null when there are none. */
+  qmx_status (*invoke)(struct qmx_object* object, int32_t id, qmx_value* const* arguments, size_t argument_count,
+                       qmx_value* result, qmx_error* error);
+
+  void (*add_ref)(struct qmx_object* object);
+  void (*release)(struct qmx_object* object);
+} qmx_type;
+
+typedef struct qmx_object {
+  uint32_t struct_size;
+  uint32_t reserved; /* 0 */
+  const qmx_type* type;
+} qmx_object;
+
+typedef struct qmx_component_server {
+  uint32_t struct_size;
+  uint32_t abi_version; /* QMX_ABI_VERSION */
+
+  /* Makes an object, with one reference for the caller. Fails with QMX_E_CANNOT_CREATE for a ProgID that it does not
+   * serve. */
+  qmx_status (*create)(const char* prog_id, size_t prog_id_length, qmx_object** object, qmx_error* error);
+} qmx_component_server;
+
+/* What the host offers to servers. */
+typedef struct qmx_component_host {
+  uint32_t struct_size;
+  uint32_t abi_version;
+
+  /* Makes an object of any ProgID that the host knows, other servers' included (a date object: "java:java.util.Date"),
+   * with one reference for the caller. Fails with QMX_E_CANNOT_CREATE. Not to be called from the entry function. */
+  qmx_status (*create)(const char* prog_id, size_t prog_id_length, qmx_object** object, qmx_error* error);
+} qmx_component_host;
+
+/* The entry function, which the server defines. `host` and the struct returned live until the process ends. Null means
+ * that the server cannot work at all; *error says why. */
+typedef const qmx_component_server* (*qmx_component_server_entry_function)(const qmx_component_host* host,
+                                                                           qmx_error* error);
+QMX_EXPORT const qmx_component_server* QMX_COMPONENT_SERVER_ENTRY(const qmx_component_host* host, qmx_error* error);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
