@@ -1,0 +1,73 @@
+#include "platform/trace/trace.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <nlohmann/json.hpp>
+
+#include "platform/error.h"
+#include "platform/trace/traced_object.h"
+#include "platform/variant.h"
+
+namespace qmx {
+
+using Json = nlohmann::ordered_json;
+
+Trace::Trace(const std::string& path) : path_(path), file_(std::fopen(path.c_str(), "ae")) {
+  if (!file_) {
+    const std::string reason = std::strerror(errno);
+    throw Error(errors::kPathFileAccess, "Trace",
+                "The trace file \"" + path + "\" that QMX_TRACE names cannot be written: " + reason + ".");
+  }
+}
+
+std::unique_ptr<Trace> Trace::FromEnvironment() {
+  const char* const path = std::getenv("QMX_TRACE");
+  return path && *path ? std::make_unique<Trace>(path) : nullptr;
+}
+
+void Trace::Write(const Json& line) noexcept {
+  if (!file_) return;
+  try {
+    const std::string text = line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    if (std::fwrite(text.data(), 1, text.size(), file_.get()) == text.size() && std::fflush(file_.get()) == 0) return;
+    std::fprintf(stderr, "The trace file \"%s\" cannot be written any further: %s.\n", path_.c_str(),
+                 std::strerror(errno));
+  } catch (const std::exception& problem) {
+    std::fprintf(stderr, "The trace in \"%s\" ends: %s.\n", path_.c_str(), problem.what());
+  }
+  file_.reset();
+}
+
+Json TraceValue(const Variant& value) {
+  switch (value.GetKind()) {
+    case Variant::Kind::Empty:
+      return Json::object();
+    case Variant::Kind::Null:
+      return nullptr;
+    case Variant::Kind::Boolean:
+      return value.ToBoolean();
+    case Variant::Kind::UInt8:
+    case Variant::Kind::Int16:
+    case Variant::Kind::Int32:
+      return value.ToInt32();
+    case Variant::Kind::Double:
+      return value.ToDouble();
+    case Variant::Kind::DateTime:
+      return {{"date", value.ToDateTime().ToText()}};
+    case Variant::Kind::Text:
+      return *value.IfText();
+    case Variant::Kind::Object:
+      break;
+  }
+  const Object& object = *value.IfObject();
+  Json number = nullptr;
+  if (object) number = TracedObject::NumberOf(object);
+  return {{"object", std::move(number)}};
+}
+
+Json TraceError(const Error& error) {
+  return {{"number", error.Number()}, {"source", error.Source()}, {"description", error.Description()}};
+}
+
+}  // namespace qmx

@@ -1,0 +1,38 @@
+// An object whose calls are traced, around the one that serves them.
+//
+// Objects are numbered in the order in which the trace meets them. Those that are passed as arguments reach the callee
+// without this wrapper; those that come back are wrapped.
+#pragma once
+
+#include <string>
+
+#include "platform/components.h"
+
+namespace qmx {
+
+class Trace;
+
+// Shared by all objects of one trace.
+struct TraceContext {
+  Trace& trace;
+  int objects = 0;  // numbered so far
+};
+
+class TracedObject final : public Dispatch {
+ public:
+  static Object Wrap(const Object& target, std::string progId, std::shared_ptr<TraceContext> context);
+  static int NumberOf(const Object& object);  // 0 for one that the trace did not meet
+
+  TracedObject(const Object& target, std::string progId, std::shared_ptr<TraceContext> context);
+  Variant Invoke(const Member& member, std::span<const Argument> arguments) override;
+
+ private:
+  Variant Wrapped(Variant value) const;
+
+  Object target_;
+  std::string progId_;  // empty for an object that a call returned
+  std::shared_ptr<TraceContext> context_;
+  int number_;
+};
+
+}  // namespace qmx
