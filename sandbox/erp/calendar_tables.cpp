@@ -34,7 +34,7 @@ std::vector<Table> CalendarTables() {
        .columns =
            {
                {"ract", Text, "getAvailabilityType"},
-               {"desc", Text, "getDescription"},
+               {"dsca", Text, "getDescription"},
                {"ptmu", Whole, "getPlanTimeUnit"},
                {"hrsd", Number, "getNoOfHoursPerDay"},
                {"avlb", Whole, "getAvailable"},

@@ -93,12 +93,12 @@ void ActualCalendars(const World& world, TableWriter& table) {
 }
 
 void AvailabilityTypes(const World&, TableWriter& table) {
-  table.Insert({{"ract", "WRK"}, {"desc", "Regular work"}, {"ptmu", 1}, {"hrsd", 8.0}, {"avlb", 1}});
-  table.Insert({{"ract", "NGT"}, {"desc", "Night work"}, {"ptmu", 1}, {"hrsd", 8.0}, {"avlb", 1}});
-  table.Insert({{"ract", "OVT"}, {"desc", "Overtime"}, {"ptmu", 1}, {"hrsd", 2.5}, {"avlb", 1}});
-  table.Insert({{"ract", "STB"}, {"desc", "Standby"}, {"ptmu", 2}, {"hrsd", 24.0}, {"avlb", 1}});
-  table.Insert({{"ract", "TRN"}, {"desc", "Training"}, {"ptmu", 1}, {"hrsd", 7.5}, {"avlb", 2}});
-  table.Insert({{"ract", "HOL"}, {"desc", "Holiday"}, {"ptmu", 2}, {"hrsd", 0.0}, {"avlb", 2}});
+  table.Insert({{"ract", "WRK"}, {"dsca", "Regular work"}, {"ptmu", 1}, {"hrsd", 8.0}, {"avlb", 1}});
+  table.Insert({{"ract", "NGT"}, {"dsca", "Night work"}, {"ptmu", 1}, {"hrsd", 8.0}, {"avlb", 1}});
+  table.Insert({{"ract", "OVT"}, {"dsca", "Overtime"}, {"ptmu", 1}, {"hrsd", 2.5}, {"avlb", 1}});
+  table.Insert({{"ract", "STB"}, {"dsca", "Standby"}, {"ptmu", 2}, {"hrsd", 24.0}, {"avlb", 1}});
+  table.Insert({{"ract", "TRN"}, {"dsca", "Training"}, {"ptmu", 1}, {"hrsd", 7.5}, {"avlb", 2}});
+  table.Insert({{"ract", "HOL"}, {"dsca", "Holiday"}, {"ptmu", 2}, {"hrsd", 0.0}, {"avlb", 2}});
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ void OtherCalendar(Workshop& shop) {
 void NewAvailabilityType(Workshop& shop) {
   if (const auto code = shop.FreeCode("tcccp001", "ract", "N", 2))
     shop.Table("tcccp001")
-        .Insert({{"ract", *code}, {"desc", "Kind of work " + *code}, {"ptmu", 1}, {"hrsd", 7.5}, {"avlb", 1}});
+        .Insert({{"ract", *code}, {"dsca", "Kind of work " + *code}, {"ptmu", 1}, {"hrsd", 7.5}, {"avlb", 1}});
 }
 
 }  // namespace
