@@ -135,7 +135,7 @@ Object ScriptedErp::Enumeration(std::vector<Getters> records) {
 Object ScriptedErp::Record(const std::string& name, const Getters& getters) {
   const auto record = Make(name);
   for (const auto& [getter, value] : getters) {
-    record->On(getter, 0, [value](ScriptedObject::Arguments) {
+    record->On(getter, 0, [value = value](ScriptedObject::Arguments) {
       if (value.failure) throw *value.failure;
       return value.value;
     });
