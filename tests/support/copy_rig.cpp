@@ -1,25 +1,10 @@
 #include "tests/support/copy_rig.h"
 
+#include "schema/dialect.h"
+#include "schema/local_tables.h"
+
 namespace qmx::test {
 namespace {
-
-constexpr const char* kLocalTables[] = {
-    "tstables (TableName text primary key, in_use smallint default 0, freq smallint default 0, reqd smallint default "
-    "0, syme smallint default 0, lutm datetime)",
-    "tsmdm030 (cstp text primary key, dsca text, prod text, ract text)",
-    "tsmdm100 (cwoc text primary key, dsca text, wctp text, cmwc text, cwar text, clrt text, srtp text, srep text)",
-    "tsmdm105 (csar text primary key, dsca text, artp text, cmsa text, cwoc text, cwar text, trti double, dist double, "
-    "ccha double, CCur text, clrt text)",
-    "tsmdm130 (skll text primary key, dsca text, clrt text)",
-    "tsmdm135 (emno text, skll text, cogr text, afct double, primary key (emno, skll, cogr))",
-    "tsmdm140 (emno text primary key, dsca text, cwoc text, ccal text, frmn text, csar text, ccar text, ouser text, "
-    "mpod double)",
-    "tsclm020 (crtc text primary key, dsca text, ccal text, rctt double, enst double, sltn double)",
-    "tsclm024 (sltt double primary key, dsca text)",
-    "tccom130 (cadr text primary key, nama text, namc text, hono text, Name text, pstc text)",
-    "tcccp030 (ccal text, ract text, stdt datetime, sttm integer, endt datetime, entm integer, cutm double, ccap "
-    "double, ustm datetime, uftm datetime, ahrs text, primary key (ccal, ract, stdt, sttm))",
-};
 
 // A database with the local tables, made once: every test starts with a copy of it.
 std::string EmptyDatabase() {
@@ -29,7 +14,7 @@ std::string EmptyDatabase() {
     Database database({&sqlite});
     const auto connection = database.CreateConnection("ADODB.Connection");
     connection->Open("Provider=SQLite;Mode=Create;Data Source=" + (folder / "empty.db"), "", "");
-    for (const char* table : kLocalTables) connection->Execute(std::string("create table ") + table);
+    for (const LocalTable& table : LocalTables()) connection->Execute(SqliteDialect().CreateTable(table));
     connection->Close();
     return folder / "empty.db";
   }();

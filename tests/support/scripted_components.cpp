@@ -16,6 +16,12 @@ struct Place {
 
 }  // namespace
 
+void ScriptedCalls::Count(const std::string& line) {
+  if (++made_ != failAt_) return log_.Add(line);
+  log_.Add(line + " -> error 7000");
+  throw Error(7000, "Orvan", "Call " + std::to_string(made_) + " was made to fail: " + line);
+}
+
 ScriptedObject& ScriptedObject::On(const std::string& member, std::size_t arguments, Answer answer) {
   members_[member] = {arguments, std::move(answer)};
   return *this;
@@ -33,7 +39,7 @@ Variant ScriptedObject::Invoke(const Member& member, Arguments arguments) {
   const std::string name(member.Name());
   std::string line = name_ + '.' + name + '(';
   for (std::size_t i = 0; i < arguments.size(); ++i) line += (i ? ", " : "") + ShowArgument(arguments[i]);
-  log_.Add(line + ')');
+  calls_.Count(line + ')');
   const auto entry = members_.find(name);
   if (entry == members_.end()) {
     throw Error(errors::kNoSuchMember, name_, "There is no member " + name + ".").With("member", name);
@@ -96,7 +102,7 @@ Object ScriptedErp::Date(ErpDate start) {
 }
 
 Object ScriptedErp::CreateObject(std::string_view progId) {
-  log_.Add("create " + std::string(progId));
+  calls.Count("create " + std::string(progId));
   if (const auto maker = makers_.find(progId); maker != makers_.end()) return maker->second();
   if (progId == "java:java.util.Date") return Date(today());
   if (progId == "audit.auditCriteria") {

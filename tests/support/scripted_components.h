@@ -19,6 +19,20 @@
 
 namespace qmx::test {
 
+// Every creation and every call of a scripted ERP: logged, counted, and made to fail when its number is up.
+class ScriptedCalls {
+ public:
+  explicit ScriptedCalls(CallLog& log) : log_(log) {}
+  void FailAt(std::int64_t call) { failAt_ = call; }  // counted from 1; 0 for none
+  bool HasFailed() const { return failAt_ != 0 && made_ >= failAt_; }
+  void Count(const std::string& line);
+
+ private:
+  CallLog& log_;
+  std::int64_t made_ = 0;
+  std::int64_t failAt_ = 0;
+};
+
 // An object that answers what it is told to answer.
 class ScriptedObject : public Dispatch {
  public:
@@ -26,7 +40,7 @@ class ScriptedObject : public Dispatch {
   using Answer = std::function<Variant(Arguments)>;
   static constexpr std::size_t kAnyNumber = std::size_t(-1);
 
-  ScriptedObject(CallLog& log, std::string name) : log_(log), name_(std::move(name)) {}
+  ScriptedObject(ScriptedCalls& calls, std::string name) : calls_(calls), name_(std::move(name)) {}
 
   ScriptedObject& On(const std::string& member, std::size_t arguments, Answer answer);
   ScriptedObject& Gives(const std::string& member, Variant value);          // without arguments
@@ -40,7 +54,7 @@ class ScriptedObject : public Dispatch {
     std::size_t arguments;
     Answer answer;
   };
-  CallLog& log_;
+  ScriptedCalls& calls_;
   std::string name_;
   std::map<std::string, Entry, std::less<>> members_;
 };
@@ -77,7 +91,9 @@ class ScriptedErp : public Components {
   // What a listing call gives; nothing for no object.
   using Listing = std::function<std::optional<std::vector<Getters>>(ScriptedObject::Arguments bounds)>;
 
-  explicit ScriptedErp(CallLog& log) : log_(log) {}
+  explicit ScriptedErp(CallLog& log) : calls(log) {}
+
+  ScriptedCalls calls;
 
   // A manager that answers its listing call ("List" or as named) with the same records whatever the bounds.
   void Lists(const std::string& managerProgId, std::vector<Getters> records, const std::string& member = "List");
@@ -94,7 +110,7 @@ class ScriptedErp : public Components {
 
   // Further components.
   void Serves(const std::string& progId, std::function<Object()> make) { makers_[progId] = std::move(make); }
-  std::shared_ptr<ScriptedObject> Make(const std::string& name) { return std::make_shared<ScriptedObject>(log_, name); }
+  std::shared_ptr<ScriptedObject> Make(const std::string& name) { return std::make_shared<ScriptedObject>(calls, name); }
 
   Object CreateObject(std::string_view progId) override;
 
@@ -105,7 +121,6 @@ class ScriptedErp : public Components {
   Object Status();
   std::string Numbered(const std::string& kind) { return kind + std::to_string(++numbers_[kind]); }
 
-  CallLog& log_;
   std::map<std::string, std::function<Object()>, std::less<>> makers_;
   std::map<std::string, int> numbers_;
   std::vector<AuditEntry> entries_;

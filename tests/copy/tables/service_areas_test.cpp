@@ -20,7 +20,7 @@ Getters ServiceArea(const std::string& code, const std::string& suffix, double f
           {"getAverageTravelingDistance", 22.25 * factor},
           {"getCallOutCharge", 45.125 * factor},
           {"getCurrency", "EU" + suffix},
-          {"getLaborRate", "L" + suffix}};
+          {"getLaborRate", 30.5 * factor}};
 }
 
 TEST(ServiceAreas, AreCopiedInFull) {
@@ -28,7 +28,7 @@ TEST(ServiceAreas, AreCopiedInFull) {
   rig.erp.Lists(kManager, {ServiceArea("A1", "1", 1)});
   rig.Run(kTable);
   EXPECT_THAT(rig.Rows(kTable, kColumns),
-              ElementsAre("\"A1\", \"Area1\", \"T1\", \"M1\", \"C1\", \"W1\", 1.5, 22.25, 45.125, \"EU1\", \"L1\""));
+              ElementsAre("\"A1\", \"Area1\", \"T1\", \"M1\", \"C1\", \"W1\", 1.5, 22.25, 45.125, \"EU1\", 30.5"));
   EXPECT_EQ(ColumnsWritten(rig.calls), "csar dsca artp cmsa cwoc cwar trti dist ccha CCur clrt");
   EXPECT_EQ(MembersCalled(rig.calls, "listed1"),
             "getServiceArea getServiceAreaDescription getServiceAreaType getMainServiceArea getServiceCenter "
@@ -46,8 +46,8 @@ TEST(ServiceAreas, AreCopiedByChange) {
       rig, kTable, kRecord,
       {Inserted(ServiceArea("A1", "1", 1)), Updated(ServiceArea("A2", "2", 3)), Deleted({{"getServiceArea", "A3"}})});
   EXPECT_THAT(rig.Rows(kTable, kColumns),
-              ElementsAre("\"A1\", \"Area1\", \"T1\", \"M1\", \"C1\", \"W1\", 1.5, 22.25, 45.125, \"EU1\", \"L1\"",
-                          "\"A2\", \"Area2\", \"T2\", \"M2\", \"C2\", \"W2\", 4.5, 66.75, 135.375, \"EU2\", \"L2\""));
+              ElementsAre("\"A1\", \"Area1\", \"T1\", \"M1\", \"C1\", \"W1\", 1.5, 22.25, 45.125, \"EU1\", 30.5",
+                          "\"A2\", \"Area2\", \"T2\", \"M2\", \"C2\", \"W2\", 4.5, 66.75, 135.375, \"EU2\", 91.5"));
   EXPECT_THAT(Criteria(rig.calls),
               ElementsAre("\"csar\" \"\" \"ZZZZZZZZZ\"", "csar desc artp cmsa cwoc cwar trti dist ccha ccur clrt"));
   EXPECT_THAT(SqlTexts(rig.calls),

@@ -12,7 +12,7 @@ const std::vector<std::string> kColumns = {"cwoc", "dsca", "wctp", "cmwc", "cwar
 Getters ServiceCenter(const std::string& code, const std::string& description, const std::string& suffix) {
   return {{"getServiceCentersCode", code},        {"getdescription", description},
           {"getServiceCenterType", "T" + suffix}, {"getMainServiceCenter", "M" + suffix},
-          {"getWarehouse", "W" + suffix},         {"getLaborRate", "L" + suffix},
+          {"getWarehouse", "W" + suffix},         {"getLaborRate", 30.5},
           {"getFieldOfSupport", "F" + suffix},    {"getSalesRepresentative", "S" + suffix}};
 }
 
@@ -21,7 +21,7 @@ TEST(ServiceCenters, AreCopiedInFull) {
   rig.erp.Lists(kManager, {ServiceCenter("C1", "North", "1")});
   rig.Run(kTable);
   EXPECT_THAT(rig.Rows(kTable, kColumns),
-              ElementsAre("\"C1\", \"North\", \"T1\", \"M1\", \"W1\", \"L1\", \"F1\", \"S1\""));
+              ElementsAre("\"C1\", \"North\", \"T1\", \"M1\", \"W1\", 30.5, \"F1\", \"S1\""));
   EXPECT_EQ(ColumnsWritten(rig.calls), "cwoc dsca wctp cmwc cwar clrt srtp srep");
   EXPECT_EQ(MembersCalled(rig.calls, "listed1"),
             "getServiceCentersCode getdescription getServiceCenterType getMainServiceCenter getWarehouse getLaborRate "
@@ -41,8 +41,8 @@ TEST(ServiceCenters, AreReadOnceMoreFromTheListingWhenTheyChange) {
              {Inserted(ServiceCenter("C1", "", "a")), Updated(ServiceCenter("C2", "", "b")),
               Deleted({{"getServiceCentersCode", "C3"}})});
   EXPECT_THAT(rig.Rows(kTable, kColumns),
-              ElementsAre("\"C1\", \"listed C1\", \"TC1\", \"MC1\", \"WC1\", \"LC1\", \"FC1\", \"SC1\"",
-                          "\"C2\", \"listed C2\", \"TC2\", \"MC2\", \"WC2\", \"LC2\", \"FC2\", \"SC2\""));
+              ElementsAre("\"C1\", \"listed C1\", \"TC1\", \"MC1\", \"WC1\", 30.5, \"FC1\", \"SC1\"",
+                          "\"C2\", \"listed C2\", \"TC2\", \"MC2\", \"WC2\", 30.5, \"FC2\", \"SC2\""));
   EXPECT_THAT(ManagerCalls(rig.calls), ElementsAre("manager.initialize(\"Orvan, main\")",
                                                    "manager.List(\"C1\", \"C1\")", "manager.List(\"C2\", \"C2\")"));
   EXPECT_THAT(Criteria(rig.calls), ElementsAre("\"cwoc\" \"\" \"ZZZZZZ\"", "cwoc wctp cmwc cwar clrt srtp srep"));
@@ -58,8 +58,8 @@ TEST(ServiceCenters, KeepTheirDescriptionWhenTheListingFindsNothing) {
   RunChanged(rig, kTable, kRecord,
              {Inserted(ServiceCenter("C1", "never read", "a")), Updated(ServiceCenter("C2", "never read", "b"))});
   EXPECT_THAT(rig.Rows(kTable, kColumns),
-              ElementsAre("\"C1\", null, \"Ta\", \"Ma\", \"Wa\", \"La\", \"Fa\", \"Sa\"",
-                          "\"C2\", \"kept\", \"Tb\", \"Mb\", \"Wb\", \"Lb\", \"Fb\", \"Sb\""));
+              ElementsAre("\"C1\", null, \"Ta\", \"Ma\", \"Wa\", 30.5, \"Fa\", \"Sa\"",
+                          "\"C2\", \"kept\", \"Tb\", \"Mb\", \"Wb\", 30.5, \"Fb\", \"Sb\""));
 }
 
 TEST(ServiceCenters, KeepTheirDescriptionWhenTheListingIsNoObject) {

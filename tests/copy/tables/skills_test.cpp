@@ -8,15 +8,15 @@ constexpr const char* kManager = "Skills.SkillsManager";
 constexpr const char* kRecord = "Skills.Skills";
 const std::vector<std::string> kColumns = {"skll", "dsca", "clrt"};
 
-Getters Skill(const std::string& code, const std::string& description, const std::string& rate) {
+Getters Skill(const std::string& code, const std::string& description, double rate) {
   return {{"getSkill", code}, {"getdescription", description}, {"getLaborRate", rate}};
 }
 
 TEST(Skills, AreCopiedInFull) {
   CopyRig rig;
-  rig.erp.Lists(kManager, {Skill("WELD", "Welding", "R1")});
+  rig.erp.Lists(kManager, {Skill("WELD", "Welding", 12.5)});
   rig.Run(kTable);
-  EXPECT_THAT(rig.Rows(kTable, kColumns), ElementsAre("\"WELD\", \"Welding\", \"R1\""));
+  EXPECT_THAT(rig.Rows(kTable, kColumns), ElementsAre("\"WELD\", \"Welding\", 12.5"));
   EXPECT_EQ(ColumnsWritten(rig.calls), "skll dsca clrt");
   EXPECT_EQ(MembersCalled(rig.calls, "listed1"), "getSkill getdescription getLaborRate");
   EXPECT_THAT(ManagerCalls(rig.calls), ElementsAre("manager.initialize(\"Orvan, main\")",
@@ -28,10 +28,9 @@ TEST(Skills, AreCopiedByChange) {
   rig.Sql("insert into tsmdm130 (skll, dsca) values ('HEAT', 'old'), ('MILL', 'old')");
   rig.erp.Lists(kManager, {});
   RunChanged(rig, kTable, kRecord,
-             {Inserted(Skill("WELD", "Welding", "R1")), Updated(Skill("HEAT", "Heating", "R2")),
+             {Inserted(Skill("WELD", "Welding", 12.5)), Updated(Skill("HEAT", "Heating", 7.25)),
               Deleted({{"getSkill", "MILL"}})});
-  EXPECT_THAT(rig.Rows(kTable, kColumns),
-              ElementsAre("\"HEAT\", \"Heating\", \"R2\"", "\"WELD\", \"Welding\", \"R1\""));
+  EXPECT_THAT(rig.Rows(kTable, kColumns), ElementsAre("\"HEAT\", \"Heating\", 7.25", "\"WELD\", \"Welding\", 12.5"));
   EXPECT_THAT(Criteria(rig.calls), ElementsAre("\"skll\" \"\" \"ZZZZ\"", "skll desc clrt"));
   EXPECT_THAT(SqlTexts(rig.calls),
               ElementsAre("select * from tsmdm130 where skll='WELD'", "select * from tsmdm130 where skll='HEAT'",
