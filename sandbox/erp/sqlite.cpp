@@ -43,9 +43,12 @@ Database::Database(const std::string& path, int flags) : path_(path) {
     sqlite3_busy_timeout(handle, kBusyMilliseconds);
     if (sqlite3_exec(handle, "PRAGMA schema_version", nullptr, nullptr, nullptr) == SQLITE_OK) return;
   }
+  const std::string file = "file \"" + path + "\" cannot be ";
+  const std::string why = std::string(": ") + sqlite3_errmsg(handle) + ". Check that ";
+  if (flags & SQLITE_OPEN_CREATE)
+    throw Failure(kFileUnusable, kSource, "The " + file + "made" + why + "its folder exists and may be written.");
   throw Failure(kFileUnusable, kSource,
-                "The sandbox file \"" + path + "\" cannot be used: " + sqlite3_errmsg(handle) +
-                    ". Check that it was made by orvan-sandbox and that this user may read it.");
+                "The sandbox " + file + "used" + why + "it was made by orvan-sandbox and that this user may read it.");
 }
 
 void Database::Execute(const std::string& sql) {

@@ -54,6 +54,7 @@ class Statement {
   void Run();    // all of it, for its effect
 
   // The current row. Columns count from 0.
+  int Columns() const { return sqlite3_column_count(statement_.get()); }
   int Kind(int column) const { return sqlite3_column_type(statement_.get(), column); }
   std::int64_t Whole(int column) const { return sqlite3_column_int64(statement_.get(), column); }
   double Number(int column) const { return sqlite3_column_double(statement_.get(), column); }
