@@ -163,7 +163,7 @@ std::string SqliteSession::QuoteIdentifier(const std::string& name) const {
 std::string SqliteSession::Catalog() { return catalog_; }
 
 void SqliteSession::SelectCatalog(const std::string& name) {
-  if (name == catalog_) return;
+  if (handle_ && name == catalog_) return;
   if (!isFolder_) {
     throw Error(errors::kProviderUnspecified, "SQLite",
                 "The default database cannot be \"" + name + "\": Data Source is the single file " + source_.string() +
