@@ -1,6 +1,8 @@
 // The process entry: builds the platform out of its adapters, runs Main, and ends with the run's exit status.
 #include <csignal>
 #include <cstdio>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +14,9 @@
 #include "platform/posix/failure_report.h"
 #include "platform/posix/text_files.h"
 #include "platform/sqlite/driver.h"
+#include "platform/trace/database_trace.h"
+#include "platform/trace/trace.h"
+#include "platform/trace/traced_components.h"
 #include "startup/modDeclarations.h"
 #include "startup/modStartUp.h"
 #include "startup/usage.h"
@@ -40,8 +45,17 @@ ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
   qmx::PosixEventLog eventLog(clock, files);
   qmx::InstalledComponents components(clock);
   qmx::SqliteDriver sqlite;
-  qmx::Database database({&sqlite});
-  qmx::Platform platform{clock, files, eventLog, components, database, failures};
+
+  const std::unique_ptr<qmx::Trace> trace = qmx::Trace::FromEnvironment();
+  std::optional<qmx::TracedComponents> tracedComponents;
+  std::optional<qmx::DatabaseTrace> databaseTrace;
+  if (trace) {
+    tracedComponents.emplace(components, *trace);
+    databaseTrace.emplace(*trace);
+  }
+  qmx::Components& seenComponents = trace ? static_cast<qmx::Components&>(*tracedComponents) : components;
+  qmx::Database database({&sqlite}, trace ? &*databaseTrace : nullptr);
+  qmx::Platform platform{clock, files, eventLog, seenComponents, database, failures};
 
   qmx::modDeclarations declarations;
   qmx::Main(platform, declarations, commandLine);

@@ -1,0 +1,249 @@
+// Bad input, as the user meets it: the status, what stands on standard error and in the logs, and that the data which
+// was there is still there.
+#include "tests/startup/data_copy_process.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class BadInput : public DataCopyProcess {
+ protected:
+  // A run that cannot get at the local database, or not at its control records, reaches the start-up trap.
+  void ExpectStartUpFailure(const Process& copy) {
+    EXPECT_EQ(copy.status, 2) << copy.err;
+    EXPECT_THAT(Log("QMXDBSynclog.txt"), HasSubstr("Data Copy Failed:\r\nError is - "));
+    EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
+  }
+  // A run that fails in the copy itself tells the copy log, and lets the table go.
+  void ExpectFailedCopy(const Process& copy) {
+    EXPECT_EQ(copy.status, 1) << copy.err;
+    EXPECT_THAT(Log("tsmdm030.log"),
+                HasSubstr("\"Copy Service Types\",\" Copy of Service Types from Orvan to Local DB failed\"\r\n"));
+    EXPECT_THAT(InUse(), ElementsAre("0"));
+  }
+
+  // Has the service types served by a manifest of the test's own.
+  void ServeBy(const std::string& library) {
+    environment_["QMX_COMPONENTS"] = folder_ / "components";
+    std::filesystem::create_directory(folder_ / "components");
+    WriteFile(folder_ / "components/own.component",
+              "library = " + library + "\nprogid = ServiceTypes.ServiceTypesManager\n");
+  }
+};
+
+TEST_F(BadInput, AnUnknownKeywordInTheConnectionTextIsNamed) {
+  pieces_.connection += ";Colour=red";
+  const Process copy = Copy();
+  ExpectStartUpFailure(copy);
+  EXPECT_THAT(copy.err, HasSubstr("Colour"));
+  EXPECT_THAT(Log("tsmdm030.log"), HasSubstr("Colour"));
+}
+
+TEST_F(BadInput, AConnectionTextThatCannotBeReadIsExplained) {
+  pieces_.connection = "local.db";
+  const Process copy = Copy();
+  ExpectStartUpFailure(copy);
+  EXPECT_THAT(copy.err, HasSubstr("It must be keyword=value"));
+}
+
+TEST_F(BadInput, AnUnknownDriverIsNamed) {
+  pieces_.connection = "Provider=Papyrus;Data Source=" + (folder_ / "local.db");
+  const Process copy = Copy();
+  ExpectStartUpFailure(copy);
+  EXPECT_THAT(copy.err, HasSubstr("Papyrus"));
+}
+
+TEST_F(BadInput, ADatabaseInAMissingFolderIsNamedAndNotMade) {
+  pieces_.connection = "Provider=SQLite;Data Source=" + (folder_ / "none/local.db");
+  const Process copy = Copy();
+  ExpectStartUpFailure(copy);
+  EXPECT_THAT(copy.err, HasSubstr(folder_ / "none/local.db"));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "none"));
+}
+
+TEST_F(BadInput, AMissingDatabaseIsNamedAndNotMade) {
+  pieces_.connection = "Provider=SQLite;Data Source=" + (folder_ / "none.db");
+  const Process copy = Copy();
+  ExpectStartUpFailure(copy);
+  EXPECT_THAT(copy.err, HasSubstr(folder_ / "none.db"));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "none.db"));
+}
+
+TEST_F(BadInput, AFileThatIsNoDatabaseIsNamedAndLeftAlone) {
+  const std::string letter(2000, 'x');
+  WriteFile(folder_ / "letter.txt", letter);
+  pieces_.connection = "Provider=SQLite;Data Source=" + (folder_ / "letter.txt");
+  const Process copy = Copy();
+  ExpectStartUpFailure(copy);
+  EXPECT_THAT(copy.err, HasSubstr("letter.txt"));
+  EXPECT_EQ(ReadFile(folder_ / "letter.txt"), letter);
+}
+
+TEST_F(BadInput, AMissingDefaultDatabaseIsNamedAndNotMade) {
+  pieces_.connection = "Provider=SQLite;Data Source=" + folder_.Path().string();
+  pieces_.database = "nowhere";
+  const Process copy = Copy();
+  ExpectStartUpFailure(copy);
+  EXPECT_THAT(copy.err, HasSubstr("nowhere"));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "nowhere.db"));
+}
+
+TEST_F(BadInput, APasswordInTheConnectionTextIsShownNowhere) {
+  pieces_.connection = "Provider=Papyrus;PWD=hush-hush;Password=hush-hush";
+  const Process copy = Copy();
+  ExpectStartUpFailure(copy);
+  EXPECT_THAT(copy.err + Log("QMXDBSynclog.txt") + Log("tsmdm030.log"), testing::Not(HasSubstr("hush")));
+}
+
+TEST_F(BadInput, AMissingLogDirectoryIsNamedBeforeAnythingIsTouched) {
+  pieces_.logs = folder_ / "none";
+  const Process copy = Copy();
+  EXPECT_EQ(copy.status, 2);
+  EXPECT_THAT(copy.err, HasSubstr("Path not found: " + pieces_.logs + "\\QMXDBSynclog.txt [file: " + pieces_.logs +
+                                  "/QMXDBSynclog.txt"));
+  EXPECT_THAT(copy.err, HasSubstr("Usage:"));
+  EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
+  EXPECT_THAT(InUse(), IsEmpty());
+}
+
+TEST_F(BadInput, ALogDirectoryThatIsAFileIsNamedBeforeAnythingIsTouched) {
+  WriteFile(folder_ / "file", "");
+  pieces_.logs = folder_ / "file";
+  const Process copy = Copy();
+  EXPECT_EQ(copy.status, 2);
+  EXPECT_THAT(copy.err, HasSubstr(pieces_.logs + "\\QMXDBSynclog.txt"));
+  EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
+  EXPECT_THAT(InUse(), IsEmpty());
+}
+
+TEST_F(BadInput, ALogDirectoryThatCannotBeWrittenIsNamedBeforeAnythingIsTouched) {
+  pieces_.logs = "/proc/sys";  // refuses root as well
+  const Process copy = Copy();
+  EXPECT_EQ(copy.status, 2);
+  EXPECT_THAT(copy.err, HasSubstr("/proc/sys\\QMXDBSynclog.txt"));
+  EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
+  EXPECT_THAT(InUse(), IsEmpty());
+}
+
+TEST_F(BadInput, ACopyLogOnAFullDiskIsNamedWithItsPath) {
+  std::filesystem::create_symlink("/dev/full", folder_ / "logs/tsmdm030.log");
+  const Process copy = Copy();
+  EXPECT_EQ(copy.status, 2);
+  EXPECT_THAT(copy.err, HasSubstr("error 61, Text files: Disk full: " + pieces_.logs + "\\tsmdm030.log"));
+  EXPECT_THAT(Log("QMXDBSynclog.txt"), HasSubstr("Error is - 61: Disk full: " + pieces_.logs + "\\tsmdm030.log\r\n"));
+  EXPECT_THAT(Column("select count(*) from tsmdm030"), ElementsAre("3"));  // the copy itself was done
+}
+
+TEST_F(BadInput, AFailureLogOnAFullDiskIsToldOnStandardError) {
+  std::filesystem::create_symlink("/dev/full", folder_ / "logs/QMXDBSynclog.txt");
+  const Process copy = Run({"x,y,tsmdm030," + pieces_.logs + ",OrvanSandbox"});
+  EXPECT_EQ(copy.status, 2);
+  EXPECT_THAT(copy.err, HasSubstr("error 61, Text files: Disk full: " + pieces_.logs + "\\QMXDBSynclog.txt"));
+  EXPECT_THAT(copy.err, HasSubstr("because of error 9999"));
+  EXPECT_THAT(copy.err, HasSubstr("Usage:"));
+}
+
+TEST_F(BadInput, MissingControlRecordsAreNamed) {
+  Sql("drop table tstables");
+  const Process copy = Copy();
+  ExpectStartUpFailure(copy);
+  EXPECT_THAT(copy.err, HasSubstr("tstables"));
+  EXPECT_THAT(
+      Log("tsmdm030.log"),
+      HasSubstr(
+          "\"Data Copy In Progress\",\"Checking of whether Data Copy is in Progress for table tsmdm030 Failed\""));
+}
+
+TEST_F(BadInput, AMissingLocalTableIsNamed) {
+  Sql("alter table tsmdm030 rename to kept");
+  const Process copy = Copy();
+  ExpectFailedCopy(copy);
+  EXPECT_THAT(copy.err, HasSubstr("tsmdm030"));
+  EXPECT_THAT(Column("select cstp from kept"), ElementsAre("OLD"));
+}
+
+TEST_F(BadInput, AMissingLocalColumnIsNamed) {
+  Sql("alter table tsmdm030 drop column ract");
+  const Process copy = Copy();
+  ExpectFailedCopy(copy);
+  EXPECT_THAT(copy.err, HasSubstr("error 3265, "));
+  EXPECT_THAT(copy.err, HasSubstr("ract"));
+  EXPECT_THAT(copy.err, HasSubstr("tsmdm030"));
+}
+
+TEST_F(BadInput, ATableCodeWithAQuoteIsRefusedBeforeItReachesTheDatabase) {
+  pieces_.table = "x' or 'a'='a";
+  const Process copy = Copy();
+  ExpectStartUpFailure(copy);
+  EXPECT_THAT(copy.err, HasSubstr("error -2147217900, "));
+  EXPECT_THAT(copy.err, HasSubstr("x' or 'a'"));
+  EXPECT_THAT(InUse(), IsEmpty());
+}
+
+TEST_F(BadInput, AnErpComponentThatIsNotRegisteredIsNamedWithThePlacesLookedAt) {
+  environment_["QMX_COMPONENTS"] = folder_ / "none";
+  const Process copy = Copy();
+  ExpectFailedCopy(copy);
+  EXPECT_THAT(copy.err, HasSubstr("error 429, "));
+  EXPECT_THAT(copy.err, HasSubstr("ServiceTypes.ServiceTypesManager"));
+  EXPECT_THAT(copy.err, HasSubstr(folder_ / "none"));
+  EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
+}
+
+TEST_F(BadInput, AnErpLibraryThatIsMissingIsNamed) {
+  ServeBy("gone.so");
+  const Process copy = Copy();
+  ExpectFailedCopy(copy);
+  EXPECT_THAT(copy.err, HasSubstr("error 429, "));
+  EXPECT_THAT(copy.err, HasSubstr("gone.so"));
+  EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
+}
+
+TEST_F(BadInput, AnErpLibraryOfAnotherVersionIsNamed) {
+  ServeBy(OTHER_VERSION);
+  const Process copy = Copy();
+  ExpectFailedCopy(copy);
+  EXPECT_THAT(copy.err, HasSubstr("error 429, "));
+  EXPECT_THAT(copy.err, HasSubstr(OTHER_VERSION));
+  EXPECT_THAT(copy.err, HasSubstr("version"));
+  EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
+}
+
+TEST_F(BadInput, AnErpFileThatIsMissingIsNamed) {
+  pieces_.component2 = folder_ / "none.db";
+  const Process copy = Copy();
+  ExpectFailedCopy(copy);
+  EXPECT_THAT(copy.err, HasSubstr(folder_ / "none.db"));
+  EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
+}
+
+TEST_F(BadInput, ASchedulingServerThatIsNotRegisteredIsNamedBeforeAnythingIsTouched) {
+  ServeBy("gone.so");
+  pieces_.rest = ",17";
+  const Process copy = Copy();
+  ExpectStartUpFailure(copy);
+  EXPECT_THAT(copy.err, HasSubstr("QMXServer20.clsMessHandler"));
+  EXPECT_THAT(InUse(), IsEmpty());
+}
+
+TEST_F(BadInput, ATraceThatCannotBeWrittenIsNamedBeforeAnythingIsTouched) {
+  environment_["QMX_TRACE"] = folder_ / "none/trace.jsonl";
+  const Process copy = Copy();
+  EXPECT_EQ(copy.status, 2);
+  EXPECT_THAT(copy.err, HasSubstr(folder_ / "none/trace.jsonl"));
+  EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
+  EXPECT_THAT(InUse(), IsEmpty());
+}
+
+TEST_F(BadInput, AnEmptyTableNameIsToldAfterTheRun) {
+  pieces_.table = "";
+  const Process copy = Copy();
+  ExpectStartUpFailure(copy);
+  EXPECT_THAT(Log("QMXDBSynclog.txt"), HasSubstr("Error is - 9: "));
+}
+
+}  // namespace
+}  // namespace qmx::test
