@@ -121,7 +121,7 @@ TEST_F(ServerObjects, AreReleasedWithTheirLastReference) {
   EXPECT_EQ(probe().Call("living"), Variant(1));
   {
     const Object other = probe().Call("make").ToObject();
-    const Object copy = other;
+    const std::vector<Object> copies(3, other);
     EXPECT_EQ(probe().Call("living"), Variant(2));
   }
   EXPECT_EQ(probe().Call("living"), Variant(1));
