@@ -100,7 +100,7 @@ void AuditReader::Initialize(Arguments managerRecordAndCriteria, Result) {
   }
   Statement current(manager.File(), CurrentSql(table, columns));
   const bool onRow = entries.Step();
-  query_.emplace(table, std::move(entries), std::move(current), std::move(columns), onRow);
+  query_.emplace(Query{table, std::move(entries), std::move(current), std::move(columns), onRow});
 }
 
 AuditReader::Query& AuditReader::Running() {

@@ -35,7 +35,7 @@ struct Table {
 
   // The column's place; columns.size() where there is none. Names compare without regard to case.
   std::size_t Find(std::string_view column) const;
-  const Column& At(std::string_view column) const { return columns[Find(column)]; }
+  const Column& At(std::string_view column) const { return columns.at(Find(column)); }
   bool IsKey(std::string_view column) const;
 };
 

@@ -105,7 +105,7 @@ const RecordClass kClasses[] = {
      "ListAllAvailable",
      1,
      {{"getavailabilityType", "ract"},
-      {"getdescription", "desc"},
+      {"getdescription", "dsca"},
       {"getplanTimeUnit", "ptmu"},
       {"getnoOfHoursPerDay", "hrsd"},
       {"getavailable", "avlb"}}},
