@@ -144,8 +144,7 @@ StoredTable::Prepared& StoredTable::InsertFor(const Row& assigned) {
   // No statement that all databases know adds a row of which nothing is said.
   if (columns.empty()) columns = Quoted(0), values = "null";
   std::string text = "insert into " + quotedName_ + " (" + columns + ") values (" + values + ")";
-  auto statement = session_.Prepare(text);
-  return inserts_.emplace(shape_, Prepared{std::move(text), std::move(statement)}).first->second;
+  return inserts_.emplace(shape_, PreparedOf(std::move(text))).first->second;
 }
 
 StoredTable::Prepared& StoredTable::UpdateFor(const Row& stored, const Row& changes) {
@@ -162,9 +161,19 @@ StoredTable::Prepared& StoredTable::UpdateFor(const Row& stored, const Row& chan
     if (!changes[column].IsEmpty()) assignments += (assignments.empty() ? "" : ",") + Quoted(column) + "=?";
   }
   std::string text = "update " + quotedName_ + " set " + assignments + Condition(stored);
-  auto statement = session_.Prepare(text);
+  Prepared update = PreparedOf(std::move(text));
   if (updates_.size() >= kPreparedUpdates) updates_.clear();
-  return updates_.emplace(shape_, Prepared{std::move(text), std::move(statement)}).first->second;
+  return updates_.emplace(shape_, std::move(update)).first->second;
+}
+
+StoredTable::Prepared StoredTable::PreparedOf(std::string text) {
+  try {
+    std::unique_ptr<DriverStatement> statement = session_.Prepare(text);
+    return {std::move(text), std::move(statement)};
+  } catch (Error& error) {
+    error.With("statement", text);
+    throw;
+  }
 }
 
 std::string StoredTable::Condition(const Row& stored) const {

@@ -46,6 +46,7 @@ class StoredTable {
 
   Prepared& InsertFor(const Row& assigned);
   Prepared& UpdateFor(const Row& stored, const Row& changes);
+  Prepared PreparedOf(std::string text);
   std::string Condition(const Row& stored) const;
   void BindKey(DriverStatement& statement, std::size_t parameter, const Row& stored) const;
   bool IsFoundByKey(const Row& stored) const;

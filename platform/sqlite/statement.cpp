@@ -57,8 +57,8 @@ SqliteStatement::SqliteStatement(sqlite3* handle, Deadline& deadline, const std:
 void SqliteStatement::Bind(std::size_t parameter, const Variant& value) {
   sqlite3_stmt* statement = statement_.get();
   const int index = static_cast<int>(parameter) + 1;
-  const auto bindText = [&](const std::string& text, sqlite3_destructor_type keeper) {
-    return sqlite3_bind_text64(statement, index, text.data(), text.size(), keeper, SQLITE_UTF8);
+  const auto bindText = [&](const std::string& text) {  // the text stays where it is until the statement is reset
+    return sqlite3_bind_text64(statement, index, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
   };
   int code = SQLITE_OK;
   switch (value.GetKind()) {
@@ -78,11 +78,12 @@ void SqliteStatement::Bind(std::size_t parameter, const Variant& value) {
       code = sqlite3_bind_double(statement, index, value.ToDouble());
       break;
     case Kind::Text:
-      code = bindText(*value.IfText(), SQLITE_STATIC);
+      code = bindText(*value.IfText());
       break;
     case Kind::DateTime:
     case Kind::Object:  // an object has no text: type mismatch
-      code = bindText(value.ToText(), SQLITE_TRANSIENT);
+      if (texts_.size() <= parameter) texts_.resize(static_cast<std::size_t>(sqlite3_bind_parameter_count(statement)));
+      code = bindText(texts_.at(parameter) = value.ToText());
       break;
   }
   if (code != SQLITE_OK) RaiseFailure();

@@ -38,6 +38,7 @@ class SqliteStatement : public DriverStatement {
   Deadline& deadline_;
   std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
   std::vector<ColumnDescription> columns_;
+  std::vector<std::string> texts_;  // of bound values that are no texts themselves, by parameter
   std::int64_t affected_ = 0;
   std::int64_t changesBefore_ = 0;
   bool isRunning_ = false;

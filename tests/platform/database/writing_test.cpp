@@ -379,6 +379,17 @@ TEST_P(RecordsetWriting, AMissingRequiredColumnIsAnIntegrityViolation) {
   EXPECT_EQ(Raised([&] { records->Update(); }).Number(), -2147217873);
 }
 
+TEST_P(RecordsetWriting, AStatementThatCannotBePreparedIsShown) {
+  const auto records = OpenedTable("people");
+  records->AddNew();
+  records->Fields("code") = "A";
+  driver.Restart();
+  driver.FailAt(1);
+  const Error error = Raised([&] { records->Update(); });
+  EXPECT_THAT(Detail(error, "statement"), HasSubstr("insert into"));
+  EXPECT_EQ(Detail(error, "key"), "code='A'");
+}
+
 TEST_P(RecordsetWriting, RowsOfAJoinOrAnExpressionAreReadOnly) {
   AddPerson("A", "Ann");
   for (const char* query :

@@ -44,5 +44,12 @@ TEST(QmxAdmin, WrongArgumentsAreExplainedAndEndWithStatusTwo) {
   EXPECT_THAT(unknown.out, IsEmpty());
 }
 
+TEST(QmxAdmin, AnOutputThatCannotBeWrittenIsAFailure) {
+  const Process full =
+      test::Run("/bin/sh", {"-c", std::string("exec \"$0\" init --print Provider=SQLite \"\" > /dev/full"), QMX_ADMIN});
+  EXPECT_EQ(full.status, 2);
+  EXPECT_THAT(full.err, HasSubstr("Standard output cannot be written"));
+}
+
 }  // namespace
 }  // namespace qmx::test

@@ -128,8 +128,7 @@ TEST_F(QmxAdminInit, AMissingFolderIsNamed) {
   const Process run = Init();
   EXPECT_EQ(run.status, 2);
   EXPECT_THAT(run.out, IsEmpty());
-  EXPECT_THAT(run.err,
-              AllOf(StartsWith("qmxadmin: error -2147467259"), HasSubstr("there is no folder " + folder / "missing")));
+  EXPECT_THAT(run.err, AllOf(StartsWith("error -2147467259"), HasSubstr("there is no folder " + folder / "missing")));
   EXPECT_FALSE(std::filesystem::exists(folder / "missing"));
 }
 
