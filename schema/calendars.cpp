@@ -9,7 +9,7 @@ std::vector<LocalTable> CalendarTables() {
        {Code("ccal"), Code("ract"), Moment("stdt"), TimeOfDay("sttm"), Moment("endt"), TimeOfDay("entm"),
         Number("cutm"), Number("ccap"), Moment("ustm"), Moment("uftm"), Code("ahrs")},
        {"ccal", "ract", "stdt", "sttm"},
-       {}},
+       {"ccal", "stdt"}},  // as the expansion reads it
   };
 }
 

@@ -16,12 +16,13 @@ class MemoryFiles : public TextFiles {
   explicit MemoryFiles(CallLog& log) : log_(log) {}
 
   std::map<std::string, std::string> texts;  // by path as it was given
-  std::string failOn;                        // "Open", "Write", "Close": that operation fails with error 61
+  std::string failOn;  // "Open", "OpenForInput", "Write", "Close": that operation fails with error 61
   std::string currentDirectory = "\\home\\qmx";
   bool IsOpen() const { return open_.has_value(); }
 
   void OpenForAppend(const std::string& path, int number) override { Open(path, number); }
   void OpenForInput(const std::string& path, int number) override {
+    FailOn("OpenForInput");
     if (!texts.contains(path)) throw Error(errors::kFileNotFound, "MemoryFiles", "File not found: " + path);
     Open(path, number);
     place_ = 0;

@@ -12,6 +12,8 @@ std::string ShowArgument(const Argument& argument) {
 // The shared place of an enumeration, or of the audit reader.
 struct Place {
   std::size_t next = 0;
+  std::size_t end = 0;
+  std::size_t turn = 0;
 };
 
 }  // namespace
@@ -74,7 +76,16 @@ void ScriptedErp::ListsBy(const std::string& managerProgId, Listing listing, con
 }
 
 void ScriptedErp::Audits(const std::string& recordProgId, std::vector<AuditEntry> entries) {
-  entries_ = std::move(entries);
+  AuditsInTurn(recordProgId, {std::move(entries)});
+}
+
+void ScriptedErp::AuditsInTurn(const std::string& recordProgId, const std::vector<std::vector<AuditEntry>>& turns) {
+  entries_.clear();
+  turnEnds_.clear();
+  for (const std::vector<AuditEntry>& turn : turns) {
+    entries_.insert(entries_.end(), turn.begin(), turn.end());
+    turnEnds_.push_back(entries_.size());
+  }
   Serves(recordProgId, [this] {
     const auto record = Make("recordClass");
     record->Gives("getClass", Object(Make("class")));
@@ -153,10 +164,13 @@ Object ScriptedErp::Record(const std::string& name, const Getters& getters) {
 Object ScriptedErp::Reader() {
   const auto reader = Make("reader");
   const auto place = std::make_shared<Place>();
-  reader->Takes("initialize", 3);
+  reader->On("initialize", 3, [this, place](ScriptedObject::Arguments) {
+    if (place->turn < turnEnds_.size()) place->end = turnEnds_[place->turn++];
+    return Variant();
+  });
   reader->On("hasMoreElements", 0, [this, place](ScriptedObject::Arguments) {
-    if (place->next == entries_.size() && auditFailure) throw *auditFailure;
-    return Variant(place->next < entries_.size());
+    if (place->next == place->end && auditFailure) throw *auditFailure;
+    return Variant(place->next < place->end);
   });
   reader->On("nextElement", 0, [this, place](ScriptedObject::Arguments) -> Variant {
     const std::string number = std::to_string(++place->next);

@@ -102,6 +102,8 @@ class ScriptedErp : public Components {
 
   // The record class of an audited table, and what the audit reader tells.
   void Audits(const std::string& recordProgId, std::vector<AuditEntry> entries);
+  // The same for a reader that is initialised several times: what it tells each time.
+  void AuditsInTurn(const std::string& recordProgId, const std::vector<std::vector<AuditEntry>>& turns);
   std::optional<Error> auditFailure;  // raised by the reader's hasMoreElements once all entries are told
 
   // A date object that holds this moment, as a record's getter gives it.
@@ -124,6 +126,7 @@ class ScriptedErp : public Components {
   std::map<std::string, std::function<Object()>, std::less<>> makers_;
   std::map<std::string, int> numbers_;
   std::vector<AuditEntry> entries_;
+  std::vector<std::size_t> turnEnds_;
 };
 
 }  // namespace qmx::test

@@ -102,7 +102,7 @@ TEST_F(QmxAdminInit, TellsWhatDiffersLeavesItAndEndsWithStatusOne) {
 TEST_F(QmxAdminInit, PrintsTheStatementsAndTouchesNothing) {
   const Process run = Init("", {"--print"});
   EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_EQ(Lines(run.out, "\n)") + Lines(run.out, ");"), 20U);  // nineteen tables and an index
+  EXPECT_EQ(Lines(run.out, "\n)") + Lines(run.out, ");"), 21U);  // nineteen tables and two indexes
   EXPECT_THAT(run.out, AllOf(HasSubstr("create table tstables ("), HasSubstr("in_use smallint default 0"),
                              HasSubstr("primary key (ccal, ract, stdt, sttm)\n);\n"),
                              HasSubstr("create index if not exists tscalender_by_ccal on tscalender (ccal);\n")));
