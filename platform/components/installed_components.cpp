@@ -8,16 +8,16 @@
 namespace qmx {
 namespace {
 
-InstalledComponents* hostComponents = nullptr;  // the C interface's create has no other way to find its host
+std::vector<InstalledComponents*> hosts;  // the C interface's create has no other way to find its host
 
 qmx_status CreateForServer(const char* progId, std::size_t length, qmx_object** object, qmx_error* error) {
   try {
     const std::string_view name(progId, length);
-    if (!hostComponents) {
+    if (hosts.empty()) {
       throw Error(errors::kCannotCreateObject, "Components", "The host creates no objects any more.")
           .With("progid", std::string(name));
     }
-    *object = GiveObject(hostComponents->CreateObject(name));
+    *object = GiveObject(hosts.back()->CreateObject(name));
     return QMX_OK;
   } catch (...) {
     return FailWithCurrentError(error);
@@ -48,11 +48,11 @@ class Search {
 }  // namespace
 
 InstalledComponents::InstalledComponents(Clock& clock, std::vector<std::filesystem::path> folders)
-    : clock_(clock), paths_(std::move(folders)), previous_(std::exchange(hostComponents, this)) {}
-
-InstalledComponents::~InstalledComponents() {
-  if (hostComponents == this) hostComponents = previous_;
+    : clock_(clock), paths_(std::move(folders)) {
+  hosts.push_back(this);
 }
+
+InstalledComponents::~InstalledComponents() { std::erase(hosts, this); }
 
 const std::vector<ManifestFolder>& InstalledComponents::Folders() {
   if (!folders_) {

@@ -5,7 +5,7 @@
 // says every place that was looked at and why it did not serve.
 //
 // Folders are read when the first object is asked for. Servers that create objects through their host get them from
-// here: from the latest made, where there are several.
+// here: from the latest made, while there are several.
 #pragma once
 
 #include <filesystem>
@@ -34,7 +34,6 @@ class InstalledComponents : public Components {
   Clock& clock_;
   std::vector<std::filesystem::path> paths_;
   std::optional<std::vector<ManifestFolder>> folders_;
-  InstalledComponents* previous_;
 };
 
 }  // namespace qmx

@@ -130,6 +130,13 @@ TEST_F(HostObjects, AreRefusedToAServerWhereNobodyServesTheProgId) {
   EXPECT_THAT(error.Description(), testing::HasSubstr("\"Test.Unknown\""));
 }
 
+TEST_F(HostObjects, AreMadeByAHostThatOutlivesEarlierOnes) {
+  auto earlier = std::make_unique<InstalledComponents>(clock, std::vector{folder.Path()});
+  InstalledComponents later{clock, {folder.Path()}};
+  earlier.reset();
+  EXPECT_TRUE(probe.Call("create", "Test.Probe").ToObject());
+}
+
 TEST_F(HostObjects, AreMadeByTheLatestHostStillThere) {
   {
     ServerFolder empty;
