@@ -1,13 +1,11 @@
-// The clock: the machine's time, and the short forms of real locales, made here because few machines have any.
+// The clock: the machine's time, and the short forms of real locales.
 #include "platform/posix/clock.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <ctime>
 
 #include "tests/support/environment.h"
-#include "tests/support/temp_folder.h"
 
 // The C library keeps what it reads from LOCPATH for good.
 extern "C" const char* __lsan_default_suppressions();
@@ -20,18 +18,7 @@ const DateTime kMoment = DateTime::FromDate(2026, 11, 6).PlusTime(14, 5, 9);
 
 class Locales : public testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    folder_ = new TempFolder;
-    for (const std::string locale : {"de_DE", "en_US"}) {
-      const std::string command =
-          "localedef --no-archive -i " + locale + " -f UTF-8 '" + *folder_ / (locale + ".UTF-8") + "' 2>&1";
-      ASSERT_EQ(std::system(command.c_str()), 0) << command;
-    }
-  }
-  static void TearDownTestSuite() { delete std::exchange(folder_, nullptr); }
-
-  inline static TempFolder* folder_ = nullptr;
-  EnvironmentVariable path_{"LOCPATH", folder_->Path().c_str()};
+  EnvironmentVariable path_{"LOCPATH", TEST_LOCALES};
   EnvironmentVariable all_{"LC_ALL", nullptr};
   EnvironmentVariable time_{"LC_TIME", nullptr};
   EnvironmentVariable lang_{"LANG", nullptr};
