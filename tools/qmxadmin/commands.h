@@ -11,6 +11,7 @@ namespace qmx {
 enum class AdminStatus { Done = 0, Differs = 1, Failed = 2 };
 
 // Each sets `status` when it is the one that is run; errors pass through. Both arguments are borrowed until then.
+void AddExpand(CLI::App& program, AdminStatus& status);
 void AddInit(CLI::App& program, AdminStatus& status);
 
 }  // namespace qmx

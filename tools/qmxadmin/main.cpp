@@ -20,6 +20,7 @@ AdminStatus Run(int argc, char** argv) {
       "Exit status: 0 all is as it should be, 1 something in the database differs from what it should be and was left\n"
       "as it is, 2 the command failed or its arguments are wrong (standard error says why).");
   qmx::AddInit(program, status);
+  qmx::AddExpand(program, status);
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& end) {  // help is such an end as well

@@ -1,0 +1,112 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "platform/database.h"
+#include "platform/sqlite/driver.h"
+#include "tests/support/process.h"
+#include "tests/support/temp_folder.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class QmxAdminExpand : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(test::Run(QMX_ADMIN, {"init", connectionText, ""}).status, 0);
+    Execute({"insert into tsmdm140 (emno, ccal) values ('1', 'DAY'), ('2', 'DAY'), ('3', 'NEW'), ('4', '')",
+             "insert into tcccp030 (ccal, ract, stdt, sttm, endt, entm) values "
+             "('DAY', 'WRK', '2026-11-23', 800, '2026-11-27', 1200), "
+             "('DAY', 'WRK', '2026-11-23', 1230, '2026-11-26', 1630)",
+             "insert into tscalender (ccal, sttm, entm) values ('DAY', '1999-01-01', '1999-01-02'), "
+             "('OLD', '1999-01-01', '1999-01-02')"});
+  }
+
+  Process Expand(const std::string& text, const std::string& database = "") {
+    return test::Run(QMX_ADMIN, {"expand", text, database});
+  }
+
+  void Execute(const std::vector<std::string>& statements) {
+    Connection connection({&driver}, nullptr);
+    connection.Open(connectionText, "", "");
+    for (const std::string& statement : statements) connection.Execute(statement);
+    connection.Close();
+  }
+
+  std::int32_t Count(const std::string& query) {
+    Connection connection({&driver}, nullptr);
+    connection.Open(connectionText, "", "");
+    Recordset records(nullptr);
+    records.Open(query, connection, kCursorKeyset, kLockOptimistic, kCommandText);
+    return records.Fields(std::size_t{0}).Value().ToInt32();
+  }
+
+  TempFolder folder;
+  SqliteDriver driver;
+  std::string connectionText = "Provider=SQLite;Data Source=" + folder / "local.db";
+};
+
+TEST_F(QmxAdminExpand, ExpandsTheCalendarsInUseAndTellsHowManyIntervalsThereAre) {
+  const Process run = Expand(connectionText);
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out,
+            "DAY: 9 intervals\n"
+            "NEW: 0 intervals\n"
+            "OLD: 1 intervals, left as they were: no service employee has this calendar\n");
+  EXPECT_THAT(run.err, IsEmpty());
+  EXPECT_EQ(Count("select count(*) from tscalender where ccal = 'DAY' and sttm >= '2026-11-23 08:00:00' and "
+                  "entm <= '2026-11-27 12:00:00'"),
+            9);
+  EXPECT_EQ(Count("select count(*) from tscalender where ccal = 'DAY' and sttm < '2026-11-23'"), 0);
+}
+
+TEST_F(QmxAdminExpand, GivesTheSameTwice) {
+  const std::string first = Expand(connectionText).out;
+  EXPECT_EQ(Expand(connectionText).out, first);
+}
+
+TEST_F(QmxAdminExpand, SelectsTheDatabaseInAFolder) {
+  const Process run = Expand("Provider=SQLite;Data Source=" + folder.Path().string(), "local");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("DAY: 9 intervals\n"));
+}
+
+TEST_F(QmxAdminExpand, SaysSoWhenNobodyHasACalendar) {
+  Execute({"delete from tsmdm140"});
+  EXPECT_EQ(Expand(connectionText).out,
+            "No service employee has a calendar: nothing was expanded.\n"
+            "DAY: 1 intervals, left as they were: no service employee has this calendar\n"
+            "OLD: 1 intervals, left as they were: no service employee has this calendar\n");
+}
+
+TEST_F(QmxAdminExpand, FailsWhereATableIsMissing) {
+  Execute({"drop table tsmdm140"});
+  const Process run = Expand(connectionText);
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, AllOf(HasSubstr("-2147217865"), HasSubstr("tsmdm140")));
+  EXPECT_THAT(run.out, IsEmpty());
+}
+
+TEST_F(QmxAdminExpand, FailsWithWhatEndsTheExpansion) {
+  Execute({"update tcccp030 set entm = 32768"});
+  const Process run = Expand(connectionText);
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, AllOf(HasSubstr("error 6"), HasSubstr("32768")));
+}
+
+TEST_F(QmxAdminExpand, FailsForADatabaseThatIsNotThereAndMakesNone) {
+  const Process run = Expand("Provider=SQLite;Data Source=" + folder / "none.db");
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, HasSubstr("none.db"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "none.db"));
+}
+
+TEST_F(QmxAdminExpand, WantsBothArguments) { EXPECT_EQ(test::Run(QMX_ADMIN, {"expand", connectionText}).status, 2); }
+
+}  // namespace
+}  // namespace qmx::test
