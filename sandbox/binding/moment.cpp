@@ -1,6 +1,6 @@
 #include "binding/moment.h"
 
-#include <charconv>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 
@@ -12,11 +12,11 @@ constexpr std::chrono::sys_days kDayZero = std::chrono::year(1899) / std::chrono
 
 // Takes a number of at most `digits` digits off the front of the text.
 bool TakeNumber(std::string_view& text, std::size_t digits, int& number) {
-  const char* end = text.data() + std::min(text.size(), digits);
-  if (text.empty() || text.front() < '0' || text.front() > '9') return false;
-  const auto read = std::from_chars(text.data(), end, number);
-  text.remove_prefix(static_cast<std::size_t>(read.ptr - text.data()));
-  return true;
+  std::size_t used = 0;
+  for (number = 0; used < std::min(digits, text.size()) && text[used] >= '0' && text[used] <= '9'; ++used)
+    number = number * 10 + (text[used] - '0');
+  text.remove_prefix(used);
+  return used > 0;
 }
 
 bool TakeMark(std::string_view& text, std::string_view marks) {

@@ -45,6 +45,7 @@ class Object : public qmx_object {
   virtual void Invoke(std::int32_t member, Arguments arguments, Result result) = 0;
 
   const Type& ObjectType() const { return static_cast<const Type&>(*type); }
+  bool IsShared() const { return references_ > 1; }
   void AddReference() { ++references_; }
   void Release() {
     if (--references_ == 0) delete this;

@@ -13,11 +13,14 @@ void Enumeration::NextElement(Arguments, Result result) {
   if (!OnRow())
     throw Failure(QMX_E_INVALID_CALL, kName,
                   "There is no further record of " + std::string(table_.code) + ". Ask hasMoreElements first.");
-  Ref<Record> record(new Record(table_));
+  if (last_ && !last_->IsShared())
+    last_->Clear();
+  else
+    last_ = Ref(new Record(table_));
   for (std::size_t column = 0; column < table_.columns.size(); ++column)
-    record->Fill(column, rows_, static_cast<int>(column));
+    last_->Fill(column, rows_, static_cast<int>(column));
   place_ = Place::Before;
-  Return(result, record);
+  Return(result, last_);
 }
 
 }  // namespace orvan

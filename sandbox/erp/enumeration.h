@@ -27,6 +27,7 @@ class Enumeration : public Component<Enumeration> {
   const Table& table_;
   Statement rows_;
   Place place_ = Place::Before;
+  Ref<Record> last_;  // used again when nobody has kept it
 };
 
 }  // namespace orvan

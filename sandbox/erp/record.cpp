@@ -1,5 +1,6 @@
 #include "erp/record.h"
 
+#include <algorithm>
 #include <limits>
 #include <map>
 
@@ -45,10 +46,15 @@ Record& Record::Of(const Table& table, Argument argument, const char* what) {
                     " object of the sandbox ERP, but " + argument.Shown() + " was passed.");
 }
 
+void Record::Clear() {
+  std::fill(cells_.begin(), cells_.end(), Cell());
+  texts_.clear();
+}
+
 void Record::SetText(Cell& cell, std::string_view text) {
   cell.kind = Kind::Text;
-  cell.start = texts_.size();
-  cell.length = text.size();
+  cell.start = static_cast<std::uint32_t>(texts_.size());
+  cell.length = static_cast<std::uint32_t>(text.size());
   texts_.append(text);
 }
 

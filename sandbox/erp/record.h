@@ -27,6 +27,9 @@ class Record : public Object {
 
   const Table& RecordTable() const { return table_; }
 
+  // Every column empty again, for another row.
+  void Clear();
+
   // Takes one column's value from the statement's current row.
   void Fill(std::size_t column, const Statement& row, int from);
 
@@ -42,8 +45,8 @@ class Record : public Object {
     Kind kind = Kind::Empty;
     std::int32_t whole = 0;
     double number = 0;
-    std::size_t start = 0;  // the text's place in texts_
-    std::size_t length = 0;
+    std::uint32_t start = 0;  // the text's place in texts_
+    std::uint32_t length = 0;
   };
 
   std::string_view TextOf(const Cell& cell) const { return std::string_view(texts_).substr(cell.start, cell.length); }
