@@ -23,6 +23,7 @@ struct ColumnDescription {
 };
 
 struct TableDescription {
+  std::string name;  // as the database spells it
   std::vector<ColumnDescription> columns;
   std::vector<std::size_t> key;  // indexes of the key's columns; empty when the table has none
 };

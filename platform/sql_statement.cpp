@@ -111,6 +111,15 @@ void RequireOneStatement(const std::string& statement) {
       .With("statement", statement);
 }
 
+std::string_view StatementAlone(std::string_view text) {
+  if (text.find(';') == std::string_view::npos) return text;
+  Tokens tokens(text);
+  for (Token token = tokens.Next(); token.kind != Token::Kind::End; token = tokens.Next()) {
+    if (token.IsSymbol(';')) return text.substr(0, static_cast<std::size_t>(token.text.data() - text.data()));
+  }
+  return text;
+}
+
 std::optional<std::string> TableOfRows(std::string_view statement) {
   constexpr std::array<std::string_view, 5> kNotRowByRow = {"union", "intersect", "except", "group", "having"};
   Tokens tokens(statement);

@@ -12,6 +12,9 @@ namespace qmx {
 // comments.
 void RequireOneStatement(const std::string& statement);
 
+// The one statement that a text holds, without the ";" behind it and what follows that.
+std::string_view StatementAlone(std::string_view text);
+
 // The table whose rows a query shows one by one and whole, so that they can be changed through it: "select * from T",
 // with a condition and an order or without. Nothing for any other text; it is read-only then.
 std::optional<std::string> TableOfRows(std::string_view statement);

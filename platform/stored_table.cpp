@@ -35,9 +35,9 @@ class Execution {
 
 }  // namespace
 
-StoredTable::StoredTable(DriverSession& session, std::string name)
-    : session_(session), name_(std::move(name)), quotedName_(session.QuoteIdentifier(name_)) {
+StoredTable::StoredTable(DriverSession& session, std::string name) : session_(session), name_(std::move(name)) {
   TableDescription description = session_.Describe(name_);
+  quotedName_ = session_.QuoteIdentifier(description.name);
   key_ = std::move(description.key);
   hasKey_ = !key_.empty();
   if (!hasKey_) {
@@ -50,6 +50,13 @@ StoredTable::StoredTable(DriverSession& session, std::string name)
 std::int64_t StoredTable::Count() {
   const std::string text = "select count(*) from " + quotedName_;
   const auto statement = session_.Prepare(text);
+  statement->Step();
+  return static_cast<std::int64_t>(statement->Value(0).ToDouble());
+}
+
+std::int64_t StoredTable::Count(const Row& stored) {
+  const auto statement = session_.Prepare("select count(*) from " + quotedName_ + Condition(stored));
+  BindKey(*statement, 0, stored);
   statement->Step();
   return static_cast<std::int64_t>(statement->Value(0).ToDouble());
 }
@@ -82,13 +89,18 @@ void StoredTable::Update(const Row& stored, const Row& changes) {
       if (!value.IsEmpty()) update.statement->Bind(parameter++, value);
     }
     BindKey(*update.statement, parameter, stored);
+    // Some servers count the rows that they changed and not those that they found.
+    const auto hits = [&] {
+      const std::int64_t changed = execution.Run();
+      return changed == 0 ? Count(stored) : changed;
+    };
     if (IsFoundByKey(stored)) {
-      if (const std::int64_t hits = execution.Run(); hits != 1) RaiseRowChanged(hits);
+      if (const std::int64_t rows = hits(); rows != 1) RaiseRowChanged(rows);
       return;
     }
     session_.Begin();
     try {
-      if (const std::int64_t hits = execution.Run(); hits != 1) RaiseRowChanged(hits);
+      if (const std::int64_t rows = hits(); rows != 1) RaiseRowChanged(rows);
       session_.Commit();
     } catch (...) {
       update.statement->Reset();

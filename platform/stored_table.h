@@ -47,6 +47,7 @@ class StoredTable {
   Prepared& InsertFor(const Row& assigned);
   Prepared& UpdateFor(const Row& stored, const Row& changes);
   Prepared PreparedOf(std::string text);
+  std::int64_t Count(const Row& stored);  // the rows that it may stand for
   std::string Condition(const Row& stored) const;
   void BindKey(DriverStatement& statement, std::size_t parameter, const Row& stored) const;
   bool IsFoundByKey(const Row& stored) const;

@@ -108,6 +108,7 @@ TableDescription SqliteSession::Describe(const std::string& table) {
   const Variant name(table);
   query.Bind(0, name);
   TableDescription description;
+  description.name = table;
   std::map<int, std::size_t> primaryKey;  // by place in the key
   std::set<std::string> required;
   while (query.Step()) {

@@ -23,6 +23,7 @@ may() {
 interfaces='platform/[a-zA-Z_]+\.h"'
 may 'platform/[^/]+$' "$interfaces"
 may 'platform/sqlite/' "$interfaces|platform/sqlite/"
+may 'platform/odbc/' "$interfaces|platform/odbc/"
 may 'platform/posix/' "$interfaces|platform/posix/"
 may 'platform/components/' "$interfaces|platform/components/"
 may 'platform/trace/' "$interfaces|platform/trace/"

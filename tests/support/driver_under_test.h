@@ -32,5 +32,7 @@ struct DriverUnderTest {
 inline void PrintTo(const DriverUnderTest& driver, std::ostream* out) { *out << driver.name; }
 
 std::vector<DriverUnderTest> DriversUnderTest();
+std::vector<DriverUnderTest> DriversUnderTest(const std::function<bool(const DriverUnderTest&)>& fits);
+std::vector<DriverUnderTest> ServersUnderTest();
 
 }  // namespace qmx::test

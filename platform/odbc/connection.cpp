@@ -1,0 +1,92 @@
+#include "platform/odbc/connection.h"
+
+#include <sqlext.h>
+#include <sqlucode.h>
+
+#include <array>
+#include <cstdint>
+
+#include "platform/odbc/statement.h"
+#include "platform/odbc/unicode.h"
+
+namespace qmx {
+namespace {
+
+constexpr std::uintptr_t kLoginSeconds = 30;
+
+SQLPOINTER AsPointer(std::uintptr_t number) { return reinterpret_cast<SQLPOINTER>(number); }
+
+}  // namespace
+
+OdbcConnection::Environment::Environment() : OdbcHandle<SQL_HANDLE_ENV>(SQL_NULL_HANDLE) {
+  Check(SQLSetEnvAttr(Get(), SQL_ATTR_ODBC_VERSION, AsPointer(SQL_OV_ODBC3), 0));
+}
+
+OdbcConnection::Linked::Linked(SQLHANDLE connection, const std::string& text) : connection_(connection) {
+  SQLSetConnectAttrW(connection, SQL_ATTR_LOGIN_TIMEOUT, AsPointer(kLoginSeconds),
+                     SQL_IS_UINTEGER);  // where it is known
+  WideText wide = ToWide(text);
+  const SQLRETURN result = SQLDriverConnectW(connection, nullptr, wide.data(), static_cast<SQLSMALLINT>(wide.size()),
+                                             nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+  if (!SQL_SUCCEEDED(result)) throw OdbcError(SQL_HANDLE_DBC, connection);
+}
+
+OdbcConnection::OdbcConnection(const std::string& text)
+    : connection_(environment_.Get()), linked_(connection_.Get(), text), dialect_(&DialectOf(Info(SQL_DBMS_NAME))) {
+  identifierQuote_ = Info(SQL_IDENTIFIER_QUOTE_CHAR);
+  for (const std::string& setting : dialect_->settings) Run(setting);
+}
+
+OdbcConnection::~OdbcConnection() { SQLEndTran(SQL_HANDLE_DBC, connection_.Get(), SQL_ROLLBACK); }
+
+void OdbcConnection::Timeout(std::chrono::seconds limit) {
+  if (dialect_->timeoutSetting.empty()) {
+    limit_ = limit;
+    return;
+  }
+  const std::string units = std::to_string(limit.count() * dialect_->timeoutUnitsPerSecond);
+  std::string setting = dialect_->timeoutSetting;
+  setting.replace(setting.find('#'), 1, limit.count() == 0 ? dialect_->noTimeout : units);
+  Run(setting);
+}
+
+void OdbcConnection::AutoCommit(bool on) {
+  connection_.Check(SQLSetConnectAttrW(Handle(), SQL_ATTR_AUTOCOMMIT,
+                                       AsPointer(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER));
+}
+
+void OdbcConnection::End(SQLSMALLINT completion) {
+  connection_.Check(SQLEndTran(SQL_HANDLE_DBC, Handle(), completion));
+}
+
+std::string OdbcConnection::Attribute(SQLINTEGER attribute) const {
+  std::array<SQLWCHAR, 1024> text{};
+  SQLINTEGER bytes = 0;
+  connection_.Check(SQLGetConnectAttrW(Handle(), attribute, text.data(), sizeof text, &bytes));
+  return FromWide(text.data());
+}
+
+void OdbcConnection::Attribute(SQLINTEGER attribute, const std::string& value) {
+  WideText wide = ToWide(value);
+  // With a length in bytes, as the interface has it, MariaDB's driver reads twice as far.
+  connection_.Check(SQLSetConnectAttrW(Handle(), attribute, wide.data(), SQL_NTS));
+}
+
+void OdbcConnection::Run(const std::string& statement) {
+  OdbcStatement running(*this, statement);
+  while (running.Step()) continue;
+}
+
+std::string OdbcConnection::AskText(const std::string& query) {
+  OdbcStatement running(*this, query);
+  return running.Step() ? running.Value(0).ToText() : std::string();
+}
+
+std::string OdbcConnection::Info(SQLUSMALLINT what) const {
+  std::array<SQLWCHAR, 256> text{};
+  SQLSMALLINT bytes = 0;
+  connection_.Check(SQLGetInfoW(Handle(), what, text.data(), sizeof text, &bytes));
+  return FromWide(text.data());
+}
+
+}  // namespace qmx

@@ -1,0 +1,58 @@
+#include "platform/odbc/dialect.h"
+
+#include <algorithm>
+
+#include "platform/names.h"
+
+namespace qmx {
+namespace {
+
+std::vector<OdbcDialect> MakeDialects() {
+  OdbcDialect postgresql;
+  postgresql.system = "PostgreSQL";
+  postgresql.timeoutSetting = "set statement_timeout to #";
+  postgresql.timeoutUnitsPerSecond = 1000;
+  postgresql.noTimeout = "0";
+  postgresql.catalogQuery = "select current_database()";
+  postgresql.schemaQuery = "select current_schema()";
+
+  OdbcDialect mariadb;
+  mariadb.system = "MariaDB";
+  // A backslash is a letter as any other, names may stand between double quotes, and what does not fit is refused.
+  mariadb.settings = {
+      "set session sql_mode = concat(@@sql_mode, ',ANSI_QUOTES,NO_BACKSLASH_ESCAPES,STRICT_ALL_TABLES,"
+      "ERROR_FOR_DIVISION_BY_ZERO,NO_ZERO_DATE,NO_ZERO_IN_DATE')"};
+  // It stops whoever waits for a lock as well. The driver ignores its own query time-out.
+  mariadb.timeoutSetting = "set session max_statement_time = #";
+  mariadb.noTimeout = "0";
+  mariadb.catalogQuery = "select database()";
+  mariadb.switchesCatalog = true;
+
+  OdbcDialect mysql = mariadb;  // what older drivers call it
+  mysql.system = "MySQL";
+
+  OdbcDialect sqlite;
+  sqlite.system = "SQLite";
+  // A lock is waited for as long; nothing stops a long statement, since the driver accepts a query time-out and ignores
+  // it.
+  sqlite.timeoutSetting = "pragma busy_timeout = #";
+  sqlite.timeoutUnitsPerSecond = 1000;
+  sqlite.noTimeout = "2147483647";
+  sqlite.catalogIsFile = true;
+
+  OdbcDialect other;
+  other.switchesCatalog = true;
+  return {postgresql, mariadb, mysql, sqlite, other};
+}
+
+}  // namespace
+
+const OdbcDialect& DialectOf(std::string_view system) {
+  static const std::vector<OdbcDialect> kDialects = MakeDialects();
+  const auto fits = [&](const OdbcDialect& dialect) {
+    return SameName(system.substr(0, dialect.system.size()), dialect.system);
+  };
+  return *std::find_if(kDialects.begin(), kDialects.end(), fits);  // the last one fits every system
+}
+
+}  // namespace qmx

@@ -1,0 +1,37 @@
+// All in which the database systems behind ODBC differ, as data.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qmx {
+
+struct OdbcDialect {
+  std::string_view system;  // the beginning of what the driver calls its database system; "" fits every one
+
+  // Run on every new connection, so that the same text means the same everywhere.
+  std::vector<std::string> settings;
+
+  // The server's own statement time-out, with "#" for `timeoutUnit`s of it and `noTimeout` in that place for none.
+  // Where there is no such setting the driver's query time-out is used.
+  std::string timeoutSetting;
+  int timeoutUnitsPerSecond = 1;
+  std::string noTimeout;
+
+  // How the current catalog is asked for; the driver is asked where this is empty.
+  std::string catalogQuery;
+
+  // Whether the driver can switch the catalog; where it cannot, the connection is made anew.
+  bool switchesCatalog = false;
+
+  // The connection text's DATABASE is the path of a file, whose catalog is the file's name without ".db".
+  bool catalogIsFile = false;
+
+  // In which schema an unqualified table is looked for; "" where there are no schemas.
+  std::string schemaQuery;
+};
+
+const OdbcDialect& DialectOf(std::string_view system);
+
+}  // namespace qmx

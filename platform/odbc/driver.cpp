@@ -1,0 +1,55 @@
+#include "platform/odbc/driver.h"
+
+#include <odbcinst.h>
+
+#include <string>
+
+#include "platform/error.h"
+#include "platform/odbc/connection_string.h"
+#include "platform/odbc/session.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kFile = "FILEDSN";
+
+// The driver manager reads the file for texts of bytes only. What the text says too is not taken from the file.
+std::string WithFileRead(const ConnectionText& text) {
+  const std::optional<std::string> file = text.Get(kFile);
+  if (!file) return text.Text();
+  std::string pairs(16 * 1024, '\0');
+  WORD length = 0;
+  const BOOL isRead =
+      SQLReadFileDSN(file->c_str(), "ODBC", nullptr, pairs.data(), static_cast<WORD>(pairs.size()), &length);
+  pairs.resize(isRead ? length : 0);
+  if (pairs.empty()) {
+    throw Error(errors::kProviderUnspecified, "ODBC",
+                "The data source file " + *file + " cannot be read or has no section [ODBC].")
+        .With("file", *file);
+  }
+  std::string whole = WithoutOdbcKeyword(text.Text(), kFile);
+  const ConnectionText inFile(pairs);
+  for (const auto& [keyword, value] : inFile.Pairs()) {
+    if (!text.Get(keyword)) whole = WithOdbcKeyword(whole, keyword, value);
+  }
+  return whole;
+}
+
+}  // namespace
+
+std::string OdbcDriver::Form() const { return "\"Driver=NAME;...\", \"DSN=NAME\" or \"FILEDSN=FILE\""; }
+
+bool OdbcDriver::Serves(const ConnectionText& text) const {
+  return !text.Get("Provider") && (text.Get("Driver") || text.Get("DSN") || text.Get("FILEDSN"));
+}
+
+std::unique_ptr<DriverSession> OdbcDriver::Open(const ConnectionText& text) {
+  try {
+    return std::make_unique<OdbcSession>(WithFileRead(text));
+  } catch (Error& error) {
+    error.With("connection text", text.Masked());
+    throw;
+  }
+}
+
+}  // namespace qmx

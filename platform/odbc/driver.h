@@ -1,0 +1,19 @@
+// Databases behind ODBC: every connection text with "Driver=", "DSN=" or "FILEDSN=" and without a "Provider".
+//
+// The text goes to the driver manager as it stands. Tried with PostgreSQL (psqlodbc), MariaDB (its connector) and
+// SQLite; docs/databases.md has a text for each. A database that cannot be reached is -2147467259, a refused log-in
+// -2147217843. No password enters an error.
+#pragma once
+
+#include "platform/database_driver.h"
+
+namespace qmx {
+
+class OdbcDriver : public Driver {
+ public:
+  std::string Form() const override;
+  bool Serves(const ConnectionText& text) const override;
+  std::unique_ptr<DriverSession> Open(const ConnectionText& text) override;
+};
+
+}  // namespace qmx

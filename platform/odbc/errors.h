@@ -1,0 +1,28 @@
+// What ODBC says went wrong, as an error with the classic number.
+//
+// The description holds every diagnostic record: its text, SQLSTATE and native code; behind them stands what to do,
+// where that is known. The first record's SQLSTATE and native code are the details "SQLSTATE" and "native code".
+#pragma once
+
+#include <sql.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/error.h"
+
+namespace qmx {
+
+struct Diagnostic {
+  std::string state;
+  SQLINTEGER native = 0;
+  std::string text;  // without the names in brackets that driver manager and driver put before it
+};
+
+// Reads each record once: with some drivers the driver manager does not survive a second reading.
+std::vector<Diagnostic> ReadDiagnostics(SQLSMALLINT handleType, SQLHANDLE handle);
+
+Error OdbcError(const std::vector<Diagnostic>& diagnostics);
+Error OdbcError(SQLSMALLINT handleType, SQLHANDLE handle);
+
+}  // namespace qmx

@@ -1,0 +1,107 @@
+#include "platform/odbc/session.h"
+
+#include <sqlext.h>
+
+#include <filesystem>
+
+#include "platform/error.h"
+#include "platform/odbc/catalog.h"
+#include "platform/odbc/connection_string.h"
+#include "platform/odbc/statement.h"
+#include "platform/sql_statement.h"
+
+namespace qmx {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kDatabase = "Database";
+
+fs::path FileOf(const std::string& text) { return OdbcKeyword(text, kDatabase); }
+
+}  // namespace
+
+OdbcSession::OdbcSession(std::string text)
+    : text_(std::move(text)), connection_(std::make_unique<OdbcConnection>(text_)) {}
+
+std::unique_ptr<DriverStatement> OdbcSession::Prepare(const std::string& statement) {
+  // One driver takes whatever stands behind a ";" for a second statement.
+  return std::make_unique<OdbcStatement>(*connection_, std::string(StatementAlone(statement)));
+}
+
+TableDescription OdbcSession::Describe(const std::string& table) { return DescribeTable(*connection_, table); }
+
+std::string OdbcSession::QuoteIdentifier(const std::string& name) const { return QuotedName(*connection_, name); }
+
+std::string OdbcSession::Catalog() {
+  const OdbcDialect& dialect = connection_->Dialect();
+  if (dialect.catalogIsFile) return FileOf(text_).stem().string();
+  if (!dialect.catalogQuery.empty()) return connection_->AskText(dialect.catalogQuery);
+  return connection_->Attribute(SQL_ATTR_CURRENT_CATALOG);
+}
+
+void OdbcSession::SelectCatalog(const std::string& name) {
+  if (name == Catalog()) return;
+  if (connection_->Dialect().switchesCatalog) {
+    connection_->Attribute(SQL_ATTR_CURRENT_CATALOG, name);
+  } else {
+    ConnectTo(name);
+  }
+  // Drivers have been seen to report success and to stay where they were.
+  if (const std::string selected = Catalog(); selected != name) {
+    throw Error(
+        errors::kProviderUnspecified, "ODBC",
+        "The default database cannot be \"" + name + "\": the driver accepts it and stays with \"" + selected + "\".");
+  }
+}
+
+void OdbcSession::ConnectTo(const std::string& catalog) {
+  std::string database = catalog;
+  if (connection_->Dialect().catalogIsFile) {
+    const fs::path file = FileOf(text_).replace_filename(catalog + ".db");
+    std::error_code ignored;
+    if (!fs::is_regular_file(file, ignored)) {  // the driver would make it
+      throw Error(errors::kProviderUnspecified, "ODBC",
+                  "The default database cannot be \"" + catalog + "\": there is no file " + file.string() + ".")
+          .With("file", file.string());
+    }
+    database = file.string();
+  }
+  std::string text = WithOdbcKeyword(text_, kDatabase, database);
+  std::unique_ptr<OdbcConnection> connection;
+  try {
+    connection = std::make_unique<OdbcConnection>(text);
+  } catch (const Error& cause) {
+    throw Error(cause.Number(), cause.Source(),
+                "The default database cannot be \"" + catalog + "\": " + cause.Description());
+  }
+  connection->Timeout(timeout_);
+  connection_ = std::move(connection);
+  text_ = std::move(text);
+}
+
+void OdbcSession::Timeout(std::chrono::seconds limit) {
+  connection_->Timeout(limit);
+  timeout_ = limit;
+}
+
+void OdbcSession::Begin() {
+  connection_->AutoCommit(false);
+  inTransaction_ = true;
+}
+
+void OdbcSession::Rollback() { EndTransaction(SQL_ROLLBACK); }
+
+// Every row is committed as it is written, so there is something to do after Begin only.
+void OdbcSession::Commit() { EndTransaction(SQL_COMMIT); }
+
+void OdbcSession::EndTransaction(SQLSMALLINT completion) {
+  if (!inTransaction_) return;
+  inTransaction_ = false;
+  connection_->End(completion);
+  connection_->AutoCommit(true);
+}
+
+void OdbcSession::Close() { connection_.reset(); }
+
+}  // namespace qmx

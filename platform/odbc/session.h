@@ -1,0 +1,37 @@
+// An open database behind ODBC.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/database_driver.h"
+#include "platform/odbc/connection.h"
+
+namespace qmx {
+
+class OdbcSession : public DriverSession {
+ public:
+  explicit OdbcSession(std::string text);
+
+  std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
+  TableDescription Describe(const std::string& table) override;
+  std::string QuoteIdentifier(const std::string& name) const override;
+  std::string Catalog() override;
+  void SelectCatalog(const std::string& name) override;
+  void Timeout(std::chrono::seconds limit) override;
+  void Begin() override;
+  void Rollback() override;
+  void Commit() override;
+  void Close() override;
+
+ private:
+  void EndTransaction(SQLSMALLINT completion);
+  void ConnectTo(const std::string& catalog);
+
+  std::string text_;  // of the connection that stands
+  std::unique_ptr<OdbcConnection> connection_;
+  std::chrono::seconds timeout_{30};
+  bool inTransaction_ = false;
+};
+
+}  // namespace qmx

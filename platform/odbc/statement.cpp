@@ -1,0 +1,175 @@
+#include "platform/odbc/statement.h"
+
+#include <sqlext.h>
+#include <sqlucode.h>
+
+#include <algorithm>
+#include <array>
+
+#include "platform/odbc/connection.h"
+#include "platform/odbc/types.h"
+
+namespace qmx {
+namespace {
+
+using Kind = Variant::Kind;
+
+constexpr std::size_t kFirstPiece = 256;  // characters of a text that are asked for at once
+
+SQLLEN Bytes(std::size_t characters) { return static_cast<SQLLEN>(characters * sizeof(SQLWCHAR)); }
+
+}  // namespace
+
+OdbcStatement::OdbcStatement(const OdbcConnection& connection, const std::string& text)
+    : statement_(connection.Handle()) {
+  if (const auto limit = connection.QueryTimeout(); limit.count() > 0) {
+    SQLSetStmtAttrW(statement_.Get(), SQL_ATTR_QUERY_TIMEOUT, reinterpret_cast<SQLPOINTER>(limit.count()),
+                    SQL_IS_UINTEGER);
+  }
+  WideText wide = ToWide(text);
+  statement_.Check(SQLPrepareW(statement_.Get(), wide.data(), static_cast<SQLINTEGER>(wide.size())));
+}
+
+const std::vector<ColumnDescription>& OdbcStatement::Columns() const {
+  if (columns_) return *columns_;
+  SQLSMALLINT count = 0;
+  statement_.Check(SQLNumResultCols(statement_.Get(), &count));
+  std::vector<ColumnDescription> columns;
+  for (SQLSMALLINT column = 1; column <= count; ++column) {
+    columns.push_back(Describe(static_cast<SQLUSMALLINT>(column)));
+  }
+  return columns_.emplace(std::move(columns));
+}
+
+ColumnDescription OdbcStatement::Describe(SQLUSMALLINT column) const {
+  const auto ask = [&](SQLUSMALLINT what) {
+    SQLLEN answer = 0;
+    statement_.Check(SQLColAttributeW(statement_.Get(), column, what, nullptr, 0, nullptr, &answer));
+    return answer;
+  };
+  std::array<SQLWCHAR, 256> text{};
+  const auto askText = [&](SQLUSMALLINT what) {
+    SQLSMALLINT bytes = 0;
+    text.fill(0);
+    statement_.Check(SQLColAttributeW(statement_.Get(), column, what, text.data(), sizeof text, &bytes, nullptr));
+    return FromWide(text.data());
+  };
+  const std::string typeName = askText(SQL_DESC_TYPE_NAME);
+  return {askText(SQL_DESC_NAME),
+          KindOfSqlType(ask(SQL_DESC_CONCISE_TYPE), typeName, ask(SQL_DESC_UNSIGNED) == SQL_TRUE)};
+}
+
+void OdbcStatement::Bind(std::size_t parameter, const Variant& value) {
+  while (parameters_.size() <= parameter) parameters_.emplace_back();
+  Parameter& place = parameters_[parameter];
+  SQLSMALLINT cType = SQL_C_WCHAR;
+  SQLSMALLINT sqlType = SQL_WVARCHAR;
+  SQLULEN size = 1;
+  SQLPOINTER data = nullptr;
+  place.indicator = 0;
+  switch (value.GetKind()) {
+    case Kind::Empty:
+    case Kind::Null:
+      place.indicator = SQL_NULL_DATA;
+      break;
+    case Kind::Boolean:
+      cType = SQL_C_BIT, sqlType = SQL_BIT, data = &place.bit;
+      place.bit = value.ToBoolean() ? 1 : 0;
+      break;
+    case Kind::UInt8:
+    case Kind::Int16:
+    case Kind::Int32:
+      cType = SQL_C_SLONG, sqlType = SQL_INTEGER, data = &place.integer;
+      place.integer = value.ToInt32();
+      break;
+    case Kind::Double:
+      cType = SQL_C_DOUBLE, sqlType = SQL_DOUBLE, data = &place.number;
+      place.number = value.ToDouble();
+      break;
+    case Kind::DateTime:
+    case Kind::Text:
+    case Kind::Object:  // an object has no text: type mismatch
+      if (const std::string* text = value.IfText()) {
+        ToWide(*text, place.text);
+      } else {
+        ToWide(value.ToText(), place.text);
+      }
+      data = place.text.data();
+      size = std::max<SQLULEN>(1, place.text.size());
+      place.indicator = Bytes(place.text.size());
+      break;
+  }
+  statement_.Check(SQLBindParameter(statement_.Get(), static_cast<SQLUSMALLINT>(parameter + 1), SQL_PARAM_INPUT, cType,
+                                    sqlType, size, 0, data, place.indicator > 0 ? place.indicator : 0,
+                                    &place.indicator));
+}
+
+bool OdbcStatement::Step() {
+  if (!isRunning_) Execute();
+  if (hasRows_ && Fetch()) return true;
+  SQLFreeStmt(statement_.Get(), SQL_CLOSE);
+  isRunning_ = false;
+  return false;
+}
+
+void OdbcStatement::Execute() {
+  const SQLRETURN result = SQLExecute(statement_.Get());
+  if (result != SQL_NO_DATA) statement_.Check(result);  // no data: it affected no row
+  isRunning_ = true;
+  SQLSMALLINT width = 0;
+  statement_.Check(SQLNumResultCols(statement_.Get(), &width));
+  hasRows_ = width > 0;
+  SQLLEN rows = 0;
+  if (!hasRows_ && result != SQL_NO_DATA) statement_.Check(SQLRowCount(statement_.Get(), &rows));
+  affected_ = std::max<SQLLEN>(0, rows);
+}
+
+bool OdbcStatement::Fetch() {
+  const SQLRETURN result = SQLFetch(statement_.Get());
+  if (result == SQL_NO_DATA) return false;
+  statement_.Check(result);
+  return true;
+}
+
+Variant OdbcStatement::Value(std::size_t column) {
+  const auto index = static_cast<SQLUSMALLINT>(column + 1);
+  const Kind kind = Columns()[column].type;
+  if (kind == Kind::Double) {  // as text it would lose its last digits
+    double number = 0;
+    SQLLEN indicator = 0;
+    statement_.Check(SQLGetData(statement_.Get(), index, SQL_C_DOUBLE, &number, sizeof number, &indicator));
+    return indicator == SQL_NULL_DATA ? Variant::Null() : Variant(number);
+  }
+  std::optional<std::string> text = Text(index);
+  return text ? FromDriverText(std::move(*text), kind) : Variant::Null();
+}
+
+std::optional<std::string> OdbcStatement::Text(SQLUSMALLINT column) {
+  std::size_t read = 0;
+  buffer_.resize(std::max(buffer_.size(), kFirstPiece));
+  for (;;) {
+    SQLLEN indicator = 0;
+    const std::size_t room = buffer_.size() - read;  // with the closing zero
+    const SQLRETURN result =
+        SQLGetData(statement_.Get(), column, SQL_C_WCHAR, buffer_.data() + read, Bytes(room), &indicator);
+    if (result == SQL_NO_DATA) break;
+    statement_.Check(result);
+    if (indicator == SQL_NULL_DATA) return std::nullopt;
+    const bool isWhole = indicator != SQL_NO_TOTAL && indicator < Bytes(room);
+    if (isWhole) {
+      read += static_cast<std::size_t>(indicator) / sizeof(SQLWCHAR);
+      break;
+    }
+    read += room - 1;
+    buffer_.resize(buffer_.size() * 2);
+  }
+  return FromWide({buffer_.data(), read});
+}
+
+void OdbcStatement::Reset() noexcept {
+  SQLFreeStmt(statement_.Get(), SQL_CLOSE);
+  SQLFreeStmt(statement_.Get(), SQL_RESET_PARAMS);
+  isRunning_ = false;
+}
+
+}  // namespace qmx

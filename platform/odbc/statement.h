@@ -1,0 +1,54 @@
+// A prepared statement of an ODBC connection.
+//
+// Texts go both ways as UTF-16. A date-time goes to the database as its canonical text, since the systems disagree
+// about everything else. A text in a result is given in its column's type where it has that form.
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/database_driver.h"
+#include "platform/odbc/handle.h"
+#include "platform/odbc/unicode.h"
+
+namespace qmx {
+
+class OdbcConnection;
+
+class OdbcStatement : public DriverStatement {
+ public:
+  OdbcStatement(const OdbcConnection& connection, const std::string& text);
+
+  const std::vector<ColumnDescription>& Columns() const override;
+  void Bind(std::size_t parameter, const Variant& value) override;
+  bool Step() override;
+  Variant Value(std::size_t column) override;
+  std::int64_t RowsAffected() const override { return affected_; }
+  void Reset() noexcept override;
+
+ private:
+  struct Parameter {  // where the driver reads a value from when the statement is executed
+    WideText text;
+    SQLINTEGER integer = 0;
+    double number = 0;
+    unsigned char bit = 0;
+    SQLLEN indicator = 0;
+  };
+
+  void Execute();
+  bool Fetch();
+  ColumnDescription Describe(SQLUSMALLINT column) const;
+  std::optional<std::string> Text(SQLUSMALLINT column);
+
+  OdbcHandle<SQL_HANDLE_STMT> statement_;
+  std::deque<Parameter> parameters_;                               // at addresses that stay
+  mutable std::optional<std::vector<ColumnDescription>> columns_;  // asked for once
+  WideText buffer_;
+  std::int64_t affected_ = 0;
+  bool isRunning_ = false;
+  bool hasRows_ = false;
+};
+
+}  // namespace qmx
