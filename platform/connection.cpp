@@ -127,6 +127,10 @@ std::int64_t Connection::Execute(const SqlText& statement) {
   return affected;
 }
 
+std::string Connection::System() const {
+  return AtTheWall([&] { return OpenSession().Driver().System(); });
+}
+
 TableDescription Connection::Describe(const std::string& table) {
   return AtTheWall([&] { return OpenSession().Driver().Describe(table); });
 }

@@ -86,6 +86,7 @@ class Connection {
   std::int64_t Execute(const SqlText& statement);
 
   // A table's columns and key; -2147217865 when there is no such table.
+  std::string System() const;  // the database system's name
   TableDescription Describe(const std::string& table);
 
   int CommandTimeout() const;  // seconds, 30 by default; 0 waits forever

@@ -45,6 +45,7 @@ class DriverSession {
   virtual std::unique_ptr<DriverStatement> Prepare(const std::string& statement) = 0;  // "?" marks a parameter
   virtual TableDescription Describe(const std::string& table) = 0;                     // -2147217865 when there is none
   virtual std::string QuoteIdentifier(const std::string& name) const = 0;
+  virtual std::string System() const = 0;  // the database system's name: "SQLite", "PostgreSQL", "MariaDB", ...
   virtual std::string Catalog() = 0;
   virtual void SelectCatalog(const std::string& name) = 0;
   virtual void Timeout(std::chrono::seconds limit) = 0;  // for every statement from now on; 0 waits forever

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/names.h"
+
 namespace qmx {
 namespace {
 
@@ -23,13 +25,20 @@ std::string Dialect::CreateTable(const LocalTable& table) const {
     separator = ",\n  ";
   }
   if (!table.key.empty()) text += ",\n  primary key (" + Joined(table.key) + ")";
-  return text + "\n)";
+  return text + "\n)" + TableOptions();
 }
 
 std::vector<std::string> Dialect::CreateIndexes(const LocalTable& table) const {
   if (table.indexed.empty()) return {};
   return {"create index if not exists " + table.name + "_by_" + table.indexed.front() + " on " + table.name + " (" +
           Joined(table.indexed) + ")"};
+}
+
+const Dialect* DialectOfSystem(std::string_view system) {
+  if (SameName(system, "SQLite")) return &SqliteDialect();
+  if (SameName(system, "PostgreSQL")) return &PostgresqlDialect();
+  if (SameName(system, "MariaDB") || SameName(system, "MySQL")) return &MariadbDialect();
+  return nullptr;
 }
 
 }  // namespace qmx

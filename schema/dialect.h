@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "schema/local_tables.h"
@@ -20,8 +21,14 @@ class Dialect {
 
  protected:
   virtual std::string Type(const LocalColumn& column) const = 0;
+  virtual std::string TableOptions() const { return ""; }  // behind the columns
 };
 
 const Dialect& SqliteDialect();
+const Dialect& PostgresqlDialect();
+const Dialect& MariadbDialect();
+
+// By what the system calls itself; null for one whose tables cannot be made from here.
+const Dialect* DialectOfSystem(std::string_view system);
 
 }  // namespace qmx

@@ -8,6 +8,7 @@
 
 #include "platform/components/installed_components.h"
 #include "platform/database.h"
+#include "platform/odbc/driver.h"
 #include "platform/platform.h"
 #include "platform/posix/clock.h"
 #include "platform/posix/event_log.h"
@@ -45,6 +46,7 @@ ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
   qmx::PosixEventLog eventLog(clock, files);
   qmx::InstalledComponents components(clock);
   qmx::SqliteDriver sqlite;
+  qmx::OdbcDriver odbc;
 
   const std::unique_ptr<qmx::Trace> trace = qmx::Trace::FromEnvironment();
   std::optional<qmx::TracedComponents> tracedComponents;
@@ -54,7 +56,7 @@ ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
     databaseTrace.emplace(*trace);
   }
   qmx::Components& seenComponents = trace ? static_cast<qmx::Components&>(*tracedComponents) : components;
-  qmx::Database database({&sqlite}, trace ? &*databaseTrace : nullptr);
+  qmx::Database database({&sqlite, &odbc}, trace ? &*databaseTrace : nullptr);
   qmx::Platform platform{clock, files, eventLog, seenComponents, database, failures};
 
   qmx::modDeclarations declarations;

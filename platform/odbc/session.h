@@ -16,6 +16,7 @@ class OdbcSession : public DriverSession {
   std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
   TableDescription Describe(const std::string& table) override;
   std::string QuoteIdentifier(const std::string& name) const override;
+  std::string System() const override { return std::string(connection_->Dialect().system); }
   std::string Catalog() override;
   void SelectCatalog(const std::string& name) override;
   void Timeout(std::chrono::seconds limit) override;

@@ -86,6 +86,7 @@ class FaultyDriver : public Driver {
       return inner_->Describe(table);
     }
     std::string QuoteIdentifier(const std::string& name) const override { return inner_->QuoteIdentifier(name); }
+    std::string System() const override { return inner_->System(); }
     std::string Catalog() override {
       owner_.Count("Catalog");
       return inner_->Catalog();

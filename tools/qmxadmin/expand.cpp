@@ -10,6 +10,7 @@
 
 #include "calendar/clsCalender.h"
 #include "platform/database.h"
+#include "platform/odbc/driver.h"
 #include "platform/sqlite/driver.h"
 #include "tools/qmxadmin/commands.h"
 
@@ -46,7 +47,8 @@ void Report(const std::vector<std::string>& inUse, std::map<std::string, std::in
 
 AdminStatus Expand(const Options& options) {
   SqliteDriver sqlite;
-  Database database({&sqlite});
+  OdbcDriver odbc;
+  Database database({&sqlite, &odbc});
   const auto connection = database.CreateConnection("ADODB.Connection");
   connection->Open(options.connection, "", "");
   if (options.database.find_first_not_of(' ') != std::string::npos) connection->defaultdatabase(options.database);

@@ -8,6 +8,7 @@
 #include "platform/database.h"
 #include "platform/error.h"
 #include "platform/names.h"
+#include "platform/odbc/driver.h"
 #include "platform/sqlite/driver.h"
 #include "schema/dialect.h"
 #include "tools/qmxadmin/commands.h"
@@ -22,17 +23,13 @@ struct Options {
   bool print = false;
 };
 
-// Nothing for a database system whose tables cannot be made from here.
-const Dialect* DialectFor(const ConnectionText& text) {
-  return SameName(text.Get("Provider").value_or(""), "SQLite") ? &SqliteDialect() : nullptr;
+const Dialect& RequireDialect(const std::string& system) {
+  if (const Dialect* dialect = DialectOfSystem(system)) return *dialect;
+  throw Error(errors::kInvalidCall, "qmxadmin",
+              "The tables can be made in SQLite, PostgreSQL and MariaDB, not in \"" + system + "\".");
 }
 
-const Dialect& RequireDialect(const ConnectionText& text) {
-  if (const Dialect* dialect = DialectFor(text)) return *dialect;
-  throw Error(errors::kInvalidCall, "qmxadmin",
-              "The connection text must be of the form " + SqliteDriver().Form() + ".")
-      .With("connection text", text.Masked());
-}
+bool IsEmbedded(const ConnectionText& text) { return SameName(text.Get("Provider").value_or(""), "SQLite"); }
 
 void Print(const Dialect& dialect) {
   for (const LocalTable& table : LocalTables()) {
@@ -67,16 +64,21 @@ bool Provide(Connection& connection, const Dialect& dialect, const LocalTable& t
 
 AdminStatus Init(const Options& options) {
   ConnectionText text(options.connection);
-  const Dialect& dialect = RequireDialect(text);
+  if (options.print && IsEmbedded(text)) {
+    Print(SqliteDialect());
+    return AdminStatus::Done;
+  }
+  // Whoever asks for tables wants the file that they are in.
+  if (IsEmbedded(text) && !text.Get("Mode")) text = text.With("Mode", "Create");
+  SqliteDriver sqlite;
+  OdbcDriver odbc;
+  Connection connection({&sqlite, &odbc}, nullptr);
+  connection.Open(text.Text(), "", "");
+  const Dialect& dialect = RequireDialect(connection.System());
   if (options.print) {
     Print(dialect);
     return AdminStatus::Done;
   }
-  // Whoever asks for tables wants the file that they are in.
-  if (!text.Get("Mode")) text = text.With("Mode", "Create");
-  SqliteDriver sqlite;
-  Connection connection({&sqlite}, nullptr);
-  connection.Open(text.Text(), "", "");
   if (options.database.find_first_not_of(' ') != std::string::npos) connection.defaultdatabase(options.database);
   bool asItShouldBe = true;
   for (const LocalTable& table : LocalTables()) asItShouldBe &= Provide(connection, dialect, table);
@@ -96,7 +98,8 @@ void AddInit(CLI::App& program, AdminStatus& status) {
                    "file is made")
       ->required();
   init->add_option("DATABASE", options->database, "Default database; \"\" for the connection's own")->required();
-  init->add_flag("--print", options->print, "Show the statements and touch no database");
+  init->add_flag("--print", options->print,
+                 "Show the statements and make nothing; a server is asked which system it is");
   init->callback([options, &status] { status = Init(*options); });
 }
 
