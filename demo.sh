@@ -78,7 +78,7 @@ results
 step "One employee's calendar on request, and the expansion of the calendars"
 employee=$(echo "select emno from tsmdm140 where ccal <> '' order by emno limit 1" | local_sql)
 run "tcccp030=$employee=E"
-tail -n 1 demo/messages.txt
+tail -n 2 demo/messages.txt
 "$bin/qmxadmin" expand "$connection" local
 
 step "The working week of employee $employee (tscalender)"
