@@ -78,34 +78,41 @@ void clsDataCopy::SetAuditParameter(const Object& parameter, const char* field, 
 
 void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& selectKey, const KeyCondition& deleteKey,
                                     Text tableCode, const ChangeMapper& setFields) {
-  while (audit.reader.Call(kHasMoreElements).ToBoolean()) {
-    const Variant entry = audit.reader.Call(kNextElement);
-    const Variant tuple = entry.ToObject().Call(kGetTuple);
-    const Object current = audit.reader.Call(kGetCurrentObject, tuple).ToObject();
+  const std::string select = "select * from " + tableCode;
+  const std::string remove = "DELETE FROM " + tableCode;
+  std::string key;  // of the entry at hand, for the report of a failure
+  try {
+    while (audit.reader.Call(kHasMoreElements).ToBoolean()) {
+      key.clear();
+      const Variant entry = audit.reader.Call(kNextElement);
+      const Variant tuple = entry.ToObject().Call(kGetTuple);
+      const Object current = audit.reader.Call(kGetCurrentObject, tuple).ToObject();
 
-    if (audit.status.Call(kIsDeleted, entry).ToBoolean()) {
-      LocalConnection->Execute(StatementOnKey("DELETE FROM " + tableCode, deleteKey, current));
-      Increment(DeleteCount);
-      continue;
-    }
-    const bool updated = audit.status.Call(kIsUpdated, entry).ToBoolean();
-    const bool inserted = audit.status.Call(kIsInserted, entry).ToBoolean();
-    if (!updated && !inserted) continue;
+      if (audit.status.Call(kIsDeleted, entry).ToBoolean()) {
+        const SqlText removal = StatementOnKey(remove, deleteKey, current);
+        key = removal.Text().substr(remove.size() + 1);
+        LocalConnection->Execute(removal);
+        Increment(DeleteCount);
+        continue;
+      }
+      const bool updated = audit.status.Call(kIsUpdated, entry).ToBoolean();
+      const bool inserted = audit.status.Call(kIsInserted, entry).ToBoolean();
+      if (!updated && !inserted) continue;
 
-    const SqlText query = StatementOnKey("select * from " + tableCode, selectKey, current);
-    LocalRecordSet->Open(query, *LocalConnection, kCursorKeyset, kLockOptimistic, kCommandText);
-    const bool isNew = LocalRecordSet->BOF();
-    Increment(isNew ? InsertCount : UpdateCount);
-    if (isNew) LocalRecordSet->AddNew();
-    try {
+      const SqlText query = StatementOnKey(select, selectKey, current);
+      key = query.Text().substr(select.size() + 1);
+      LocalRecordSet->Open(query, *LocalConnection, kCursorKeyset, kLockOptimistic, kCommandText);
+      const bool isNew = LocalRecordSet->BOF();
+      Increment(isNew ? InsertCount : UpdateCount);
+      if (isNew) LocalRecordSet->AddNew();
       setFields({*LocalRecordSet, current, audit.manager, isNew});
-    } catch (Error& error) {
-      const std::string& text = query.Text();
-      error.With("table", tableCode).With("key", text.substr(text.find("where ") + 6));
-      throw;
+      LocalRecordSet->Update();
+      LocalRecordSet->Close();
     }
-    LocalRecordSet->Update();
-    LocalRecordSet->Close();
+  } catch (Error& error) {
+    error.With("table", tableCode);
+    if (!key.empty()) error.With("key", key);
+    throw;
   }
 }
 

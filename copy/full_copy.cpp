@@ -18,7 +18,8 @@ std::string DescribeRecord(Recordset& row, const std::vector<Column>& key, std::
   for (const Column& column : key) {
     const Variant value = row.Fields(column).Value();
     if (value.IsEmpty() || value.IsNull()) break;  // not assigned yet
-    text += (text.empty() ? "" : ", ") + std::string(column.Name()) + "=" + value.ToText();
+    const std::string shown = value.IfText() ? "'" + value.ToText() + "'" : value.ToText();
+    text += (text.empty() ? "" : ", ") + std::string(column.Name()) + "=" + shown;
   }
   return text.empty() ? "of the listing's record " + std::to_string(std::int64_t{recordsBefore} + 1) : text;
 }

@@ -210,7 +210,7 @@ TEST_F(FailingChangedCopy, LeavesTheRecordSetOpenAndTheHalfFilledRowUnsaved) {
   EXPECT_EQ(rig.inside.LocalRecordSet().State(), kStateOpen);
   EXPECT_THAT(Rows(), IsEmpty());
   EXPECT_THAT(DescribeChain(error),
-              HasSubstr("[member: getServiceProcedure; column: prod; table: tsmdm030; key: cstp='A']"));
+              HasSubstr("[member: getServiceProcedure; column: prod; table: tsmdm030; key: where cstp='A']"));
 }
 
 TEST_F(FailingChangedCopy, IsToleratedByTheDriverWithItsRecordSetOpen) {

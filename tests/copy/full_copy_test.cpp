@@ -166,7 +166,7 @@ TEST_F(FailingFullCopy, KeepsTheRowsThatWereAddedAndNotTheHalfFilledOne) {
   EXPECT_EQ(rig.inside.InsertCount(), 2);
   EXPECT_THAT(DescribeChain(error),
               HasSubstr("because of error 500, Orvan: The link was lost. "
-                        "[column: prod; member: getServiceProcedure; table: tsmdm030; key: cstp=C]"));
+                        "[column: prod; member: getServiceProcedure; table: tsmdm030; key: cstp='C']"));
   EXPECT_THAT(rig.calls.StartingWith({"rs1.Cancel", "rs1.Close", "manager.Close"}),
               ElementsAre("rs1.CancelUpdate", "rs1.Close", "manager.Close()"));
 }

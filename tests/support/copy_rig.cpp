@@ -55,18 +55,20 @@ std::string CopyRig::CopyLog(const std::string& tableCode) const {
   return text == files.texts.end() ? "" : text->second;
 }
 
-void CopyRig::Sql(const std::string& statement) {
-  const auto connection = quietDatabase_.CreateConnection("ADODB.Connection");
-  connection->Open(ConnectionText(), "", "");
-  connection->Execute(statement);
-  connection->Close();
+Connection& CopyRig::QuietConnection() {
+  if (!quietConnection_) {
+    quietConnection_ = quietDatabase_.CreateConnection("ADODB.Connection");
+    quietConnection_->Open(ConnectionText(), "", "");
+  }
+  return *quietConnection_;
 }
 
+void CopyRig::Sql(const std::string& statement) { QuietConnection().Execute(statement); }
+
 std::vector<std::string> CopyRig::Rows(const std::string& table, const std::vector<std::string>& columns) {
-  const auto connection = quietDatabase_.CreateConnection("ADODB.Connection");
-  connection->Open(ConnectionText(), "", "");
   const auto rows = quietDatabase_.CreateRecordset("ADODB.Recordset");
-  rows->Open("select * from " + table + " order by 1, 2", *connection, kCursorKeyset, kLockOptimistic, kCommandText);
+  rows->Open("select * from " + table + " order by 1, 2", QuietConnection(), kCursorKeyset, kLockOptimistic,
+             kCommandText);
   std::vector<std::string> found;
   for (; !rows->Eof(); rows->MoveNext()) {
     std::string line;

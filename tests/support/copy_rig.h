@@ -84,7 +84,7 @@ class CopyRig {
   std::string Lutm(const std::string& tableCode);
   std::string InUse(const std::string& tableCode);
 
-  TempFolder folder;
+  TempFolder folder{TempFolder::Place::InMemory};
   CallLog calls;
   FakeClock clock;
   MemoryFiles files{calls};
@@ -99,6 +99,8 @@ class CopyRig {
   RecordingObserver observer_{calls};
   Database database_;
   Database quietDatabase_;
+  std::unique_ptr<Connection> quietConnection_;
+  Connection& QuietConnection();
 
  public:
   Platform platform;

@@ -42,7 +42,8 @@ Variant ScriptedObject::Invoke(const Member& member, Arguments arguments) {
   std::string line = name_ + '.' + name + '(';
   for (std::size_t i = 0; i < arguments.size(); ++i) line += (i ? ", " : "") + ShowArgument(arguments[i]);
   calls_.Count(line + ')');
-  const auto entry = members_.find(name);
+  auto entry = members_.find(name);
+  if (entry == members_.end()) entry = members_.find(kAnyOther);
   if (entry == members_.end()) {
     throw Error(errors::kNoSuchMember, name_, "There is no member " + name + ".").With("member", name);
   }

@@ -67,7 +67,9 @@ struct GetterValue {
   Variant value;
   std::optional<Error> failure;
 };
+// By the getter's name; what stands under kAnyOther is given by every getter that is not named.
 using Getters = std::map<std::string, GetterValue>;
+inline constexpr const char* kAnyOther = "*";
 
 // What the audit reader tells of one record.
 struct AuditEntry {
@@ -112,7 +114,9 @@ class ScriptedErp : public Components {
 
   // Further components.
   void Serves(const std::string& progId, std::function<Object()> make) { makers_[progId] = std::move(make); }
-  std::shared_ptr<ScriptedObject> Make(const std::string& name) { return std::make_shared<ScriptedObject>(calls, name); }
+  std::shared_ptr<ScriptedObject> Make(const std::string& name) {
+    return std::make_shared<ScriptedObject>(calls, name);
+  }
 
   Object CreateObject(std::string_view progId) override;
 

@@ -7,8 +7,11 @@
 
 namespace qmx::test {
 
-TempFolder::TempFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "qmx-test-XXXXXX").string();
+TempFolder::TempFolder(Place place) {
+  const std::filesystem::path memory = "/dev/shm";
+  const bool inMemory = place == Place::InMemory && std::filesystem::is_directory(memory);
+  const std::filesystem::path parent = inMemory ? memory : std::filesystem::temp_directory_path();
+  std::string name = (parent / "qmx-test-XXXXXX").string();
   if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder: " + name);
   path_ = name;
 }

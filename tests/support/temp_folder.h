@@ -1,4 +1,5 @@
-// A folder of the test's own, removed with everything in it.
+// A folder of the test's own, removed with everything in it. In memory where the machine has a file system there: for
+// tests that make hundreds of databases.
 #pragma once
 
 #include <filesystem>
@@ -8,7 +9,8 @@ namespace qmx::test {
 
 class TempFolder {
  public:
-  TempFolder();
+  enum class Place { OnDisk, InMemory };
+  explicit TempFolder(Place place = Place::OnDisk);
   ~TempFolder();
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;

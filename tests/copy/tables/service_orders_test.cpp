@@ -184,7 +184,7 @@ TEST(ServiceOrders, FailOnADateThatIsNoObject) {
   ASSERT_EQ(rig.failures.chains.size(), 1u);
   EXPECT_THAT(rig.failures.chains[0], HasSubstr("because of error 91"));
   EXPECT_THAT(rig.failures.chains[0], HasSubstr("column: ordt"));
-  EXPECT_THAT(rig.failures.chains[0], HasSubstr("key: orno=SO1"));
+  EXPECT_THAT(rig.failures.chains[0], HasSubstr("key: orno='SO1'"));
 }
 
 TEST(ServiceOrders, FailWithTheirTexts) {

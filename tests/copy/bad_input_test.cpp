@@ -1,0 +1,177 @@
+// Bad input from the ERP: every one ends in the copy's failure path, its texts unchanged, and the chain of causes names
+// the table, the column or member, and the key.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/copy/service_type.h"
+#include "tests/support/copy_rig.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr const char* kAreas = "tsmdm105";
+constexpr const char* kAreasManager = "ServiceAreas.ServiceAreasManager";
+
+Getters ServiceArea(const std::string& code, Variant distance) {
+  return {{"getServiceArea", code}, {"getAverageTravelingDistance", distance}, {kAnyOther, "7"}};
+}
+
+// The chain of the one failure that a run reported.
+std::string Chain(const CopyRig& rig) {
+  return rig.failures.chains.size() == 1 ? rig.failures.chains[0]
+                                         : std::to_string(rig.failures.chains.size()) + " failures";
+}
+
+TEST(BadInput, InAFullCopyMayHoldAQuoteInAKey) {
+  CopyRig rig;
+  rig.erp.Lists(kServiceTypesManager, {ServiceType("O'NEIL", "it's")});
+  rig.Run("tsmdm030");
+  EXPECT_THAT(rig.Rows("tsmdm030", {"cstp", "dsca"}), ElementsAre("\"O'NEIL\", \"it's\""));
+}
+
+TEST(BadInput, InAChangedCopyFailsOnAQuoteInAKey) {
+  CopyRig rig;
+  rig.ControlRecord("tsmdm030", 2, "2026-11-19");
+  rig.erp.Lists(kServiceTypesManager, {});
+  rig.erp.Audits(kServiceTypesRecord, {Updated(ServiceType("O'NEIL"))});
+  rig.Run("tsmdm030");
+  EXPECT_THAT(
+      Chain(rig),
+      AllOf(StartsWith("error -2147217800, Copy Service Types - Only Changed:  Copy of Service Types from Orvan "
+                       "to Local DB failed\n"),
+            HasSubstr("table: tsmdm030"), HasSubstr("key: where cstp='O'NEIL'")));
+}
+
+TEST(BadInput, OfATextInANumberColumnFailsTheFullCopy) {
+  CopyRig rig;
+  rig.erp.Lists(kAreasManager, {ServiceArea("A1", 1.5), ServiceArea("A2", "far")});
+  rig.Run(kAreas);
+  EXPECT_THAT(Chain(rig),
+              AllOf(StartsWith("error 113, Copy Service Areas:  Copy of Service Areas from Orvan to Local DB failed\n"),
+                    HasSubstr("table: tsmdm105"), HasSubstr("column: dist"), HasSubstr("key: csar='A2'"),
+                    HasSubstr("member: getAverageTravelingDistance")));
+  EXPECT_THAT(rig.Rows(kAreas, {"csar", "dist"}), ElementsAre("\"A1\", 1.5"));
+}
+
+TEST(BadInput, OfATextInANumberColumnFailsTheChangedCopyAndKeepsTheRow) {
+  CopyRig rig;
+  rig.ControlRecord(kAreas, 2, "2026-11-19");
+  rig.Sql("insert into tsmdm105 (csar, dsca, dist) values ('A1', 'kept', 1.5)");
+  rig.erp.Lists(kAreasManager, {});
+  rig.erp.Audits("ServiceAreas.ServiceAreas", {Updated(ServiceArea("A1", "far"))});
+  rig.Run(kAreas);
+  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error 113, Copy Service Areas: "), HasSubstr("table: tsmdm105"),
+                                HasSubstr("column: dist"), HasSubstr("A1")));
+  EXPECT_THAT(rig.Rows(kAreas, {"csar", "dsca", "dist"}), ElementsAre("\"A1\", \"kept\", 1.5"));
+  EXPECT_EQ(rig.Lutm(kAreas), "2026-11-19");
+}
+
+TEST(BadInput, OfANumberThatCannotBeRoundedNamesItsColumn) {
+  CopyRig rig;
+  rig.erp.Lists("ResponseTimes.ResponseTimesManager",
+                {{{"getResponseTime", "R1"}, {"getReactionPeriod", "soon"}, {kAnyOther, "7"}}});
+  rig.Run("tsclm020");
+  EXPECT_THAT(Chain(rig), AllOf(HasSubstr("because of error 13"), HasSubstr("column: rctt"),
+                                HasSubstr("table: tsclm020"), HasSubstr("key: crtc='R1'")));
+}
+
+TEST(BadInput, OfATextThatTheDatabaseFindsTooLongFailsWhereTheRowIsSaved) {
+  CopyRig rig;
+  rig.Sql("drop table tsmdm030");
+  rig.Sql(
+      "create table tsmdm030 (cstp varchar(10) primary key, dsca varchar(5) check (length(dsca) <= 5), "
+      "prod varchar(10), ract varchar(10))");
+  rig.erp.Lists(kServiceTypesManager, {ServiceType("A", "short"), ServiceType("B", "too long"), ServiceType("C")});
+  rig.Run("tsmdm030");
+  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error -2147217773, Copy Service Types: "), HasSubstr("table: tsmdm030"),
+                                HasSubstr("dsca"), HasSubstr("key: cstp='B'")));
+  EXPECT_THAT(rig.Rows("tsmdm030", {"cstp"}), ElementsAre("\"A\""));
+}
+
+TEST(BadInput, OfAKeyThatIsListedTwiceFailsWhereTheSecondRowIsSaved) {
+  CopyRig rig;
+  rig.erp.Lists(kServiceTypesManager, {ServiceType("A", "first"), ServiceType("A", "second")});
+  rig.Run("tsmdm030");
+  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error -2147217773, Copy Service Types: "), HasSubstr("table: tsmdm030"),
+                                HasSubstr("key: cstp='A'")));
+  EXPECT_THAT(rig.Rows("tsmdm030", {"cstp", "dsca"}), ElementsAre("\"A\", \"first\""));
+}
+
+TEST(BadInput, OfAnObjectWithoutTheGetterNamesTheMember) {
+  CopyRig rig;
+  Getters record = ServiceType("A");
+  record.erase("getavailabilityType");
+  rig.erp.Lists(kServiceTypesManager, {record});
+  rig.Run("tsmdm030");
+  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error 538, Copy Service Types: "), HasSubstr("member: getavailabilityType"),
+                                HasSubstr("column: ract"), HasSubstr("table: tsmdm030"), HasSubstr("key: cstp='A'")));
+}
+
+TEST(BadInput, OfARecordThatIsNoObjectFails) {
+  CopyRig rig;
+  rig.erp.Serves(kServiceTypesManager, [&] {
+    const auto manager = rig.erp.Make("manager");
+    const auto listing = rig.erp.Make("listing");
+    listing->Gives("hasMoreElements", true).Gives("nextElement", Variant());
+    manager->Takes("initialize", 1).Takes("Close", 0);
+    manager->On("List", 2, [listing](auto) { return Variant(Object(listing)); });
+    return Object(manager);
+  });
+  rig.Run("tsmdm030");
+  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error 191, Copy Service Types: "), HasSubstr("member: getServiceType"),
+                                HasSubstr("table: tsmdm030"), HasSubstr("key: of the listing's record 1")));
+}
+
+TEST(BadInput, OfAGetterThatRaisesFailsTheReReadingToo) {
+  CopyRig rig;
+  rig.ControlRecord("tsmdm140", 2, "2026-11-19");
+  rig.erp.Lists("ServiceEmployees.ServiceEmployeesManager",
+                {{{"getServiceEmployeeName", Error(900, "Orvan", "No right to read names.")}, {kAnyOther, "7"}}});
+  rig.erp.Audits("ServiceEmployees.ServiceEmployees", {Updated({{kAnyOther, "7"}})});
+  rig.Run("tsmdm140");
+  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error 1000, Copy Service Employees: "),
+                                HasSubstr("because of error 900, Orvan: No right to read names. [column: dsca; member: "
+                                          "getServiceEmployeeName; table: tsmdm140; key: where emno='7']")));
+}
+
+TEST(BadInput, OfAnAuditReaderThatRaisesHalfwayKeepsWhatWasApplied) {
+  CopyRig rig;
+  rig.ControlRecord("tsmdm030", 2, "2026-11-19");
+  rig.erp.Lists(kServiceTypesManager, {});
+  rig.erp.Audits(kServiceTypesRecord, {Inserted(ServiceType("A"))});
+  rig.erp.auditFailure = Error(300, "Audit", "The trail is broken.");
+  rig.Run("tsmdm030");
+  EXPECT_THAT(
+      Chain(rig),
+      AllOf(StartsWith("error 400, Copy Service Types - Only Changed: "),
+            HasSubstr("because of error 300, Audit: The trail is broken. [table: tsmdm030; key: where cstp='A']")));
+  EXPECT_EQ(rig.Rows("tsmdm030", {"cstp"}).size(), 1u);
+  EXPECT_EQ(rig.Lutm("tsmdm030"), "2026-11-19");
+}
+
+TEST(BadInput, OfALocalTableThatLacksAColumnNamesIt) {
+  CopyRig rig;
+  rig.Sql("alter table tsmdm030 drop column prod");
+  rig.Sql("insert into tsmdm030 (cstp) values ('OLD')");
+  rig.erp.Lists(kServiceTypesManager, {ServiceType("A")});
+  rig.Run("tsmdm030");
+  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error 3365, Copy Service Types: "), HasSubstr("column: prod"),
+                                HasSubstr("table: tsmdm030"), HasSubstr("member: getServiceProcedure")));
+}
+
+TEST(BadInput, OfATableCodeWithAQuoteFailsWithoutTouchingOtherRecords) {
+  CopyRig rig;
+  rig.ControlRecord("tsmdm030", 1, "2026-11-19");
+  EXPECT_THROW(rig.Run("' or 'x"), Error);
+  EXPECT_THAT(rig.Rows("tstables", {"TableName", "in_use", "lutm"}), ElementsAre("\"tsmdm030\", 0, 2026-11-19"));
+  EXPECT_THAT(rig.CopyLog("' or 'x"), HasSubstr("\"Data Copy In Progress\",\"Checking of whether Data Copy is in "
+                                                "Progress for table ' or 'x Failed\""));
+}
+
+}  // namespace
+}  // namespace qmx::test
