@@ -149,7 +149,7 @@ TEST(CalendarsInFull, KeepWhatWasAddedWhenARecordFails) {
   ASSERT_EQ(rig.failures.chains.size(), 1u);
   EXPECT_THAT(rig.failures.chains[0],
               testing::StartsWith("error 600, Copy Calenders:  Copy of Calenders from Orvan to Local DB failed"));
-  EXPECT_THAT(rig.failures.chains[0], testing::HasSubstr("key: ccal=DAY, ract=WRK, stdt=2026-11-21, sttm=800"));
+  EXPECT_THAT(rig.failures.chains[0], testing::HasSubstr("key: ccal='DAY', ract='WRK', stdt=2026-11-21, sttm=800"));
   EXPECT_THAT(rig.CopyLog(kCalendars),
               testing::HasSubstr("\"Copy Calenders\",\" Copy of Calenders from Orvan to Local DB failed\""));
 }
