@@ -244,10 +244,17 @@ void clsDataCopy::AddCalendarRecords(const Object& records) {
 void clsDataCopy::SetCalendarFields(Recordset& row, const Object& record) {
   SetFields(kFields, row, record);
   const std::int32_t startTime = row.Fields(kStartTime).Value().ToInt32();
-  const std::int32_t endTime = row.Fields(kEndTime).Value().ToInt32();
   row.Fields(kStartMoment) = Moment(row.Fields(kStartDate).Value(), startTime);
-  row.Fields(kFinishMoment) = Moment(row.Fields(kEndDate).Value(), endTime);
-  row.Fields(kDuration) = DurationText(startTime, endTime);
+  const Variant endDate = row.Fields(kEndDate).Value();
+  const Variant endTime = row.Fields(kEndTime).Value();
+  if (endDate.IsNull() || endTime.IsNull()) {
+    // The audit reader has but the key of a record that was deleted after its change; the deletion is told of later.
+    row.Fields(kFinishMoment) = Variant::Null();
+    row.Fields(kDuration) = Variant::Null();
+    return;
+  }
+  row.Fields(kFinishMoment) = Moment(endDate, endTime.ToInt32());
+  row.Fields(kDuration) = DurationText(startTime, endTime.ToInt32());
 }
 
 }  // namespace qmx
