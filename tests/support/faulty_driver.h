@@ -2,10 +2,11 @@
 //
 // A failing operation does nothing but raise; those after it work again, unless everything is to fail from there on, as
 // when a server is gone. Quiet operations (Columns, RowsAffected, QuoteIdentifier, Reset, destruction) cannot fail and
-// are not counted.
+// are not counted. A test may also be told of every operation before it is done.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -26,6 +27,8 @@ class FaultyDriver : public Driver {
   bool HasFailed() const { return hasFailed_; }
   void Restart() { record_.clear(), hasFailed_ = false; }
 
+  std::function<void(const std::string& operation)> before;
+
   const std::vector<std::string>& Record() const { return record_; }  // "Prepare select ...", "Step", ...
   std::int64_t CountOf(const std::string& beginning) const {
     std::int64_t count = 0;
@@ -42,6 +45,7 @@ class FaultyDriver : public Driver {
 
  private:
   void Count(std::string operation) {
+    if (before) before(operation);
     record_.push_back(std::move(operation));
     const std::int64_t number = Operations();
     if (number != failAt_ && (failFrom_ == 0 || number < failFrom_)) return;

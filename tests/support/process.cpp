@@ -4,10 +4,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <stdexcept>
-
-#include "tests/support/temp_folder.h"
 
 namespace qmx::test {
 namespace {
@@ -28,21 +27,51 @@ namespace {
 
 }  // namespace
 
-Process Run(const std::string& program, const std::vector<std::string>& arguments,
-            const std::map<std::string, std::string>& environment, const std::string& folder) {
-  const TempFolder output;
+RunningProcess::RunningProcess(const std::string& program, const std::vector<std::string>& arguments,
+                               const std::map<std::string, std::string>& environment, const std::string& folder)
+    : program_(program) {
   std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> argv;
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
 
-  const pid_t child = fork();
-  if (child == 0) Become(argv.data(), environment, folder, output / "out", output / "err");
-  int state = 0;
-  if (child < 0 || waitpid(child, &state, 0) != child) throw std::runtime_error("cannot run " + program);
-  return {WIFEXITED(state) ? WEXITSTATUS(state) : 128 + WTERMSIG(state), ReadFile(output / "out"),
-          ReadFile(output / "err")};
+  child_ = fork();
+  if (child_ == 0) Become(argv.data(), environment, folder, output_ / "out", output_ / "err");
+  if (child_ < 0) throw std::runtime_error("cannot run " + program);
+}
+
+RunningProcess::~RunningProcess() {
+  if (hasEnded_) return;
+  kill(child_, SIGKILL);
+  waitpid(child_, nullptr, 0);
+}
+
+bool RunningProcess::HasEnded() {
+  Reap(WNOHANG);
+  return hasEnded_;
+}
+
+void RunningProcess::Signal(int signal) {
+  if (hasEnded_ || kill(child_, signal) != 0) throw std::runtime_error(program_ + " runs no more");
+}
+
+Process RunningProcess::Wait() {
+  Reap(0);
+  return {WIFEXITED(state_) ? WEXITSTATUS(state_) : 128 + WTERMSIG(state_), ReadFile(output_ / "out"),
+          ReadFile(output_ / "err")};
+}
+
+void RunningProcess::Reap(int options) {
+  if (hasEnded_) return;
+  const pid_t reaped = waitpid(child_, &state_, options);
+  if (reaped < 0) throw std::runtime_error("cannot wait for " + program_);
+  hasEnded_ = reaped == child_;
+}
+
+Process Run(const std::string& program, const std::vector<std::string>& arguments,
+            const std::map<std::string, std::string>& environment, const std::string& folder) {
+  return RunningProcess(program, arguments, environment, folder).Wait();
 }
 
 }  // namespace qmx::test

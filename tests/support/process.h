@@ -1,9 +1,13 @@
-// A program run to its end: its exit status and what it wrote.
+// Programs run as processes: their exit status and what they wrote.
 #pragma once
+
+#include <sys/types.h>
 
 #include <map>
 #include <string>
 #include <vector>
+
+#include "tests/support/temp_folder.h"
 
 namespace qmx::test {
 
@@ -13,7 +17,31 @@ struct Process {
   std::string err;
 };
 
-// In the given folder, with the test's own environment and these variables on top; standard input is empty.
+// A program that runs beside the test, in the given folder, with the test's own environment and these variables on top;
+// standard input is empty. It is killed when this object goes before its end was waited for.
+class RunningProcess {
+ public:
+  RunningProcess(const std::string& program, const std::vector<std::string>& arguments,
+                 const std::map<std::string, std::string>& environment = {}, const std::string& folder = ".");
+  ~RunningProcess();
+  RunningProcess(const RunningProcess&) = delete;
+  RunningProcess& operator=(const RunningProcess&) = delete;
+
+  bool HasEnded();
+  void Signal(int signal);  // not after its end
+  Process Wait();
+
+ private:
+  void Reap(int options);
+
+  std::string program_;
+  TempFolder output_;
+  pid_t child_;
+  bool hasEnded_ = false;
+  int state_ = 0;
+};
+
+// To its end.
 Process Run(const std::string& program, const std::vector<std::string>& arguments,
             const std::map<std::string, std::string>& environment = {}, const std::string& folder = ".");
 
