@@ -1,0 +1,137 @@
+// Several runs at once on one local database: of different tables, and of the same.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+
+#include "tests/support/faulty_driver.h"
+#include "tests/whole/copy_process.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class SimultaneousCopies : public testing::Test {
+ protected:
+  int CopiesInProgress() { return std::stoi(local_.Value("select count(*) from tstables where in_use = 1")); }
+  Rows Fresh(const std::string& table) {
+    LocalCopy fresh(company_, clock_);
+    fresh.Copy(table);
+    return fresh.RowsOf(table);
+  }
+
+  FakeClock clock_{At(20, 14, 5, 9)};
+  Company company_{{{"orders", 400},
+                    {"addresses", 600},
+                    {"configurations", 200},
+                    {"employees", 150},
+                    {"service-types", 300},
+                    {"areas", 300}}};
+  LocalCopy local_{company_, clock_};
+  CopyProcesses program_{company_, local_};
+};
+
+TEST_F(SimultaneousCopies, OfTenTablesIntoOneFileAllSucceedWhileAReaderReads) {
+  const std::vector<std::string> tables = {"tsmdm030", "tsmdm105", "tsmdm135", "tsmdm140", "tccom130",
+                                           "tscfg220", "tscfg200", "tssoc200", "tssoc210", "tsspc200"};
+  std::vector<std::unique_ptr<RunningProcess>> runs;
+  for (const std::string& table : tables) runs.push_back(program_.Start(table));
+
+  int mostInProgress = 0;
+  const auto haveEnded = [&] { return std::ranges::all_of(runs, [](const auto& run) { return run->HasEnded(); }); };
+  WaitUntil("ten copies have ended", [&] {
+    mostInProgress = std::max(mostInProgress, CopiesInProgress());
+    local_.Value("select count(*) from tssoc200 where stna <> ''");
+    return haveEnded();
+  });
+  EXPECT_GE(mostInProgress, 2) << "the copies did not meet";
+
+  auto run = runs.begin();
+  for (const std::string& table : tables) {
+    const Process ended = (*run++)->Wait();
+    EXPECT_EQ(ended.status, 0) << table << ": " << ended.err;
+    EXPECT_EQ(ended.err, "") << table;
+    EXPECT_THAT(Differences(table, local_.RowsOf(table), Fresh(table)), IsEmpty());
+  }
+  EXPECT_EQ(local_.Value("select count(*) from tstables where in_use = 0 and lutm is not null"), "10");
+  EXPECT_EQ(local_.Value("pragma integrity_check"), "ok");
+}
+
+TEST_F(SimultaneousCopies, OfOneTableAreRefusedButForTheFirst) {
+  const auto first = program_.Start("tssoc200");
+  WaitUntil("the first has rows", [&] { return local_.Value("select count(*) from tssoc200") != "0"; });
+  first->Signal(SIGSTOP);
+  const Process second = program_.Run("tssoc200");
+  EXPECT_EQ(second.status, 3) << second.err;
+  EXPECT_EQ(CopiesInProgress(), 1);
+
+  first->Signal(SIGCONT);
+  const Process ended = first->Wait();
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_EQ(CopiesInProgress(), 0);
+  EXPECT_THAT(Differences("tssoc200", local_.RowsOf("tssoc200"), Fresh("tssoc200")), IsEmpty());
+}
+
+// The check of the flag and its setting are two steps. What follows starts a second run between two operations of the
+// first, which goes on when the second has ended.
+class SecondRunWithinTheFirst : public SimultaneousCopies {
+ protected:
+  // Before the nth operation of the first run that begins so.
+  void Run(const std::string& operation, int nth) {
+    SqliteDriver sqlite;
+    FaultyDriver first(sqlite);
+    first.before = [&](const std::string& next) {
+      if (!next.starts_with(operation) || --nth != 0) return;
+      inProgressBefore_ = CopiesInProgress();
+      secondEnd_ = EndOf(sqlite);
+    };
+    firstEnd_ = EndOf(first);
+  }
+
+  int inProgressBefore_ = -1;
+  std::string firstEnd_, secondEnd_ = "never began";
+
+ private:
+  std::string EndOf(Driver& driver) {
+    try {
+      local_.Copy("tsmdm030", driver);
+    } catch (const std::runtime_error& end) {
+      return end.what();
+    }
+    return "complete";
+  }
+};
+
+constexpr const char* kSelectControlRecord = "Prepare select * from tstables where tablename = 'tsmdm030'";
+
+TEST_F(SecondRunWithinTheFirst, PassesTheCheckTooWhereTheFirstHasNotSetItsFlagYet) {
+  Run(kSelectControlRecord, 2);  // the first one checks, the second one sets
+  EXPECT_EQ(inProgressBefore_, 0);
+  EXPECT_EQ(secondEnd_, "complete");
+  EXPECT_EQ(firstEnd_, "complete");
+  EXPECT_THAT(Differences("tsmdm030", local_.RowsOf("tsmdm030"), Fresh("tsmdm030")), IsEmpty());
+  EXPECT_EQ(CopiesInProgress(), 0);
+}
+
+TEST_F(SecondRunWithinTheFirst, IsRefusedOnceTheFlagIsSet) {
+  Run(kSelectControlRecord, 3);  // which reads the sync method
+  EXPECT_EQ(inProgressBefore_, 1);
+  EXPECT_THAT(secondEnd_, HasSubstr("already in progress"));
+  EXPECT_EQ(firstEnd_, "complete");
+  EXPECT_EQ(CopiesInProgress(), 0);
+}
+
+TEST_F(SecondRunWithinTheFirst, MakesTheFirstFailWhereBothAddTheControlRecord) {
+  Run("Prepare insert into \"tstables\"", 1);
+  EXPECT_EQ(secondEnd_, "complete");
+  EXPECT_THAT(firstEnd_, HasSubstr("Setting Data Copy in Progress flag for table tsmdm030 Failed"));
+  EXPECT_THAT(Differences("tsmdm030", local_.RowsOf("tsmdm030"), Fresh("tsmdm030")), IsEmpty());
+  EXPECT_EQ(CopiesInProgress(), 0);
+}
+
+}  // namespace
+}  // namespace qmx::test
