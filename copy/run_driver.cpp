@@ -1,11 +1,12 @@
 // The run: guard the table, copy it, release it, tell how it went.
-#include <algorithm>
 #include <utility>
 
 #include "copy/clsDataCopy.h"
 #include "copy/split.h"
 #include "platform/clock.h"
 #include "platform/failure_report.h"
+#include "platform/names.h"
+#include "platform/trim.h"
 
 namespace qmx {
 namespace {
@@ -16,13 +17,6 @@ constexpr std::int16_t kFailed = -1;
 
 // A table name longer than a table code is the extended form: table code, "=", key, "=", kind.
 constexpr std::size_t kTableCodeLength = 8;
-
-std::string LowerCase(std::string text) {
-  std::ranges::transform(text, text.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
-  return text;
-}
-
-bool IsBlank(const std::string& text) { return text.find_first_not_of(' ') == std::string::npos; }
 
 }  // namespace
 
@@ -57,7 +51,7 @@ std::int16_t clsDataCopy::RunCopy(Text ConnectionString, Text LocalDataBase, Tex
     LocalConnection = platform_.database.CreateConnection("ADODB.Connection");
     LocalRecordSet = platform_.database.CreateRecordset("ADODB.Recordset");
     LocalConnection->Open(ConnectionString, "", "");
-    if (!IsBlank(LocalDataBase)) LocalConnection->defaultdatabase(LocalDataBase);
+    if (!Trimmed(LocalDataBase).empty()) LocalConnection->defaultdatabase(LocalDataBase);
     declarations_.CurrentDatabaseName = LocalConnection->defaultdatabase();
     LocalRecordSet->ActiveConnection(*LocalConnection);
 
@@ -80,12 +74,13 @@ std::int16_t clsDataCopy::RunCopy(Text ConnectionString, Text LocalDataBase, Tex
 
   try {
     ReleaseCopyInProgress(tableCode);
+    CloseConnection();
   } catch (...) {
-    // The copy itself is done, so the run counts as finished; the flag stays set until somebody resets it.
+    // The copy itself is done, so the run counts as finished; a flag that is still set stays so until it is reset.
     WriteErrorLog();
+    CloseConnection();
     platform_.failures.Report(CurrentError());
   }
-  CloseConnection();
   return kFinished;
 }
 
@@ -102,7 +97,7 @@ void clsDataCopy::CopyTable(Text tableName, Text tableCode, bool extendedForm, T
       {"tsclm020", &clsDataCopy::CopyResponseTimes},          {"tsclm024", &clsDataCopy::CopyPriorityTimeScales},
       {"tcccp001", &clsDataCopy::CopyAvailabilityTypes},      {"tccom130", &clsDataCopy::CopyAddresses},
   };
-  const std::string code = LowerCase(tableCode);
+  const std::string code = FoldName(tableCode);
   for (const auto& [table, copy] : kTables) {
     if (code == table) return (this->*copy)(tableCode, busComponent, syncMethod);
   }

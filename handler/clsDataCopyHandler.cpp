@@ -5,6 +5,8 @@
 
 #include "platform/components.h"
 #include "platform/event_log.h"
+#include "platform/names.h"
+#include "platform/trim.h"
 
 namespace qmx {
 namespace {
@@ -15,16 +17,6 @@ constexpr std::int16_t kAlreadyInProgress = 30;
 constexpr std::int16_t kComplete = 40;
 
 constexpr std::string_view kLineEnd = "\r\n";
-
-std::string TrimmedLowerCase(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  std::string name(text.substr(first, text.find_last_not_of(' ') - first + 1));
-  for (char& c : name) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return name;
-}
 
 std::string_view TableDescription(std::string_view tableName) {
   static constexpr std::pair<std::string_view, std::string_view> kDescriptions[] = {
@@ -46,7 +38,7 @@ std::string_view TableDescription(std::string_view tableName) {
       {"tcccp030", "Calendars"},
       {"tccom130", "Addresses"},
   };
-  const std::string name = TrimmedLowerCase(tableName);
+  const std::string name = FoldName(Trimmed(tableName));
   for (const auto& [table, description] : kDescriptions) {
     if (table == name) return description;
   }

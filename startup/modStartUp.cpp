@@ -10,6 +10,7 @@
 #include "platform/event_log.h"
 #include "platform/failure_report.h"
 #include "platform/text_files.h"
+#include "platform/trim.h"
 #include "platform/variant.h"
 #include "startup/frmIcon.h"
 
@@ -47,11 +48,7 @@ class CommandLine {
                     " piece(s) between commas, and none numbered " + std::to_string(piece));
   }
 
-  std::string Trimmed(Piece piece) const {
-    const std::string& text = At(piece);
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
-  }
+  std::string Trimmed(Piece piece) const { return std::string(qmx::Trimmed(At(piece))); }
 
  private:
   std::vector<std::string> pieces_;
@@ -109,10 +106,9 @@ void Main(Platform& platform, modDeclarations& declarations, std::string_view co
 void WriteStartupFailureLog(Platform& platform, const std::string& LogDirectory) {
   constexpr int kFile = 1;
   const Error failure = CurrentError();
-  const bool blank = LogDirectory.find_first_not_of(' ') == std::string::npos;
   TextFiles& files = platform.files;
   Clock& clock = platform.clock;
-  files.OpenForAppend((blank ? "C:" : LogDirectory) + "\\QMXDBSynclog.txt", kFile);
+  files.OpenForAppend((Trimmed(LogDirectory).empty() ? "C:" : LogDirectory) + "\\QMXDBSynclog.txt", kFile);
   const std::string date = clock.DateText(clock.Now());
   files.Print(kFile, "Date-Time :" + date + " : " + clock.TimeText(clock.Now()));
   files.Print(kFile, "Data Copy Failed:");

@@ -4,6 +4,7 @@
 
 #include "tests/copy/service_type.h"
 #include "tests/support/copy_rig.h"
+#include "tests/support/faulty_driver.h"
 #include "tests/support/raised.h"
 
 namespace qmx::test {
@@ -209,6 +210,79 @@ TEST(Run, LogsAFailedReleaseAndCountsAsFinished) {
   ASSERT_EQ(rig.failures.chains.size(), 1u);
   EXPECT_THAT(rig.failures.chains[0], testing::StartsWith("error -2147217865, ReleaseCopyInProgress: "));
   EXPECT_EQ(rig.calls.Count("connection.Close"), 1u);
+}
+
+// Runs an unknown table on a connection whose closing fails.
+class UnclosedRun : public testing::Test {
+ protected:
+  UnclosedRun() {
+    CopyRig whole(faulty_);
+    whole.Run("unknown1");
+    closing_ = driver_->Operations();
+    EXPECT_EQ(driver_->Record().back(), "Close");
+  }
+  void Run(CopyRig& rig) {
+    driver_->FailAt(closing_);
+    rig.Run("unknown1");
+    EXPECT_TRUE(driver_->HasFailed());
+  }
+
+  std::unique_ptr<FaultyDriver> driver_;
+  std::function<Driver&(Driver&)> faulty_ = [this](Driver& sqlite) -> Driver& {
+    driver_ = std::make_unique<FaultyDriver>(sqlite);
+    return *driver_;
+  };
+  std::int64_t closing_ = 0;
+};
+
+TEST_F(UnclosedRun, LogsTheFailureAndCountsAsFinished) {
+  CopyRig rig(faulty_);
+  Run(rig);
+  EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"unknown1\"",
+                                        "event Complete 2026-11-20 14:05:09, \"unknown1\", 0, 0, 0", "event done"));
+  EXPECT_THAT(rig.CopyLog("unknown1"), HasSubstr("was made to fail: Close\"\r\n"));
+}
+
+TEST_F(UnclosedRun, WhoseLogRefusesTheFailureLogsThatAndTriesToCloseAgain) {
+  CopyRig rig(faulty_);
+  rig.files.failOn = "Open";
+  rig.files.failsOnce = true;
+  Run(rig);
+  EXPECT_EQ(rig.Events()[1], "event Complete 2026-11-20 14:05:09, \"unknown1\", 0, 0, 0");
+  EXPECT_EQ(rig.CopyLog("unknown1"),
+            "\"Date-Time :2026-11-20 : 14:05:09\"\r\n"
+            "\"MemoryFiles\",\"Disk full\"\r\n"
+            "\"ADODB.Connection\",\"The connection is closed.\"\r\n");
+  EXPECT_EQ(rig.calls.StartingWith({"connection.Close"}).size(), 2u);
+  EXPECT_EQ(rig.InUse("unknown1"), "0");
+}
+
+TEST(Run, LogsThenReleasesThenClosesAfterAFailure) {
+  CopyRig rig;
+  rig.erp.Lists(kServiceTypesManager, {{{"getServiceType", Error(4242, "Orvan", "The record is locked.")}}});
+  rig.Run("tsmdm030");
+  const std::vector<std::string>& lines = rig.calls.Lines();
+  const auto closed = std::find(lines.begin(), lines.end(), "manager.Close()");
+  ASSERT_NE(closed, lines.end());
+  EXPECT_THAT(std::vector<std::string>(closed + 1, lines.end()),
+              ElementsAre("log \"Date-Time :2026-11-20 : 14:05:09\"",
+                          "log \"Copy Service Types\",\" Copy of Service Types from Orvan to Local DB failed\"",
+                          "rs5.Open \"select * from tstables where tablename = 'tsmdm030'\" 1 3 1", "rs5.in_use = 0",
+                          "rs5.Update", "rs5.Close", "connection.Close", Failed("tsmdm030"), "event done"));
+}
+
+TEST(Run, TellsEachEventWithTheTimeAtWhichItIsRaised) {
+  CopyRig rig;
+  rig.clock.step = 1;
+  rig.Run("unknown1");
+  EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"unknown1\"",
+                                        "event Complete 2026-11-20 14:05:10, \"unknown1\", 0, 0, 0", "event done"));
+}
+
+TEST(Run, BindsItsRecordSetToItsConnection) {
+  CopyRig rig;
+  rig.engine.StartDataCopy(rig.ConnectionText(), "", "unknown1", "C:\\log", "");
+  EXPECT_EQ(rig.inside.LocalRecordSet().ActiveConnection(), &rig.inside.LocalConnection());
 }
 
 TEST(Run, TakesAFailingStartEventForAFailureOfTheCopy) {

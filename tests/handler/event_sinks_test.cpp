@@ -192,6 +192,21 @@ TEST_F(EventSinks, PassTimeRequestAndTableByReferenceAndTextAndStatusByValue) {
   EXPECT_THAT(kinds, ElementsAre("ref 7", "value 8", "ref 7", "value 8", "ref 5", "ref 8", "value 4"));
 }
 
+TEST_F(EventSinks, PassTheTimeThatTheMessageBoxWroteBackToTheAlertBox) {
+  components_.Serves("QMXServer20.clsMessHandler", [&] {
+    const auto messages = components_.Make("messages");
+    messages->On("writeToMessageBox", 2, [](ScriptedObject::Arguments arguments) {
+      arguments[0].Write("noon");
+      return Variant();
+    });
+    messages->Takes("WriteToAlertBox", 2);
+    return Object(messages);
+  });
+  Begin();
+  handler_.MyDataCopy_DataCopyError(kTime, "tsmdm030", std::int16_t{-1}, "why");
+  EXPECT_EQ(calls_.StartingWith({"messages.WriteToAlertBox(\"noon\", "}).size(), 1U);
+}
+
 TEST_F(EventSinks, KeepTheRequestNumberThatTheServerWritesBack) {
   components_.Serves("QMXServer20.ClientRequests", [&] {
     const auto requests = components_.Make("requests");

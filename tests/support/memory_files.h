@@ -16,7 +16,8 @@ class MemoryFiles : public TextFiles {
   explicit MemoryFiles(CallLog& log) : log_(log) {}
 
   std::map<std::string, std::string> texts;  // by path as it was given
-  std::string failOn;  // "Open", "OpenForInput", "Write", "Close": that operation fails with error 61
+  std::string failOn;      // "Open", "OpenForInput", "Write", "Close": that operation fails with error 61
+  bool failsOnce = false;  // only the next time
   std::string currentDirectory = "\\home\\qmx";
   bool IsOpen() const { return open_.has_value(); }
 
@@ -67,7 +68,9 @@ class MemoryFiles : public TextFiles {
     return texts[open_->path];
   }
   void FailOn(const std::string& operation) {
-    if (failOn == operation) throw Error(errors::kDiskFull, "MemoryFiles", "Disk full");
+    if (failOn != operation) return;
+    if (failsOnce) failOn.clear();
+    throw Error(errors::kDiskFull, "MemoryFiles", "Disk full");
   }
 
   CallLog& log_;
