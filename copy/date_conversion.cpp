@@ -3,13 +3,14 @@
 // The ERP counts years from 1900 and months from 0. Getters and setters are called with the ERP's own letterings.
 #include <charconv>
 #include <cmath>
-#include <system_error>
+#include <string_view>
 
 #include "copy/clsDataCopy.h"
 #include "copy/split.h"
 #include "platform/clock.h"
 #include "platform/error.h"
 #include "platform/text_files.h"
+#include "platform/trim.h"
 
 namespace qmx {
 namespace {
@@ -26,17 +27,14 @@ const Member kGetSeconds = "getSeconds";
 
 std::int16_t Part(const Object& date, const Member& getter) { return date.Call(getter).ToInt16(); }
 
-// The number that a text begins with, 0 where it begins with none.
+// The number that a text begins with, blanks before it allowed; 0 where it begins with none.
 double LeadingNumber(const std::string& text) {
-  const std::size_t start = text.find_first_not_of(' ');
-  if (start == std::string::npos) return 0;
-  std::string_view number = std::string_view(text).substr(start);
-  if (number.starts_with('+')) number.remove_prefix(1);
-  const std::size_t digit = number.starts_with('-') ? 1 : 0;
-  if (number.find_first_of("0123456789.", digit) != digit) return 0;  // from_chars would take "inf" and "nan"
-  double value = 0;
-  const auto [end, failure] = std::from_chars(number.data(), number.data() + number.size(), value);
-  return failure == std::errc::result_out_of_range ? HUGE_VAL : value;
+  const std::string_view number = Trimmed(text);
+  const std::string_view digits = number.substr(number.find_first_of("+-") == 0 ? 1 : 0);
+  if (digits.find_first_of("0123456789.") != 0) return 0;  // from_chars would take "inf" and "nan"
+  double ignored = 0;
+  const char* const end = std::from_chars(digits.data(), digits.data() + digits.size(), ignored).ptr;
+  return ParseNumber({number.data(), end}).value_or(0);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // A text's pieces between "=" signs. An empty text has none; a piece that is not there is error 9.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>

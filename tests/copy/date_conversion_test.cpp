@@ -106,6 +106,7 @@ TEST(CalendarLookBack, IsTheNumberAfterTheFirstFieldsEqualsSign) {
   EXPECT_EQ(LookBack("=12"), 12);
   EXPECT_EQ(LookBack("a=1=2"), 1);
   EXPECT_EQ(LookBack("days=+9"), 9);
+  EXPECT_EQ(LookBack("days=1e2 or so"), 100);
   EXPECT_EQ(LookBack("days=32767"), 32767);
 }
 
@@ -113,6 +114,7 @@ TEST(CalendarLookBack, IsRoundedDown) {
   EXPECT_EQ(LookBack("days=30.9"), 30);
   EXPECT_EQ(LookBack("days=-1.5"), -2);
   EXPECT_EQ(LookBack("days=.5"), 0);
+  EXPECT_EQ(LookBack("days=1e-999"), 0);
 }
 
 TEST(CalendarLookBack, IsZeroWithoutALeadingNumber) {
@@ -121,6 +123,8 @@ TEST(CalendarLookBack, IsZeroWithoutALeadingNumber) {
   EXPECT_EQ(LookBack("days=inf"), 0);
   EXPECT_EQ(LookBack("days=-nan"), 0);
   EXPECT_EQ(LookBack("days=  "), 0);
+  EXPECT_EQ(LookBack("days=."), 0);
+  EXPECT_EQ(LookBack("days=+-5"), 0);
 }
 
 TEST(CalendarLookBack, IsSixtyWhenTheFileCannotBeRead) {
