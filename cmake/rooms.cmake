@@ -57,8 +57,7 @@ function(qmx_component_server name)
   endif()
 endfunction()
 
-# qmx_test(NAME SOURCES file... [LINKS library...]): one test program of a room; every test in it is a test of ctest. A program without tests
-# is an error.
+# qmx_test(NAME SOURCES file... [LINKS library...]): one test program of a room; every test in it is a test of ctest.
 function(qmx_test name)
   cmake_parse_arguments(PARSE_ARGV 1 test "" "" "SOURCES;LINKS")
   add_executable(${name} ${test_SOURCES})

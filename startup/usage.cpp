@@ -18,7 +18,7 @@ split at every comma; blanks around a piece do not count.
   TABLE       table code, for example tsmdm030; for calendars also tcccp030=KEY=E (one employee's)
               or tcccp030=KEY=C (one calendar)
   LOGDIR      folder of the logs: TABLE.log, QMXDBSynclog.txt and, without a system log, evtlog.txt;
-              blank means the drive C:
+              where it is blank, QMXDBSynclog.txt goes to the drive C: and the others to the root folder
   COMPONENT1  the two pieces of the ERP's business component; it is handed to the ERP as
   COMPONENT2  "COMPONENT1, COMPONENT2"
   REQUEST     status request number of the scheduling server. A number: messages and table status
