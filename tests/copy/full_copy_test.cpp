@@ -132,6 +132,23 @@ TEST(FullCopy, IsOneOfTwoThingsThatADispatcherDoesAndNothingIsTheThird) {
   }
 }
 
+TEST(FullCopy, CountsItsOwnInsertedRowsAndLeavesTheOtherCountsAsTheyAre) {
+  CopyRig rig;
+  rig.erp.Lists(kServiceTypesManager, {ServiceType("A")});
+  rig.inside.LogFile() = "C:\\log\\tsmdm030.log";
+  rig.inside.Connect(rig.ConnectionText());
+  rig.inside.InsertCount() = 7;
+  rig.inside.UpdateCount() = 8;
+  rig.inside.DeleteCount() = 9;
+  rig.inside.CopyServiceTypes("tsmdm030", "Orvan", kFullCopy);
+  EXPECT_EQ(rig.inside.InsertCount(), 1);
+  EXPECT_EQ(rig.inside.UpdateCount(), 8);
+  EXPECT_EQ(rig.inside.DeleteCount(), 9);
+  EXPECT_EQ(rig.CopyLog("tsmdm030"),
+            "\"Date-Time :2026-11-20 : 14:05:09\"\r\n"
+            "\"Table : tsmdm030 - 1 records Inserted\"\r\n");
+}
+
 // An engine on its own, so that the error itself can be seen.
 class FailingFullCopy : public testing::Test {
  protected:

@@ -135,6 +135,7 @@ TEST_F(BadInput, ACopyLogOnAFullDiskIsNamedWithItsPath) {
   EXPECT_THAT(copy.err, HasSubstr("error 61, Text files: Disk full: " + pieces_.logs + "\\tsmdm030.log"));
   EXPECT_THAT(Log("QMXDBSynclog.txt"), HasSubstr("Error is - 61: Disk full: " + pieces_.logs + "\\tsmdm030.log\r\n"));
   EXPECT_THAT(Column("select count(*) from tsmdm030"), ElementsAre("3"));  // the copy itself was done
+  EXPECT_THAT(InUse(), ElementsAre("1"));  // a run that cannot log its failure ends before it lets the table go
 }
 
 TEST_F(BadInput, AFailureLogOnAFullDiskIsToldOnStandardError) {
@@ -172,6 +173,7 @@ TEST_F(BadInput, AMissingLocalColumnIsNamed) {
   EXPECT_THAT(copy.err, HasSubstr("error 3265, "));
   EXPECT_THAT(copy.err, HasSubstr("ract"));
   EXPECT_THAT(copy.err, HasSubstr("tsmdm030"));
+  EXPECT_THAT(ServiceTypes(), IsEmpty());  // a full copy deletes before it fills its first row
 }
 
 TEST_F(BadInput, ATableCodeWithAQuoteIsRefusedBeforeItReachesTheDatabase) {
