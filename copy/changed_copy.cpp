@@ -125,9 +125,8 @@ void clsDataCopy::FinishChangedCopy(const Audit& audit, Text tableCode) {
 }
 
 void clsDataCopy::FailChangedCopy(const FailureTexts& failure) {
-  const Error trapped = CurrentError();
   WriteErrorLog();
-  throw Error(NumberPlus100(trapped.Number()), failure.source, failure.description);
+  FailPlus100(failure);
 }
 
 }  // namespace qmx

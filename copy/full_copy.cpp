@@ -15,11 +15,14 @@ const Member kNextElement = "nextElement";
 // the listing when the key itself could not be read.
 std::string DescribeRecord(Recordset& row, const std::vector<Column>& key, std::int32_t recordsBefore) {
   std::string text;
-  for (const Column& column : key) {
-    const Variant value = row.Fields(column).Value();
-    if (value.IsEmpty() || value.IsNull()) break;  // not assigned yet
-    const std::string shown = value.IfText() ? "'" + value.ToText() + "'" : value.ToText();
-    text += (text.empty() ? "" : ", ") + std::string(column.Name()) + "=" + shown;
+  try {
+    for (const Column& column : key) {
+      const Variant value = row.Fields(column).Value();
+      if (value.IsEmpty() || value.IsNull()) break;  // not assigned yet
+      const std::string shown = value.IfText() ? "'" + value.ToText() + "'" : value.ToText();
+      text += (text.empty() ? "" : ", ") + std::string(column.Name()) + "=" + shown;
+    }
+  } catch (const Error&) {  // the local table lacks the key's column: the failure to be reported is that one
   }
   return text.empty() ? "of the listing's record " + std::to_string(std::int64_t{recordsBefore} + 1) : text;
 }
@@ -83,13 +86,12 @@ void clsDataCopy::AddRecords(const Object& enumeration, const std::vector<Column
 }
 
 void clsDataCopy::FailFullCopy(const Object& manager, const FailureTexts& failure) {
-  const Error trapped = CurrentError();
   if (LocalRecordSet->State() != kStateClosed) {
     LocalRecordSet->CancelUpdate();  // Close would save the half-filled row
     LocalRecordSet->Close();
   }
   if (manager) manager.Call("Close");
-  throw Error(NumberPlus100(trapped.Number()), failure.source, failure.description);
+  FailPlus100(failure);
 }
 
 }  // namespace qmx

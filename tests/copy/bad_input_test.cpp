@@ -164,6 +164,18 @@ TEST(BadInput, OfALocalTableThatLacksAColumnNamesIt) {
                                 HasSubstr("table: tsmdm030"), HasSubstr("member: getServiceProcedure")));
 }
 
+TEST(BadInput, OfALocalTableThatLacksItsKeyNamesItOnce) {
+  CopyRig rig;
+  rig.Sql("drop table tsmdm030");
+  rig.Sql("create table tsmdm030 (dsca varchar(5), prod varchar(10), ract varchar(10))");
+  rig.erp.Lists(kServiceTypesManager, {ServiceType("A")});
+  rig.Run("tsmdm030");
+  EXPECT_EQ(Chain(rig),
+            "error 3365, Copy Service Types:  Copy of Service Types from Orvan to Local DB failed\n"
+            "  because of error 3265, ADODB.Recordset: There is no column \"cstp\" in \"tsmdm030\". "
+            "[column: cstp; member: getServiceType; table: tsmdm030; key: of the listing's record 1]");
+}
+
 TEST(BadInput, OfATableCodeWithAQuoteFailsWithoutTouchingOtherRecords) {
   CopyRig rig;
   rig.ControlRecord("tsmdm030", 1, "2026-11-19");
