@@ -84,7 +84,7 @@ start_postgresql() {
   (become "$programs/initdb" --pgdata=postgresql --username=qmx --pwfile=password --auth=scram-sha-256 --encoding=UTF8 \
     --locale=C.UTF-8 --no-sync) >"$folder/postgresql.log" 2>&1 || return 1
   become "$programs/postgres" -D postgresql -c listen_addresses=127.0.0.1 -c port="$port" \
-    -c unix_socket_directories="$folder" -c fsync=off -c log_min_messages=fatal >>"$folder/postgresql.log" 2>&1 &
+    -c unix_socket_directories="$folder" -c fsync=off -c full_page_writes=off -c autovacuum=off -c log_min_messages=fatal >>"$folder/postgresql.log" 2>&1 &
   pid=$!
   servers+=("$pid")
   PGPASSWORD=$password answers "$pid" "$programs/psql" --host=127.0.0.1 --port="$port" --username=qmx \
@@ -105,7 +105,7 @@ SQL
     >"$folder/mariadb.log" 2>&1 || return 1
   become mariadbd --no-defaults --datadir="$folder/mariadb" --bind-address=127.0.0.1 --port="$port" \
     --socket="$folder/mariadb.sock" --pid-file="$folder/mariadb.pid" --skip-name-resolve --skip-log-bin \
-    --character-set-server=utf8mb4 --innodb-flush-log-at-trx-commit=0 --init-file="$folder/users.sql" >>"$folder/mariadb.log" 2>&1 &
+    --character-set-server=utf8mb4 --innodb-flush-log-at-trx-commit=0 --innodb-flush-method=nosync --innodb-file-per-table=0 --init-file="$folder/users.sql" >>"$folder/mariadb.log" 2>&1 &
   pid=$!
   servers+=("$pid")
   MYSQL_PWD=$password answers "$pid" mariadb --no-defaults --host=127.0.0.1 --port="$port" --user=qmx \

@@ -1,5 +1,8 @@
 #include "tests/support/copy_rig.h"
 
+#include <cstdlib>
+#include <stdexcept>
+
 #include "schema/dialect.h"
 #include "schema/local_tables.h"
 
@@ -21,6 +24,22 @@ std::string EmptyDatabase() {
   return file;
 }
 
+// An empty database of the system that the run of these tests is about; null for SQLite's own driver.
+std::unique_ptr<TestDatabase> DatabaseUnderTest() {
+  const char* system = std::getenv("QMX_TEST_COPY_OVER");
+  if (!system) return nullptr;
+  const std::vector<DriverUnderTest> found =
+      DriversUnderTest([&](const DriverUnderTest& driver) { return driver.name == system; });
+  if (found.empty()) throw std::runtime_error(std::string("there is no ") + system + " for the tests");
+  std::unique_ptr<TestDatabase> base = found[0].make();
+  Connection connection({&base->GetDriver()}, nullptr);
+  connection.Open(base->ConnectionText(), "", "");
+  for (const LocalTable& table : LocalTables()) {
+    connection.Execute(DialectOfSystem(connection.System())->CreateTable(table));
+  }
+  return base;
+}
+
 }  // namespace
 
 void RecordingEvents::Add(const std::string& event, std::initializer_list<Variant> values) {
@@ -36,14 +55,18 @@ void RecordingEvents::Add(const std::string& event, std::initializer_list<Varian
 
 CopyRig::CopyRig(std::function<Driver&(Driver&)> decorateDriver,
                  std::function<Components&(Components&)> decorateComponents)
-    : database_({decorateDriver ? &decorateDriver(sqlite_) : &sqlite_}, &observer_),
-      quietDatabase_({&sqlite_}),
+    : base_(DatabaseUnderTest()),
+      driver_(base_ ? base_->GetDriver() : sqlite_),
+      database_({decorateDriver ? &decorateDriver(driver_) : &driver_, &sqlite_}, &observer_),
+      quietDatabase_({&driver_}),
       platform{clock, files, eventLog, decorateComponents ? decorateComponents(erp) : erp, database_, failures},
       engine(platform, declarations, events) {
   std::filesystem::copy_file(EmptyDatabase(), folder / "local.db");
 }
 
-std::string CopyRig::ConnectionText() const { return "Provider=SQLite;Data Source=" + (folder / "local.db"); }
+std::string CopyRig::ConnectionText() const {
+  return base_ ? base_->ConnectionText() : "Provider=SQLite;Data Source=" + (folder / "local.db");
+}
 
 void CopyRig::Run(const std::string& tableName) {
   clsDataCopy run(platform, declarations, events);
