@@ -113,22 +113,27 @@ void Record::Invoke(std::int32_t member, Arguments arguments, Result result) {
 void Record::Get(std::size_t column, Result result) const {
   const Cell& cell = cells_[column];
   const ColumnType type = table_.columns[column].type;
-  const bool hasValue = cell.kind != Kind::Empty && cell.kind != Kind::Null;
-  if (type == ColumnType::Moment) {
-    if (hasValue)
-      ReturnNew<Date>(result, DateOf(column));
-    else
-      ReturnNew<Date>(result);
-  } else if (type == ColumnType::Day && hasValue) {
-    result.SetDate(DateOf(column));
-  } else if (cell.kind == Kind::Text) {
-    result.SetText(TextOf(cell));
-  } else if (cell.kind == Kind::Whole) {
-    result.SetInteger(cell.whole);
-  } else if (cell.kind == Kind::Number) {
-    result.SetNumber(cell.number);
-  } else if (cell.kind == Kind::Null) {
-    result.SetNull();
+  if (cell.kind == Kind::Empty) return GetBlank(type, result);
+  if (cell.kind == Kind::Null) return type == ColumnType::Moment ? GetBlank(type, result) : result.SetNull();
+  if (type == ColumnType::Moment) return ReturnNew<Date>(result, DateOf(column));
+  if (type == ColumnType::Day) return result.SetDate(DateOf(column));
+  if (cell.kind == Kind::Text) return result.SetText(TextOf(cell));
+  if (cell.kind == Kind::Whole) return result.SetInteger(cell.whole);
+  result.SetNumber(cell.number);
+}
+
+void Record::GetBlank(ColumnType type, Result result) {
+  switch (type) {
+    case ColumnType::Text:
+      return result.SetText({});
+    case ColumnType::Whole:
+      return result.SetInteger(0);
+    case ColumnType::Number:
+      return result.SetNumber(0);
+    case ColumnType::Day:
+      return result.SetDate(Moment());
+    case ColumnType::Moment:
+      return ReturnNew<Date>(result);
   }
 }
 

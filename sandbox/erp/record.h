@@ -1,8 +1,8 @@
 // One record of a table: a getter for each column, and getClass.
 //
 // A record keeps its own copy of its values, so it stays as it is when the enumeration that it came from moves on. A
-// column that was never filled gives the empty value. A record of which only the key is filled names another record:
-// that is what the audit reader calls a tuple.
+// column that was never filled is blank, as the ERP knows it: "", 0, day zero (1899-12-30), no date. A record of which
+// only the key is filled names another record: that is what the audit reader calls a tuple.
 #pragma once
 
 #include <string>
@@ -53,6 +53,7 @@ class Record : public Object {
   void SetText(Cell& cell, std::string_view text);
   Moment DateOf(std::size_t column) const;
   void Get(std::size_t column, Result result) const;
+  static void GetBlank(ColumnType type, Result result);
 
   const Table& table_;
   std::vector<Cell> cells_;

@@ -17,7 +17,10 @@ bool IsHoliday(const Moment& day) {
          (day.month == 12 && (day.day == 25 || day.day == 26));
 }
 
-double Hours(int from, int to) { return (to / 100 * 60 + to % 100 - from / 100 * 60 - from % 100) / 60.0; }
+double Hours(int from, int to) {
+  const auto minutes = [](int time) { return time / 100 * 60 + time % 100; };
+  return (minutes(to) - minutes(from)) / 60.0;
+}
 
 // One way to work: the shifts that begin on a day, and how many days each of them runs on.
 struct Way {

@@ -63,7 +63,7 @@ class Audit : public testing::Test {
       if (status.Call("isInserted", entry).ToBoolean()) text += 'I';
       for (const std::string& getter : getters) {
         const Variant value = current.Call(std::string_view(getter));
-        text += ' ' + (value.IsEmpty() ? "-" : value.ToText());
+        text += ' ' + (value == Variant("") ? "-" : value.ToText());
       }
       entries.push_back(std::move(text));
     }
@@ -183,6 +183,16 @@ class CalendarAudit : public Audit {
                "('C2', 'WRK', '2038-03-02', 800, '2038-03-02', 1700, 9, 8)");
   }
 };
+
+TEST_F(CalendarAudit, GivesADeletedRecordsKeyAndBlanks) {
+  erp_.RunAt("2026-11-20 10:00:00", "DELETE FROM tcccp030 WHERE ccal = 'C2' OR stdt > '2038'");
+  const Object reader = Reader("Calendars.CalendarManager", "Calendars.ActualCalendar", {{"ccal", "C1", "C1"}},
+                               {"ccal", "ract", "stdt", "sttm", "endt", "entm", "cutm", "ccap"});
+  EXPECT_THAT(Entries(reader, {"getCalendar", "getavailabilityType", "getStartDate", "getStartTime", "getEndDate",
+                               "getEndTime", "getCumulativeTime"}),
+              ElementsAre("I C1 WRK 2026-09-30 800 2026-09-30 1700 9", "I C1 WRK 2038-03-01 2400 1899-12-30 0 0",
+                          "D C1 WRK 2038-03-01 2400 1899-12-30 0 0"));
+}
 
 TEST_F(CalendarAudit, ReadsDatesAndTimesOfDayAsTheyAre) {
   const Object reader = Reader(

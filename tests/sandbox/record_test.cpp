@@ -156,21 +156,25 @@ const RecordClass kClasses[] = {
       {"getPageFrequency", "minu"}}},
 };
 
-// Gives every column a value of its own: the column's name and "x" for texts, its place in the list for numbers.
+// A value of its own for every column: the column's name and "x" for texts, its place in the list for numbers.
+std::string ValueOf(const RecordClass& tested, std::size_t place) {
+  const std::string column = tested.getters[place].column;
+  const bool text = orvan::FindTable(tested.code)->At(column).type == orvan::ColumnType::Text;
+  return text ? column + "x" : std::to_string(place);
+}
+
 TEST(Record, HasAGetterForEveryColumn) {
   for (const RecordClass& tested : kClasses) {
     SCOPED_TRACE(tested.code);
     SandboxErp erp;
-    const orvan::Table& table = *orvan::FindTable(tested.code);
     std::string names;
     std::string values;
     for (std::size_t i = 0; i < tested.getters.size(); ++i) {
-      const std::string column = tested.getters[i].column;
-      const bool text = table.At(column).type == orvan::ColumnType::Text;
-      names += (i ? ", \"" : "\"") + column + '"';
-      values += (i ? ", " : "") + (text ? "'" + column + "x'" : std::to_string(i));
+      names.append(i ? ", \"" : "\"").append(tested.getters[i].column).append("\"");
+      values.append(i ? ", '" : "'").append(ValueOf(tested, i)).append("'");
     }
-    erp.Run(std::string("INSERT INTO ") + tested.code + " (" + names + ") VALUES (" + values + ")");
+    std::string insert = "INSERT INTO ";
+    erp.Run(insert.append(tested.code).append(" (").append(names).append(") VALUES (").append(values).append(")"));
 
     const Object manager = erp.Manager(tested.manager);
     std::vector<Argument> bounds;
@@ -178,12 +182,8 @@ TEST(Record, HasAGetterForEveryColumn) {
     const Object records = Invoke(manager, tested.list, bounds).ToObject();
     ASSERT_TRUE(records.Call("hasMoreElements").ToBoolean());
     const Object record = records.Call("nextElement").ToObject();
-    for (std::size_t i = 0; i < tested.getters.size(); ++i) {
-      const std::string column = tested.getters[i].column;
-      const bool text = table.At(column).type == orvan::ColumnType::Text;
-      EXPECT_EQ(text ? column + "x" : std::to_string(i), record.Call(tested.getters[i].name).ToText())
-          << tested.getters[i].name;
-    }
+    for (std::size_t i = 0; i < tested.getters.size(); ++i)
+      EXPECT_EQ(ValueOf(tested, i), record.Call(tested.getters[i].name).ToText()) << tested.getters[i].name;
   }
 }
 
@@ -335,10 +335,23 @@ TEST(Record, KnowsItsClass) {
   EXPECT_EQ("ServiceTypes.ServiceTypes", type.Call("getName").ToText());
 }
 
-TEST(Record, ThatWasOnlyMadeHasEmptyValues) {
+TEST(Record, ThatWasOnlyMadeIsBlank) {
   SandboxErp erp;
-  EXPECT_TRUE(erp.Create("ServiceTypes.ServiceTypes").Call("getServiceType").IsEmpty());
+  EXPECT_EQ(Variant(""), erp.Create("ServiceTypes.ServiceTypes").Call("getServiceType"));
+  EXPECT_EQ(Variant(0), erp.Create("ServiceOrders.ServiceOrders").Call("getOrderStatus"));
+  EXPECT_EQ(Variant(0.0), erp.Create("Skills.Skills").Call("getLaborRate"));
+  EXPECT_EQ(Variant(DateTime()), erp.Create("Calendars.ActualCalendar").Call("getEndDate"));
   EXPECT_EQ("0-0-1 0:0:0", Parts(erp.Create("ServiceOrders.ServiceOrders").Call("getOrderDate").ToObject()));
+}
+
+TEST(Record, GivesNullWhereTheFileHasNoneOfTheErpsBlanks) {
+  SandboxErp erp;
+  erp.Run("CREATE TABLE loose AS SELECT * FROM tsmdm130; DROP TABLE tsmdm130; ALTER TABLE loose RENAME TO tsmdm130");
+  erp.Run("INSERT INTO tsmdm130 VALUES ('S1', NULL, NULL)");
+  const Object record =
+      erp.Manager("Skills.SkillsManager").Call("List", "", "ZZZ").ToObject().Call("nextElement").ToObject();
+  EXPECT_TRUE(record.Call("getdescription").IsNull());
+  EXPECT_TRUE(record.Call("getLaborRate").IsNull());
 }
 
 TEST(Record, RaisesForAPointInTimeThatIsNone) {
