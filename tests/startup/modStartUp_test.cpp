@@ -165,6 +165,11 @@ TEST_F(StartUp, WritesTheFailureLogToTheDriveWhereTheDirectoryIsBlank) {
   EXPECT_THAT(FailureLog("C:"), HasSubstr("Error is - 9999: "));
 }
 
+TEST_F(StartUp, TakesATabForNoBlank) {
+  Start("x,y,tsmdm030,\t,a");
+  EXPECT_THAT(FailureLog("\t"), HasSubstr("Error is - 9999: "));
+}
+
 TEST_F(StartUp, TakesTheDirectoryOfTheFailureLogAsItStands) {
   Start("x,y,tsmdm030, C:\\log ,a");
   EXPECT_THAT(FailureLog(" C:\\log "), HasSubstr("Error is - 9999: "));

@@ -1,3 +1,4 @@
+// Rows that are added: when they are saved, when they are dropped, and what their failures leave.
 #include "tests/platform/database/record_set_test.h"
 
 namespace qmx::test {
@@ -11,15 +12,6 @@ class RecordsetWriting : public RecordSetTest {
   void SetUp() override { CreatePeople(); }
 
   std::vector<std::string> People() { return Rows("select code, name from people order by code"); }
-
-  // Two rows alike and one of its own, in a table without a key.
-  void CreateVisits() {
-    connection.Execute("create table visits (code varchar(20), place varchar(20))");
-    connection.Execute("insert into visits values ('A','Rome')");
-    connection.Execute("insert into visits values ('A','Rome')");
-    connection.Execute("insert into visits values ('B',null)");
-  }
-  std::vector<std::string> Visits() { return Rows("select * from visits order by code, place"); }
 };
 INSTANTIATE_TEST_SUITE_P(Over, RecordsetWriting, testing::ValuesIn(DriversUnderTest()), DriverName);
 
@@ -221,114 +213,6 @@ TEST_P(RecordsetWriting, AfterTheLastAddedRowOfATableComesTheEnd) {
   int rows = 0;
   for (; !records->Eof(); records->MoveNext()) ++rows;
   EXPECT_EQ(rows, 2);
-}
-
-TEST_P(RecordsetWriting, UpdateWritesTheDifferingColumnsOnly) {
-  AddPerson("A", "Ann");
-  const auto records = Opened("select * from people");
-  driver.Restart();
-  records->Fields("code") = "A";
-  records->Fields("name") = "Anna";
-  records->Fields("visits") = 7;
-  records->Update();
-  EXPECT_EQ(driver.CountOf("Prepare update"), 1);
-  EXPECT_EQ(driver.CountOf("Bind"), 2);  // the name and the key
-  EXPECT_THAT(People(), ElementsAre("A|Anna"));
-  EXPECT_EQ(records->Fields("name").Value(), Variant("Anna"));
-}
-
-TEST_P(RecordsetWriting, UpdateOfValuesThatAreThereAlreadyWritesNothing) {
-  AddPerson("A", "Ann");
-  const auto records = Opened("select * from people");
-  driver.Restart();
-  records->Fields("name") = "Ann";
-  records->Fields("weight") = Variant::Null();
-  records->Update();
-  EXPECT_THAT(driver.Record(), ElementsAre());
-}
-
-TEST_P(RecordsetWriting, UpdateStatementsArePreparedOnce) {
-  AddPerson("A", "Ann");
-  AddPerson("B", "Bob");
-  driver.Restart();
-  for (const char* code : {"A", "B"}) {
-    const auto records = Opened(SqlText("select * from people where code='").Value(code).Append("'"));
-    records->Fields("name") = "Eve";
-    records->Update();
-    records->Close();
-  }
-  EXPECT_EQ(driver.CountOf("Prepare update"), 1);
-  EXPECT_THAT(People(), ElementsAre("A|Eve", "B|Eve"));
-}
-
-TEST_P(RecordsetWriting, AKeyCanBeChangedAndTheRowWrittenAgain) {
-  AddPerson("A", "Ann");
-  const auto records = Opened("select * from people");
-  records->Fields("code") = "Z";
-  records->Update();
-  records->Fields("name") = "Zoe";
-  records->Update();
-  EXPECT_THAT(People(), ElementsAre("Z|Zoe"));
-}
-
-TEST_P(RecordsetWriting, ARowThatWasJustAddedCanBeEdited) {
-  const auto records = OpenedTable("people");
-  records->AddNew();
-  records->Fields("code") = "A";
-  records->Update();
-  records->Fields("name") = "Ann";
-  records->Update();
-  EXPECT_THAT(Rows("select code, name, visits from people"), ElementsAre("A|Ann|7"));
-}
-
-TEST_P(RecordsetWriting, ARowThatIsGoneIsReportedAndNothingIsWritten) {
-  AddPerson("A", "Ann");
-  AddPerson("B", "Bob");
-  const auto records = Opened("select * from people where code='A'");
-  connection.Execute("delete from people where code='A'");
-  records->Fields("name") = "Anna";
-  const Error error = Raised([&] { records->Update(); });
-  EXPECT_EQ(error.Number(), -2147217864);
-  EXPECT_EQ(Detail(error, "table"), "people");
-  EXPECT_EQ(Detail(error, "key"), "code='A'");
-  EXPECT_THAT(Detail(error, "statement"), HasSubstr("update"));
-  EXPECT_THAT(People(), ElementsAre("B|Bob"));
-}
-
-TEST_P(RecordsetWriting, WithoutAKeyARowIsFoundByAllItsValuesNullsAmongThem) {
-  CreateVisits();
-  const auto records = Opened("select * from visits where code='B'");
-  records->Fields("place") = "Oslo";
-  records->Update();
-  EXPECT_THAT(Visits(), ElementsAre("A|Rome", "A|Rome", "B|Oslo"));
-}
-
-TEST_P(RecordsetWriting, RowsThatAreAlikeCannotBeWrittenAndStayAsTheyAre) {
-  CreateVisits();
-  const auto records = Opened("select * from visits where code='A'");
-  records->Fields("place") = "Oslo";
-  const Error error = Raised([&] { records->Update(); });
-  EXPECT_EQ(error.Number(), -2147217864);
-  EXPECT_EQ(Detail(error, "key"), "code='A', place='Rome'");
-  records->CancelUpdate();
-  EXPECT_EQ(records->Fields("place").Value(), Variant("Rome"));
-  EXPECT_THAT(Visits(), ElementsAre("A|Rome", "A|Rome", "B|null"));
-  // The connection is as good as before: nothing is left open.
-  connection.Execute("delete from visits where code='A'");
-  EXPECT_THAT(Visits(), ElementsAre("B|null"));
-}
-
-TEST_P(RecordsetWriting, AUniqueIndexServesAsTheKeyWhereThereIsNoOther) {
-  connection.Execute("create table badges (number integer not null, owner varchar(20))");
-  connection.Execute("create unique index badges_number on badges (number)");
-  connection.Execute("insert into badges values (1,'Ann')");
-  const auto records = Opened("select * from badges");
-  records->Fields("owner") = "Bob";
-  driver.Restart();
-  records->Update();
-  EXPECT_EQ(driver.CountOf("Bind"), 2);
-  EXPECT_EQ(driver.CountOf("Begin"), 0);
-  EXPECT_THAT(Rows("select * from badges"), ElementsAre("1|Bob"));
 }
 
 TEST_P(RecordsetWriting, ADuplicateKeyIsAnIntegrityViolationThatLeavesTheRowPending) {
