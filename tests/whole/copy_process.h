@@ -28,6 +28,7 @@ class CopyProcesses {
   std::string CommandLine(const std::string& table) const {
     return local_.ConnectionText() + ",local," + table + "," + folder_ / "log" + "," + company_.Component();
   }
+  std::string Log(const std::string& table) const { return ReadFile(folder_ / ("log/" + table + ".log")); }
 
  private:
   inline static const std::map<std::string, std::string> kEnvironment = {
