@@ -1,0 +1,176 @@
+// Every call of the ERP and every operation of the database fails once, on each way in which calendars are copied.
+#include <functional>
+#include <memory>
+
+#include "tests/copy/tables/calendar_rig.h"
+#include "tests/support/faulty_driver.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::AnyOf;
+using testing::HasSubstr;
+using testing::IsSubsetOf;
+using testing::StartsWith;
+using testing::UnorderedElementsAreArray;
+
+const char* const kOldLutm = "2026-11-19";
+const char* const kNewLutm = "2026-11-20 14:05:09";
+
+const std::string kOldDay = "\"DAY\", 2026-11-01, 800, 1700";
+const std::string kDay1 = "\"DAY\", 2026-11-20, 800, 1200";
+const std::string kDay2 = "\"DAY\", 2026-11-20, 1300, 1700";
+const std::string kNight = "\"NIGHT\", 2026-11-21, 2200, 2400";
+const std::string kOther = "\"OTHER\", 2026-11-01, 800, 1700";
+
+// One way to copy calendars: how it is asked for, what the tables hold after it and what its failure says.
+struct Way {
+  const char* tableName;
+  std::int16_t syncMethod;
+  std::vector<std::string> rows;
+  std::vector<std::string> failures;  // numbers and texts for an ERP call that fails with error 7000
+  bool mendedByTheNextRun = true;
+};
+
+std::ostream& operator<<(std::ostream& out, const Way& way) { return out << way.tableName << " " << way.syncMethod; }
+
+const Way kWays[] = {
+    {kCalendars, kFullCopy, {kDay1, kDay2, kNight}, {"error 7100, Copy Calenders:"}},
+    // A calendar of which a failed run left a part behind counts as local from then on.
+    {kCalendars, kOnlyChanged, {kDay1, kDay2, kNight, kOther}, {"error 7100, Copy Calenders - Only Changed:"}, false},
+    {"tcccp030=4711=E", kFullCopy, {kDay1, kDay2, kOther}, {"error 7200, Copy Calendar of Employee:"}},
+    {"tcccp030=DAY=C", kFullCopy, {kDay1, kDay2, kOther}, {"error 7100, Copy Calender Of Employee:"}},
+};
+
+class OneRun {
+ public:
+  explicit OneRun(const Way& way) : way_(way) {
+    rig.ControlRecord(kCalendars, way.syncMethod, kOldLutm);
+    rig.Employee("4711", "DAY");
+    rig.Employee("4712", "NIGHT");
+    rig.LocalRecord("DAY", "2026-11-01", 800);
+    rig.LocalRecord("OTHER", "2026-11-01", 800);
+    const Getters day1 = Interval("DAY", "2026-11-20", 800, "2026-11-20", 1200);
+    const Getters day2 = Interval("DAY", "2026-11-20", 1300, "2026-11-20", 1700);
+    rig.ErpHas({{"DAY", {day1, day2}}, {"NIGHT", {Interval("NIGHT", "2026-11-21", 2200, "2026-11-21", 2400)}}});
+    rig.erp.AuditsInTurn(kCalendarRecord, {{Inserted(day1), Updated(day2),
+                                            Deleted(Interval("DAY", "2026-11-01", 800, "2026-11-01", 1700))}});
+    driver->Restart();
+  }
+
+  // Whether the run came to its end, well or not.
+  bool Ends() {
+    rig.calls.Clear();
+    rig.failures.chains.clear();
+    try {
+      rig.Run(way_.tableName);
+      return true;
+    } catch (const Error& error) {
+      raised = error.Number();
+      return false;
+    }
+  }
+
+  void ExpectNoWrongRow() {
+    std::vector<std::string> allowed = way_.rows;
+    allowed.push_back(kOldDay);
+    allowed.push_back(kOther);
+    EXPECT_THAT(rig.LocalRecords(), IsSubsetOf(allowed));
+    for (const std::string& row : rig.Rows(kCalendars, {"ahrs", "ustm"})) {
+      EXPECT_THAT(row, AnyOf(testing::StrEq("null, null"), HasSubstr(" Hours "))) << "a row that is half filled";
+    }
+  }
+
+  void ExpectEverythingCopied() {
+    EXPECT_THAT(rig.LocalRecords(), UnorderedElementsAreArray(way_.rows));
+    EXPECT_EQ(rig.Events().back(), "event done");
+    EXPECT_THAT(rig.Events().at(rig.Events().size() - 2), StartsWith("event Complete"));
+    EXPECT_EQ(rig.InUse(kCalendars), "0");
+  }
+
+  std::unique_ptr<FaultyDriver> driver;
+  CalendarRig rig{[this](Driver& inner) -> Driver& {
+    driver = std::make_unique<FaultyDriver>(inner);
+    return *driver;
+  }};
+  std::int32_t raised = 0;
+
+ private:
+  const Way& way_;
+};
+
+class CalendarFaults : public testing::TestWithParam<Way> {};
+
+TEST_P(CalendarFaults, NoneCopiesEverything) {
+  OneRun run(GetParam());
+  EXPECT_TRUE(run.Ends());
+  run.ExpectEverythingCopied();
+  EXPECT_THAT(run.rig.failures.chains, IsEmpty());
+}
+
+TEST_P(CalendarFaults, OfAnErpCallFailsTheCopyAndNothingElse) {
+  for (std::int64_t failing = 1;; ++failing) {
+    SCOPED_TRACE(failing);
+    OneRun run(GetParam());
+    run.rig.erp.calls.FailAt(failing);
+    ASSERT_TRUE(run.Ends());
+    if (!run.rig.erp.calls.HasFailed()) {
+      ASSERT_GT(failing, 20);
+      break;
+    }
+    ASSERT_EQ(run.rig.failures.chains.size(), 1u);
+    EXPECT_THAT(run.rig.failures.chains[0], StartsWith(GetParam().failures[0]));
+    EXPECT_THAT(run.rig.failures.chains[0], HasSubstr("error 7000, Orvan: Call " + std::to_string(failing)));
+    EXPECT_THAT(run.rig.Events().at(run.rig.Events().size() - 2), StartsWith("event Error"));
+    EXPECT_EQ(run.rig.Events().back(), "event done");
+    EXPECT_EQ(run.rig.InUse(kCalendars), "0");
+    run.ExpectNoWrongRow();
+
+    // Only where the manager itself could not be closed was everything done before.
+    const bool everythingDone = run.rig.calls.Count("manager.Close() -> error 7000") == 1;
+    const bool onRequest = GetParam().tableName != std::string(kCalendars);
+    EXPECT_EQ(run.rig.Lutm(kCalendars), everythingDone && !onRequest ? kNewLutm : kOldLutm);
+    EXPECT_EQ(run.rig.CopyLog(kCalendars).find("records Inserted") != std::string::npos, everythingDone);
+
+    if (GetParam().mendedByTheNextRun) {
+      run.rig.erp.calls.FailAt(0);
+      EXPECT_TRUE(run.Ends());
+      run.ExpectEverythingCopied();
+    }
+  }
+}
+
+TEST_P(CalendarFaults, OfTheDatabaseLeaveNoWrongRowAndAreMendedByTheNextRun) {
+  for (std::int64_t failing = 1;; ++failing) {
+    SCOPED_TRACE(failing);
+    OneRun run(GetParam());
+    run.driver->FailAt(failing);
+    const bool ends = run.Ends();
+    if (!run.driver->HasFailed()) {
+      ASSERT_GT(failing, 50);
+      break;
+    }
+    SCOPED_TRACE(run.driver->Record().at(static_cast<std::size_t>(failing) - 1));
+    run.driver->FailAt(0);
+    run.ExpectNoWrongRow();
+    if (!ends) {  // the table could not be released; without a connection it never can
+      EXPECT_THAT(run.raised, AnyOf(errors::kProviderUnspecified, errors::kConnectionClosed));
+    }
+    for (const std::string& chain : run.rig.failures.chains) {
+      EXPECT_THAT(chain, StartsWith("error -21474"));
+      EXPECT_THAT(chain, HasSubstr("error -2147467259, Faulty driver: Operation " + std::to_string(failing)));
+    }
+    EXPECT_THAT(run.rig.Lutm(kCalendars), AnyOf(kOldLutm, kNewLutm));
+
+    if (GetParam().mendedByTheNextRun) {
+      run.rig.Sql("update tstables set in_use = 0");
+      EXPECT_TRUE(run.Ends());
+      run.ExpectEverythingCopied();
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(OnEveryWay, CalendarFaults, testing::ValuesIn(kWays));
+
+}  // namespace
+}  // namespace qmx::test
