@@ -7,6 +7,7 @@ namespace qmx::test {
 CalendarDatabase::CalendarDatabase(Driver* driver) : database_({driver ? driver : &plainDriver_}, &observer_) {
   const std::string file = folder_ / "local.db";
   if (sqlite3_open(file.c_str(), &own_) != SQLITE_OK) throw std::runtime_error("cannot open " + file);
+  sqlite3_busy_timeout(own_, 5000);
   Execute("PRAGMA synchronous = OFF");
   Execute("CREATE TABLE tsmdm140 (emno VARCHAR(9) PRIMARY KEY, ccal VARCHAR(9))");
   Execute(
