@@ -56,6 +56,7 @@ constexpr FailureTexts kEmployeeFailure = {"Copy Calendar of Employee",
 constexpr FailureTexts kCalendarFailure = {"Copy Calender Of Employee",
                                            " Copy of Calender Of Employee from Orvan to Local DB failed"};
 constexpr FailureTexts kDeleteFailure = {"Delete Calendar", "Deleting records from Calendar failed"};
+
 // Bounds of the start dates, as the texts that the ERP takes. The last day is today's in 2038, also where 2038 has no
 // such day.
 struct StartDates {
@@ -99,7 +100,7 @@ DateTime Moment(const Variant& date, std::int32_t time) {
 
 std::int32_t MinuteOfDay(std::int32_t time) { return time / 100 * 60 + time % 100; }
 
-// The dates play no part, so a shift over midnight has a negative duration.
+// The dates play no part, so a shift over midnight has a negative duration, hours and minutes both.
 std::string DurationText(std::int32_t startTime, std::int32_t endTime) {
   const std::int32_t minutes = MinuteOfDay(endTime) - MinuteOfDay(startTime);
   return std::to_string(minutes / 60) + " Hours " + std::to_string(minutes % 60) + " Minutes";
