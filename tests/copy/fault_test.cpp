@@ -51,6 +51,19 @@ const CopiedTable kTables[] = {
      .localRows = "(cstp, dsca) values ('B', 'old'), ('D', 'old')",
      .columns = {"cstp", "dsca"},
      .shown = [](auto& row, auto& value) { return Quoted(row) + ", " + Quoted(value); }},
+    {.code = "tcccp001",
+     .manager = "AvailabilityType.AvailabilityTypeManager",
+     .record = "AvailabilityType.AvailabilityType",
+     .listing = "ListAllAvailable",
+     .fullFailure = {"Copy Availability Types", " Copy of Availability Types from Orvan to Local DB failed"},
+     .changedFailure = {"Copy Availability Type", " Copy of Availability Type from Orvan to Local DB failed"},
+     .key =
+         [](const std::string& row) {
+           return Getters{{"getavailabilityType", row}};
+         },
+     .localRows = "(ract, dsca) values ('B', 'old'), ('D', 'old')",
+     .columns = {"ract", "dsca"},
+     .shown = [](auto& row, auto& value) { return Quoted(row) + ", " + Quoted(value); }},
     {.code = "tsmdm135",
      .manager = "SkillsByEmployee.SkillsByEmployeeManager",
      .record = "SkillsByEmployee.SkillsByEmployee",

@@ -192,6 +192,23 @@ TEST(CalendarsByChange, DropAHalfFilledRecordOfACalendarThatIsNotLocal) {
   EXPECT_EQ(rig.Lutm(kCalendars), "2026-11-19");
 }
 
+// The audit reader has but the key of a record that was deleted after its change.
+TEST(CalendarsByChange, PassARecordOfWhichOnlyTheKeyIsLeft) {
+  CalendarRig rig;
+  rig.Employee("1001", "DAY");
+  rig.LocalRecord("DAY", "2026-11-19", 800);
+  rig.ErpHas({});
+  Getters keyOnly = Interval("DAY", "2026-11-20", 900, "2026-11-20", 1300);
+  for (const char* getter : {"getEndDate", "getEndTime", "getCumulativeTime", "getCumulativeCapacity"}) {
+    keyOnly.insert_or_assign(getter, Variant::Null());
+  }
+  rig.AuditsByCalendar({{Inserted(keyOnly)}});
+  rig.Run(kCalendars);
+  EXPECT_THAT(rig.Rows("tcccp030 where sttm = 900", {"ustm", "uftm", "ahrs"}),
+              ElementsAre("2026-11-20 09:00:00, null, null"));
+  EXPECT_EQ(rig.Lutm(kCalendars), "2026-11-20 14:05:09");
+}
+
 TEST(CalendarsByChange, FailForACodeThatBreaksTheStatement) {
   CalendarRig rig;
   rig.Employee("1001", "A''B");
