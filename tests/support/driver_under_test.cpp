@@ -30,7 +30,9 @@ class SqliteTestDatabase : public TestDatabase {
 class SqliteOverOdbcTestDatabase : public TestDatabase {
  public:
   Driver& GetDriver() override { return driver_; }
-  std::string ConnectionText() const override { return "Driver=SQLite3;SyncPragma=OFF;Database=" + folder_ / "local.db"; }
+  std::string ConnectionText() const override {
+    return "Driver=SQLite3;SyncPragma=OFF;Database=" + folder_ / "local.db";
+  }
 
  private:
   TempFolder folder_;
