@@ -12,21 +12,15 @@
 
 namespace qmx {
 
-class Dialect {
- public:
-  virtual ~Dialect() = default;
+struct Dialect {
+  const char* dateTimeType;  // of whole seconds without a zone; the other types have one name everywhere
+  const char* tableOptions;  // behind the columns
 
   std::string CreateTable(const LocalTable& table) const;
   std::vector<std::string> CreateIndexes(const LocalTable& table) const;  // each may be run where the index exists
-
- protected:
-  virtual std::string Type(const LocalColumn& column) const = 0;
-  virtual std::string TableOptions() const { return ""; }  // behind the columns
 };
 
 const Dialect& SqliteDialect();
-const Dialect& PostgresqlDialect();
-const Dialect& MariadbDialect();
 
 // By what the system calls itself; null for one whose tables cannot be made from here.
 const Dialect* DialectOfSystem(std::string_view system);
