@@ -78,6 +78,13 @@ TEST_F(EventLogTest, LosesNoEntryWhenTheSystemLogStopsOrTheEntryIsTooLongForIt) 
   EXPECT_TRUE(FileText().ends_with("after\r\n"));
 }
 
+TEST_F(EventLogTest, WritesTheFileWhereTheSystemLogHangs) {
+  const SystemLog hanging(socket_);  // takes entries until its queue is full, and reads none
+  Start();
+  for (int entry = 0; entry < 10'000 && FileText().empty(); ++entry) log_.LogEvent("entry", EventLog::kTypeError);
+  EXPECT_EQ(FileText(), "2026-11-06 14:05:09 Error " + sender_ + "entry\r\n");
+}
+
 TEST_F(EventLogTest, WritesTheFileAlsoWhileTheProgramsOwnNumberIsOpen) {
   files_.OpenForAppend(PathText(folder_ / "other.txt"), 1);
   Start();
