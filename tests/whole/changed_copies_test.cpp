@@ -70,7 +70,7 @@ TEST_F(ChangedCopies, BringEveryColumnOfAChangedRecordButThoseListed) {
   std::map<std::string, std::set<std::string>> expected;
   for (const ColumnNotByChange& known : kColumnsNotByChange) {
     std::set<std::string>& values = expected[std::string(known.table) + "." + known.column];
-    if (known.fate == Fate::Emptied) values.insert("null");
+    if (known.fate == Fate::Emptied) values.insert(known.blank);
     if (known.fate == Fate::Left)
       for (const auto& [key, row] : before[known.table]) values.insert(row.at(known.column));
   }
@@ -112,14 +112,13 @@ TEST_F(ChangedCopies, AreDoneWithRecordsThatWereChangedAndThenDeleted) {
 }
 
 // A deletion is applied when a period reaches it. Until then a record that was changed before it has its key alone.
-TEST_F(ChangedCopies, EmptyARecordWhoseDeletionIsNotInThePeriodYet) {
+TEST_F(ChangedCopies, BlankARecordWhoseDeletionIsNotInThePeriodYet) {
   CopyInFullAndThenByChange({"tsmdm030"});
   company_.Change(At(20, 15), "update tsmdm030 set desc = 'changed' where cstp = 'CAL'");
   company_.Change(At(20, 17), "delete from tsmdm030 where cstp = 'CAL'");
   clock_.now = At(20, 16);
   local_.Copy("tsmdm030");
-  EXPECT_EQ(local_.RowsOf("tsmdm030").at("CAL"),
-            (Row{{"cstp", "CAL"}, {"dsca", "null"}, {"prod", "null"}, {"ract", "null"}}));
+  EXPECT_EQ(local_.RowsOf("tsmdm030").at("CAL"), (Row{{"cstp", "CAL"}, {"dsca", ""}, {"prod", ""}, {"ract", ""}}));
   clock_.now = At(20, 17);
   local_.Copy("tsmdm030");
   EXPECT_FALSE(local_.RowsOf("tsmdm030").contains("CAL"));
@@ -134,11 +133,11 @@ TEST_F(ChangedCopies, LeaveWhatOnlyAListedEmployeeHasWhenItIsGoneMeanwhile) {
   clock_.now = At(20, 16);
   local_.Copy("tsmdm140");
   const Row row = local_.RowsOf("tsmdm140").at(key);
-  EXPECT_EQ(row.at("frmn"), "null");
+  EXPECT_EQ(row.at("frmn"), "");
   for (const char* column : {"dsca", "cwoc", "ccal"}) EXPECT_EQ(row.at(column), before.at(column)) << column;
 }
 
-TEST_F(ChangedCopies, EmptyTheEndOfAnIntervalWhoseDeletionIsNotInThePeriodYet) {
+TEST_F(ChangedCopies, BlankTheEndOfAnIntervalWhoseDeletionIsNotInThePeriodYet) {
   CopyInFullAndThenByChange({"tsmdm140", "tcccp030"});
   const std::string one = "ccal = 'CAL001' and stdt = '2026-11-23' and sttm = 800";
   company_.Change(At(20, 15), "update tcccp030 set entm = 1100 where " + one);
@@ -150,13 +149,13 @@ TEST_F(ChangedCopies, EmptyTheEndOfAnIntervalWhoseDeletionIsNotInThePeriodYet) {
                                                                 {"ract", "WRK"},
                                                                 {"stdt", "2026-11-23"},
                                                                 {"sttm", "800"},
-                                                                {"endt", "null"},
-                                                                {"entm", "null"},
-                                                                {"cutm", "null"},
-                                                                {"ccap", "null"},
+                                                                {"endt", "1899-12-30"},
+                                                                {"entm", "0"},
+                                                                {"cutm", "0"},
+                                                                {"ccap", "0"},
                                                                 {"ustm", "2026-11-23 08:00:00"},
-                                                                {"uftm", "null"},
-                                                                {"ahrs", "null"}})));
+                                                                {"uftm", "1899-12-30"},
+                                                                {"ahrs", "-8 Hours 0 Minutes"}})));
   clock_.now = At(20, 17);
   local_.Copy("tcccp030");
   EXPECT_THAT(local_.RowsOf("tcccp030", one), IsEmpty());
