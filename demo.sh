@@ -30,10 +30,10 @@ run() { # run TABLE-OR-EXTENDED-FORM: one run of the program, as a scheduler sta
 
 # copy TABLE: one run, and a line about it in the results: what the scheduling server was told, and how long it took.
 copy() {
-  local started=${EPOCHREALTIME/./} method
+  local started=${EPOCHREALTIME/[.,]/} method
   method=$(echo "select coalesce((select case syme when 2 then 'changed' end from tstables where TableName = '$1'), 'full')" | local_sql)
   run "$1"
-  awk -F ' [|] ' -v code="$1" -v method="$method" -v microseconds=$((${EPOCHREALTIME/./} - started)) '
+  awk -F ' [|] ' -v code="$1" -v method="$method" -v microseconds=$((${EPOCHREALTIME/[.,]/} - started)) '
     index($3, "(" code ") : Copy result.") { said = $3 }
     END {
       if (!said) { print code ": the scheduling server was told of no result" >"/dev/stderr"; exit 1 }
