@@ -7,8 +7,10 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -16,6 +18,8 @@
 #include "platform/variant.h"
 
 namespace qmx {
+
+class Error;
 
 struct ColumnDescription {
   std::string name;
@@ -37,13 +41,27 @@ class DriverStatement {
   virtual Variant Value(std::size_t column) = 0;  // of that row, in the column's type where the value has that form
   virtual std::int64_t RowsAffected() const = 0;  // by the last execution
   virtual void Reset() noexcept = 0;              // ready to be bound and executed again
+
+  // Of a statement that adds a row: nobody needs the outcome of the next execution at once. Whoever puts it off sends
+  // the row before the session does anything else, and the session's next call raises what became of it.
+  virtual void MayWait() noexcept {}
+};
+
+// A statement that adds one row: "insert into T (A,B)".
+struct RowInsert {
+  std::string into;
+  std::size_t columns = 0;
+  std::function<void(Error&, std::span<const Variant>)> describe;  // adds what is known of a row that was refused
+
+  std::string Text(std::size_t rows = 1) const;  // with a parameter for each value of so many rows
 };
 
 class DriverSession {
  public:
   virtual ~DriverSession() = default;
   virtual std::unique_ptr<DriverStatement> Prepare(const std::string& statement) = 0;  // "?" marks a parameter
-  virtual TableDescription Describe(const std::string& table) = 0;                     // -2147217865 when there is none
+  virtual std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) { return Prepare(insert.Text()); }
+  virtual TableDescription Describe(const std::string& table) = 0;  // -2147217865 when there is none
   virtual std::string QuoteIdentifier(const std::string& name) const = 0;
   virtual std::string System() const = 0;  // the database system's name: "SQLite", "PostgreSQL", "MariaDB", ...
   virtual std::string Catalog() = 0;

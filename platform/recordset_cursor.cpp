@@ -117,18 +117,18 @@ void RecordsetCursor::Assign(std::size_t column, Variant value) {
 
 void RecordsetCursor::AddNew() {
   WritableTable();
-  Save();
+  Save(true);
   session_->Driver();
   pendingKind_ = Pending::NewRow;
 }
 
-void RecordsetCursor::Save() {
+void RecordsetCursor::Save(bool mayWait) {
   if (pendingKind_ == Pending::None) return;
   session_->Driver();
   if (pendingKind_ == Pending::Edit) {
     SaveEdit();
   } else {
-    SaveNewRow();
+    SaveNewRow(mayWait);
   }
   Drop();
 }
@@ -150,8 +150,8 @@ void RecordsetCursor::SaveEdit() {
   }
 }
 
-void RecordsetCursor::SaveNewRow() {
-  WritableTable().Insert(pending_);
+void RecordsetCursor::SaveNewRow(bool mayWait) {
+  WritableTable().Insert(pending_, mayWait);
   hasWritten_ = true;
   // Adding to a table that nobody has read keeps one row in memory, however many are added.
   if (isRead_ || rows_.empty()) rows_.emplace_back(pending_.size());

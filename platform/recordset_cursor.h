@@ -38,8 +38,8 @@ class RecordsetCursor {
   void Assign(std::size_t column, Variant value);
 
   void AddNew();
-  void Save();
-  void Drop();  // what is pending
+  void Save(bool mayWait = false);  // whether nobody needs the outcome at once
+  void Drop();                      // what is pending
   void Close();
 
  private:
@@ -51,7 +51,7 @@ class RecordsetCursor {
   void ReadRows(const std::string& statement);
   void ReadRowsOnce();
   void SaveEdit();
-  void SaveNewRow();
+  void SaveNewRow(bool mayWait);
   Row& CurrentRow();
   StoredTable& WritableTable();
 

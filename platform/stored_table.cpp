@@ -35,6 +35,15 @@ class Execution {
 
 }  // namespace
 
+std::string RowInsert::Text(std::size_t rows) const {
+  std::string row = "(?";
+  for (std::size_t column = 1; column < columns; ++column) row += ",?";
+  row += ')';
+  std::string text = into + " values " + row;
+  for (std::size_t further = 1; further < rows; ++further) text += ',' + row;
+  return text;
+}
+
 StoredTable::StoredTable(DriverSession& session, std::string name) : session_(session), name_(std::move(name)) {
   TableDescription description = session_.Describe(name_);
   quotedName_ = session_.QuoteIdentifier(description.name);
@@ -61,7 +70,7 @@ std::int64_t StoredTable::Count(const Row& stored) {
   return static_cast<std::int64_t>(statement->Value(0).ToDouble());
 }
 
-void StoredTable::Insert(const Row& assigned) {
+void StoredTable::Insert(const Row& assigned, bool mayWait) {
   std::string text;
   try {
     Prepared& insert = InsertFor(assigned);
@@ -71,6 +80,7 @@ void StoredTable::Insert(const Row& assigned) {
     for (const Variant& value : assigned) {
       if (!value.IsEmpty()) insert.statement->Bind(parameter++, value);
     }
+    if (mayWait) insert.statement->MayWait();
     execution.Run();
   } catch (Error& error) {
     error.With("table", name_).With("key", KeyText(assigned)).With("statement", text);
@@ -146,17 +156,34 @@ StoredTable::Prepared& StoredTable::InsertFor(const Row& assigned) {
   for (const Variant& value : assigned) shape_.push_back(!value.IsEmpty());
   const auto found = inserts_.find(shape_);
   if (found != inserts_.end()) return found->second;
+  RowInsert insert;
   std::string columns;
-  std::string values;
   for (std::size_t column = 0; column < assigned.size(); ++column) {
     if (assigned[column].IsEmpty()) continue;
     columns += (columns.empty() ? "" : ",") + Quoted(column);
-    values += values.empty() ? "?" : ",?";
+    ++insert.columns;
   }
   // No statement that all databases know adds a row of which nothing is said.
-  if (columns.empty()) columns = Quoted(0), values = "null";
-  std::string text = "insert into " + quotedName_ + " (" + columns + ") values (" + values + ")";
-  return inserts_.emplace(shape_, PreparedOf(std::move(text))).first->second;
+  if (columns.empty()) {
+    std::string text = "insert into " + quotedName_ + " (" + Quoted(0) + ") values (null)";
+    return inserts_.emplace(shape_, PreparedOf(std::move(text))).first->second;
+  }
+  insert.into = "insert into " + quotedName_ + " (" + columns + ")";
+  insert.describe = [this, shape = shape_, text = insert.Text()](Error& error, std::span<const Variant> values) {
+    Row row(shape.size());
+    for (std::size_t column = 0, next = 0; column < shape.size(); ++column) {
+      if (shape[column]) row[column] = values[next++];
+    }
+    error.With("table", name_).With("key", KeyText(row)).With("statement", text);
+  };
+  std::string text = insert.Text();
+  try {
+    Prepared prepared{text, session_.PrepareInsert(insert)};
+    return inserts_.emplace(shape_, std::move(prepared)).first->second;
+  } catch (Error& error) {
+    error.With("statement", text);
+    throw;
+  }
 }
 
 StoredTable::Prepared& StoredTable::UpdateFor(const Row& stored, const Row& changes) {

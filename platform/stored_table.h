@@ -25,7 +25,7 @@ class StoredTable {
   std::string SelectAll() const { return "select * from " + quotedName_; }
   std::int64_t Count();
 
-  void Insert(const Row& assigned);
+  void Insert(const Row& assigned, bool mayWait);  // whether nobody needs the outcome at once
 
   // Writes the changes (Empty: unchanged) to the one row that `stored` stands for; -2147217864 when there is none or
   // when there are several, and then nothing is changed.

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/batches/driver.h"
 #include "platform/components/installed_components.h"
 #include "platform/database.h"
 #include "platform/odbc/driver.h"
@@ -47,6 +48,8 @@ ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
   qmx::InstalledComponents components(clock);
   qmx::SqliteDriver sqlite;
   qmx::OdbcDriver odbc;
+  qmx::BatchingDriver batchedSqlite(sqlite);
+  qmx::BatchingDriver batchedOdbc(odbc);
 
   const std::unique_ptr<qmx::Trace> trace = qmx::Trace::FromEnvironment();
   std::optional<qmx::TracedComponents> tracedComponents;
@@ -56,7 +59,7 @@ ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
     databaseTrace.emplace(*trace);
   }
   qmx::Components& seenComponents = trace ? static_cast<qmx::Components&>(*tracedComponents) : components;
-  qmx::Database database({&sqlite, &odbc}, trace ? &*databaseTrace : nullptr);
+  qmx::Database database({&batchedSqlite, &batchedOdbc}, trace ? &*databaseTrace : nullptr);
   qmx::Platform platform{clock, files, eventLog, seenComponents, database, failures};
 
   qmx::modDeclarations declarations;

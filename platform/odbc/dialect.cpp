@@ -33,11 +33,7 @@ std::vector<OdbcDialect> MakeDialects() {
 
   OdbcDialect sqlite;
   sqlite.system = "SQLite";
-  // A lock is waited for as long; nothing stops a long statement, since the driver accepts a query time-out and ignores
-  // it.
-  sqlite.timeoutSetting = "pragma busy_timeout = #";
-  sqlite.timeoutUnitsPerSecond = 1000;
-  sqlite.noTimeout = "2147483647";
+  // The driver takes a query time-out and ignores it, and waits for locks as its own connection text says (Timeout=).
   sqlite.catalogIsFile = true;
 
   OdbcDialect other;

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "platform/batches/driver.h"
 #include "platform/odbc/connection.h"
 #include "platform/odbc/connection_string.h"
 #include "platform/odbc/driver.h"
@@ -27,11 +28,19 @@ class SqliteTestDatabase : public TestDatabase {
   SqliteDriver driver_;
 };
 
+class SqliteInBatchesTestDatabase : public SqliteTestDatabase {
+ public:
+  Driver& GetDriver() override { return batching_; }
+
+ private:
+  BatchingDriver batching_{SqliteTestDatabase::GetDriver()};
+};
+
 class SqliteOverOdbcTestDatabase : public TestDatabase {
  public:
   Driver& GetDriver() override { return driver_; }
   std::string ConnectionText() const override {
-    return "Driver=SQLite3;SyncPragma=OFF;Database=" + folder_ / "local.db";
+    return "Driver=SQLite3;SyncPragma=OFF;Timeout=1000;Database=" + folder_ / "local.db";
   }
 
  private:
@@ -58,13 +67,14 @@ class ServerTestDatabase : public TestDatabase {
   ServerTestDatabase(const ServerTestDatabase&) = delete;
   ServerTestDatabase& operator=(const ServerTestDatabase&) = delete;
 
-  Driver& GetDriver() override { return driver_; }
+  Driver& GetDriver() override { return batching_; }
   std::string ConnectionText() const override { return WithOdbcKeyword(server_, "Database", name_); }
 
  private:
   std::string server_;
   std::string name_;
   OdbcDriver driver_;
+  BatchingDriver batching_{driver_};
 };
 
 // tests/servers/with_servers.sh names the servers. Without one its tests are not there, except in CI, where they fail.
@@ -83,11 +93,14 @@ void AddServer(std::vector<DriverUnderTest>& drivers, DriverUnderTest driver, co
 }  // namespace
 
 std::vector<DriverUnderTest> DriversUnderTest() {
+  const std::string update = "update people set floor=2";
   std::vector<DriverUnderTest> drivers = {
-      {"SQLite", [] { return std::make_unique<SqliteTestDatabase>(); }, "datetime", "text"},
-      {"SQLiteOverOdbc", [] { return std::make_unique<SqliteOverOdbcTestDatabase>(); }, "datetime", "text"}};
-  AddServer(drivers, {"PostgreSQL", {}, "timestamp(0)", "text"}, "QMX_TEST_POSTGRESQL", "");
-  AddServer(drivers, {"MariaDB", {}, "datetime", "text"}, "QMX_TEST_MARIADB",
+      {"SQLite", [] { return std::make_unique<SqliteTestDatabase>(); }, "datetime", "text", update},
+      {"SQLiteInBatches", [] { return std::make_unique<SqliteInBatchesTestDatabase>(); }, "datetime", "text", update},
+      {"SQLiteOverOdbc", [] { return std::make_unique<SqliteOverOdbcTestDatabase>(); }, "datetime", "text", update}};
+  AddServer(drivers, {"PostgreSQL", {}, "timestamp(0)", "text", "lock table people in share mode"},
+            "QMX_TEST_POSTGRESQL", "");
+  AddServer(drivers, {"MariaDB", {}, "datetime", "text", "select * from people for update"}, "QMX_TEST_MARIADB",
             " character set utf8mb4 collate utf8mb4_nopad_bin");
   return drivers;
 }

@@ -27,6 +27,8 @@ struct DriverUnderTest {
   // Columns' declared types where systems differ.
   std::string dateTimeType;
   std::string longTextType;
+  // Within a transaction, keeps others from writing the table people.
+  std::string lockStatement;
 };
 
 inline void PrintTo(const DriverUnderTest& driver, std::ostream* out) { *out << driver.name; }

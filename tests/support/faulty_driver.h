@@ -72,6 +72,7 @@ class FaultyDriver : public Driver {
     }
     std::int64_t RowsAffected() const override { return inner_->RowsAffected(); }
     void Reset() noexcept override { inner_->Reset(); }
+    void MayWait() noexcept override { inner_->MayWait(); }
 
    private:
     FaultyDriver& owner_;
@@ -84,6 +85,10 @@ class FaultyDriver : public Driver {
     std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override {
       owner_.Count("Prepare " + statement);
       return std::make_unique<Statement>(owner_, inner_->Prepare(statement));
+    }
+    std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) override {
+      owner_.Count("Prepare " + insert.Text());
+      return std::make_unique<Statement>(owner_, inner_->PrepareInsert(insert));
     }
     TableDescription Describe(const std::string& table) override {
       owner_.Count("Describe " + table);

@@ -1,0 +1,11 @@
+#include "platform/batches/driver.h"
+
+#include "platform/batches/session.h"
+
+namespace qmx {
+
+std::unique_ptr<DriverSession> BatchingDriver::Open(const ConnectionText& text) {
+  return std::make_unique<BatchingSession>(inner_.Open(text));
+}
+
+}  // namespace qmx

@@ -1,0 +1,27 @@
+// Any statement of a batching session but one that adds rows: executed once no row waits any more.
+#pragma once
+
+#include "platform/batches/session.h"
+
+namespace qmx {
+
+class BatchingStatement : public DriverStatement {
+ public:
+  BatchingStatement(BatchingSession& session, std::unique_ptr<DriverStatement> inner);
+  ~BatchingStatement() override;
+  BatchingStatement(const BatchingStatement&) = delete;
+  BatchingStatement& operator=(const BatchingStatement&) = delete;
+
+  const std::vector<ColumnDescription>& Columns() const override;
+  void Bind(std::size_t parameter, const Variant& value) override;
+  bool Step() override;
+  Variant Value(std::size_t column) override;
+  std::int64_t RowsAffected() const override { return inner_->RowsAffected(); }
+  void Reset() noexcept override;
+
+ private:
+  BatchingSession& session_;
+  std::unique_ptr<DriverStatement> inner_;
+};
+
+}  // namespace qmx

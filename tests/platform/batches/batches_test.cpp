@@ -1,0 +1,248 @@
+// Rows that are sent together, over every database system.
+#include <chrono>
+#include <thread>
+
+#include "platform/batches/driver.h"
+#include "tests/platform/database/record_set_test.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class Batches : public testing::TestWithParam<DriverUnderTest> {
+ protected:
+  Batches() : base(GetParam().make()), below(base->GetDriver()), batching(below), connection({&batching}, nullptr) {
+    connection.Open(base->ConnectionText(), "", "");
+    connection.Execute(
+        "create table people (code varchar(20) not null primary key, name varchar(100), floor smallint)");
+  }
+
+  std::unique_ptr<Recordset> Opened(const char* source, int options = kCommandTable) {
+    auto records = std::make_unique<Recordset>(nullptr);
+    records->Open(source, connection, kCursorKeyset, kLockOptimistic, options);
+    return records;
+  }
+
+  static void Add(Recordset& records, const std::string& code) {
+    records.AddNew();
+    records.Fields("code") = code;
+    records.Fields("floor") = 1;
+  }
+
+  // What another program sees.
+  std::string Codes() {
+    Connection other({&base->GetDriver()}, nullptr);
+    other.Open(base->ConnectionText(), "", "");
+    Recordset records(nullptr);
+    records.Open("select code from people order by code", other, kCursorKeyset, kLockOptimistic, kCommandText);
+    std::string codes;
+    for (; !records.Eof(); records.MoveNext()) codes += records.Fields(std::size_t{0}).Value().ToText();
+    return codes;
+  }
+
+  static std::string Detail(const Error& error, std::string_view what) {
+    for (const auto& [name, value] : error.Details()) {
+      if (name == what) return value;
+    }
+    return "(no detail)";
+  }
+
+  std::unique_ptr<TestDatabase> base;
+  FaultyDriver below;
+  BatchingDriver batching;
+  Connection connection;
+};
+INSTANTIATE_TEST_SUITE_P(Over, Batches, testing::ValuesIn(DriversUnderTest()), DriverName);
+
+TEST_P(Batches, SendManyRowsWithFewStatements) {
+  const auto records = Opened("people");
+  below.Restart();
+  for (int number = 1000; number < 2000; ++number) Add(*records, std::to_string(number));
+  records->Close();
+  EXPECT_LT(below.CountOf("Step"), 300);
+  const auto found = Opened("select count(*), sum(floor), min(code), max(code) from people", kCommandText);
+  EXPECT_EQ(found->Fields(std::size_t{0}).Value().ToInt32(), 1000);
+  EXPECT_EQ(found->Fields(std::size_t{1}).Value().ToInt32(), 1000);
+  EXPECT_EQ(found->Fields(std::size_t{2}).Value(), Variant("1000"));
+  EXPECT_EQ(found->Fields(std::size_t{3}).Value(), Variant("1999"));
+}
+
+TEST_P(Batches, SendTheFirstRowAfterAPauseAtOnce) {
+  const auto records = Opened("people");
+  Add(*records, "A");
+  records->AddNew();
+  EXPECT_EQ(Codes(), "A");
+  std::this_thread::sleep_for(std::chrono::milliseconds(60));
+  records->Fields("code") = "B";
+  records->AddNew();
+  EXPECT_EQ(Codes(), "AB");
+}
+
+TEST_P(Batches, SendWhatWaitsAlsoWhileNobodyCalls) {
+  const auto records = Opened("people");
+  for (const char* code : {"A", "B", "C", "D"}) Add(*records, code);
+  for (int wait = 0; Codes() != "ABC" && wait < 100; ++wait) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  EXPECT_EQ(Codes(), "ABC");  // D is not saved yet
+}
+
+TEST_P(Batches, SendWhatWaitsAtUpdateAndAtClose) {
+  const auto records = Opened("people");
+  for (const char* code : {"A", "B", "C"}) Add(*records, code);
+  records->Update();
+  EXPECT_EQ(Codes(), "ABC");
+  for (const char* code : {"D", "E", "F"}) Add(*records, code);
+  records->Close();
+  EXPECT_EQ(Codes(), "ABCDEF");
+}
+
+TEST_P(Batches, SendWhatWaitsBeforeAnythingIsReadOrDone) {
+  const auto records = Opened("people");
+  for (const char* code : {"A", "B", "C"}) Add(*records, code);
+  EXPECT_EQ(Opened("select * from people", kCommandText)->recordcount(), 2);
+  for (const char* code : {"D", "E"}) Add(*records, code);
+  EXPECT_EQ(connection.Execute("update people set name='x'"), 4);
+  records->CancelUpdate();
+  EXPECT_EQ(records->recordcount(), 4);
+}
+
+TEST_P(Batches, KeepTheOrderOfRowsWithDifferentColumns) {
+  connection.Execute(
+      "create table parts (code varchar(20) not null primary key, whole varchar(20), foreign key (whole) references "
+      "people (code))");
+  const auto people = Opened("people");
+  const auto parts = Opened("parts");
+  for (const char* code : {"A", "B", "C"}) {
+    Add(*people, code);
+    people->AddNew();  // the person is saved; what began is dropped
+    people->CancelUpdate();
+    parts->AddNew();
+    parts->Fields("code") = std::string(code) + "1";
+    parts->Fields("whole") = code;
+  }
+  parts->Close();
+  people->Close();
+  EXPECT_EQ(Codes(), "ABC");
+  EXPECT_EQ(Opened("select * from parts", kCommandText)->recordcount(), 3);
+}
+
+TEST_P(Batches, KeepTheRowsBeforeABadOneAndNoneAfterIt) {
+  connection.Execute("insert into people (code) values ('D')");
+  const auto records = Opened("people");
+  const Error error = Raised([&] {
+    for (const char* code : {"A", "B", "C", "D", "E", "F"}) Add(*records, code);
+    records->Update();
+  });
+  EXPECT_EQ(error.Number(), -2147217873);
+  EXPECT_EQ(Detail(error, "table"), "people");
+  EXPECT_EQ(Detail(error, "key"), "code='D'");
+  EXPECT_THAT(Detail(error, "statement"), HasSubstr("insert into"));
+  EXPECT_EQ(error.Cause(), nullptr);
+  records->CancelUpdate();
+  records->Close();
+  EXPECT_EQ(Codes(), "ABCD");
+  // The connection is as good as before.
+  const auto again = Opened("people");
+  for (const char* code : {"X", "Y", "Z"}) Add(*again, code);
+  again->Close();
+  EXPECT_EQ(Codes(), "ABCDXYZ");
+}
+
+TEST_P(Batches, RaiseAtTheNextCallWhatHappenedWhileNobodyCalled) {
+  connection.Execute("insert into people (code) values ('C')");
+  const auto records = Opened("people");
+  for (const char* code : {"A", "B", "C", "D"}) Add(*records, code);
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  const Error error = Raised([&] { Add(*records, "E"); });
+  EXPECT_EQ(error.Number(), -2147217873);
+  EXPECT_EQ(Detail(error, "key"), "code='C'");
+  records->CancelUpdate();
+  records->Close();
+  EXPECT_EQ(Codes(), "ABC");
+  connection.Close();
+}
+
+TEST_P(Batches, RaiseWhenTheConnectionClosesWhatNobodyWasToldOf) {
+  connection.Execute("insert into people (code) values ('C')");
+  {
+    const auto records = Opened("people");
+    for (const char* code : {"A", "B", "C", "D"}) Add(*records, code);
+  }
+  EXPECT_EQ(Detail(Raised([&] { connection.Close(); }), "key"), "code='C'");
+  EXPECT_EQ(connection.State(), 0);
+  EXPECT_EQ(Codes(), "ABC");
+}
+
+TEST_P(Batches, NameTheBadRowsColumnsThatMakeItsKey) {
+  connection.Execute(
+      "create table skills (emno varchar(6) not null, skll varchar(6) not null, primary key (emno, skll))");
+  const auto records = Opened("skills");
+  const Error error = Raised([&] {
+    for (const char* skill : {"a", "b", "c", "b", "d"}) {
+      records->AddNew();
+      records->Fields("skll") = skill;
+      records->Fields("emno") = "E1";
+    }
+    records->Update();
+  });
+  EXPECT_EQ(Detail(error, "key"), "emno='E1', skll='b'");
+  records->CancelUpdate();
+}
+
+// Whichever operation below fails, what is there is the beginning of what was added, and all of it where no error came.
+TEST_P(Batches, KeepABeginningOfTheRowsWhateverFails) {
+  const std::string all = "ABCDEFGHIJKL";
+  for (const bool forGood : {false, true}) {
+    for (std::int64_t operation = 1;; ++operation) {
+      connection.Execute("delete from people");
+      below.Restart();
+      forGood ? below.FailFrom(operation) : below.FailAt(operation);
+      bool wasTold = false;
+      try {
+        const auto records = Opened("people");
+        for (const char code : all) Add(*records, {code});
+        records->Close();
+      } catch (const Error& error) {
+        wasTold = true;
+        EXPECT_EQ(error.Number(), -2147467259);
+      }
+      below.FailAt(0);
+      const std::string codes = Codes();
+      EXPECT_TRUE(all.starts_with(codes)) << codes << " at operation " << operation;
+      EXPECT_TRUE(wasTold || codes == all) << codes << " at operation " << operation;
+      if (!below.HasFailed()) break;
+      ASSERT_LT(operation, 200);
+    }
+  }
+}
+
+TEST_P(Batches, WaitForALockOnceAndNotForEachRow) {
+  connection.CommandTimeout(1);
+  const auto records = Opened("people");
+  Add(*records, "A");
+  records->Update();
+  const auto holder = base->GetDriver().Open(ConnectionText(base->ConnectionText()));
+  holder->Begin();
+  {
+    const auto statement = holder->Prepare(GetParam().lockStatement);
+    while (statement->Step()) continue;
+  }
+  const auto start = std::chrono::steady_clock::now();
+  const Error error = Raised([&] {
+    for (const char* code : {"B", "C", "D", "E"}) Add(*records, code);
+    records->Update();
+  });
+  EXPECT_EQ(error.Number(), -2147217871);
+  EXPECT_EQ(Detail(error, "key"), "code='B'");
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(3500));
+  holder->Rollback();
+  records->CancelUpdate();
+  records->Close();
+  EXPECT_EQ(Codes(), "A");
+  holder->Close();
+}
+
+}  // namespace
+}  // namespace qmx::test
