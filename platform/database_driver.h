@@ -47,13 +47,25 @@ class DriverStatement {
   virtual void MayWait() noexcept {}
 };
 
-// A statement that adds one row: "insert into T (A,B)".
+// Which columns of a table rows are added with.
 struct RowInsert {
-  std::string into;
-  std::size_t columns = 0;
+  std::string table;                       // between the database's quotes
+  std::vector<ColumnDescription> columns;  // at least one; values are null or of the column's type
+  std::string into;                        // "insert into T (A,B)"
   std::function<void(Error&, std::span<const Variant>)> describe;  // adds what is known of a row that was refused
 
   std::string Text(std::size_t rows = 1) const;  // with a parameter for each value of so many rows
+};
+
+// Adds rows, many at a time.
+class DriverRows {
+ public:
+  virtual ~DriverRows() = default;
+  virtual std::size_t Most() const = 0;  // rows at a time from which on more of them gain nothing
+
+  // Adds as many of the rows as go together, from the first one on, and returns how many those were: all of them are
+  // added or, when it raises, none. The values of whole rows follow each other; there is at least one row.
+  virtual std::size_t Add(std::span<const Variant> values) = 0;
 };
 
 class DriverSession {
@@ -61,6 +73,8 @@ class DriverSession {
   virtual ~DriverSession() = default;
   virtual std::unique_ptr<DriverStatement> Prepare(const std::string& statement) = 0;  // "?" marks a parameter
   virtual std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) { return Prepare(insert.Text()); }
+  virtual std::unique_ptr<DriverRows> PrepareRows(
+      const RowInsert& insert);                                     // many rows after "values", if not otherwise
   virtual TableDescription Describe(const std::string& table) = 0;  // -2147217865 when there is none
   virtual std::string QuoteIdentifier(const std::string& name) const = 0;
   virtual std::string System() const = 0;  // the database system's name: "SQLite", "PostgreSQL", "MariaDB", ...

@@ -35,15 +35,6 @@ class Execution {
 
 }  // namespace
 
-std::string RowInsert::Text(std::size_t rows) const {
-  std::string row = "(?";
-  for (std::size_t column = 1; column < columns; ++column) row += ",?";
-  row += ')';
-  std::string text = into + " values " + row;
-  for (std::size_t further = 1; further < rows; ++further) text += ',' + row;
-  return text;
-}
-
 StoredTable::StoredTable(DriverSession& session, std::string name) : session_(session), name_(std::move(name)) {
   TableDescription description = session_.Describe(name_);
   quotedName_ = session_.QuoteIdentifier(description.name);
@@ -161,13 +152,14 @@ StoredTable::Prepared& StoredTable::InsertFor(const Row& assigned) {
   for (std::size_t column = 0; column < assigned.size(); ++column) {
     if (assigned[column].IsEmpty()) continue;
     columns += (columns.empty() ? "" : ",") + Quoted(column);
-    ++insert.columns;
+    insert.columns.push_back(layout_->Columns()[column]);
   }
   // No statement that all databases know adds a row of which nothing is said.
   if (columns.empty()) {
     std::string text = "insert into " + quotedName_ + " (" + Quoted(0) + ") values (null)";
     return inserts_.emplace(shape_, PreparedOf(std::move(text))).first->second;
   }
+  insert.table = quotedName_;
   insert.into = "insert into " + quotedName_ + " (" + columns + ")";
   insert.describe = [this, shape = shape_, text = insert.Text()](Error& error, std::span<const Variant> values) {
     Row row(shape.size());

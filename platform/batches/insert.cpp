@@ -1,7 +1,6 @@
 #include "platform/batches/insert.h"
 
-#include <algorithm>
-#include <bit>
+#include <utility>
 
 #include "platform/error.h"
 
@@ -25,15 +24,14 @@ class Execution {
 BatchingInsert::BatchingInsert(BatchingSession& session, RowInsert insert)
     : session_(session),
       insert_(std::move(insert)),
-      mostRows_(std::clamp<std::size_t>(std::bit_floor(kMostParameters / insert_.columns), 1, 1u << (kSizes - 1))),
-      bound_(insert_.columns) {
-  StatementFor(1);
-}
+      one_(session_.Inner().Prepare(insert_.Text())),
+      bound_(insert_.columns.size()) {}
 
 BatchingInsert::~BatchingInsert() {
   const auto lock = session_.Locked();
   session_.Forget(*this);
-  for (auto& statement : statements_) statement.reset();
+  one_.reset();
+  many_.reset();
 }
 
 void BatchingInsert::Bind(std::size_t parameter, const Variant& value) { bound_.at(parameter) = &value; }
@@ -44,78 +42,60 @@ bool BatchingInsert::Step() {
     Wait();
     return false;
   }
-  DriverStatement& statement = StatementFor(1);
-  const Execution execution(statement);
-  for (std::size_t column = 0; column < bound_.size(); ++column) statement.Bind(column, *bound_[column]);
-  Run(statement);
+  const Execution execution(*one_);
+  for (std::size_t column = 0; column < bound_.size(); ++column) one_->Bind(column, *bound_[column]);
+  while (one_->Step()) continue;
   return false;
 }
 
 void BatchingInsert::Wait() {
-  const std::size_t start = waitingRows_ * insert_.columns;
-  if (waiting_.size() < start + insert_.columns) waiting_.resize(start + insert_.columns);
-  for (std::size_t column = 0; column < bound_.size(); ++column) waiting_[start + column] = *bound_[column];
+  if (!many_) many_ = session_.Inner().PrepareRows(insert_);
+  const std::size_t start = waitingRows_ * bound_.size();
+  if (waiting_.size() < start + bound_.size()) waiting_.resize(start + bound_.size());
+  for (std::size_t column = 0; column < bound_.size(); ++column) {
+    waiting_[start + column] = *bound_[column];
+    if (const std::string* text = bound_[column]->IfText()) waitingBytes_ += text->size();
+  }
   if (++waitingRows_ == 1) session_.Waits(*this);
-  if (waitingRows_ == mostRows_) session_.SendNow();
+  if (waitingRows_ >= many_->Most() || waitingBytes_ >= kMostBytes) session_.SendNow();
 }
 
 void BatchingInsert::Send() {
+  waitingBytes_ = 0;
   const std::size_t count = std::exchange(waitingRows_, 0);
-  for (std::size_t first = 0; first < count;) {
-    const std::size_t size = std::bit_floor(std::min(count - first, mostRows_));
-    SendTogether(first, size);
-    first += size;
-  }
+  for (std::size_t first = 0; first < count;) first += SendTogether(first, count - first);
 }
 
-void BatchingInsert::SendTogether(std::size_t first, std::size_t size) {
-  if (size == 1) return SendOneByOne(first, 1);
+std::size_t BatchingInsert::SendTogether(std::size_t first, std::size_t count) {
   try {
-    DriverStatement& statement = StatementFor(size);
-    const Execution execution(statement);
-    std::size_t parameter = 0;
-    for (std::size_t row = first; row < first + size; ++row) {
-      for (const Variant& value : WaitingRow(row)) statement.Bind(parameter++, value);
-    }
-    Run(statement);
-    return;
+    if (count > 1) return many_->Add(WaitingRows(first, count));
   } catch (Error& error) {
     // Each row would wait as long again; sent alone, the first one would have met the same.
     if (error.Number() == errors::kTimeout) {
-      insert_.describe(error, WaitingRow(first));
+      insert_.describe(error, WaitingRows(first, 1));
       throw;
     }
   }
-  SendOneByOne(first, size);
+  SendOneByOne(first, count);
+  return count;
 }
 
 void BatchingInsert::SendOneByOne(std::size_t first, std::size_t count) {
   for (std::size_t row = first; row < first + count; ++row) {
     try {
-      DriverStatement& statement = StatementFor(1);
-      const Execution execution(statement);
+      const Execution execution(*one_);
       std::size_t parameter = 0;
-      for (const Variant& value : WaitingRow(row)) statement.Bind(parameter++, value);
-      Run(statement);
+      for (const Variant& value : WaitingRows(row, 1)) one_->Bind(parameter++, value);
+      while (one_->Step()) continue;
     } catch (Error& error) {
-      insert_.describe(error, WaitingRow(row));
+      insert_.describe(error, WaitingRows(row, 1));
       throw;
     }
   }
 }
 
-std::span<const Variant> BatchingInsert::WaitingRow(std::size_t row) const {
-  return std::span(waiting_).subspan(row * insert_.columns, insert_.columns);
-}
-
-DriverStatement& BatchingInsert::StatementFor(std::size_t size) {
-  auto& statement = statements_[static_cast<std::size_t>(std::countr_zero(size))];
-  if (!statement) statement = session_.Inner().Prepare(insert_.Text(size));
-  return *statement;
-}
-
-void BatchingInsert::Run(DriverStatement& statement) {
-  while (statement.Step()) continue;
+std::span<const Variant> BatchingInsert::WaitingRows(std::size_t first, std::size_t count) const {
+  return std::span(waiting_).subspan(first * bound_.size(), count * bound_.size());
 }
 
 }  // namespace qmx

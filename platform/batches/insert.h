@@ -1,10 +1,8 @@
 // A statement that adds rows, alone or together.
 //
-// Rows that wait are copies; their memory is used again. They go out by halves: as many as the largest statement takes,
-// then half as many, down to one, so that there are few statements to prepare.
+// Rows that wait are copies; their memory is used again.
 #pragma once
 
-#include <array>
 #include <span>
 
 #include "platform/batches/session.h"
@@ -30,23 +28,21 @@ class BatchingInsert : public DriverStatement {
   void Send();
 
  private:
-  static constexpr std::size_t kSizes = 8;               // statements for 1, 2, 4, ... 128 rows
-  static constexpr std::size_t kMostParameters = 30000;  // the systems take 32766 at least
+  static constexpr std::size_t kMostBytes = 1 << 20;  // of texts that wait
 
-  std::span<const Variant> WaitingRow(std::size_t row) const;
+  std::span<const Variant> WaitingRows(std::size_t first, std::size_t count) const;
   void Wait();
-  void SendTogether(std::size_t first, std::size_t size);  // a power of two
+  std::size_t SendTogether(std::size_t first, std::size_t count);  // returns how many it did send
   void SendOneByOne(std::size_t first, std::size_t count);
-  DriverStatement& StatementFor(std::size_t size);
-  void Run(DriverStatement& statement);
 
   BatchingSession& session_;
   RowInsert insert_;
-  std::size_t mostRows_;
-  std::array<std::unique_ptr<DriverStatement>, kSizes> statements_;
-  std::vector<const Variant*> bound_;  // of the row that is being added
-  std::vector<Variant> waiting_;       // row by row
+  std::unique_ptr<DriverStatement> one_;  // for a row alone
+  std::unique_ptr<DriverRows> many_;      // from the first waiting row on
+  std::vector<const Variant*> bound_;     // of the row that is being added
+  std::vector<Variant> waiting_;          // row by row
   std::size_t waitingRows_ = 0;
+  std::size_t waitingBytes_ = 0;
   bool mayWait_ = false;
   std::vector<ColumnDescription> noColumns_;
 };

@@ -31,9 +31,10 @@ class SqliteTestDatabase : public TestDatabase {
 class SqliteInBatchesTestDatabase : public SqliteTestDatabase {
  public:
   Driver& GetDriver() override { return batching_; }
+  Driver& PlainDriver() override { return SqliteTestDatabase::GetDriver(); }
 
  private:
-  BatchingDriver batching_{SqliteTestDatabase::GetDriver()};
+  BatchingDriver batching_{PlainDriver()};
 };
 
 class SqliteOverOdbcTestDatabase : public TestDatabase {
@@ -68,6 +69,7 @@ class ServerTestDatabase : public TestDatabase {
   ServerTestDatabase& operator=(const ServerTestDatabase&) = delete;
 
   Driver& GetDriver() override { return batching_; }
+  Driver& PlainDriver() override { return driver_; }
   std::string ConnectionText() const override { return WithOdbcKeyword(server_, "Database", name_); }
 
  private:

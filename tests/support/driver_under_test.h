@@ -18,6 +18,7 @@ class TestDatabase {
  public:
   virtual ~TestDatabase() = default;
   virtual Driver& GetDriver() = 0;
+  virtual Driver& PlainDriver() { return GetDriver(); }  // without batches around it
   virtual std::string ConnectionText() const = 0;
 };
 

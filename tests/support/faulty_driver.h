@@ -1,8 +1,8 @@
 // A driver around another one that counts every operation, keeps a record of them, and can make the Nth one fail.
 //
 // A failing operation does nothing but raise; those after it work again, unless everything is to fail from there on, as
-// when a server is gone. Quiet operations (Columns, RowsAffected, QuoteIdentifier, Reset, destruction) cannot fail and
-// are not counted. A test may also be told of every operation before it is done.
+// when a server is gone. Quiet operations (Columns, RowsAffected, Most, QuoteIdentifier, Reset, destruction) cannot
+// fail and are not counted. A test may also be told of every operation before it is done.
 #pragma once
 
 #include <cstdint>
@@ -79,6 +79,20 @@ class FaultyDriver : public Driver {
     std::unique_ptr<DriverStatement> inner_;
   };
 
+  class Rows : public DriverRows {
+   public:
+    Rows(FaultyDriver& owner, std::unique_ptr<DriverRows> inner) : owner_(owner), inner_(std::move(inner)) {}
+    std::size_t Most() const override { return inner_->Most(); }
+    std::size_t Add(std::span<const Variant> values) override {
+      owner_.Count("Add");
+      return inner_->Add(values);
+    }
+
+   private:
+    FaultyDriver& owner_;
+    std::unique_ptr<DriverRows> inner_;
+  };
+
   class Session : public DriverSession {
    public:
     Session(FaultyDriver& owner, std::unique_ptr<DriverSession> inner) : owner_(owner), inner_(std::move(inner)) {}
@@ -89,6 +103,10 @@ class FaultyDriver : public Driver {
     std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) override {
       owner_.Count("Prepare " + insert.Text());
       return std::make_unique<Statement>(owner_, inner_->PrepareInsert(insert));
+    }
+    std::unique_ptr<DriverRows> PrepareRows(const RowInsert& insert) override {
+      owner_.Count("PrepareRows " + insert.into);
+      return std::make_unique<Rows>(owner_, inner_->PrepareRows(insert));
     }
     TableDescription Describe(const std::string& table) override {
       owner_.Count("Describe " + table);

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 
 class Batches : public testing::TestWithParam<DriverUnderTest> {
  protected:
-  Batches() : base(GetParam().make()), below(base->GetDriver()), batching(below), connection({&batching}, nullptr) {
+  Batches() : base(GetParam().make()), below(base->PlainDriver()), batching(below), connection({&batching}, nullptr) {
     connection.Open(base->ConnectionText(), "", "");
     connection.Execute(
         "create table people (code varchar(20) not null primary key, name varchar(100), floor smallint)");
