@@ -3,6 +3,7 @@
 demoPackages=(g++ cmake ninja-build libsqlite3-dev sqlite3 unixodbc-dev libcli11-dev nlohmann-json3-dev)
 testPackages=("${demoPackages[@]}" libgtest-dev libgmock-dev locales clang-14 clang-format-14 clang-tidy-14 default-jdk-headless
               unixodbc odbc-postgresql odbc-mariadb libsqliteodbc postgresql mariadb-server-core mariadb-client-core)
+benchPackages=("${demoPackages[@]}" python3)
 
 # install_packages PACKAGE...: installs what is missing; without need of a network when nothing is.
 install_packages() {
@@ -37,12 +38,13 @@ install_packages() {
   rm -f "$log"
 }
 
-# build_preset PRESET: configures and builds; prints what the tools said only where something failed.
+# build_preset PRESET [TARGET...]: configures and builds; prints what the tools said only where something failed.
 build_preset() {
-  local log
+  local log preset=$1
+  shift
   log=$(mktemp)
-  echo "Building ($1)"
-  if ! { cmake --preset "$1" && cmake --build --preset "$1"; } >"$log" 2>&1; then
+  echo "Building ($preset)"
+  if ! { cmake --preset "$preset" && cmake --build --preset "$preset" --target "${@:-all}"; } >"$log" 2>&1; then
     cat "$log" >&2
     exit 1
   fi

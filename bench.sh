@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# Builds what is measured and what it is measured against, makes the data, and measures; see ./bench.sh --help. Installs what is
+# missing.
+set -euo pipefail
+cd "$(dirname "$0")"
+source scripts/packages.sh
+
+install_packages "${benchPackages[@]}"
+build_preset release all bench_programs
+exec python3 bench/run.py "$@"

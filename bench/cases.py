@@ -1,0 +1,74 @@
+"""The cases: what the program does, and ways to do the same with nothing but the database's own interface."""
+
+from dataclasses import dataclass
+from typing import Callable, Optional
+
+import data
+from measuring import BENCH_PROGRAMS, FOLDER, PROGRAMS, run
+
+LOCAL = FOLDER / "local.db"
+
+
+@dataclass(frozen=True)
+class Way:
+    name: str
+    command: list
+    most: Optional[float] = None  # what the program may take, as a multiple of this way
+    finish: Callable[[], None] = lambda: None  # not measured
+
+
+@dataclass(frozen=True)
+class Case:
+    """The ways are taken in turn, the program's first, each from the same beginning, and must leave the same content."""
+
+    title: str
+    rows: int  # that are added or changed
+    ways: list
+    prepare: Callable[[], None]
+    content: Callable[[], str]
+
+
+def _program(connection, erp):
+    logs = FOLDER / "logs"
+    logs.mkdir(exist_ok=True)
+    return [PROGRAMS / "qmxdatacopy", f"{connection},,tssoc200,{logs},OrvanSandbox,{erp}"]
+
+
+def _sqlite_content():
+    count = run("sqlite3", LOCAL, "select count(*) from tssoc200").strip()
+    return f"{count} rows, " + run("sqlite3", LOCAL, ".sha3sum tssoc200").strip()
+
+
+def _empty_texts_to_null():
+    """SQLite's shell imports no null; in the program's rows a moment is null or a time."""
+    moments = run("sqlite3", LOCAL, "select name from pragma_table_info('tssoc200') where type = 'datetime'").split()
+    run("sqlite3", LOCAL, "update tssoc200 set " + ", ".join(f"{name} = nullif({name}, '')" for name in moments))
+
+
+def sqlite_full(sizes):
+    erp = data.erp(sizes.orders)
+    empty = data.empty_local()
+    csv = data.orders_as_csv(sizes.orders)
+    shell = ["sqlite3", "-cmd", "pragma journal_mode=wal", "-cmd", "pragma synchronous=normal", LOCAL]
+    return Case("full copy, SQLite", sizes.orders, [
+        Way("program", _program(f"Provider=SQLite;Data Source={LOCAL}", erp)),
+        Way("prepared reads, prepared inserts", [BENCH_PROGRAMS / "sqlite_full_copy", erp, LOCAL], most=1.25),
+        Way("sqlite3's .import of CSV", [*shell, f".import --csv '{csv}' tssoc200"], most=1 / 2, finish=_empty_texts_to_null),
+    ], lambda: data.copy_file(empty, LOCAL), _sqlite_content)
+
+
+def sqlite_changed(sizes):
+    erp = data.changed_erp(sizes.orders, sizes.changes)
+    before = data.local_before_changes(sizes.orders)
+    reference = [BENCH_PROGRAMS / "sqlite_changed_copy", erp, LOCAL]
+    return Case("changed copy, SQLite", sizes.changes, [
+        Way("program", _program(f"Provider=SQLite;Data Source={LOCAL}", erp)),
+        Way("prepared statements", reference, most=1.3),
+        Way("the same, a fresh select text per row", [*reference, "fresh"], most=1 / 3.5),
+    ], lambda: data.copy_file(before, LOCAL), _sqlite_content)
+
+
+CASES = {
+    "sqlite-full": sqlite_full,
+    "sqlite-changed": sqlite_changed,
+}

@@ -1,0 +1,110 @@
+"""The data of the cases, made with a fixed seed and kept in build/bench until the sandbox changes."""
+
+import os
+import random
+import shutil
+import sqlite3
+from pathlib import Path
+
+from measuring import BENCH_PROGRAMS, FOLDER, PROGRAMS, run
+
+TODAY = "2026-11-20"
+LONG_AGO = "2000-01-01"
+
+
+def _made(path, make):
+    """The file, made anew where it is missing or older than the sandbox."""
+    sandbox = PROGRAMS / "orvan-sandbox"
+    if not path.exists() or path.stat().st_mtime < sandbox.stat().st_mtime:
+        FOLDER.mkdir(parents=True, exist_ok=True)
+        unfinished = path.with_suffix(".unfinished")
+        remove(unfinished)
+        make(unfinished)
+        unfinished.rename(path)
+    return path
+
+
+def remove(path):
+    for end in ("", "-wal", "-shm"):
+        Path(f"{path}{end}").unlink(missing_ok=True)
+
+
+def copy_file(source, target):
+    """A copy of a database, on the disk before it is measured what is done with it."""
+    remove(target)
+    shutil.copyfile(source, target)
+    with open(target, "rb") as file:
+        os.fsync(file)
+    return target
+
+
+def erp(orders):
+    """The ERP's file with that many service orders and no audited change."""
+    def make(path):
+        print(f"making {orders:,} service orders", flush=True)
+        run(PROGRAMS / "orvan-sandbox", "make", path, "--seed", 1, "--today", TODAY, "--orders", orders, "--activities", 0)
+
+    return _made(FOLDER / f"erp-{orders}.db", make)
+
+
+def changed_erp(orders, changes):
+    """The same after that many audited changes: half updates, a quarter inserts, a quarter deletes, in random order."""
+    def make(path):
+        print(f"making {changes:,} changes of {orders:,} service orders", flush=True)
+        shutil.copyfile(erp(orders), path)
+        _change(path, changes)
+
+    return _made(FOLDER / f"erp-{orders}-{changes}.db", make)
+
+
+def _change(path, changes):
+    dice = random.Random(1)
+    file = sqlite3.connect(path, isolation_level=None)
+    columns = [row[1] for row in file.execute("pragma table_info(tssoc200)")][1:]
+    insert = f"insert into tssoc200 select 'SN' || substr(orno, 3), {', '.join(columns)} from tssoc200 where orno = ?"
+    orders = [row[0] for row in file.execute("select orno from tssoc200 order by orno")]
+    file.execute("begin")
+    for place, order in enumerate(dice.sample(orders, changes)):
+        day = f"2026-12-{dice.randint(1, 30):02}"
+        if place % 4 == 0:
+            file.execute("delete from tssoc200 where orno = ?", [order])
+        elif place % 4 == 1:
+            file.execute(insert, [order])
+        elif place % 40 == 2:
+            partner = f"BP{dice.randint(1, 99):05}"
+            file.execute("update tssoc200 set ofbp = ?, stna = ? where orno = ?", [partner, f"Customer {partner}", order])
+        else:
+            file.execute("update tssoc200 set osta = ?, pstm = ?, pftm = ? where orno = ?",
+                         [dice.randint(1, 5), f"{day} 08:15:00", f"{day} 10:45:00", order])
+    file.execute("commit")
+    file.close()
+
+
+def empty_local():
+    """A local database with its tables and no row."""
+    path = FOLDER / "empty.db"
+    remove(path)
+    run(PROGRAMS / "qmxadmin", "init", f"Provider=SQLite;Data Source={path};Mode=Create", "")
+    return path
+
+
+def local_before_changes(orders):
+    """A local database after a full copy, whose next copy of the service orders is by change."""
+    def make(path):
+        shutil.copyfile(empty_local(), path)
+        run(BENCH_PROGRAMS / "sqlite_full_copy", erp(orders), path)
+        file = sqlite3.connect(path)
+        file.execute("insert into tstables (TableName, in_use, syme, lutm) values ('tssoc200', 0, 2, ?)", [LONG_AGO])
+        file.commit()
+        file.close()
+
+    return _made(FOLDER / f"local-{orders}.db", make)
+
+
+def orders_as_csv(orders):
+    """The rows of a full copy, for the import of SQLite's shell."""
+    def make(path):
+        with open(path, "w") as file:
+            file.write(run("sqlite3", "-csv", local_before_changes(orders), "select * from tssoc200"))
+
+    return _made(FOLDER / f"orders-{orders}.csv", make)
