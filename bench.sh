@@ -7,4 +7,4 @@ source scripts/packages.sh
 
 install_packages "${benchPackages[@]}"
 build_preset release all bench_programs
-exec python3 bench/run.py "$@"
+exec python3 -B bench/run.py "$@"
