@@ -5,8 +5,8 @@
 
 #include "platform/components.h"
 #include "platform/event_log.h"
-#include "platform/names.h"
 #include "platform/trim.h"
+#include "schema/local_tables.h"
 
 namespace qmx {
 namespace {
@@ -18,33 +18,6 @@ constexpr std::int16_t kComplete = 40;
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-std::string_view TableDescription(std::string_view tableName) {
-  static constexpr std::pair<std::string_view, std::string_view> kDescriptions[] = {
-      {"tsclm020", "Response Times"},
-      {"tsclm024", "Priority Time Scales"},
-      {"tsmdm030", "Service Types"},
-      {"tsmdm100", "Service Centers"},
-      {"tsmdm105", "Service Areas"},
-      {"tsmdm130", "Skills"},
-      {"tsmdm135", "Skills By Employee"},
-      {"tsmdm140", "Service Employees"},
-      {"tscfg200", "Objects"},
-      {"tscfg220", "Configurations"},
-      {"tssoc200", "Service Orders"},
-      {"tssoc205", "Service Order Engineers"},
-      {"tssoc210", "Service Order Activities"},
-      {"tsspc200", "Planned Activities"},
-      {"tcccp001", "Availability Types"},
-      {"tcccp030", "Calendars"},
-      {"tccom130", "Addresses"},
-  };
-  const std::string name = FoldName(Trimmed(tableName));
-  for (const auto& [table, description] : kDescriptions) {
-    if (table == name) return description;
-  }
-  return {};
-}
-
 std::string Concat(std::initializer_list<std::string_view> pieces) {
   std::string text;
   for (const std::string_view piece : pieces) text += piece;
@@ -52,7 +25,7 @@ std::string Concat(std::initializer_list<std::string_view> pieces) {
 }
 
 // "Service Types (tsmdm030)"
-std::string Heading(const std::string& table) { return Concat({TableDescription(table), " (", table, ")"}); }
+std::string Heading(const std::string& table) { return Concat({DescriptionOfTable(Trimmed(table)), " (", table, ")"}); }
 
 }  // namespace
 

@@ -4,8 +4,13 @@ namespace qmx {
 
 std::vector<LocalTable> CalendarTables() {
   return {
-      {"tcccp001", {Code("ract"), Description("dsca"), Code("ptmu"), Number("hrsd"), Code("avlb")}, {"ract"}, {}},
+      {"tcccp001",
+       "Availability Types",
+       {Code("ract"), Description("dsca"), Code("ptmu"), Number("hrsd"), Code("avlb")},
+       {"ract"},
+       {}},
       {"tcccp030",
+       "Calendars",
        {Code("ccal"), Code("ract"), Moment("stdt"), TimeOfDay("sttm"), Moment("endt"), TimeOfDay("entm"),
         Number("cutm"), Number("ccap"), Moment("ustm"), Moment("uftm"), Code("ahrs")},
        {"ccal", "ract", "stdt", "sttm"},

@@ -5,11 +5,12 @@ namespace qmx {
 std::vector<LocalTable> ControlTables() {
   return {
       {"tstables",
+       "",
        {Code("TableName"), Setting("in_use"), Setting("freq"), Setting("reqd"), Setting("syme"), Moment("lutm")},
        {"TableName"},
        {}},
       // The same interval may be written twice, so there is no key.
-      {"tscalender", {Code("ccal"), Moment("sttm"), Moment("entm")}, {}, {"ccal"}},
+      {"tscalender", "", {Code("ccal"), Moment("sttm"), Moment("entm")}, {}, {"ccal"}},
   };
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/names.h"
 #include "schema/column_words.h"
 
 namespace qmx {
@@ -25,6 +26,12 @@ std::vector<LocalTable> AllTables() {
 const std::vector<LocalTable>& LocalTables() {
   static const std::vector<LocalTable> kTables = AllTables();
   return kTables;
+}
+
+std::string_view DescriptionOfTable(std::string_view name) {
+  const auto table = std::find_if(LocalTables().begin(), LocalTables().end(),
+                                  [name](const LocalTable& known) { return SameName(known.name, name); });
+  return table == LocalTables().end() ? std::string_view() : table->description;
 }
 
 }  // namespace qmx

@@ -23,11 +23,15 @@ struct LocalColumn {
 
 struct LocalTable {
   std::string name;
+  std::string description;  // of a table that is copied from the ERP, as the scheduling server is told it; else empty
   std::vector<LocalColumn> columns;
   std::vector<std::string> key;      // none: rows may be alike
   std::vector<std::string> indexed;  // columns of an index besides the key's
 };
 
 const std::vector<LocalTable>& LocalTables();  // in the order of their names, tstables and tscalender last
+
+// Of the table of that name, in whatever case; empty where no such table is copied.
+std::string_view DescriptionOfTable(std::string_view name);
 
 }  // namespace qmx

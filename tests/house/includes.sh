@@ -31,7 +31,7 @@ may 'platform/trace/' "$interfaces|platform/trace/"
 may 'calendar/' "$interfaces|calendar/"
 may 'copy/[^/]+$' "$interfaces|calendar/|copy/|startup/modDeclarations\.h\""
 may 'copy/tables/' 'copy/clsDataCopy\.h"'
-may 'handler/' "$interfaces|copy/clsDataCopy\.h\"|handler/|startup/modDeclarations\.h\""
+may 'handler/' "$interfaces|copy/clsDataCopy\.h\"|handler/|schema/local_tables\.h\"|startup/modDeclarations\.h\""
 may 'schema/' "$interfaces|schema/"
 may 'tools/qmxadmin/' "platform/|calendar/|schema/|tools/qmxadmin/"
 

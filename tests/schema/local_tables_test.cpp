@@ -30,6 +30,15 @@ TEST(LocalTables, AreTheSeventeenOfTheErpAndTheTwoOfThisSystem) {
                                    "tssoc205", "tssoc210", "tsspc200", "tstables", "tscalender"));
 }
 
+TEST(LocalTables, AreCalledAsTheSchedulingServerIsTold) {
+  EXPECT_EQ(DescriptionOfTable("tsmdm030"), "Service Types");
+  EXPECT_EQ(DescriptionOfTable("TSSOC210"), "Service Order Activities");
+  for (const char* notCopied : {"tstables", "tscalender", "tsxyz999", ""}) EXPECT_EQ(DescriptionOfTable(notCopied), "");
+  EXPECT_EQ(std::count_if(LocalTables().begin(), LocalTables().end(),
+                          [](const LocalTable& table) { return !table.description.empty(); }),
+            17);
+}
+
 TEST(LocalTables, HaveEveryColumnThatIsWritten) {
   std::map<std::string, std::string> columns;
   for (const LocalTable& table : LocalTables()) columns[table.name] = ColumnNames(table);

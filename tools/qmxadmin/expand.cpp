@@ -1,26 +1,15 @@
-// qmxadmin expand: turns the local calendars into the intervals of tscalender, which no copy does, and tells how many
-// there are.
+#include "tools/qmxadmin/expand.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "calendar/clsCalender.h"
-#include "platform/database.h"
-#include "platform/odbc/driver.h"
-#include "platform/sqlite/driver.h"
-#include "tools/qmxadmin/commands.h"
+#include "tools/qmxadmin/local_database.h"
 
 namespace qmx {
 namespace {
-
-struct Options {
-  std::string connection;
-  std::string database;
-};
 
 std::map<std::string, std::int32_t> IntervalsByCalendar(Database& database, Connection& connection) {
   const auto rows = database.CreateRecordset("ADODB.Recordset");
@@ -45,42 +34,26 @@ void Report(const std::vector<std::string>& inUse, std::map<std::string, std::in
   }
 }
 
-AdminStatus Expand(const Options& options) {
-  SqliteDriver sqlite;
-  OdbcDriver odbc;
-  Database database({&sqlite, &odbc});
-  const auto connection = database.CreateConnection("ADODB.Connection");
-  connection->Open(options.connection, "", "");
-  if (options.database.find_first_not_of(' ') != std::string::npos) connection->defaultdatabase(options.database);
+}  // namespace
+
+AdminStatus Expand(const DatabaseArguments& arguments) {
+  LocalDatabase local(arguments);
+  Connection& connection = local.Connection();
 
   // The expansion passes over what it cannot read or write; a table that is missing should not look like no calendars.
-  for (const char* table : {"tsmdm140", "tcccp030", "tscalender"}) connection->Describe(table);
+  for (const char* table : {"tsmdm140", "tcccp030", "tscalender"}) connection.Describe(table);
 
-  const auto records = database.CreateRecordset("ADODB.Recordset");
-  clsCalender calender(database);
-  calender.DBConnection = connection.get();
+  const auto records = local.Layer().CreateRecordset("ADODB.Recordset");
+  clsCalender calender(local.Layer());
+  calender.DBConnection = &connection;
   calender.DBRecordSet = records.get();
   calender.Startprocess();
 
   std::vector<std::string> inUse;
-  calender.getEmployeeCalenderList(*connection, inUse);
-  Report(inUse, IntervalsByCalendar(database, *connection));
-  connection->Close();
+  calender.getEmployeeCalenderList(connection, inUse);
+  Report(inUse, IntervalsByCalendar(local.Layer(), connection));
+  connection.Close();
   return AdminStatus::Done;
-}
-
-}  // namespace
-
-void AddExpand(CLI::App& program, AdminStatus& status) {
-  CLI::App* expand = program.add_subcommand(
-      "expand", "Expand the calendars of service employees into tscalender and count its intervals");
-  const auto options = std::make_shared<Options>();
-  expand
-      ->add_option("CONNECTION", options->connection,
-                   "Connection text of the local database, such as \"Provider=SQLite;Data Source=FILE\"")
-      ->required();
-  expand->add_option("DATABASE", options->database, "Default database; \"\" for the connection's own")->required();
-  expand->callback([options, &status] { status = Expand(*options); });
 }
 
 }  // namespace qmx

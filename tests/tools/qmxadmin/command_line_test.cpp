@@ -1,7 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "tests/support/process.h"
+#include "tests/support/temp_folder.h"
 
 namespace qmx::test {
 namespace {
@@ -9,6 +12,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 TEST(QmxAdmin, ShowsItsCommandsAndExitStatusesWhenAskedForHelp) {
@@ -32,6 +36,22 @@ TEST(QmxAdmin, ShowsItsVersion) {
   EXPECT_THAT(version.out, StartsWith("qmxadmin "));
 }
 
+TEST(QmxAdmin, SaysThatConnectionAndDatabaseMayComeFromTheEnvironment) {
+  for (const char* command : {"init", "expand"}) {
+    EXPECT_THAT(test::Run(QMX_ADMIN, {command, "--help"}).out,
+                AllOf(HasSubstr("QMX_CONNECTION"), HasSubstr("QMX_DATABASE")));
+  }
+}
+
+TEST(QmxAdmin, TakesConnectionAndDatabaseFromTheEnvironment) {
+  const TempFolder folder;
+  const Process made = test::Run(
+      QMX_ADMIN, {"init"},
+      {{"QMX_CONNECTION", "Provider=SQLite;Data Source=" + folder.Path().string()}, {"QMX_DATABASE", "service"}});
+  EXPECT_EQ(made.status, 0) << made.err;
+  EXPECT_TRUE(std::filesystem::exists(folder / "service.db"));
+}
+
 TEST(QmxAdmin, WrongArgumentsAreExplainedAndEndWithStatusTwo) {
   const Process none = test::Run(QMX_ADMIN, {});
   EXPECT_EQ(none.status, 2);
@@ -44,11 +64,46 @@ TEST(QmxAdmin, WrongArgumentsAreExplainedAndEndWithStatusTwo) {
   EXPECT_THAT(unknown.out, IsEmpty());
 }
 
+TEST(QmxAdmin, NeverShowsAPasswordOfWrongArguments) {
+  const std::vector<std::vector<std::string>> wrong = {
+      {"init", "", "", "DSN=local;PWD=geheim"},
+      {"init", "DSN=local;PWD=very", "geheim", "also geheim"},
+      {"init", "--conection=DSN=local;PWD=geheim", "", ""},
+      {"DSN=local;PWD=geheim", "init"},
+      {"init", "DSN=local;PWD=geheim"},
+  };
+  for (const std::vector<std::string>& arguments : wrong) {
+    const Process run = test::Run(QMX_ADMIN, arguments);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err + run.out, Not(HasSubstr("geheim")));
+    EXPECT_THAT(run.err, HasSubstr("--help"));
+  }
+}
+
+TEST(QmxAdmin, NamesAnOptionThatIsNotThere) {
+  EXPECT_THAT(test::Run(QMX_ADMIN, {"init", "--conection=DSN=x", "", ""}).err, HasSubstr("no option --conection."));
+}
+
+TEST(QmxAdmin, DoesNothingWhenAnArgumentIsTooMany) {
+  const TempFolder folder;
+  const Process run =
+      test::Run(QMX_ADMIN, {"init", "Provider=SQLite;Data Source=" + folder / "local.db", "", "tsmdm030"});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, HasSubstr("an argument too many"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "local.db"));
+}
+
 TEST(QmxAdmin, AnOutputThatCannotBeWrittenIsAFailure) {
-  const Process full =
-      test::Run("/bin/sh", {"-c", std::string("exec \"$0\" init --print Provider=SQLite \"\" > /dev/full"), QMX_ADMIN});
-  EXPECT_EQ(full.status, 2);
-  EXPECT_THAT(full.err, HasSubstr("Standard output cannot be written"));
+  const TempFolder folder;
+  const std::string onAFullDisk = "exec \"$0\" init --print Provider=SQLite \"\" > /dev/full";
+  // A reader opens the pipe and closes it again.
+  const std::string intoABrokenPipe =
+      "mkfifo \"$1\"; exec 3<>\"$1\" 4>\"$1\" 3>&-; exec \"$0\" init --print Provider=SQLite \"\" >&4";
+  for (const std::string& output : {onAFullDisk, intoABrokenPipe}) {
+    const Process run = test::Run("/bin/sh", {"-c", output, QMX_ADMIN, folder / "pipe"});
+    EXPECT_EQ(run.status, 2) << output;
+    EXPECT_THAT(run.err, HasSubstr("Standard output cannot be written"));
+  }
 }
 
 }  // namespace

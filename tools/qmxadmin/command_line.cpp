@@ -1,0 +1,102 @@
+// The one source that sees the argument library, which is slow to compile: each command's own source gets a struct.
+#include "tools/qmxadmin/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+
+#include "tools/qmxadmin/database_arguments.h"
+#include "tools/qmxadmin/environment_arguments.h"
+#include "tools/qmxadmin/expand.h"
+#include "tools/qmxadmin/init.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kConnection = "CONNECTION";
+
+// Has `run` called with `arguments` when this is the command that is asked for.
+template <typename Arguments>
+void Does(CLI::App& command, AdminStatus& status, const std::shared_ptr<Arguments>& arguments,
+          AdminStatus (*run)(const Arguments&)) {
+  command.callback([arguments, run, &status] { status = run(*arguments); });
+}
+
+void AddDatabase(CLI::App& command, DatabaseArguments& arguments) {
+  command
+      .add_option(kConnection, arguments.connection,
+                  "Connection text of the local database, such as \"Provider=SQLite;Data Source=FILE\"")
+      ->required();
+  command.add_option("DATABASE", arguments.database, "Default database; \"\" for the connection's own")->required();
+  command.footer(
+      "CONNECTION and DATABASE may both be left out where QMX_CONNECTION is set, so that no password stands on the\n"
+      "command line; QMX_DATABASE is then the default database.");
+}
+
+void AddExpand(CLI::App& program, AdminStatus& status) {
+  CLI::App& command = *program.add_subcommand(
+      "expand", "Expand the calendars of service employees into tscalender and count its intervals");
+  const auto arguments = std::make_shared<DatabaseArguments>();
+  AddDatabase(command, *arguments);
+  Does(command, status, arguments, Expand);
+}
+
+void AddInit(CLI::App& program, AdminStatus& status) {
+  CLI::App& command =
+      *program.add_subcommand("init", "Make the local tables, and the SQLite file, that are missing; leave the rest");
+  const auto arguments = std::make_shared<InitArguments>();
+  AddDatabase(command, *arguments);
+  command.add_flag("--print", arguments->print,
+                   "Show the statements and make nothing; a server is asked which system it is");
+  Does(command, status, arguments, Init);
+}
+
+void AddCommands(CLI::App& program, AdminStatus& status) {
+  AddExpand(program, status);
+  AddInit(program, status);
+}
+
+bool TakesDatabase(const CLI::App& program, const std::string& command) {
+  for (const CLI::App* known : program.get_subcommands([](const CLI::App*) { return true; })) {
+    if (known->get_name() == command) return known->get_option_no_throw(kConnection) != nullptr;
+  }
+  return false;
+}
+
+// What is too much is not repeated, unless it is an option's name: it may be a connection text, or a piece of one.
+void TellOfExtras(const CLI::App& program) {
+  for (const std::string& extra : program.remaining(true)) {
+    const bool option = extra.starts_with('-');
+    std::cerr << (option ? "There is no option " + extra.substr(0, extra.find('=')) : "There is an argument too many")
+              << ".\n";
+  }
+  std::cerr << "Run with --help for more information.\n";
+}
+
+}  // namespace
+
+AdminStatus RunCommandLine(const std::vector<std::string>& given) {
+  AdminStatus status = AdminStatus::Done;
+  CLI::App program("Administers the local database of QMX Data Copy", "qmxadmin");
+  program.require_subcommand(1);
+  program.set_version_flag("--version", "qmxadmin " QMX_VERSION);
+  program.footer(
+      "Exit status: 0 done, and all is as it should be; 1 something is not as it should be or was left as it was;\n"
+      "2 the command failed or its arguments are wrong (standard error says why).");
+  AddCommands(program, status);
+
+  const bool needsDatabase = !given.empty() && TakesDatabase(program, given.front());
+  std::vector<std::string> arguments = needsDatabase ? WithEnvironment(given) : given;
+  std::reverse(arguments.begin(), arguments.end());  // as the library reads them
+  try {
+    program.parse(std::move(arguments));
+  } catch (const CLI::ExtrasError&) {
+    TellOfExtras(program);
+    return AdminStatus::Failed;
+  } catch (const CLI::ParseError& end) {  // help is such an end as well
+    return program.exit(end) == 0 ? AdminStatus::Done : AdminStatus::Failed;
+  }
+  return status;
+}
+
+}  // namespace qmx

@@ -1,0 +1,15 @@
+// qmxadmin init: makes the local tables that are missing and leaves alone those that are there.
+#pragma once
+
+#include "tools/qmxadmin/admin_status.h"
+#include "tools/qmxadmin/database_arguments.h"
+
+namespace qmx {
+
+struct InitArguments : DatabaseArguments {
+  bool print = false;  // shows the statements and makes nothing
+};
+
+AdminStatus Init(const InitArguments& arguments);
+
+}  // namespace qmx

@@ -1,0 +1,17 @@
+#include "tools/qmxadmin/listing.h"
+
+#include <unistd.h>
+
+#include <iostream>
+
+#include "tools/qmxadmin/json_output.h"
+#include "tools/qmxadmin/terminal.h"
+#include "tools/qmxadmin/text_table.h"
+
+namespace qmx {
+
+void Print(const Listing& listing, OutputForm form) {
+  std::cout << (form == OutputForm::Json ? JsonArray(listing) : TextTable(listing, TerminalOf(STDOUT_FILENO)));
+}
+
+}  // namespace qmx
