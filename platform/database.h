@@ -157,7 +157,8 @@ class Recordset {
   template <typename Step>
   void Tell(std::string_view operation, Step&& step);
   DatabaseObserver* observer_;
-  int number_;  // among the record sets, for the observer
+  DatabaseObserver* columnObserver_;  // null where nobody is to be told of columns
+  int number_;                        // among the record sets, for the observer
   Connection* connection_ = nullptr;
   std::unique_ptr<RecordsetCursor> cursor_;  // null when closed
 };

@@ -26,6 +26,8 @@ class DatabaseObserver {
   // `recordset` is a number given in the order in which the record sets were made. `rows` only where rows were read.
   virtual void RecordsetOpened(int recordset, std::string_view source, int cursorType, int lockType, int options,
                                std::optional<std::int64_t> rows, const Error* error) = 0;
+  // Whether it is to be told of columns: rows cost more then. Asked once a record set.
+  virtual bool HearsOfColumns() const { return true; }
   virtual void ColumnSet(int recordset, std::string_view column, const Variant& value, const Error* error) = 0;
   virtual void RecordsetCalled(int recordset, std::string_view operation,
                                const Error* error) = 0;  // "AddNew", "Update", ...

@@ -23,7 +23,9 @@ void RequireServed(int cursorType, int lockType, int options) {
 }  // namespace
 
 Recordset::Recordset(DatabaseObserver* observer)
-    : observer_(observer), number_(observer ? observer->NextRecordset() : 0) {}
+    : observer_(observer),
+      columnObserver_(observer && observer->HearsOfColumns() ? observer : nullptr),
+      number_(observer ? observer->NextRecordset() : 0) {}
 
 Recordset::~Recordset() = default;
 
@@ -132,16 +134,16 @@ RecordsetCursor& Recordset::OpenCursor() const {
 }
 
 void Recordset::Assign(std::size_t index, Variant value) {
-  if (!observer_) return AtTheWall([&] { OpenCursor().Assign(index, std::move(value)); });
+  if (!columnObserver_) return AtTheWall([&] { OpenCursor().Assign(index, std::move(value)); });
   const Variant told = value;
   std::string name;
   Observed(
-      observer_,
+      columnObserver_,
       [&] {
         name = OpenCursor().ColumnName(index);
         OpenCursor().Assign(index, std::move(value));
       },
-      [&](const Error* error) { observer_->ColumnSet(number_, name, told, error); });
+      [&](const Error* error) { columnObserver_->ColumnSet(number_, name, told, error); });
 }
 
 template <typename Step>

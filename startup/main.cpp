@@ -15,6 +15,7 @@
 #include "platform/posix/event_log.h"
 #include "platform/posix/failure_report.h"
 #include "platform/posix/text_files.h"
+#include "platform/progress/progress.h"
 #include "platform/sqlite/driver.h"
 #include "platform/trace/database_trace.h"
 #include "platform/trace/trace.h"
@@ -59,8 +60,14 @@ ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
     databaseTrace.emplace(*trace);
   }
   qmx::Components& seenComponents = trace ? static_cast<qmx::Components&>(*tracedComponents) : components;
-  qmx::Database database({&batchedSqlite, &batchedOdbc}, trace ? &*databaseTrace : nullptr);
-  qmx::Platform platform{clock, files, eventLog, seenComponents, database, failures};
+  qmx::DatabaseObserver* observer = trace ? &*databaseTrace : nullptr;
+
+  const std::unique_ptr<qmx::Progress> progress = qmx::Progress::FromEnvironment(qmx::TableCode(commandLine));
+  if (progress) observer = &progress->Observer(observer);
+  qmx::ReportAfterProgress clearedFailures(failures, progress.get());
+
+  qmx::Database database({&batchedSqlite, &batchedOdbc}, observer);
+  qmx::Platform platform{clock, files, eventLog, seenComponents, database, clearedFailures};
 
   qmx::modDeclarations declarations;
   qmx::Main(platform, declarations, commandLine);

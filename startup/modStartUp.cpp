@@ -103,6 +103,13 @@ void Main(Platform& platform, modDeclarations& declarations, std::string_view co
   }
 }
 
+std::string TableCode(std::string_view commandLineText) {
+  const CommandLine commandLine(commandLineText);
+  if (commandLine.Count() <= kTableName) return {};
+  const std::string name = commandLine.Trimmed(kTableName);
+  return name.substr(0, name.find('='));
+}
+
 void WriteStartupFailureLog(Platform& platform, const std::string& LogDirectory) {
   constexpr int kFile = 1;
   const Error failure = CurrentError();

@@ -15,6 +15,9 @@ namespace qmx {
 // doing so does: a command line without a log directory, a log directory that cannot be written.
 void Main(Platform& platform, modDeclarations& declarations, std::string_view commandLine);
 
+// The table code that the command line asks to copy; empty where it has none.
+std::string TableCode(std::string_view commandLine);
+
 // Appends a record of the error being handled to QMXDBSynclog.txt in the directory, a blank one standing for "C:".
 void WriteStartupFailureLog(Platform& platform, const std::string& LogDirectory);
 

@@ -1,0 +1,91 @@
+#include "platform/progress/progress.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <cstdlib>
+#include <string_view>
+
+#include "platform/progress/progress_text.h"
+#include "platform/progress/terminal.h"
+
+namespace qmx {
+namespace {
+
+constexpr std::chrono::milliseconds kBetweenLooks{125};
+constexpr int kLooksBetweenLines = 2;
+
+// The descriptor that the environment names, from now on this process's alone.
+int ListenerFromEnvironment() {
+  const char* const name = std::getenv("QMX_PROGRESS_FD");
+  const std::string_view text = name ? name : "";
+  int descriptor = Progress::kNobody;
+  const auto parsed = std::from_chars(text.data(), text.data() + text.size(), descriptor);
+  const bool isNumber = !text.empty() && parsed.ec == std::errc() && parsed.ptr == text.data() + text.size();
+  if (!isNumber || descriptor < 0) return Progress::kNobody;
+  const int flags = fcntl(descriptor, F_GETFD);
+  if (flags < 0 || fcntl(descriptor, F_SETFD, flags | FD_CLOEXEC) < 0) return Progress::kNobody;
+  return descriptor;
+}
+
+bool TakesALine(int descriptor) {
+  pollfd state{descriptor, POLLOUT, 0};
+  return poll(&state, 1, 0) == 1 && (state.revents & POLLOUT) != 0;
+}
+
+}  // namespace
+
+std::unique_ptr<Progress> Progress::FromEnvironment(const std::string& table) {
+  const int terminal = IsLiveTerminal(STDERR_FILENO) ? STDERR_FILENO : kNobody;
+  const int listener = ListenerFromEnvironment();
+  if (terminal == kNobody && listener == kNobody) return nullptr;
+  return std::make_unique<Progress>(table, terminal, listener);
+}
+
+Progress::Progress(std::string table, int terminal, int listener)
+    : table_(std::move(table)), terminal_(terminal), listener_(listener), helper_([this] { ShowUntilTheEnd(); }) {}
+
+Progress::~Progress() { End(); }
+
+void Progress::End() noexcept {
+  if (!helper_.joinable()) return;
+  {
+    const std::lock_guard lock(mutex_);
+    ends_ = true;
+  }
+  ended_.notify_one();
+  helper_.join();
+}
+
+void Progress::ShowUntilTheEnd() {
+  std::unique_lock lock(mutex_);
+  for (int look = 1; !ended_.wait_for(lock, kBetweenLooks, [this] { return ends_; }); ++look) {
+    if (terminal_ != kNobody) Draw();
+    if (look % kLooksBetweenLines == 0) Tell();
+  }
+  Tell();
+  if (isDrawn_) WriteToDescriptor(terminal_, kClearLine);
+}
+
+void Progress::Draw() {
+  const auto now = Clock::now();
+  const std::int64_t rows = rows_.load(std::memory_order_relaxed);
+  const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(now - start_);
+  std::string line = ProgressText(table_, rows, rate_.At(now, rows), elapsed);
+  if (!IsInForeground(terminal_)) return;
+  // A line that is as wide as the terminal would begin another one.
+  line.resize(std::min(line.size(), static_cast<std::size_t>(TerminalWidth(terminal_) - 1)));
+  WriteToDescriptor(terminal_, std::string(kClearLine) + line);
+  isDrawn_ = true;
+}
+
+void Progress::Tell() {
+  const std::int64_t rows = rows_.load(std::memory_order_relaxed);
+  if (listener_ == kNobody || rows == told_ || !TakesALine(listener_)) return;
+  WriteToDescriptor(listener_, "rows " + std::to_string(rows) + "\n");
+  told_ = rows;
+}
+
+}  // namespace qmx

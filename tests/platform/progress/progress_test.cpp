@@ -1,0 +1,128 @@
+#include "platform/progress/progress.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <pty.h>
+#include <unistd.h>
+
+#include <array>
+
+#include "platform/database.h"
+#include "platform/error.h"
+#include "tests/support/environment.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::Not;
+
+class ProgressOf : public testing::Test {
+ protected:
+  ProgressOf() {
+    winsize size{};
+    size.ws_col = 40;
+    EXPECT_EQ(openpty(&seen_, &terminal_, nullptr, nullptr, &size), 0);
+    EXPECT_EQ(pipe(pipe_.data()), 0);
+    fcntl(seen_, F_SETFL, O_NONBLOCK);
+    fcntl(pipe_[0], F_SETFL, O_NONBLOCK);
+  }
+  ~ProgressOf() override {
+    for (const int descriptor : {seen_, terminal_, pipe_[0], pipe_[1]}) close(descriptor);
+  }
+
+  static std::string ReadAll(int descriptor) {
+    std::string text;
+    std::array<char, 4096> buffer{};
+    for (ssize_t count = 0; (count = read(descriptor, buffer.data(), buffer.size())) > 0;) {
+      text.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    return text;
+  }
+
+  static void Save(DatabaseObserver& observer, int rows) {
+    observer.RecordsetOpened(1, "tssoc200", kCursorKeyset, kLockOptimistic, kCommandTable, std::nullopt, nullptr);
+    for (int row = 0; row < rows; ++row) observer.RecordsetCalled(1, "AddNew", nullptr);
+    observer.RecordsetCalled(1, "Update", nullptr);
+  }
+
+  static void Pass(int milliseconds) { std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds)); }
+
+  int seen_ = -1, terminal_ = -1;
+  std::array<int, 2> pipe_{};
+};
+
+TEST_F(ProgressOf, ARunThatTakesAMomentShowsNothing) {
+  { Progress progress("tssoc200", terminal_, Progress::kNobody); }
+  EXPECT_THAT(ReadAll(seen_), IsEmpty());
+}
+
+TEST_F(ProgressOf, ALongerRunShowsItsRowsAndClearsThem) {
+  Progress progress("tssoc200", terminal_, Progress::kNobody);
+  Save(progress.Observer(nullptr), 1200);
+  Pass(300);
+  progress.End();
+  EXPECT_THAT(ReadAll(seen_), MatchesRegex("\r\x1b.Ktssoc200        1,200 rows  .*\r\x1b.K"));
+  progress.End();
+  EXPECT_THAT(ReadAll(seen_), IsEmpty());
+}
+
+TEST_F(ProgressOf, ALineIsNeverAsWideAsTheTerminal) {
+  Progress progress("tssoc200", terminal_, Progress::kNobody);
+  Pass(180);
+  progress.End();
+  EXPECT_EQ(ReadAll(seen_), "\r\x1b[Ktssoc200            0 rows          0 r\r\x1b[K");
+}
+
+TEST_F(ProgressOf, AFailureIsReportedWithTheLineGone) {
+  struct Failures : FailureReport {
+    explicit Failures(int to) : terminal(to) {}
+    void Report(const Error&) noexcept override { EXPECT_EQ(write(terminal, "failed", 6), 6); }
+    int terminal;
+  } failures(terminal_);
+  Progress progress("tssoc200", terminal_, Progress::kNobody);
+  ReportAfterProgress report(failures, &progress);
+  Pass(200);
+  report.Report(Error(5, "", ""));
+  Pass(200);
+  EXPECT_THAT(ReadAll(seen_), EndsWith("\r\x1b[Kfailed"));
+}
+
+TEST_F(ProgressOf, ALongerRunIsToldAsItGoesOnAndAtItsEnd) {
+  Progress progress("tssoc200", Progress::kNobody, pipe_[1]);
+  DatabaseObserver& observer = progress.Observer(nullptr);
+  Save(observer, 10);
+  Pass(400);
+  EXPECT_THAT(ReadAll(pipe_[0]), MatchesRegex("(rows 0\n)?rows 10\n"));
+  Save(observer, 5);
+  progress.End();
+  EXPECT_EQ(ReadAll(pipe_[0]), "rows 15\n");
+  EXPECT_THAT(ReadAll(seen_), IsEmpty());
+}
+
+TEST_F(ProgressOf, AReaderThatDoesNotKeepUpCostsNoTime) {
+  fcntl(pipe_[1], F_SETFL, O_NONBLOCK);
+  const std::string block(4096, 'x');
+  while (write(pipe_[1], block.data(), block.size()) > 0) continue;
+  fcntl(pipe_[1], F_SETFL, 0);
+  Progress progress("tssoc200", Progress::kNobody, pipe_[1]);
+  Save(progress.Observer(nullptr), 10);
+  Pass(300);
+  progress.End();  // would wait for ever
+  EXPECT_THAT(ReadAll(pipe_[0]), Not(HasSubstr("rows")));
+}
+
+TEST_F(ProgressOf, ARunIsNobodysWhereTheEnvironmentNamesNoDescriptor) {
+  const EnvironmentVariable dumb("TERM", "dumb");
+  EXPECT_EQ(Progress::FromEnvironment("tssoc200"), nullptr);
+  const EnvironmentVariable listener("QMX_PROGRESS_FD", std::to_string(pipe_[1]).c_str());
+  EXPECT_NE(Progress::FromEnvironment("tssoc200"), nullptr);
+  EXPECT_EQ(fcntl(pipe_[1], F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);  // programs that the run starts do not keep it open
+}
+
+}  // namespace
+}  // namespace qmx::test

@@ -1,0 +1,147 @@
+#include "platform/progress/row_counter.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/database.h"
+#include "platform/sqlite/driver.h"
+#include "tests/support/raised.h"
+#include "tests/support/recording_observer.h"
+#include "tests/support/temp_folder.h"
+
+namespace qmx::test {
+namespace {
+
+class RowsOfATable : public testing::Test {
+ protected:
+  RowsOfATable() {
+    connection = database.CreateConnection("ADODB.Connection");
+    records = database.CreateRecordset("ADODB.Recordset");
+    connection->Open("Provider=SQLite;Mode=Create;Data Source=" + folder / "local.db", "", "");
+    connection->Execute("create table Kinds (code text not null primary key, name text)");
+    connection->Execute("create table tstables (code text, name text)");
+  }
+
+  void OpenTable(const std::string& table) {
+    records->Open(table, *connection, kCursorKeyset, kLockOptimistic, kCommandTable);
+  }
+  void OpenRow(const std::string& code, const std::string& table = "Kinds") {
+    records->Open("select * from " + table + " where code = '" + code + "'", *connection, kCursorKeyset,
+                  kLockOptimistic, kCommandText);
+  }
+  void Add(const char* code) {
+    records->AddNew();
+    records->Fields("code") = code;
+  }
+
+  TempFolder folder;
+  SqliteDriver driver;
+  std::atomic<std::int64_t> rows = 0;
+  CallLog log;
+  RecordingObserver next{log};
+  RowCounter counter{"kinds", rows, nullptr};
+  Database database{{&driver}, &counter};
+  std::unique_ptr<Connection> connection;
+  std::unique_ptr<Recordset> records;
+};
+
+TEST_F(RowsOfATable, CountAsTheyAreSaved) {
+  OpenTable("kinds");
+  Add("A");
+  EXPECT_EQ(rows, 0);
+  Add("B");
+  EXPECT_EQ(rows, 1);
+  Add("C");
+  EXPECT_EQ(rows, 2);
+  records->Update();
+  EXPECT_EQ(rows, 3);
+  records->Update();  // nothing is pending
+  records->Close();
+  EXPECT_EQ(rows, 3);
+}
+
+TEST_F(RowsOfATable, CountWhereCloseSavesTheLast) {
+  OpenRow("none");
+  Add("A");
+  Add("B");
+  records->Close();
+  EXPECT_EQ(rows, 2);
+}
+
+TEST_F(RowsOfATable, CountWhereOneIsChanged) {
+  connection->Execute("insert into Kinds (code) values ('A')");
+  OpenRow("A");
+  records->Fields("name") = "new";
+  records->Update();
+  records->Close();
+  EXPECT_EQ(rows, 1);
+}
+
+TEST_F(RowsOfATable, DoNotCountWhereOneIsOnlyRead) {
+  connection->Execute("insert into Kinds (code) values ('A')");
+  OpenRow("A");
+  EXPECT_FALSE(records->Eof());
+  records->Close();
+  EXPECT_EQ(rows, 0);
+}
+
+TEST_F(RowsOfATable, DoNotCountWhereTheyAreDroppedOrRefused) {
+  OpenTable("Kinds");
+  Add("A");
+  Add("A");
+  EXPECT_EQ(Raised([&] { records->Update(); }).Number(), errors::kIntegrity);
+  records->CancelUpdate();
+  records->Close();
+  EXPECT_EQ(rows, 1);
+}
+
+TEST_F(RowsOfATable, AreNotThoseOfOthers) {
+  OpenTable("tstables");
+  Add("A");
+  records->Update();
+  records->Close();
+  OpenRow("A", "tstables");
+  records->Fields("name") = "new";
+  records->Update();
+  records->Close();
+  EXPECT_EQ(rows, 0);
+}
+
+TEST_F(RowsOfATable, CountOnWhileAnotherRecordSetIsInUse) {
+  OpenTable("Kinds");
+  Add("A");
+  const auto other = database.CreateRecordset("ADODB.Recordset");
+  other->Open("select * from tstables", *connection, kCursorKeyset, kLockOptimistic, kCommandText);
+  other->Close();
+  records->Update();
+  EXPECT_EQ(rows, 1);
+}
+
+TEST_F(RowsOfATable, CostNothingForColumnsThatNobodyHearsOf) {
+  EXPECT_FALSE(counter.HearsOfColumns());
+  EXPECT_TRUE(RowCounter("Kinds", rows, &next).HearsOfColumns());
+}
+
+TEST_F(RowsOfATable, LeaveEverythingToAnotherObserverToo) {
+  RowCounter both("Kinds", rows, &next);
+  Database seen({&driver}, &both);
+  const auto with = seen.CreateConnection("ADODB.Connection");
+  const auto added = seen.CreateRecordset("ADODB.Recordset");
+  with->Open("Provider=SQLite;Data Source=" + folder.Path().string(), "", "");
+  with->defaultdatabase("local");
+  with->CommandTimeout(5);
+  with->Execute("delete from Kinds");
+  added->Open("Kinds", *with, kCursorKeyset, kLockOptimistic, kCommandTable);
+  added->AddNew();
+  added->Fields("code") = "A";
+  added->Update();
+  added->Close();
+  with->Close();
+  EXPECT_EQ(rows, 1);
+  EXPECT_EQ(log.Lines(), (std::vector<std::string>{
+                             "connection.Open", "connection.defaultdatabase local", "connection.CommandTimeout 5",
+                             "connection.Execute delete from Kinds", "rs1.Open \"Kinds\" 1 3 2", "rs1.AddNew",
+                             "rs1.code = \"A\"", "rs1.Update", "rs1.Close", "connection.Close"}));
+}
+
+}  // namespace
+}  // namespace qmx::test
