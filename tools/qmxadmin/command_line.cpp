@@ -5,6 +5,7 @@
 #include <iostream>
 #include <memory>
 
+#include "tools/qmxadmin/calendar/calendar.h"
 #include "tools/qmxadmin/database_arguments.h"
 #include "tools/qmxadmin/environment_arguments.h"
 #include "tools/qmxadmin/expand.h"
@@ -33,6 +34,21 @@ void AddDatabase(CLI::App& command, DatabaseArguments& arguments) {
       "command line; QMX_DATABASE is then the default database.");
 }
 
+void AddCalendar(CLI::App& program, AdminStatus& status) {
+  CLI::App& command = *program.add_subcommand(
+      "calendar", "Draw the working intervals of calendars, as \"expand\" made them, week by week");
+  const auto arguments = std::make_shared<CalendarArguments>();
+  AddDatabase(command, *arguments);
+  command.add_option("CALENDAR", arguments->codes, "Codes of calendars");
+  command.add_option("--employee", arguments->employee, "Number of a service employee, whose calendar is drawn");
+  command.add_option("--from", arguments->from, "A day of the first week, YYYY-MM-DD; without it this week");
+  command.add_option("--to", arguments->to, "A day of the last week; without it four weeks are drawn");
+  command.add_option("--svg", arguments->svg, "Write an SVG picture to this file instead; - is standard output");
+  command.add_flag_callback(
+      "--json", [arguments] { arguments->form = OutputForm::Json; }, "Tell the intervals as JSON instead");
+  Does(command, status, arguments, ShowCalendars);
+}
+
 void AddExpand(CLI::App& program, AdminStatus& status) {
   CLI::App& command = *program.add_subcommand(
       "expand", "Expand the calendars of service employees into tscalender and count its intervals");
@@ -52,6 +68,7 @@ void AddInit(CLI::App& program, AdminStatus& status) {
 }
 
 void AddCommands(CLI::App& program, AdminStatus& status) {
+  AddCalendar(program, status);
   AddExpand(program, status);
   AddInit(program, status);
 }

@@ -1,0 +1,30 @@
+// Outputs that are kept as files and looked at by people.
+//
+// With QMX_UPDATE_GOLDEN=1 in the environment the files are written anew, and every test that does so fails: somebody
+// is to look at what has changed.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "tests/support/temp_folder.h"
+
+namespace qmx::test {
+
+inline void ExpectGolden(const std::string& file, const std::string& actual) {
+  const char* const update = std::getenv("QMX_UPDATE_GOLDEN");
+  if (update && std::string(update) == "1") {
+    std::filesystem::create_directories(std::filesystem::path(file).parent_path());
+    std::ofstream(file) << actual;
+    ADD_FAILURE() << file << " was written anew: look at it.";
+    return;
+  }
+  ASSERT_TRUE(std::filesystem::exists(file)) << file << " is missing; QMX_UPDATE_GOLDEN=1 writes it.";
+  EXPECT_EQ(ReadFile(file), actual) << "QMX_UPDATE_GOLDEN=1 writes " << file << " anew.";
+}
+
+}  // namespace qmx::test

@@ -1,0 +1,148 @@
+#include "tools/qmxadmin/calendar/calendar.h"
+
+#include <unistd.h>
+
+#include <fstream>
+#include <iostream>
+
+#include "platform/error.h"
+#include "platform/posix/clock.h"
+#include "platform/trim.h"
+#include "tools/qmxadmin/calendar/picture.h"
+#include "tools/qmxadmin/calendar/svg.h"
+#include "tools/qmxadmin/local_database.h"
+#include "tools/qmxadmin/terminal.h"
+
+namespace qmx {
+namespace {
+
+constexpr int kWeeks = 4;  // that are shown where nothing else is asked for
+constexpr int kMostWeeks = 520;
+constexpr int kColumnsOfAFile = 120;
+
+struct Period {
+  DateTime from;
+  DateTime to;
+};
+
+[[noreturn]] void Refuse(const std::string& why) { throw Error(errors::kInvalidCall, "qmxadmin calendar", why); }
+
+DateTime DayOf(const std::string& text) {
+  const std::optional<DateTime> day = DateTime::Parse(text);
+  if (day && day->ToText() == text) return *day;
+  Refuse("\"" + text + "\" is no day of the form YYYY-MM-DD.");
+}
+
+Period PeriodOf(const CalendarArguments& arguments) {
+  const int days = kWeeks * 7 - 1;
+  Period period;
+  if (!arguments.from.empty()) {
+    period.from = DayOf(arguments.from);
+    period.to = arguments.to.empty() ? period.from.PlusDays(days) : DayOf(arguments.to);
+  } else {
+    period.to = arguments.to.empty() ? MondayOf(PosixClock().Now()).PlusDays(days) : DayOf(arguments.to);
+    period.from = period.to.PlusDays(-days);
+  }
+  if (period.to < period.from)
+    Refuse("The last day, " + arguments.to + ", is before the first, " + arguments.from + ".");
+  if (period.to > period.from.PlusDays(kMostWeeks * 7)) Refuse("A picture shows ten years at most.");
+  return period;
+}
+
+// What the query gives, row by row, with null as an empty text.
+std::vector<std::vector<Variant>> RowsOf(LocalDatabase& local, const SqlText& query) {
+  const auto records = local.Layer().CreateRecordset("ADODB.Recordset");
+  records->Open(query, local.Connection(), kCursorKeyset, kLockOptimistic, kCommandText);
+  std::vector<std::vector<Variant>> rows;
+  for (; !records->Eof(); records->MoveNext()) {
+    rows.push_back({records->Fields(std::size_t{0}).Value(), records->Fields(std::size_t{1}).Value()});
+  }
+  records->Close();
+  return rows;
+}
+
+void RequireIntervals(LocalDatabase& local, const std::string& code) {
+  const auto rows =
+      RowsOf(local, SqlText("select count(*), count(*) from tscalender where ccal = '").Value(code).Append("'"));
+  if (rows[0][0].ToDouble() > 0) return;
+  Refuse("There is no calendar \"" + code +
+         "\" in tscalender. \"qmxadmin expand\" fills it from the calendars that service employees have.");
+}
+
+CalendarPicture PictureOf(LocalDatabase& local, const std::string& code, const Period& period) {
+  RequireIntervals(local, code);
+  const std::string first = MondayOf(period.from).ToText();
+  const std::string end = MondayOf(period.to).PlusDays(7).ToText();
+  std::vector<Interval> intervals;
+  const auto rows = RowsOf(local, SqlText("select sttm, entm from tscalender where ccal = '")
+                                      .Value(code)
+                                      .Append("' and sttm < '")
+                                      .Value(end)
+                                      .Append("' and (sttm >= '")
+                                      .Value(first)
+                                      .Append("' or entm > '")
+                                      .Value(first)
+                                      .Append("')"));
+  for (const auto& row : rows) {
+    if (!row[0].IsNull() && !row[1].IsNull()) intervals.push_back({row[0].ToDateTime(), row[1].ToDateTime()});
+  }
+  return {code, "", "", WeeksOf(std::move(intervals), period.from, period.to)};
+}
+
+CalendarPicture PictureOfEmployee(LocalDatabase& local, const std::string& number, const Period& period) {
+  const auto rows = RowsOf(local, SqlText("select ccal, dsca from tsmdm140 where emno = '").Value(number).Append("'"));
+  if (rows.empty()) Refuse("There is no service employee \"" + number + "\" in tsmdm140.");
+  const std::string code(Trimmed(rows[0][0].ToText()));
+  if (code.empty()) Refuse("The service employee \"" + number + "\" has no calendar.");
+  CalendarPicture picture = PictureOf(local, code, period);
+  picture.employee = number;
+  picture.name = rows[0][1].ToText();
+  return picture;
+}
+
+void WriteSvg(const std::string& path, const std::string& svg) {
+  if (path == "-") {
+    std::cout << svg;
+    return;
+  }
+  std::ofstream file(path);
+  file << svg;
+  file.close();
+  if (!file) throw Error(errors::kPathFileAccess, "qmxadmin calendar", "The file " + path + " cannot be written.");
+}
+
+Listing ListingOf(const std::vector<CalendarPicture>& pictures) {
+  Listing listing{{{"calendar", "CALENDAR"}, {"employee", "EMPLOYEE"}, {"from", "FROM"}, {"to", "TO"}}, {}};
+  for (const CalendarPicture& picture : pictures) {
+    const Variant employee = picture.employee.empty() ? Variant::Null() : Variant(picture.employee);
+    for (const Interval& interval : picture.weeks.intervals) {
+      listing.rows.push_back({picture.code, employee, interval.from, interval.to});
+    }
+  }
+  return listing;
+}
+
+}  // namespace
+
+AdminStatus ShowCalendars(const CalendarArguments& arguments) {
+  if (arguments.codes.empty() && arguments.employee.empty()) Refuse("Name a calendar, or an employee with --employee.");
+  const Period period = PeriodOf(arguments);
+  LocalDatabase local(arguments);
+  std::vector<CalendarPicture> pictures;
+  for (const std::string& code : arguments.codes) pictures.push_back(PictureOf(local, code, period));
+  if (!arguments.employee.empty()) pictures.push_back(PictureOfEmployee(local, arguments.employee, period));
+
+  if (!arguments.svg.empty()) {
+    WriteSvg(arguments.svg, SvgPicture(pictures));
+  } else if (arguments.form == OutputForm::Json) {
+    Print(ListingOf(pictures), OutputForm::Json);
+  } else {
+    const int columns = TerminalOf(STDOUT_FILENO).width.value_or(kColumnsOfAFile);
+    for (const CalendarPicture& picture : pictures) {
+      std::cout << (&picture == &pictures.front() ? "" : "\n") << TerminalPicture(picture, columns);
+    }
+  }
+  return AdminStatus::Done;
+}
+
+}  // namespace qmx
