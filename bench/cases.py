@@ -4,6 +4,7 @@ from dataclasses import dataclass
 from typing import Callable, Optional
 
 import data
+import servers
 from measuring import BENCH_PROGRAMS, FOLDER, PROGRAMS, run
 
 LOCAL = FOLDER / "local.db"
@@ -68,7 +69,41 @@ def sqlite_changed(sizes):
     ], lambda: data.copy_file(before, LOCAL), _sqlite_content)
 
 
+def _server_full(server, sizes, most):
+    erp = data.erp(sizes.server_orders)
+
+    def prepare():
+        server.sql("truncate table tssoc200", "truncate table tstables", *server.settle)
+
+    return Case(f"full copy, {server.name}", sizes.server_orders, [
+        Way("program", _program(server.connection, erp)),
+        Way(server.bulk_name, server.load(erp), most),
+    ], prepare, lambda: server.sql(server.hashes))
+
+
+def _server_changed(server, sizes):
+    erp = data.changed_erp(sizes.server_orders, sizes.server_changes)
+    server.sql("truncate table tssoc200")
+    run(*server.load(data.erp(sizes.server_orders)))
+    server.sql("create table orders_before as select * from tssoc200")
+
+    def prepare():
+        server.sql("truncate table tssoc200", "insert into tssoc200 select * from orders_before", "truncate table tstables",
+                   f"insert into tstables (TableName, in_use, syme, lutm) values ('tssoc200', 0, 2, '{data.LONG_AGO}')",
+                   *server.settle)
+
+    return Case(f"changed copy, {server.name}", sizes.server_changes, [
+        Way("program", _program(server.connection, erp)),
+        Way("prepared statements, ODBC", [BENCH_PROGRAMS / "odbc_changed_copy", erp, server.connection], most=1.2),
+    ], prepare, lambda: server.sql(server.hashes))
+
+
 CASES = {
     "sqlite-full": sqlite_full,
     "sqlite-changed": sqlite_changed,
+    "postgresql-full": lambda sizes: _server_full(servers.postgresql(), sizes, most=2.4),
+    "postgresql-changed": lambda sizes: _server_changed(servers.postgresql(), sizes),
+    "mariadb-full": lambda sizes: _server_full(servers.mariadb(), sizes, most=1.0),
+    "mariadb-changed": lambda sizes: _server_changed(servers.mariadb(), sizes),
 }
+ON_SERVERS = {name for name in CASES if name.startswith(("postgresql", "mariadb"))}

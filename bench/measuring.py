@@ -29,9 +29,9 @@ def run(*command, **options):
     return done.stdout
 
 
-def measured(command, cwd):
-    """The same from start to exit, with its time and the most memory that it held."""
+def measured(command, processors):
+    """The same from start to exit on some of the machine's processors, with its time and the most memory that it held."""
     took = FOLDER / "took"
-    output = run(BENCH_PROGRAMS / "measured", took, *command, cwd=cwd)
+    output = run("taskset", "--cpu-list", processors, BENCH_PROGRAMS / "measured", took, *command, cwd=FOLDER)
     seconds, kibibytes = took.read_text().split()
     return Measurement(float(seconds), int(kibibytes) / 1024, output)

@@ -2,28 +2,40 @@
 """Measures the program beside the bare interfaces of the databases; ./bench.sh builds everything and calls this."""
 
 import argparse
+import os
 import statistics
 import sys
 from dataclasses import dataclass
 
-from cases import CASES
+import servers
+from cases import CASES, ON_SERVERS
 from measuring import FOLDER, measured
+
+# A server has one processor for itself, and what talks to it has another.
+LAST = os.cpu_count() - 1
+ALL_PROCESSORS, CLIENT, SERVER = f"0-{LAST}", "0", str(LAST)
 
 
 @dataclass(frozen=True)
 class Sizes:
     orders: int
     changes: int
+    server_orders: int
+    server_changes: int
+
+    @staticmethod
+    def scaled(scale):
+        return Sizes(*(int(usual * scale) for usual in (1_000_000, 200_000, 200_000, 20_000)))
 
 
-def measure(case, rounds):
+def measure(case, rounds, processors):
     """The measurements of each way, by name, round after round: A B C A B C ..."""
     taken = {way.name: [] for way in case.ways}
     for _ in range(rounds):
         contents = {}
         for way in case.ways:
             case.prepare()
-            taken[way.name].append(measured(way.command, FOLDER))
+            taken[way.name].append(measured(way.command, processors))
             way.finish()
             contents[way.name] = case.content()
         if len(set(contents.values())) != 1:
@@ -67,13 +79,16 @@ def main():
     if given.quick:
         given.scale, given.rounds = 0.02, 2
 
+    if ON_SERVERS & set(given.cases or CASES) and not servers.are_running():
+        os.execvp("taskset", ["taskset", "--cpu-list", SERVER, str(servers.SCRIPT), sys.executable, "-B", *sys.argv])
+
     FOLDER.mkdir(parents=True, exist_ok=True)
-    sizes = Sizes(orders=int(1_000_000 * given.scale), changes=int(200_000 * given.scale))
+    sizes = Sizes.scaled(given.scale)
     rows = []
     for name in given.cases or CASES:
         print(f"{name} ...", file=sys.stderr)
         case = CASES[name](sizes)
-        rows += lines(case, measure(case, given.rounds))
+        rows += lines(case, measure(case, given.rounds, CLIENT if name in ON_SERVERS else ALL_PROCESSORS))
     print(table(rows))
 
 

@@ -3,7 +3,7 @@
 demoPackages=(g++ cmake ninja-build libsqlite3-dev sqlite3 unixodbc-dev libcli11-dev nlohmann-json3-dev)
 testPackages=("${demoPackages[@]}" libgtest-dev libgmock-dev locales clang-14 clang-format-14 clang-tidy-14 default-jdk-headless
               unixodbc odbc-postgresql odbc-mariadb libsqliteodbc postgresql mariadb-server-core mariadb-client-core)
-benchPackages=("${demoPackages[@]}" python3)
+benchPackages=("${demoPackages[@]}" python3 odbc-postgresql odbc-mariadb postgresql mariadb-server-core mariadb-client-core)
 
 # install_packages PACKAGE...: installs what is missing; without need of a network when nothing is.
 install_packages() {
