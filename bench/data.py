@@ -4,6 +4,7 @@ import os
 import random
 import shutil
 import sqlite3
+from datetime import date, timedelta
 from pathlib import Path
 
 from measuring import BENCH_PROGRAMS, FOLDER, PROGRAMS, run
@@ -20,8 +21,17 @@ def _made(path, make):
         unfinished = path.with_suffix(".unfinished")
         remove(unfinished)
         make(unfinished)
+        if path.suffix == ".db":
+            _into_one_file(unfinished)
         unfinished.rename(path)
     return path
+
+
+def _into_one_file(path):
+    """The last one who opens a database to write takes its journal away."""
+    file = sqlite3.connect(path)
+    file.execute("pragma wal_checkpoint(truncate)")
+    file.close()
 
 
 def remove(path):
@@ -108,3 +118,30 @@ def orders_as_csv(orders):
             file.write(run("sqlite3", "-csv", local_before_changes(orders), "select * from tssoc200"))
 
     return _made(FOLDER / f"orders-{orders}.csv", make)
+
+
+def local_with_calendars(calendars, years):
+    """A local database with calendars that have a morning and an afternoon from Monday to Friday, every week."""
+    def make(path):
+        shutil.copyfile(empty_local(), path)
+        file = sqlite3.connect(path)
+        mondays = [date(2026, 1, 5) + timedelta(weeks=week) for week in range(52 * years)]
+        for code in (f"C{1000 + calendar}" for calendar in range(calendars)):
+            file.execute("insert into tsmdm140 (emno, ccal) values (?, ?)", [f"E{code}", code])
+            file.executemany(
+                "insert into tcccp030 (ccal, ract, stdt, sttm, endt, entm) values (?, 'WRK', ?, ?, ?, ?)",
+                [(code, str(monday), start, str(monday + timedelta(days=4)), end)
+                 for monday in mondays for start, end in ((800, 1200), (1230, 1630))])
+        file.commit()
+        file.close()
+
+    return _made(FOLDER / f"calendars-{calendars}-{years}.db", make)
+
+
+def expanded(calendars, years):
+    """The same, expanded."""
+    def make(path):
+        shutil.copyfile(local_with_calendars(calendars, years), path)
+        run(BENCH_PROGRAMS / "expand_calendars", path)
+
+    return _made(FOLDER / f"expanded-{calendars}-{years}.db", make)

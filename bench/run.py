@@ -7,13 +7,14 @@ import statistics
 import sys
 from dataclasses import dataclass
 
+import page
 import servers
-from cases import CASES, ON_SERVERS
-from measuring import FOLDER, measured
+from alone import ALONE, verdict
+from measuring import CLIENT, EVERY, FOLDER, SERVER, measured
+from races import RACES
 
-# A server has one processor for itself, and what talks to it has another.
-LAST = os.cpu_count() - 1
-ALL_PROCESSORS, CLIENT, SERVER = f"0-{LAST}", "0", str(LAST)
+CASES = [*RACES, *ALONE]
+ON_SERVERS = {name for name in CASES if "postgresql" in name or "mariadb" in name}
 
 
 @dataclass(frozen=True)
@@ -22,32 +23,37 @@ class Sizes:
     changes: int
     server_orders: int
     server_changes: int
+    calendars: int
+    few: int  # rows, for the memory
+    many: int
+    years: int = 10  # of a calendar
 
     @staticmethod
     def scaled(scale):
-        return Sizes(*(int(usual * scale) for usual in (1_000_000, 200_000, 200_000, 20_000)))
+        usual = (1_000_000, 200_000, 200_000, 20_000, 200, 200_000, 2_000_000)
+        return Sizes(*(max(1, int(size * scale)) for size in usual))
 
 
-def measure(case, rounds, processors):
-    """The measurements of each way, by name, round after round: A B C A B C ..."""
-    taken = {way.name: [] for way in case.ways}
+def run_race(race, rounds, processors):
+    """The measurements of each way, by its name, round after round: A B C A B C ..."""
+    taken = {way.name: [] for way in race.ways}
     for _ in range(rounds):
         contents = {}
-        for way in case.ways:
-            case.prepare()
+        for way in race.ways:
+            race.prepare()
             taken[way.name].append(measured(way.command, processors))
             way.finish()
-            contents[way.name] = case.content()
+            contents[way.name] = race.content()
         if len(set(contents.values())) != 1:
-            sys.exit(f"{case.title}: the ways do not leave the same content.\n" +
+            sys.exit(f"{race.title}: the ways do not leave the same content.\n" +
                      "\n".join(f"{name}: {content}" for name, content in contents.items()))
     return taken
 
 
-def lines(case, taken):
-    """A line of the table for each way. Ratios are those of the program's time to the way's time in the same round."""
-    program = taken[case.ways[0].name]
-    for way in case.ways:
+def lines(race, taken):
+    """A line for each way. A ratio is that of the program's time to the way's time in the same round."""
+    program = taken[race.ways[0].name]
+    for way in race.ways:
         seconds = statistics.median(one.seconds for one in taken[way.name])
         peak = max(one.peak for one in taken[way.name])
         ratio = target = ""
@@ -55,41 +61,44 @@ def lines(case, taken):
             ratios = [ours.seconds / theirs.seconds for ours, theirs in zip(program, taken[way.name])]
             middle = statistics.median(ratios)
             ratio = f"{middle:.2f} ({min(ratios):.2f} to {max(ratios):.2f})"
-            target = f"{way.most:.2f}" + (" met" if middle <= way.most else " **missed**")
-        yield [case.title, way.name, f"{seconds:.3f} s", f"{case.rows / seconds:,.0f}", ratio, target, f"{peak:.1f} MiB"]
+            target = verdict(f"{way.most:.2f}", middle <= way.most)
+        yield [race.title, way.name, f"{seconds:.2f} s", f"{race.rows / seconds:,.0f}", ratio, target, f"{peak:.1f} MiB"]
 
 
-HEAD = ["case", "way", "time", "rows/s", "program's time to it (from, to)", "target", "peak memory"]
-
-
-def table(rows):
-    rows = [HEAD, ["---"] * len(HEAD)] + rows
-    return "\n".join("| " + " | ".join(row) + " |" for row in rows)
+def options():
+    parser = argparse.ArgumentParser(prog="bench.sh", description="Measures the program beside the bare databases.")
+    parser.add_argument("cases", metavar="CASE", nargs="*", help=f"of {', '.join(CASES)}; all where none is named")
+    parser.add_argument("--scale", type=float, default=1, help="a part of the usual sizes, such as 0.1")
+    parser.add_argument("--rounds", type=int, default=5)
+    parser.add_argument("--quick", action="store_true", help="the same as --scale 0.02 --rounds 2")
+    given = parser.parse_args()
+    if unknown := set(given.cases) - set(CASES):
+        parser.error(f"no such case: {', '.join(sorted(unknown))}")
+    if given.quick:
+        given.scale, given.rounds = 0.02, 2
+    return given
 
 
 def main():
-    options = argparse.ArgumentParser(prog="bench.sh", description="Measures the program beside the bare databases.")
-    options.add_argument("cases", metavar="CASE", nargs="*", help=f"of {', '.join(CASES)}; all where none is named")
-    options.add_argument("--scale", type=float, default=1, help="a part of the usual sizes, such as 0.1")
-    options.add_argument("--rounds", type=int, default=5)
-    options.add_argument("--quick", action="store_true", help="the same as --scale 0.02 --rounds 2")
-    given = options.parse_args()
-    if unknown := set(given.cases) - set(CASES):
-        options.error(f"no such case: {', '.join(sorted(unknown))}")
-    if given.quick:
-        given.scale, given.rounds = 0.02, 2
-
-    if ON_SERVERS & set(given.cases or CASES) and not servers.are_running():
+    given = options()
+    cases = given.cases or CASES
+    if ON_SERVERS & set(cases) and not servers.are_running():
         os.execvp("taskset", ["taskset", "--cpu-list", SERVER, str(servers.SCRIPT), sys.executable, "-B", *sys.argv])
 
     FOLDER.mkdir(parents=True, exist_ok=True)
     sizes = Sizes.scaled(given.scale)
-    rows = []
-    for name in given.cases or CASES:
-        print(f"{name} ...", file=sys.stderr)
-        case = CASES[name](sizes)
-        rows += lines(case, measure(case, given.rounds, CLIENT if name in ON_SERVERS else ALL_PROCESSORS))
-    print(table(rows))
+    in_races, by_itself = [], []
+    for name in cases:
+        print(f"{name} ...", file=sys.stderr, flush=True)
+        if name in RACES:
+            race = RACES[name](sizes)
+            in_races += lines(race, run_race(race, given.rounds, CLIENT if name in ON_SERVERS else EVERY))
+        else:
+            by_itself += ALONE[name](sizes, given.rounds)
+    whole = page.written(in_races, by_itself, given.rounds, given.scale)
+    print(whole)
+    if cases == CASES and given.scale == 1:
+        page.PATH.write_text(whole)
 
 
 if __name__ == "__main__":

@@ -1,9 +1,10 @@
 # The Debian packages that this project needs, and their installation where one is missing. Sourced by demo.sh and test.sh.
 
 demoPackages=(g++ cmake ninja-build libsqlite3-dev sqlite3 unixodbc-dev libcli11-dev nlohmann-json3-dev)
-testPackages=("${demoPackages[@]}" libgtest-dev libgmock-dev locales clang-14 clang-format-14 clang-tidy-14 default-jdk-headless
-              unixodbc odbc-postgresql odbc-mariadb libsqliteodbc postgresql mariadb-server-core mariadb-client-core)
-benchPackages=("${demoPackages[@]}" python3 odbc-postgresql odbc-mariadb postgresql mariadb-server-core mariadb-client-core)
+serverPackages=(unixodbc odbc-postgresql odbc-mariadb postgresql mariadb-server-core mariadb-client-core)
+testPackages=("${demoPackages[@]}" "${serverPackages[@]}" libgtest-dev libgmock-dev libbenchmark-dev locales clang-14 clang-format-14
+              clang-tidy-14 default-jdk-headless libsqliteodbc)
+benchPackages=("${demoPackages[@]}" "${serverPackages[@]}" libbenchmark-dev python3 strace)
 
 # install_packages PACKAGE...: installs what is missing; without need of a network when nothing is.
 install_packages() {

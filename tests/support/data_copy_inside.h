@@ -45,6 +45,7 @@ struct DataCopyInside {
     engine.CopyServiceTypes(code, component, syncMethod);
   }
   void DeleteAllRecords(const std::string& code) { engine.DeleteAllRecords(code); }
+  void SetServiceOrderFields(Recordset& row, const Object& record) { engine.SetServiceOrderFields(row, record, true); }
   static void Increment(std::int32_t& count) { clsDataCopy::Increment(count); }
 
   Variant FillTable_tscalender() { return engine.FillTable_tscalender(); }

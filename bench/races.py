@@ -1,13 +1,11 @@
-"""The cases: what the program does, and ways to do the same with nothing but the database's own interface."""
+"""What the program does, and ways to do the same with nothing but the database's own interface."""
 
 from dataclasses import dataclass
 from typing import Callable, Optional
 
 import data
 import servers
-from measuring import BENCH_PROGRAMS, FOLDER, PROGRAMS, run
-
-LOCAL = FOLDER / "local.db"
+from measuring import BENCH_PROGRAMS, LOCAL, copying, copying_into_file, run
 
 
 @dataclass(frozen=True)
@@ -19,7 +17,7 @@ class Way:
 
 
 @dataclass(frozen=True)
-class Case:
+class Race:
     """The ways are taken in turn, the program's first, each from the same beginning, and must leave the same content."""
 
     title: str
@@ -29,15 +27,9 @@ class Case:
     content: Callable[[], str]
 
 
-def _program(connection, erp):
-    logs = FOLDER / "logs"
-    logs.mkdir(exist_ok=True)
-    return [PROGRAMS / "qmxdatacopy", f"{connection},,tssoc200,{logs},OrvanSandbox,{erp}"]
-
-
-def _sqlite_content():
-    count = run("sqlite3", LOCAL, "select count(*) from tssoc200").strip()
-    return f"{count} rows, " + run("sqlite3", LOCAL, ".sha3sum tssoc200").strip()
+def _local_content(table):
+    count = run("sqlite3", LOCAL, f"select count(*) from {table}").strip()
+    return f"{count} rows, " + run("sqlite3", LOCAL, f".sha3sum {table}").strip()
 
 
 def _empty_texts_to_null():
@@ -51,22 +43,32 @@ def sqlite_full(sizes):
     empty = data.empty_local()
     csv = data.orders_as_csv(sizes.orders)
     shell = ["sqlite3", "-cmd", "pragma journal_mode=wal", "-cmd", "pragma synchronous=normal", LOCAL]
-    return Case("full copy, SQLite", sizes.orders, [
-        Way("program", _program(f"Provider=SQLite;Data Source={LOCAL}", erp)),
+    return Race("full copy, SQLite", sizes.orders, [
+        Way("program", copying_into_file(erp)),
         Way("prepared reads, prepared inserts", [BENCH_PROGRAMS / "sqlite_full_copy", erp, LOCAL], most=1.25),
         Way("sqlite3's .import of CSV", [*shell, f".import --csv '{csv}' tssoc200"], most=1 / 2, finish=_empty_texts_to_null),
-    ], lambda: data.copy_file(empty, LOCAL), _sqlite_content)
+    ], lambda: data.copy_file(empty, LOCAL), lambda: _local_content("tssoc200"))
 
 
 def sqlite_changed(sizes):
     erp = data.changed_erp(sizes.orders, sizes.changes)
     before = data.local_before_changes(sizes.orders)
     reference = [BENCH_PROGRAMS / "sqlite_changed_copy", erp, LOCAL]
-    return Case("changed copy, SQLite", sizes.changes, [
-        Way("program", _program(f"Provider=SQLite;Data Source={LOCAL}", erp)),
+    return Race("changed copy, SQLite", sizes.changes, [
+        Way("program", copying_into_file(erp)),
         Way("prepared statements", reference, most=1.3),
         Way("the same, a fresh select text per row", [*reference, "fresh"], most=1 / 3.5),
-    ], lambda: data.copy_file(before, LOCAL), _sqlite_content)
+    ], lambda: data.copy_file(before, LOCAL), lambda: _local_content("tssoc200"))
+
+
+def expansion(sizes):
+    before = data.local_with_calendars(sizes.calendars, sizes.years)
+    expanded = data.expanded(sizes.calendars, sizes.years)
+    intervals = int(run("sqlite3", expanded, "select count(*) from tscalender"))
+    return Race("expansion of calendars, SQLite", intervals, [
+        Way("program", [BENCH_PROGRAMS / "expand_calendars", LOCAL]),
+        Way("inserts of the same rows", [BENCH_PROGRAMS / "sqlite_intervals", expanded, LOCAL], most=1.3),
+    ], lambda: data.copy_file(before, LOCAL), lambda: _local_content("tscalender"))
 
 
 def _server_full(server, sizes, most):
@@ -75,8 +77,8 @@ def _server_full(server, sizes, most):
     def prepare():
         server.sql("truncate table tssoc200", "truncate table tstables", *server.settle)
 
-    return Case(f"full copy, {server.name}", sizes.server_orders, [
-        Way("program", _program(server.connection, erp)),
+    return Race(f"full copy, {server.name}", sizes.server_orders, [
+        Way("program", copying(server.connection, erp)),
         Way(server.bulk_name, server.load(erp), most),
     ], prepare, lambda: server.sql(server.hashes))
 
@@ -92,18 +94,18 @@ def _server_changed(server, sizes):
                    f"insert into tstables (TableName, in_use, syme, lutm) values ('tssoc200', 0, 2, '{data.LONG_AGO}')",
                    *server.settle)
 
-    return Case(f"changed copy, {server.name}", sizes.server_changes, [
-        Way("program", _program(server.connection, erp)),
+    return Race(f"changed copy, {server.name}", sizes.server_changes, [
+        Way("program", copying(server.connection, erp)),
         Way("prepared statements, ODBC", [BENCH_PROGRAMS / "odbc_changed_copy", erp, server.connection], most=1.2),
     ], prepare, lambda: server.sql(server.hashes))
 
 
-CASES = {
+RACES = {
     "sqlite-full": sqlite_full,
     "sqlite-changed": sqlite_changed,
     "postgresql-full": lambda sizes: _server_full(servers.postgresql(), sizes, most=2.4),
     "postgresql-changed": lambda sizes: _server_changed(servers.postgresql(), sizes),
     "mariadb-full": lambda sizes: _server_full(servers.mariadb(), sizes, most=1.0),
     "mariadb-changed": lambda sizes: _server_changed(servers.mariadb(), sizes),
+    "expansion": expansion,
 }
-ON_SERVERS = {name for name in CASES if name.startswith(("postgresql", "mariadb"))}

@@ -1,0 +1,89 @@
+"""What is measured by itself, since no bare interface does the same: each gives lines of what, figure and target."""
+
+import json
+import re
+import statistics
+import sys
+
+import data
+import servers
+from measuring import BENCH_PROGRAMS, CLIENT, EVERY, FOLDER, LOCAL, copying, copying_into_file, measured, run
+
+
+def verdict(target, is_met):
+    return target + (", met" if is_met else ", **missed**")
+
+
+def nothing_to_do(sizes, rounds):
+    """A changed copy without a change, from start to exit."""
+    data.copy_file(data.local_before_changes(sizes.server_orders), LOCAL)
+    command = copying_into_file(data.erp(sizes.server_orders))
+    seconds = [measured(command).seconds * 1000 for _ in range(rounds)]
+    middle = statistics.median(seconds)
+    calls, read = _system_calls(command)
+    return [
+        ["start to exit, nothing to do, SQLite", f"{middle:.1f} ms ({min(seconds):.1f} to {max(seconds):.1f})",
+         verdict("under 20 ms", middle < 20)],
+        ["system calls of that", f"{calls:,}", ""],
+        ["bytes read by that", f"{read:,}", ""],
+    ]
+
+
+def _system_calls(command):
+    """How many the command makes, and how many bytes they read."""
+    log = FOLDER / "system_calls"
+    run("strace", "--follow-forks", "--output", log, *command, cwd=FOLDER)
+    ended = re.compile(r"\d+ +(?:<\.\.\. )?(\w+)(?:\(| resumed>).* = (-?\d+|\?|0x[0-9a-f]+)")
+    calls = [found.groups() for found in map(ended.match, log.read_text().splitlines()) if found]
+    read = sum(int(result) for name, result in calls
+               if name in ("read", "pread64", "readv", "preadv", "recvfrom", "recvmsg") and int(result) > 0)
+    return len(calls), read
+
+
+def _memory(system, sizes, rounds, limit, prepare, connection_command, count, processors):
+    peaks = []
+    for rows in (sizes.few, sizes.many):
+        taken = []
+        for _ in range(rounds):
+            prepare()
+            taken.append(measured(connection_command(data.erp(rows)), processors).peak)
+            if count() != rows:
+                sys.exit(f"{system}: not {rows:,} rows were copied")
+        peaks.append(max(taken))
+    few, many = peaks
+    name = "peak memory, full copy, " + system
+    return [
+        [f"{name}, {sizes.few:,} rows", f"{few:.2f} MiB", verdict(f"under {limit} MiB", few < limit)],
+        [f"{name}, {sizes.many:,} rows", f"{many:.2f} MiB",
+         verdict(f"under {limit} MiB and at most 1 MiB more", many < limit and many - few <= 1)],
+    ]
+
+
+def memory_sqlite(sizes, rounds):
+    empty = data.empty_local()
+    return _memory("SQLite", sizes, rounds, 16, lambda: data.copy_file(empty, LOCAL), copying_into_file,
+                   lambda: int(run("sqlite3", LOCAL, "select count(*) from tssoc200")), EVERY)
+
+
+def _memory_server(server, sizes):
+    return _memory(server.name, sizes, 1, 24, lambda: server.sql("truncate table tssoc200", "truncate table tstables"),
+                   lambda erp: copying(server.connection, erp),
+                   lambda: int(server.sql("select count(*) from tssoc200")), CLIENT)
+
+
+def parts(sizes, rounds):
+    """The inner parts, as the median of what parts.cpp reports."""
+    report = json.loads(run(
+        BENCH_PROGRAMS / "parts", data.erp(sizes.few), "--benchmark_format=json", "--benchmark_min_time=0.1",
+        f"--benchmark_repetitions={max(rounds, 2)}", "--benchmark_report_aggregates_only"))
+    medians = [one for one in report["benchmarks"] if one["aggregate_name"] == "median"]
+    return [[one["run_name"], f"{one['cpu_time']:,.0f} ns", ""] for one in medians]
+
+
+ALONE = {
+    "nothing-to-do": nothing_to_do,
+    "memory-sqlite": memory_sqlite,
+    "memory-postgresql": lambda sizes, rounds: _memory_server(servers.postgresql(), sizes),
+    "memory-mariadb": lambda sizes, rounds: _memory_server(servers.mariadb(), sizes),
+    "parts": parts,
+}
