@@ -10,6 +10,7 @@ namespace qmx::test {
 namespace {
 
 using testing::AllOf;
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -88,8 +89,10 @@ TEST(BadInput, OfATextThatTheDatabaseFindsTooLongFailsWhereTheRowIsSaved) {
       "prod varchar(10), ract varchar(10))");
   rig.erp.Lists(kServiceTypesManager, {ServiceType("A", "short"), ServiceType("B", "too long"), ServiceType("C")});
   rig.Run("tsmdm030");
-  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error -2147217773, Copy Service Types: "), HasSubstr("table: tsmdm030"),
-                                HasSubstr("dsca"), HasSubstr("key: cstp='B'")));
+  // A server finds the text longer than its column; to SQLite it breaks a rule of the table.
+  EXPECT_THAT(Chain(rig), AllOf(AnyOf(StartsWith("error -2147217800, Copy Service Types: "),
+                                      StartsWith("error -2147217773, Copy Service Types: ")),
+                                HasSubstr("table: tsmdm030"), HasSubstr("dsca"), HasSubstr("key: cstp='B'")));
   EXPECT_THAT(rig.Rows("tsmdm030", {"cstp"}), ElementsAre("\"A\""));
 }
 

@@ -1,7 +1,6 @@
 #include "tests/support/copy_rig.h"
 
-#include <cstdlib>
-#include <stdexcept>
+#include <string_view>
 
 #include "schema/dialect.h"
 #include "schema/local_tables.h"
@@ -24,20 +23,10 @@ std::string EmptyDatabase() {
   return file;
 }
 
-// An empty database of the system that the run of these tests is about; null for SQLite's own driver.
-std::unique_ptr<TestDatabase> DatabaseUnderTest() {
-  const char* system = std::getenv("QMX_TEST_COPY_OVER");
-  if (!system) return nullptr;
-  const std::vector<DriverUnderTest> found =
-      DriversUnderTest([&](const DriverUnderTest& driver) { return driver.name == system; });
-  if (found.empty()) throw std::runtime_error(std::string("there is no ") + system + " for the tests");
-  std::unique_ptr<TestDatabase> base = found[0].make();
-  Connection connection({&base->GetDriver()}, nullptr);
-  connection.Open(base->ConnectionText(), "", "");
-  for (const LocalTable& table : LocalTables()) {
-    connection.Execute(DialectOfSystem(connection.System())->CreateTable(table));
-  }
-  return base;
+// Whether it does more than write rows.
+bool ChangesTables(const std::string& statement) {
+  const auto begins = [&](std::string_view word) { return statement.starts_with(word); };
+  return begins("create ") || begins("alter ") || begins("drop ");
 }
 
 }  // namespace
@@ -55,17 +44,16 @@ void RecordingEvents::Add(const std::string& event, std::initializer_list<Varian
 
 CopyRig::CopyRig(std::function<Driver&(Driver&)> decorateDriver,
                  std::function<Components&(Components&)> decorateComponents)
-    : base_(DatabaseUnderTest()),
-      driver_(base_ ? base_->GetDriver() : sqlite_),
+    : lent_(LentDatabase::OfTheSystemUnderTest()),
+      driver_(lent_ ? lent_->Base().GetDriver() : sqlite_),
       database_({decorateDriver ? &decorateDriver(driver_) : &driver_, &sqlite_}, &observer_),
-      quietDatabase_({&driver_}),
       platform{clock, files, eventLog, decorateComponents ? decorateComponents(erp) : erp, database_, failures},
       engine(platform, declarations, events) {
   std::filesystem::copy_file(EmptyDatabase(), folder / "local.db");
 }
 
 std::string CopyRig::ConnectionText() const {
-  return base_ ? base_->ConnectionText() : "Provider=SQLite;Data Source=" + (folder / "local.db");
+  return lent_ ? lent_->Base().ConnectionText() : "Provider=SQLite;Data Source=" + (folder / "local.db");
 }
 
 void CopyRig::Run(const std::string& tableName) {
@@ -79,24 +67,25 @@ std::string CopyRig::CopyLog(const std::string& tableCode) const {
 }
 
 Connection& CopyRig::QuietConnection() {
-  if (!quietConnection_) {
-    quietConnection_ = quietDatabase_.CreateConnection("ADODB.Connection");
-    quietConnection_->Open(ConnectionText(), "", "");
-  }
-  return *quietConnection_;
+  if (lent_) return lent_->Quiet();
+  if (quietConnection_.State() == kStateClosed) quietConnection_.Open(ConnectionText(), "", "");
+  return quietConnection_;
 }
 
-void CopyRig::Sql(const std::string& statement) { QuietConnection().Execute(statement); }
+void CopyRig::Sql(const std::string& statement) {
+  if (lent_ && ChangesTables(statement)) lent_->TablesAreChanged();
+  QuietConnection().Execute(statement);
+}
 
 std::vector<std::string> CopyRig::Rows(const std::string& table, const std::vector<std::string>& columns) {
-  const auto rows = quietDatabase_.CreateRecordset("ADODB.Recordset");
-  rows->Open("select * from " + table + " order by 1, 2", QuietConnection(), kCursorKeyset, kLockOptimistic,
-             kCommandText);
+  Recordset rows(nullptr);
+  rows.Open("select * from " + table + " order by 1, 2", QuietConnection(), kCursorKeyset, kLockOptimistic,
+            kCommandText);
   std::vector<std::string> found;
-  for (; !rows->Eof(); rows->MoveNext()) {
+  for (; !rows.Eof(); rows.MoveNext()) {
     std::string line;
     for (const std::string& column : columns) {
-      line += (line.empty() ? "" : ", ") + Show(rows->Fields(std::string_view(column)).Value());
+      line += (line.empty() ? "" : ", ") + Show(rows.Fields(std::string_view(column)).Value());
     }
     found.push_back(line);
   }

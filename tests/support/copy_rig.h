@@ -1,6 +1,6 @@
 // Everything that a copy needs: a scripted ERP, a clock that stands at 2026-11-20 14:05:09, text files in memory, and
 // a database of its own with the local tables in it. All that happens goes into one call log. The database is SQLite's,
-// or that of the system which QMX_TEST_COPY_OVER names (driver_under_test.h).
+// or one of the system which QMX_TEST_COPY_OVER names (lent_database.h).
 #pragma once
 
 #include <functional>
@@ -16,8 +16,8 @@
 #include "startup/modDeclarations.h"
 #include "tests/support/call_log.h"
 #include "tests/support/data_copy_inside.h"
-#include "tests/support/driver_under_test.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/lent_database.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/recording_observer.h"
 #include "tests/support/scripted_components.h"
@@ -98,12 +98,11 @@ class CopyRig {
 
  private:
   SqliteDriver sqlite_;
-  std::unique_ptr<TestDatabase> base_;
+  std::unique_ptr<LentDatabase> lent_;
   Driver& driver_;
   RecordingObserver observer_{calls};
   Database database_;
-  Database quietDatabase_;
-  std::unique_ptr<Connection> quietConnection_;
+  Connection quietConnection_{{&sqlite_}, nullptr};
   Connection& QuietConnection();
 
  public:

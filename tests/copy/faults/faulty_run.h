@@ -1,0 +1,59 @@
+// The run of one table in one mode with a fault somewhere in it, and what must come of it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tests/copy/faults/copied_tables.h"
+#include "tests/support/copy_rig.h"
+#include "tests/support/faulty_driver.h"
+
+namespace qmx::test {
+
+// What must be found after a run.
+struct Outcome {
+  std::vector<std::string> events;
+  std::string inUse = "0";
+  std::string lutm = "2026-11-19";
+  std::vector<std::string> rows;
+  std::vector<std::string> log;
+  std::string raised = "nothing";
+  std::string reported = "nothing";  // how the report begins
+};
+
+// A fault as the copy log and the reports show it.
+struct Fault {
+  std::int32_t number;
+  std::string logRecord;
+  std::string described;
+};
+
+class FaultyRun {
+ public:
+  FaultyRun(const CopiedTable& table, std::int16_t syncMethod);
+
+  std::string Raised();  // runs, and gives what was raised
+  Outcome Found(std::string raised);
+  Outcome Expected(const Fault& fault) const;  // by the place where the first call that failed stands in the call log
+  std::string FirstFailure() const;
+
+  std::unique_ptr<FaultyDriver> driver;
+
+ private:
+  Getters Record(const std::string& row);
+  std::string Event(const std::string& event) const;
+  std::vector<std::string> CountLines() const;
+  std::size_t Succeeded(std::string_view call) const;
+  std::vector<std::string> AppliedRows() const;
+
+  const CopiedTable& table_;
+  const bool full_;
+
+ public:
+  CopyRig rig;
+};
+
+}  // namespace qmx::test

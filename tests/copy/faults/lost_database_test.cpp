@@ -1,0 +1,48 @@
+// The database is gone for good from the Nth operation on, for every N.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/copy/faults/faulty_run.h"
+
+namespace qmx::test {
+namespace {
+
+// When the database is gone for good, the release fails as well: the flag stays as it is, and the release's error ends
+// the run, unless the copy had ended well before.
+class LostDatabase : public testing::TestWithParam<std::int16_t> {};
+
+TEST_P(LostDatabase, LeavesTheFlagAndRaisesTheReleasesErrorUnlessTheCopyHadEnded) {
+  const bool full = GetParam() == kFullCopy;
+  for (std::int64_t operation = 1;; ++operation) {
+    FaultyRun run(TablesUnderFaults()[0], GetParam());
+    run.driver->FailFrom(operation);
+    const std::string raised = run.Raised();
+    if (!run.driver->HasFailed()) break;
+    SCOPED_TRACE(run.FirstFailure());
+    const Outcome found = run.Found(raised);
+    const auto& calls = run.rig.calls;
+
+    const bool flagSet = calls.Count("rs3.in_use = 1") == 1 && calls.Count("rs3.Update") == 1;
+    const bool released = calls.Count("rs6.in_use = 0") + calls.Count("rs7.in_use = 0") == 1 &&
+                          calls.Count("rs6.Update") + calls.Count("rs7.Update") == (full ? 1u : 2u);
+    EXPECT_EQ(found.inUse, flagSet && !released ? "1" : "0");
+    // A full copy closes its record set after lutm is written, a changed copy is done by then.
+    const bool copied = calls.StartingWith({"log \"Table : "}).size() > 0;
+    if (copied) {
+      EXPECT_EQ(found.raised, "nothing");
+      EXPECT_EQ(found.events.size(), 3u);
+      EXPECT_EQ(found.events.back(), "event done");
+    } else {
+      EXPECT_THAT(found.raised, testing::EndsWith(", ReleaseCopyInProgress"));
+      EXPECT_LE(found.events.size(), 1u);
+    }
+    EXPECT_FALSE(found.log.empty());
+    if (HasFailure()) return;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(InBothModes, LostDatabase, testing::Values(kFullCopy, kOnlyChanged),
+                         [](const auto& instance) { return instance.param == kFullCopy ? "full" : "changed"; });
+
+}  // namespace
+}  // namespace qmx::test
