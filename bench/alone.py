@@ -30,14 +30,17 @@ def nothing_to_do(sizes, rounds):
 
 
 def _system_calls(command):
-    """How many the command makes, and how many bytes they read."""
     log = FOLDER / "system_calls"
     run("strace", "--follow-forks", "--output", log, *command, cwd=FOLDER)
-    ended = re.compile(r"\d+ +(?:<\.\.\. )?(\w+)(?:\(| resumed>).* = (-?\d+|\?|0x[0-9a-f]+)")
-    calls = [found.groups() for found in map(ended.match, log.read_text().splitlines()) if found]
-    read = sum(int(result) for name, result in calls
-               if name in ("read", "pread64", "readv", "preadv", "recvfrom", "recvmsg") and int(result) > 0)
-    return len(calls), read
+    return calls_and_bytes(log.read_text())
+
+
+def calls_and_bytes(log):
+    """How many system calls ended in what strace wrote, and how many bytes they read."""
+    ended = re.compile(r"\d+ +(?:<\.\.\. )?(\w+)(?:\(| resumed>).* = (-?\w+|\?)")
+    calls = [found.groups() for found in map(ended.match, log.splitlines()) if found]
+    reads = [int(result) for name, result in calls if name in ("read", "pread64", "readv", "recvfrom", "recvmsg")]
+    return len(calls), sum(size for size in reads if size > 0)
 
 
 def _memory(system, sizes, rounds, limit, prepare, connection_command, count, processors):

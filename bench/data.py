@@ -4,6 +4,7 @@ import os
 import random
 import shutil
 import sqlite3
+import sys
 from datetime import date, timedelta
 from pathlib import Path
 
@@ -48,10 +49,14 @@ def copy_file(source, target):
     return target
 
 
+def _tell(text):
+    print(text, file=sys.stderr, flush=True)
+
+
 def erp(orders):
     """The ERP's file with that many service orders and no audited change."""
     def make(path):
-        print(f"making {orders:,} service orders", flush=True)
+        _tell(f"making {orders:,} service orders")
         run(PROGRAMS / "orvan-sandbox", "make", path, "--seed", 1, "--today", TODAY, "--orders", orders, "--activities", 0)
 
     return _made(FOLDER / f"erp-{orders}.db", make)
@@ -60,7 +65,7 @@ def erp(orders):
 def changed_erp(orders, changes):
     """The same after that many audited changes: half updates, a quarter inserts, a quarter deletes, in random order."""
     def make(path):
-        print(f"making {changes:,} changes of {orders:,} service orders", flush=True)
+        _tell(f"making {changes:,} changes of {orders:,} service orders")
         shutil.copyfile(erp(orders), path)
         _change(path, changes)
 

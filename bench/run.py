@@ -71,11 +71,15 @@ def options():
     parser.add_argument("--scale", type=float, default=1, help="a part of the usual sizes, such as 0.1")
     parser.add_argument("--rounds", type=int, default=5)
     parser.add_argument("--quick", action="store_true", help="the same as --scale 0.02 --rounds 2")
+    parser.add_argument("--smoke", action="store_true", help="one round of tiny sizes without servers: does it still work?")
     given = parser.parse_args()
     if unknown := set(given.cases) - set(CASES):
         parser.error(f"no such case: {', '.join(sorted(unknown))}")
     if given.quick:
         given.scale, given.rounds = 0.02, 2
+    if given.smoke:
+        given.scale, given.rounds = 0.001, 1
+        given.cases = [name for name in CASES if name not in ON_SERVERS]
     return given
 
 
@@ -83,6 +87,7 @@ def main():
     given = options()
     cases = given.cases or CASES
     if ON_SERVERS & set(cases) and not servers.are_running():
+        os.environ["QMX_SERVERS_AS_DELIVERED"] = "yes"
         os.execvp("taskset", ["taskset", "--cpu-list", SERVER, str(servers.SCRIPT), sys.executable, "-B", *sys.argv])
 
     FOLDER.mkdir(parents=True, exist_ok=True)
@@ -96,7 +101,7 @@ def main():
         else:
             by_itself += ALONE[name](sizes, given.rounds)
     whole = page.written(in_races, by_itself, given.rounds, given.scale)
-    print(whole)
+    print(whole, end="")
     if cases == CASES and given.scale == 1:
         page.PATH.write_text(whole)
 

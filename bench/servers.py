@@ -17,10 +17,10 @@ def are_running():
     return all(name in os.environ for name in WANTED)
 
 
-def _parts(text):
+def parts(text):
     """The parts of an ODBC connection text, braces taken off."""
-    parts = re.findall(r"(\w+)=(\{(?:[^}]|\}\})*\}|[^;]*)", text)
-    return {name: value[1:-1].replace("}}", "}") if value.startswith("{") else value for name, value in parts}
+    found = re.findall(r"(\w+)=(\{(?:[^}]|\}\})*\}|[^;]*)", text)
+    return {name: value[1:-1].replace("}}", "}") if value.startswith("{") else value for name, value in found}
 
 
 @dataclass(frozen=True)
@@ -49,7 +49,7 @@ class Server:
 @functools.cache
 def postgresql():
     text = os.environ["QMX_TEST_POSTGRESQL"]
-    at = _parts(text)
+    at = parts(text)
     program = sorted(Path("/usr/lib/postgresql").glob("*/bin"))[-1] / "psql"
 
     def client(database):
@@ -69,7 +69,7 @@ def postgresql():
 @functools.cache
 def mariadb():
     text = os.environ["QMX_TEST_MARIADB"]
-    at = _parts(text)
+    at = parts(text)
     client = ["env", "MYSQL_PWD=" + at["PWD"], "mariadb", "--no-defaults", "--local-infile=1", "--batch", "--skip-column-names",
               "--host=" + at["SERVER"], "--port=" + at["PORT"], "--user=" + at["UID"]]
     run(*client, "--execute", "create database bench character set utf8mb4")

@@ -5,6 +5,8 @@
 # QMX_TEST_POSTGRESQL_PID and QMX_TEST_MARIADB_PID. Data lives in a temporary folder; the servers run as an unprivileged
 # user and are stopped by process id whatever happens, also when this script is killed. The exit status is the command's.
 #
+# Tests need speed and no data that survives a power cut; with QMX_SERVERS_AS_DELIVERED set the servers keep their own settings.
+#
 # A server that does not start is told on standard error with its log. Where CI=true it ends the run; elsewhere the
 # command runs without that server's variables.
 set -euo pipefail
@@ -23,6 +25,12 @@ if [ "$(id -u)" -eq 0 ]; then
 fi
 servers=()
 command=
+fastPostgresql=(-c fsync=off -c full_page_writes=off -c autovacuum=off)
+fastMariadb=(--innodb-flush-log-at-trx-commit=0 --innodb-flush-method=nosync --innodb-file-per-table=0)
+if [ -n "${QMX_SERVERS_AS_DELIVERED:-}" ]; then
+  fastPostgresql=()
+  fastMariadb=()
+fi
 
 # become PROGRAM...: in the temporary folder, as nobody where we are root; this shell becomes the program, which is told to
 # quit when its parent dies (a second setpriv, since changing the user forgets that).
@@ -85,7 +93,7 @@ start_postgresql() {
   (become "$programs/initdb" --pgdata=postgresql --username=qmx --pwfile=password --auth=md5 --encoding=UTF8 \
     --locale=C.UTF-8 --no-sync) >"$folder/postgresql.log" 2>&1 || return 1
   become "$programs/postgres" -D postgresql -c listen_addresses=127.0.0.1 -c port="$port" \
-    -c unix_socket_directories="$folder" -c fsync=off -c full_page_writes=off -c autovacuum=off -c log_min_messages=fatal >>"$folder/postgresql.log" 2>&1 &
+    -c unix_socket_directories="$folder" "${fastPostgresql[@]}" -c log_min_messages=fatal >>"$folder/postgresql.log" 2>&1 &
   pid=$!
   servers+=("$pid")
   PGPASSWORD=$password answers "$pid" "$programs/psql" --host=127.0.0.1 --port="$port" --username=qmx \
@@ -106,7 +114,7 @@ SQL
     >"$folder/mariadb.log" 2>&1 || return 1
   become mariadbd --no-defaults --datadir="$folder/mariadb" --bind-address=127.0.0.1 --port="$port" \
     --socket="$folder/mariadb.sock" --pid-file="$folder/mariadb.pid" --skip-name-resolve --skip-log-bin \
-    --character-set-server=utf8mb4 --innodb-flush-log-at-trx-commit=0 --innodb-flush-method=nosync --innodb-file-per-table=0 --init-file="$folder/users.sql" >>"$folder/mariadb.log" 2>&1 &
+    --character-set-server=utf8mb4 "${fastMariadb[@]}" --init-file="$folder/users.sql" >>"$folder/mariadb.log" 2>&1 &
   pid=$!
   servers+=("$pid")
   MYSQL_PWD=$password answers "$pid" mariadb --no-defaults --host=127.0.0.1 --port="$port" --user=qmx \
