@@ -33,14 +33,14 @@ Driver& DriverFor(const ConnectionText& text, const std::vector<Driver*>& driver
   RaiseUnserved(text, drivers);
 }
 
-std::int64_t Run(DriverSession& session, const std::string& statement) {
-  RequireOneStatement(statement);
+std::int64_t Run(DatabaseSession& session, const std::string& text) {
+  RequireOneStatement(text);
   try {
-    const std::unique_ptr<DriverStatement> prepared = session.Prepare(statement);
-    while (prepared->Step()) continue;
-    return prepared->RowsAffected();
+    TextStatement statement = session.Statement(text);
+    while (statement.Step()) continue;
+    return statement.RowsAffected();
   } catch (Error& error) {
-    error.With("statement", statement);
+    error.With("statement", text);
     throw;
   }
 }
@@ -58,17 +58,24 @@ StoredTable& DatabaseSession::Table(const std::string& name) {
   return *table;
 }
 
+TextStatement DatabaseSession::Statement(const std::string& text) {
+  Driver();
+  return {statements_, text};
+}
+
 void DatabaseSession::SelectCatalog(const std::string& name) {
   if (openRecordsets_ > 0) {
     throw Error(errors::kNotAllowedNow, kSource,
                 "The default database cannot be changed to \"" + name + "\" while a record set is open.");
   }
   tables_.clear();
+  statements_.Clear();
   Driver().SelectCatalog(name);
 }
 
 void DatabaseSession::Close() {
   tables_.clear();
+  statements_.Clear();
   const std::unique_ptr<DriverSession> driver = std::move(driver_);
   try {
     driver->Commit();
@@ -121,7 +128,7 @@ std::int64_t Connection::Execute(const SqlText& statement) {
       [&] {
         DatabaseSession& session = OpenSession();
         statement.Check();
-        affected = Run(session.Driver(), statement.Text());
+        affected = Run(session, statement.Text());
       },
       [&](const Error* error) { observer_->Executed(statement.Text(), affected, error); });
   return affected;

@@ -75,6 +75,7 @@ class DriverSession {
   virtual std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) { return Prepare(insert.Text()); }
   virtual std::unique_ptr<DriverRows> PrepareRows(
       const RowInsert& insert);                                     // many rows after "values", if not otherwise
+  virtual std::string IntegerParameter() const { return "?"; }      // one that is an integer beside whatever it stands
   virtual TableDescription Describe(const std::string& table) = 0;  // -2147217865 when there is none
   virtual std::string QuoteIdentifier(const std::string& name) const = 0;
   virtual std::string System() const = 0;  // the database system's name: "SQLite", "PostgreSQL", "MariaDB", ...

@@ -7,17 +7,19 @@
 
 #include "platform/database_driver.h"
 #include "platform/error.h"
+#include "platform/prepared_statements.h"
 #include "platform/stored_table.h"
 
 namespace qmx {
 
 class DatabaseSession {
  public:
-  explicit DatabaseSession(std::unique_ptr<DriverSession> driver) : driver_(std::move(driver)) {}
+  explicit DatabaseSession(std::unique_ptr<DriverSession> driver) : driver_(std::move(driver)), statements_(*driver_) {}
 
   bool IsOpen() const { return driver_ != nullptr; }
-  DriverSession& Driver() const;                // 3709 when closed
-  StoredTable& Table(const std::string& name);  // described once; -2147217865 when there is none
+  DriverSession& Driver() const;                     // 3709 when closed
+  StoredTable& Table(const std::string& name);       // described once; -2147217865 when there is none
+  TextStatement Statement(const std::string& text);  // 3709 when closed; the text is borrowed
 
   std::string Catalog() { return Driver().Catalog(); }
   void SelectCatalog(const std::string& name);  // 3219 while a record set is open
@@ -30,6 +32,7 @@ class DatabaseSession {
  private:
   std::unique_ptr<DriverSession> driver_;
   std::map<std::string, std::unique_ptr<StoredTable>> tables_;  // by folded name
+  PreparedStatements statements_;
   int openRecordsets_ = 0;
 };
 

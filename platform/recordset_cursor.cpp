@@ -171,21 +171,21 @@ void RecordsetCursor::Close() {
 }
 
 void RecordsetCursor::ReadRows(const std::string& statement) {
-  const std::unique_ptr<DriverStatement> query = session_->Driver().Prepare(statement);
-  const std::size_t width = query->Columns().size();
-  if (width == 0) throw Error(errors::kCommand, kSource, "A record set needs a statement that gives rows.");
-  if (!layout_) {
-    if (const std::optional<std::string> table = TableOfRows(statement)) {
-      StoredTable& candidate = session_->Table(*table);
-      if (candidate.Layout()->HasNamesOf(query->Columns())) table_ = &candidate;
-    }
-    layout_ = table_ ? table_->Layout() : std::make_shared<const RowLayout>(query->Columns());
+  TextStatement query = session_->Statement(statement);
+  if (query.Columns().empty()) {
+    throw Error(errors::kCommand, kSource, "A record set needs a statement that gives rows.");
   }
+  const std::optional<std::string> name = layout_ ? std::nullopt : TableOfRows(statement);
+  StoredTable* const table = name ? &session_->Table(*name) : nullptr;
+  bool hasRow = query.Step();
+  const std::vector<ColumnDescription>& columns = query.Columns();
+  if (table && table->Layout()->HasNamesOf(columns)) table_ = table;
+  if (!layout_) layout_ = table_ ? table_->Layout() : std::make_shared<const RowLayout>(columns);
   std::vector<Row> rows;
-  while (query->Step()) {
+  for (; hasRow; hasRow = query.Step()) {
     Row& row = rows.emplace_back();
-    row.reserve(width);
-    for (std::size_t column = 0; column < width; ++column) row.push_back(query->Value(column));
+    row.reserve(columns.size());
+    for (std::size_t column = 0; column < columns.size(); ++column) row.push_back(query.Value(column));
   }
   rows_ = std::move(rows);
   isRead_ = true;

@@ -29,6 +29,7 @@ class BatchingSession : public DriverSession {
 
   std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
   std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) override;
+  std::string IntegerParameter() const override { return inner_->IntegerParameter(); }
   TableDescription Describe(const std::string& table) override;
   std::string QuoteIdentifier(const std::string& name) const override { return inner_->QuoteIdentifier(name); }
   std::string System() const override { return inner_->System(); }

@@ -15,6 +15,8 @@ std::vector<OdbcDialect> MakeDialects() {
   postgresql.noTimeout = "0";
   postgresql.catalogQuery = "select current_database()";
   postgresql.schemaQuery = "select current_schema()";
+  postgresql.integerParameter = "cast(? as integer)";
+  postgresql.refusesOutdatedQueries = true;
 
   OdbcDialect mariadb;
   mariadb.system = "MariaDB";
@@ -27,6 +29,7 @@ std::vector<OdbcDialect> MakeDialects() {
   mariadb.noTimeout = "0";
   mariadb.catalogQuery = "select database()";
   mariadb.switchesCatalog = true;
+  mariadb.remarksAreErrors = true;
 
   OdbcDialect mysql = mariadb;  // what older drivers call it
   mysql.system = "MySQL";

@@ -25,6 +25,16 @@ struct OdbcDialect {
   // Whether the driver can switch the catalog; where it cannot, the connection is made anew.
   bool switchesCatalog = false;
 
+  // A parameter that is an integer, also where a text stands beside it.
+  std::string integerParameter = "?";
+
+  // Whether a statement with parameters that was refused may be told as one that went well with a remark.
+  bool remarksAreErrors = false;
+
+  // Whether a prepared query is refused once its table has other columns. Where it is not, it shows the new ones under
+  // the names of the old ones.
+  bool refusesOutdatedQueries = false;
+
   // The connection text's DATABASE is the path of a file, whose catalog is the file's name without ".db".
   bool catalogIsFile = false;
 

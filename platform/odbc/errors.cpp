@@ -54,11 +54,13 @@ constexpr auto kRules = std::to_array<Rule>({
     {"", 1021, "", errors::kDiskFull, kFull},
     {"", 1364, "", errors::kIntegrity, ""},  // a required column was not given
     {"", 1406, "", errors::kCommand, kTooShort},
-    {"", 1292, "", errors::kTypeMismatch, ""},  // no date-time, no number
+    {"", 1265, "", errors::kTypeMismatch, ""},  // no date-time, no number
+    {"", 1292, "", errors::kTypeMismatch, ""},
     {"", 1366, "", errors::kTypeMismatch, ""},
     {"", 1264, "", errors::kOverflow, ""},
     {"", 2002, "", errors::kProviderUnspecified, kUnreachable},
     {"", 2003, "", errors::kProviderUnspecified, kUnreachable},
+    {"", 2057, "", errors::kCommand, ""},  // a prepared query whose columns are others now
     {"", 2006, "", errors::kProviderUnspecified, kLost},
     {"", 2013, "", errors::kProviderUnspecified, kLost},
     // SQLite
@@ -99,6 +101,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"40", kAnyCode, "", errors::kProviderUnspecified, kDeadlock},
     {"42", kAnyCode, "", errors::kCommand, ""},
     {"37", kAnyCode, "", errors::kCommand, ""},
+    {"0A", kAnyCode, "", errors::kCommand, ""},
     {"07", kAnyCode, "", errors::kCommand, ""},
     {"21", kAnyCode, "", errors::kCommand, ""},
 });

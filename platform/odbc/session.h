@@ -14,6 +14,7 @@ class OdbcSession : public DriverSession {
   explicit OdbcSession(std::string text);
 
   std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
+  std::string IntegerParameter() const override { return connection_->Dialect().integerParameter; }
   TableDescription Describe(const std::string& table) override;
   std::string QuoteIdentifier(const std::string& name) const override;
   std::string System() const override { return std::string(connection_->Dialect().system); }

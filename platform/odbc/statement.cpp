@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "platform/odbc/connection.h"
 #include "platform/odbc/types.h"
@@ -21,13 +22,14 @@ SQLLEN Bytes(std::size_t characters) { return static_cast<SQLLEN>(characters * s
 }  // namespace
 
 OdbcStatement::OdbcStatement(const OdbcConnection& connection, const std::string& text)
-    : statement_(connection.Handle()) {
-  if (const auto limit = connection.QueryTimeout(); limit.count() > 0) {
-    SQLSetStmtAttrW(statement_.Get(), SQL_ATTR_QUERY_TIMEOUT, reinterpret_cast<SQLPOINTER>(limit.count()),
-                    SQL_IS_UINTEGER);
-  }
-  WideText wide = ToWide(text);
-  statement_.Check(SQLPrepareW(statement_.Get(), wide.data(), static_cast<SQLINTEGER>(wide.size())));
+    : connection_(connection), text_(ToWide(text)), statement_(connection.Handle()) {
+  Prepare();
+}
+
+void OdbcStatement::Prepare() {
+  statement_.Check(SQLPrepareW(statement_.Get(), text_.data(), static_cast<SQLINTEGER>(text_.size())));
+  prepared_ = Clock::now();
+  columns_.reset();
 }
 
 const std::vector<ColumnDescription>& OdbcStatement::Columns() const {
@@ -113,7 +115,16 @@ bool OdbcStatement::Step() {
 }
 
 void OdbcStatement::Execute() {
+  if (const auto limit = connection_.QueryTimeout(); limit != std::exchange(limit_, limit)) {
+    SQLSetStmtAttrW(statement_.Get(), SQL_ATTR_QUERY_TIMEOUT, reinterpret_cast<SQLPOINTER>(limit.count()),
+                    SQL_IS_UINTEGER);
+  }
+  const bool mayBeOutdated = hasRows_ && !connection_.Dialect().refusesOutdatedQueries;
+  if (mayBeOutdated && Clock::now() - prepared_ > kLongestTrust) Prepare();
   const SQLRETURN result = SQLExecute(statement_.Get());
+  if (result == SQL_SUCCESS_WITH_INFO && connection_.Dialect().remarksAreErrors) {
+    throw OdbcError(SQL_HANDLE_STMT, statement_.Get());
+  }
   if (result != SQL_NO_DATA) statement_.Check(result);  // no data: it affected no row
   isRunning_ = true;
   SQLSMALLINT width = 0;

@@ -4,6 +4,7 @@
 // about everything else. A text in a result is given in its column's type where it has that form.
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <optional>
 #include <string>
@@ -19,7 +20,7 @@ class OdbcConnection;
 
 class OdbcStatement : public DriverStatement {
  public:
-  OdbcStatement(const OdbcConnection& connection, const std::string& text);
+  OdbcStatement(const OdbcConnection& connection, const std::string& text);  // the connection is borrowed
 
   const std::vector<ColumnDescription>& Columns() const override;
   void Bind(std::size_t parameter, const Variant& value) override;
@@ -37,12 +38,20 @@ class OdbcStatement : public DriverStatement {
     SQLLEN indicator = 0;
   };
 
+  using Clock = std::chrono::steady_clock;
+  static constexpr std::chrono::milliseconds kLongestTrust{100};  // in what was prepared, where nothing tells
+
+  void Prepare();
   void Execute();
   bool Fetch();
   ColumnDescription Describe(SQLUSMALLINT column) const;
   std::optional<std::string> Text(SQLUSMALLINT column);
 
+  const OdbcConnection& connection_;
+  WideText text_;
   OdbcHandle<SQL_HANDLE_STMT> statement_;
+  Clock::time_point prepared_;
+  std::chrono::seconds limit_{0};                                  // that the driver was asked for
   std::deque<Parameter> parameters_;                               // at addresses that stay
   mutable std::optional<std::vector<ColumnDescription>> columns_;  // asked for once
   WideText buffer_;

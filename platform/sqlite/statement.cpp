@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <new>
+#include <utility>
 
 #include "platform/sqlite/deadline.h"
 #include "platform/sqlite/errors.h"
@@ -46,9 +47,14 @@ SqliteStatement::SqliteStatement(sqlite3* handle, Deadline& deadline, const std:
   statement_.reset(statement);
   if (code != SQLITE_OK) RaiseFailure();
   if (!statement) throw Error(errors::kCommand, "SQLite", "The text holds no statement.");
-  for (int column = 0; column < sqlite3_column_count(statement); ++column) {
-    const char* name = sqlite3_column_name(statement, column);
-    const char* type = sqlite3_column_decltype(statement, column);
+  DescribeColumns();
+}
+
+void SqliteStatement::DescribeColumns() {
+  columns_.clear();
+  for (int column = 0; column < sqlite3_column_count(statement_.get()); ++column) {
+    const char* name = sqlite3_column_name(statement_.get(), column);
+    const char* type = sqlite3_column_decltype(statement_.get(), column);
     if (!name) throw std::bad_alloc();
     columns_.push_back({name, type ? KindOfDeclaredType(type) : Kind::Empty});
   }
@@ -90,12 +96,16 @@ void SqliteStatement::Bind(std::size_t parameter, const Variant& value) {
 }
 
 bool SqliteStatement::Step() {
-  if (!isRunning_) {
+  const bool isFirst = !std::exchange(isRunning_, true);
+  if (isFirst) {
     deadline_.Start();
     changesBefore_ = sqlite3_total_changes64(handle_);
-    isRunning_ = true;
   }
   const int code = sqlite3_step(statement_.get());
+  if (isFirst) {
+    const int preparations = sqlite3_stmt_status(statement_.get(), SQLITE_STMTSTATUS_REPREPARE, 0);
+    if (std::exchange(preparations_, preparations) != preparations) DescribeColumns();
+  }
   if (code == SQLITE_ROW) return true;
   isRunning_ = false;
   if (code != SQLITE_DONE) RaiseFailure();

@@ -31,6 +31,7 @@ class SqliteStatement : public DriverStatement {
     void operator()(sqlite3_stmt* statement) const;
   };
 
+  void DescribeColumns();
   [[noreturn]] void RaiseFailure() const;
   std::string Text(int column) const;
 
@@ -41,6 +42,7 @@ class SqliteStatement : public DriverStatement {
   std::vector<std::string> texts_;  // of bound values that are no texts themselves, by parameter
   std::int64_t affected_ = 0;
   std::int64_t changesBefore_ = 0;
+  int preparations_ = 0;  // that SQLite made by itself because the tables had changed
   bool isRunning_ = false;
 };
 

@@ -108,6 +108,7 @@ class FaultyDriver : public Driver {
       owner_.Count("PrepareRows " + insert.into);
       return std::make_unique<Rows>(owner_, inner_->PrepareRows(insert));
     }
+    std::string IntegerParameter() const override { return inner_->IntegerParameter(); }
     TableDescription Describe(const std::string& table) override {
       owner_.Count("Describe " + table);
       return inner_->Describe(table);
