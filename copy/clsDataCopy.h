@@ -5,7 +5,7 @@
 // fails outside of it (the release of a table after a failure, an event, the copy log) reaches the caller as an Error.
 //
 // The sources, by concern: run_driver, control_records, copy_log, date_conversion, full_copy, changed_copy,
-// shared_steps, calendar_expansion; what is particular to a table stands in its own source in tables/.
+// shared_steps, calendar_expansion, erp_listings; what is particular to a table stands in its own source in tables/.
 #pragma once
 
 #include <cstdint>
@@ -46,6 +46,9 @@ class clsDataCopy {
 
   void StartDataCopy(std::string ConnectionString, std::string LocalDataBase, std::string TableName,
                      std::string LogFilePath, std::string BOWBusComponent);
+
+  // What is asked of the ERP for each of the seventeen tables, for whoever wants to know whether it answers.
+  static std::vector<ErpListing> ErpListings();
 
  private:
   friend struct test::DataCopyInside;
@@ -117,87 +120,104 @@ class clsDataCopy {
   void SetField(const FieldMap& field, Recordset& row, const Object& record);
   static void Increment(std::int32_t& count);  // past the largest value it is error 6
 
-  // tables/: for each table its dispatcher, full copy, changed copy and field mapper
+  // tables/: for each table its listing, dispatcher, full copy, changed copy and field mapper
+  static ErpListing ServiceTypesInErp();
   void CopyServiceTypes(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyServiceTypesFull(Text tableCode, Text busComponent);
   void CopyServiceTypesChanged(Text tableCode, Text busComponent);
   void SetServiceTypeFields(Recordset& row, const Object& record);
 
+  static ErpListing ServiceCentersInErp();
   void CopyServiceCenters(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyServiceCentersFull(Text tableCode, Text busComponent);
   void CopyServiceCentersChanged(Text tableCode, Text busComponent);
   void SetServiceCenterFields(Recordset& row, const Object& record, bool fullRecord);
 
+  static ErpListing ServiceAreasInErp();
   void CopyServiceAreas(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyServiceAreasFull(Text tableCode, Text busComponent);
   void CopyServiceAreasChanged(Text tableCode, Text busComponent);
   void SetServiceAreaFields(Recordset& row, const Object& record);
 
+  static ErpListing SkillsInErp();
   void CopySkills(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopySkillsFull(Text tableCode, Text busComponent);
   void CopySkillsChanged(Text tableCode, Text busComponent);
   void SetSkillFields(Recordset& row, const Object& record);
 
+  static ErpListing SkillsByEmployeeInErp();
   void CopySkillsByEmployee(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopySkillsByEmployeeFull(Text tableCode, Text busComponent);
   void CopySkillsByEmployeeChanged(Text tableCode, Text busComponent);
   void SetSkillByEmployeeFields(Recordset& row, const Object& record);
 
+  static ErpListing ServiceEmployeesInErp();
   void CopyServiceEmployees(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyServiceEmployeesFull(Text tableCode, Text busComponent);
   void CopyServiceEmployeesChanged(Text tableCode, Text busComponent);
   void SetServiceEmployeeFields(Recordset& row, const Object& record, bool fullRecord);
 
+  static ErpListing ConfigurationsInErp();
   void CopyConfigurations(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyConfigurationsFull(Text tableCode, Text busComponent);
   void CopyConfigurationsChanged(Text tableCode, Text busComponent);
   void SetConfigurationFields(Recordset& row, const Object& record);
 
+  static ErpListing ObjectsInErp();
   void CopyObjects(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyObjectsFull(Text tableCode, Text busComponent);
   void CopyObjectsChanged(Text tableCode, Text busComponent);
   void SetObjectFields(Recordset& row, const Object& record);
 
+  static ErpListing ServiceOrdersInErp();
   void CopyServiceOrders(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyServiceOrdersFull(Text tableCode, Text busComponent);
   void CopyServiceOrdersChanged(Text tableCode, Text busComponent);
   void SetServiceOrderFields(Recordset& row, const Object& record, bool withName);
 
+  static ErpListing ServiceOrderEngineersInErp();
   void CopyServiceOrderEngineers(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyServiceOrderEngineersFull(Text tableCode, Text busComponent);
   void CopyServiceOrderEngineersChanged(Text tableCode, Text busComponent);
   void SetServiceOrderEngineerFields(Recordset& row, const Object& record);
 
+  static ErpListing ServiceOrderActivitiesInErp();
   void CopyServiceOrderActivities(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyServiceOrderActivitiesFull(Text tableCode, Text busComponent);
   void CopyServiceOrderActivitiesChanged(Text tableCode, Text busComponent);
   void SetServiceOrderActivityFields(Recordset& row, const Object& record);
 
+  static ErpListing PlannedActivitiesInErp();
   void CopyPlannedActivities(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyPlannedActivitiesFull(Text tableCode, Text busComponent);
   void CopyPlannedActivitiesChanged(Text tableCode, Text busComponent);
   void SetPlannedActivityFields(Recordset& row, const Object& record);
 
+  static ErpListing ResponseTimesInErp();
   void CopyResponseTimes(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyResponseTimesFull(Text tableCode, Text busComponent);
   void CopyResponseTimesChanged(Text tableCode, Text busComponent);
   void SetResponseTimeFields(Recordset& row, const Object& record);
 
+  static ErpListing PriorityTimeScalesInErp();
   void CopyPriorityTimeScales(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyPriorityTimeScalesFull(Text tableCode, Text busComponent);
   void CopyPriorityTimeScalesChanged(Text tableCode, Text busComponent);
   void SetPriorityTimeScaleFields(Recordset& row, const Object& record);
 
+  static ErpListing AvailabilityTypesInErp();
   void CopyAvailabilityTypes(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyAvailabilityTypesFull(Text tableCode, Text busComponent);
   void CopyAvailabilityTypesChanged(Text tableCode, Text busComponent);
   void SetAvailabilityTypeFields(Recordset& row, const Object& record);
 
+  static ErpListing AddressesInErp();
   void CopyAddresses(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyAddressesFull(Text tableCode, Text busComponent);
   void CopyAddressesChanged(Text tableCode, Text busComponent);
   void SetAddressFields(Recordset& row, const Object& record);
 
+  static ErpListing CalendarsInErp();
   void CopyCalendars(Text tableCode, Text busComponent, std::int16_t syncMethod);
   void CopyCalendarsFull(Text tableCode, Text busComponent);
   void CopyCalendarsChanged(Text tableCode, Text busComponent);

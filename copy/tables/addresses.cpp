@@ -33,6 +33,8 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::AddressesInErp() { return {"tccom130", kManager, kChanged.record, kFull.list, kFull.bounds}; }
+
 void clsDataCopy::CopyAddresses(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyAddressesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyAddressesChanged(tableCode, busComponent);

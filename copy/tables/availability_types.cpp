@@ -34,6 +34,10 @@ const FieldMaps kFields = {
 
 }  // namespace
 
+ErpListing clsDataCopy::AvailabilityTypesInErp() {
+  return {"tcccp001", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopyAvailabilityTypes(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyAvailabilityTypesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyAvailabilityTypesChanged(tableCode, busComponent);

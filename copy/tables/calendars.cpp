@@ -108,6 +108,11 @@ std::string DurationText(std::int32_t startTime, std::int32_t endTime) {
 
 }  // namespace
 
+// Of no calendar: it is the manager that matters, not what it has.
+ErpListing clsDataCopy::CalendarsInErp() {
+  return {kTable, kManager, kRecord, kListActualCalendar, ListingBounds("", {"2038-1-1", "2038-12-31"})};
+}
+
 void clsDataCopy::CopyCalendars(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyCalendarsFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyCalendarsChanged(tableCode, busComponent);

@@ -38,6 +38,10 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::ConfigurationsInErp() {
+  return {"tscfg220", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopyConfigurations(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyConfigurationsFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyConfigurationsChanged(tableCode, busComponent);

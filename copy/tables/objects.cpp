@@ -40,6 +40,8 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::ObjectsInErp() { return {"tscfg200", kManager, kChanged.record, kFull.list, kFull.bounds}; }
+
 void clsDataCopy::CopyObjects(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyObjectsFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyObjectsChanged(tableCode, busComponent);

@@ -59,6 +59,10 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::PlannedActivitiesInErp() {
+  return {"tsspc200", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopyPlannedActivities(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyPlannedActivitiesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyPlannedActivitiesChanged(tableCode, busComponent);

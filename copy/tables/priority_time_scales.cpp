@@ -34,6 +34,10 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::PriorityTimeScalesInErp() {
+  return {"tsclm024", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopyPriorityTimeScales(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyPriorityTimeScalesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyPriorityTimeScalesChanged(tableCode, busComponent);

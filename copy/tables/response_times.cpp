@@ -38,6 +38,10 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::ResponseTimesInErp() {
+  return {"tsclm020", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopyResponseTimes(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyResponseTimesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyResponseTimesChanged(tableCode, busComponent);

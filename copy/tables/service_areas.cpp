@@ -42,6 +42,10 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::ServiceAreasInErp() {
+  return {"tsmdm105", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopyServiceAreas(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceAreasFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceAreasChanged(tableCode, busComponent);

@@ -41,6 +41,10 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::ServiceCentersInErp() {
+  return {"tsmdm100", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopyServiceCenters(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceCentersFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceCentersChanged(tableCode, busComponent);

@@ -45,6 +45,10 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::ServiceEmployeesInErp() {
+  return {"tsmdm140", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopyServiceEmployees(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceEmployeesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceEmployeesChanged(tableCode, busComponent);

@@ -65,6 +65,10 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::ServiceOrderActivitiesInErp() {
+  return {"tssoc210", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopyServiceOrderActivities(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceOrderActivitiesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceOrderActivitiesChanged(tableCode, busComponent);

@@ -39,6 +39,10 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::ServiceOrderEngineersInErp() {
+  return {"tssoc205", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopyServiceOrderEngineers(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceOrderEngineersFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceOrderEngineersChanged(tableCode, busComponent);

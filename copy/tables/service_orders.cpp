@@ -76,6 +76,10 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::ServiceOrdersInErp() {
+  return {"tssoc200", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopyServiceOrders(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceOrdersFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceOrdersChanged(tableCode, busComponent);

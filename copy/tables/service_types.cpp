@@ -35,6 +35,10 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::ServiceTypesInErp() {
+  return {"tsmdm030", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopyServiceTypes(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceTypesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceTypesChanged(tableCode, busComponent);

@@ -34,6 +34,8 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::SkillsInErp() { return {"tsmdm130", kManager, kChanged.record, kFull.list, kFull.bounds}; }
+
 void clsDataCopy::CopySkills(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopySkillsFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopySkillsChanged(tableCode, busComponent);

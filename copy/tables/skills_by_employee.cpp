@@ -39,6 +39,10 @@ const ChangedCopy kChanged = {
 
 }  // namespace
 
+ErpListing clsDataCopy::SkillsByEmployeeInErp() {
+  return {"tsmdm135", kManager, kChanged.record, kFull.list, kFull.bounds};
+}
+
 void clsDataCopy::CopySkillsByEmployee(Text tableCode, Text busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopySkillsByEmployeeFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopySkillsByEmployeeChanged(tableCode, busComponent);

@@ -62,6 +62,8 @@ const std::vector<ManifestFolder>& InstalledComponents::Folders() {
   return *folders_;
 }
 
+void InstalledComponents::Load(const Manifest& manifest) { ServerLibrary::Load(manifest.library, kHost); }
+
 Object InstalledComponents::CreateObject(std::string_view progId) {
   Search search;
   bool claimed = false;

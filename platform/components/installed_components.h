@@ -30,6 +30,9 @@ class InstalledComponents : public Components {
 
   const std::vector<ManifestFolder>& Folders();
 
+  // Loads a manifest's library without making anything. Raises 429 when it cannot serve, saying why.
+  static void Load(const Manifest& manifest);
+
  private:
   Clock& clock_;
   std::vector<std::filesystem::path> paths_;

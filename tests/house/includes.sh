@@ -34,7 +34,7 @@ may 'copy/[^/]+$' "$interfaces|calendar/|copy/|startup/modDeclarations\.h\""
 may 'copy/tables/' 'copy/clsDataCopy\.h"'
 may 'handler/' "$interfaces|copy/clsDataCopy\.h\"|handler/|schema/local_tables\.h\"|startup/modDeclarations\.h\""
 may 'schema/' "$interfaces|schema/"
-may 'tools/qmxadmin/' "platform/|calendar/|schema/|tools/qmxadmin/"
+may 'tools/qmxadmin/' "platform/|calendar/|copy/clsDataCopy\.h\"|schema/|tools/qmxadmin/"
 
 product=$(grep -rnE '#include [<"](platform|copy|handler|startup|calendar|schema)/' sandbox || true)
 if [ -n "$product" ]; then

@@ -6,10 +6,16 @@
 #include <memory>
 
 #include "tools/qmxadmin/calendar/calendar.h"
+#include "tools/qmxadmin/check/check.h"
+#include "tools/qmxadmin/components.h"
 #include "tools/qmxadmin/database_arguments.h"
 #include "tools/qmxadmin/environment_arguments.h"
 #include "tools/qmxadmin/expand.h"
 #include "tools/qmxadmin/init.h"
+#include "tools/qmxadmin/listing.h"
+#include "tools/qmxadmin/method.h"
+#include "tools/qmxadmin/release.h"
+#include "tools/qmxadmin/status.h"
 
 namespace qmx {
 namespace {
@@ -34,6 +40,11 @@ void AddDatabase(CLI::App& command, DatabaseArguments& arguments) {
       "command line; QMX_DATABASE is then the default database.");
 }
 
+void AddJson(CLI::App& command, OutputForm& form) {
+  command.add_flag_callback(
+      "--json", [&form] { form = OutputForm::Json; }, "Tell it as JSON");
+}
+
 void AddCalendar(CLI::App& program, AdminStatus& status) {
   CLI::App& command = *program.add_subcommand(
       "calendar", "Draw the working intervals of calendars, as \"expand\" made them, week by week");
@@ -44,9 +55,29 @@ void AddCalendar(CLI::App& program, AdminStatus& status) {
   command.add_option("--from", arguments->from, "A day of the first week, YYYY-MM-DD; without it this week");
   command.add_option("--to", arguments->to, "A day of the last week; without it four weeks are drawn");
   command.add_option("--svg", arguments->svg, "Write an SVG picture to this file instead; - is standard output");
-  command.add_flag_callback(
-      "--json", [arguments] { arguments->form = OutputForm::Json; }, "Tell the intervals as JSON instead");
+  AddJson(command, arguments->form);
   Does(command, status, arguments, ShowCalendars);
+}
+
+void AddCheck(CLI::App& program, AdminStatus& status) {
+  CLI::App& command = *program.add_subcommand(
+      "check", "Look whether database, tables, log folder and components are as the copies need them");
+  const auto arguments = std::make_shared<CheckArguments>();
+  AddDatabase(command, *arguments);
+  command.add_option("--logs", arguments->logs, "The copies' LOGDIR, to be looked at");
+  command.add_option("--component", arguments->component,
+                     "The copies' business component \"COMPONENT1, COMPONENT2\": the ERP's managers are asked");
+  AddJson(command, arguments->form);
+  Does(command, status, arguments, Check);
+}
+
+void AddComponents(CLI::App& program, AdminStatus& status) {
+  CLI::App& command = *program.add_subcommand(
+      "components", "Show which component servers are registered, for which ProgIDs, and whether they load");
+  const auto arguments = std::make_shared<ComponentsArguments>();
+  AddJson(command, arguments->form);
+  command.footer("Manifests are read from the folders in QMX_COMPONENTS, else from the installed one.");
+  Does(command, status, arguments, ShowComponents);
 }
 
 void AddExpand(CLI::App& program, AdminStatus& status) {
@@ -67,10 +98,45 @@ void AddInit(CLI::App& program, AdminStatus& status) {
   Does(command, status, arguments, Init);
 }
 
+void AddMethod(CLI::App& program, AdminStatus& status) {
+  CLI::App& command = *program.add_subcommand(
+      "method", "Have tables copied in full, or by change, from their next copy on (TABLE... full|changed)");
+  const auto arguments = std::make_shared<MethodArguments>();
+  AddDatabase(command, *arguments);
+  command
+      .add_option("TABLE", arguments->tablesAndMethod, "Table codes, such as tsmdm030; last, \"full\" or \"changed\"")
+      ->required();
+  Does(command, status, arguments, Method);
+}
+
+void AddRelease(CLI::App& program, AdminStatus& status) {
+  CLI::App& command = *program.add_subcommand(
+      "release", "Take back the flag of a copy that was killed, after saying what is known of it and asking");
+  const auto arguments = std::make_shared<ReleaseArguments>();
+  AddDatabase(command, *arguments);
+  command.add_option("TABLE", arguments->table, "Table code, such as tsmdm030")->required();
+  command.add_flag("--yes", arguments->yes, "Release without asking");
+  Does(command, status, arguments, Release);
+}
+
+void AddStatus(CLI::App& program, AdminStatus& status) {
+  CLI::App& command = *program.add_subcommand(
+      "status", "Show method, flag, last update time and number of rows of every table that is copied");
+  const auto arguments = std::make_shared<StatusArguments>();
+  AddDatabase(command, *arguments);
+  AddJson(command, arguments->form);
+  Does(command, status, arguments, Status);
+}
+
 void AddCommands(CLI::App& program, AdminStatus& status) {
   AddCalendar(program, status);
+  AddCheck(program, status);
+  AddComponents(program, status);
   AddExpand(program, status);
   AddInit(program, status);
+  AddMethod(program, status);
+  AddRelease(program, status);
+  AddStatus(program, status);
 }
 
 bool TakesDatabase(const CLI::App& program, const std::string& command) {

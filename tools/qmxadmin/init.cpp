@@ -9,6 +9,7 @@
 #include "platform/names.h"
 #include "schema/dialect.h"
 #include "tools/qmxadmin/differences.h"
+#include "tools/qmxadmin/find_table.h"
 #include "tools/qmxadmin/local_database.h"
 
 namespace qmx {
@@ -29,26 +30,15 @@ void Print(const Dialect& dialect) {
   }
 }
 
-bool IsThere(Connection& connection, const LocalTable& table, TableDescription& description) {
-  try {
-    description = connection.Describe(table.name);
-    return true;
-  } catch (const Error& error) {
-    if (error.Number() != errors::kNoSuchTable) throw;
-    return false;
-  }
-}
-
 // Makes the table or says how it differs; whether it is now as it should be.
 bool Provide(Connection& connection, const Dialect& dialect, const LocalTable& table) {
-  TableDescription description;
-  const bool wasThere = IsThere(connection, table, description);
-  if (!wasThere) connection.Execute(dialect.CreateTable(table));
-  const std::vector<std::string> differences = wasThere ? Differences(table, description) : std::vector<std::string>();
+  const std::optional<TableDescription> found = FindTable(connection, table.name);
+  if (!found) connection.Execute(dialect.CreateTable(table));
+  const std::vector<std::string> differences = found ? Differences(table, *found) : std::vector<std::string>();
   if (differences.empty()) {
     for (const std::string& index : dialect.CreateIndexes(table)) connection.Execute(index);
   }
-  std::cout << table.name << (!wasThere ? ": made\n" : differences.empty() ? ": there already\n" : ": differs\n");
+  std::cout << table.name << (!found ? ": made\n" : differences.empty() ? ": there already\n" : ": differs\n");
   for (const std::string& difference : differences) std::cout << "  " << difference << '\n';
   return differences.empty();
 }

@@ -1,5 +1,6 @@
 #include "tools/qmxadmin/json_output.h"
 
+#include <cmath>
 #include <nlohmann/json.hpp>
 
 namespace qmx {
@@ -11,6 +12,13 @@ using Json = nlohmann::ordered_json;
 std::string MomentText(DateTime moment) {
   const std::string text = moment.ToText();
   return moment == moment.DatePart() ? text + " 00:00:00" : text;
+}
+
+// A count is written without a point, whatever kind of number the database counts in.
+Json JsonNumber(double number) {
+  constexpr double kExact = 1e15;
+  if (std::abs(number) < kExact && number == std::trunc(number)) return static_cast<std::int64_t>(number);
+  return number;
 }
 
 Json JsonValue(const Variant& value) {
@@ -25,7 +33,7 @@ Json JsonValue(const Variant& value) {
     case Variant::Kind::Int32:
       return value.ToInt32();
     case Variant::Kind::Double:
-      return value.ToDouble();
+      return JsonNumber(value.ToDouble());
     case Variant::Kind::DateTime:
       return MomentText(value.ToDateTime());
     default:

@@ -10,10 +10,11 @@
 namespace qmx {
 
 struct ListingColumn {
-  std::string key;    // in JSON
-  std::string title;  // above the column of the table; a column without one is in JSON only
-  enum class Side { Left, Right } side = Side::Left;
-  bool shownEmpty = true;  // also in a table where no row has anything in it
+  std::string key;          // in JSON
+  std::string title;        // above the column of the table; a column without one is in JSON only
+  bool toTheRight = false;  // as numbers stand
+  bool prose = false;       // gives way first where the terminal is narrow
+  bool shownEmpty = true;   // also in a table where no row has anything in it
 };
 
 struct Listing {

@@ -1,35 +1,30 @@
 #include "tools/qmxadmin/terminal.h"
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdlib>
-#include <string_view>
+
+#include "platform/progress/terminal.h"
 
 namespace qmx {
 namespace {
 
-constexpr int kUsualWidth = 80;
-
 int WidthOf(int descriptor) {
   const char* const columns = std::getenv("COLUMNS");
-  if (const int width = columns ? std::atoi(columns) : 0; width > 0) return width;
-  winsize size{};
-  const bool known = ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return known ? size.ws_col : kUsualWidth;
+  const int width = columns ? std::atoi(columns) : 0;
+  return width > 0 ? width : TerminalWidth(descriptor);
 }
 
-bool WantsColours() {
+bool AreColoursRefused() {
   const char* const refusal = std::getenv("NO_COLOR");
-  const char* const kind = std::getenv("TERM");
-  return !(refusal && *refusal) && kind && std::string_view(kind) != "dumb";
+  return refusal && *refusal;
 }
 
 }  // namespace
 
 Terminal TerminalOf(int descriptor) {
   if (!isatty(descriptor)) return {};
-  return {WidthOf(descriptor), WantsColours()};
+  return {WidthOf(descriptor), IsLiveTerminal(descriptor) && !AreColoursRefused()};
 }
 
 }  // namespace qmx

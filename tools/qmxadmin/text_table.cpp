@@ -10,6 +10,7 @@ namespace {
 
 constexpr const char* kNothing = "-";
 constexpr int kGap = 2;
+constexpr int kLeastProse = 8;  // less tells nothing
 
 std::string CellText(const Variant& value) {
   if (value.IsNull() || value.IsEmpty()) return kNothing;
@@ -20,7 +21,8 @@ std::string CellText(const Variant& value) {
 struct TextColumn {
   std::vector<std::string> cells;  // the title first
   int width = 0;
-  ListingColumn::Side side;
+  bool toTheRight = false;
+  bool prose = false;
 };
 
 std::vector<TextColumn> ShownColumns(const Listing& listing) {
@@ -30,7 +32,7 @@ std::vector<TextColumn> ShownColumns(const Listing& listing) {
     const bool filled = std::any_of(listing.rows.begin(), listing.rows.end(),
                                     [i](const std::vector<Variant>& row) { return !row[i].IsNull(); });
     if (column.title.empty() || (!column.shownEmpty && !filled)) continue;
-    TextColumn text{{column.title}, 0, column.side};
+    TextColumn text{{column.title}, 0, column.toTheRight, column.prose};
     for (const std::vector<Variant>& row : listing.rows) {
       text.cells.push_back(!column.shownEmpty && row[i].IsNull() ? "" : CellText(row[i]));
     }
@@ -40,16 +42,18 @@ std::vector<TextColumn> ShownColumns(const Listing& listing) {
   return shown;
 }
 
-// Takes from the widest column, the last of several, until all fit side by side, or nothing is left to take: what names
-// a row mostly stands first.
-void Narrow(std::vector<TextColumn>& columns, int terminalWidth) {
+// Takes from the widest of the columns that give way, the last of several, until all columns fit side by side. What
+// names a row mostly stands first.
+void Narrow(std::vector<TextColumn>& columns, int terminalWidth, bool onlyProse, int least) {
   const int gaps = kGap * (static_cast<int>(columns.size()) - 1);
-  const auto narrower = [](const TextColumn& one, const TextColumn& other) { return one.width < other.width; };
   int width = std::accumulate(columns.begin(), columns.end(), gaps,
                               [](int sum, const TextColumn& column) { return sum + column.width; });
+  const auto room = [&](const TextColumn& column) { return onlyProse && !column.prose ? 0 : column.width; };
   for (; width > terminalWidth; --width) {
-    TextColumn& widest = *std::max_element(columns.rbegin(), columns.rend(), narrower);
-    if (widest.width <= 1) return;
+    TextColumn& widest =
+        *std::max_element(columns.rbegin(), columns.rend(),
+                          [&](const TextColumn& one, const TextColumn& other) { return room(one) < room(other); });
+    if (room(widest) <= least) return;
     --widest.width;
   }
 }
@@ -60,7 +64,7 @@ std::string Line(const std::vector<TextColumn>& columns, std::size_t number) {
     if (&column != &columns.front()) line.append(kGap, ' ');
     const std::string cell = CutToWidth(column.cells[number], column.width);
     const std::string room(static_cast<std::size_t>(column.width - TextWidth(cell)), ' ');
-    line += column.side == ListingColumn::Side::Right ? room + cell : cell + room;
+    line += column.toTheRight ? room + cell : cell + room;
   }
   return line.erase(line.find_last_not_of(' ') + 1);
 }
@@ -70,7 +74,10 @@ std::string Line(const std::vector<TextColumn>& columns, std::size_t number) {
 std::string TextTable(const Listing& listing, const Terminal& terminal) {
   std::vector<TextColumn> columns = ShownColumns(listing);
   if (columns.empty()) return {};
-  if (terminal.width) Narrow(columns, *terminal.width);
+  if (terminal.width) {
+    Narrow(columns, *terminal.width, true, kLeastProse);
+    Narrow(columns, *terminal.width, false, 1);
+  }
   const std::string titles = Line(columns, 0);
   std::string text = terminal.colours ? "\033[1m" + titles + "\033[0m\n" : titles + "\n";
   for (std::size_t row = 1; row <= listing.rows.size(); ++row) text += Line(columns, row) + "\n";

@@ -8,7 +8,8 @@
 
 namespace qmx {
 
-// On a terminal no line is wider than it: the widest columns give way and end in "…". Elsewhere nothing is cut.
+// On a terminal no line is wider than it: prose gives way first, then whatever is widest, and ends in "…". Elsewhere
+// nothing is cut.
 std::string TextTable(const Listing& listing, const Terminal& terminal);
 
 }  // namespace qmx

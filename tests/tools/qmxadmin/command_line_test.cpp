@@ -37,7 +37,7 @@ TEST(QmxAdmin, ShowsItsVersion) {
 }
 
 TEST(QmxAdmin, SaysThatConnectionAndDatabaseMayComeFromTheEnvironment) {
-  for (const char* command : {"init", "expand"}) {
+  for (const char* command : {"init", "expand", "check", "status", "method", "release"}) {
     EXPECT_THAT(test::Run(QMX_ADMIN, {command, "--help"}).out,
                 AllOf(HasSubstr("QMX_CONNECTION"), HasSubstr("QMX_DATABASE")));
   }
@@ -77,6 +77,21 @@ TEST(QmxAdmin, NeverShowsAPasswordOfWrongArguments) {
     EXPECT_EQ(run.status, 2);
     EXPECT_THAT(run.err + run.out, Not(HasSubstr("geheim")));
     EXPECT_THAT(run.err, HasSubstr("--help"));
+  }
+}
+
+TEST(QmxAdmin, NeverShowsAPasswordInTheWrongPlace) {
+  const std::vector<std::vector<std::string>> wrong = {
+      {"method", "tsmdm030", "full", "DSN=local;PWD=geheim"},
+      {"method", "tsmdm030", "DSN=local;PWD=geheim", "full"},
+      {"method", "", "", "DSN=local;PWD=geheim", "full"},
+      {"release", "tsmdm030", "DSN=local;PWD=geheim", ""},
+      {"status", "", "DSN=local;PWD=geheim"},
+  };
+  for (const std::vector<std::string>& arguments : wrong) {
+    const Process run = test::Run(QMX_ADMIN, arguments);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err, AllOf(Not(IsEmpty()), Not(HasSubstr("geheim"))));
   }
 }
 

@@ -32,6 +32,7 @@ TEST(JsonOutput, WritesEachKindOfValue) {
   EXPECT_EQ(written(true), "{\"v\":true}");
   EXPECT_EQ(written(std::int16_t{-2}), "{\"v\":-2}");
   EXPECT_EQ(written(2.5), "{\"v\":2.5}");
+  EXPECT_EQ(written(400.0), "{\"v\":400}");
   EXPECT_EQ(written(DateTime::FromDate(2026, 11, 21).PlusTime(14, 5, 9)), "{\"v\":\"2026-11-21 14:05:09\"}");
   EXPECT_EQ(written(DateTime::FromDate(2026, 11, 21)), "{\"v\":\"2026-11-21 00:00:00\"}");
   EXPECT_EQ(written(Variant()), "{\"v\":null}");

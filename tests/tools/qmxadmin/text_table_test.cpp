@@ -9,11 +9,11 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-const Listing kOrders = {{{"table", "TABLE"},
-                          {"description", "DESCRIPTION"},
-                          {"in_progress", "IN PROGRESS"},
-                          {"rows", "ROWS", ListingColumn::Side::Right},
-                          {"note", "NOTE", ListingColumn::Side::Left, false}},
+const Listing kOrders = {{{.key = "table", .title = "TABLE"},
+                          {.key = "description", .title = "DESCRIPTION", .prose = true},
+                          {.key = "in_progress", .title = "IN PROGRESS"},
+                          {.key = "rows", .title = "ROWS", .toTheRight = true},
+                          {.key = "note", .title = "NOTE", .prose = true, .shownEmpty = false}},
                          {{"tssoc200", "Service Orders", true, std::int32_t{400}, Variant::Null()},
                           {"tssoc210", "Service Order Activities", false, Variant::Null(), Variant::Null()}}};
 
@@ -30,11 +30,18 @@ TEST(TextTable, IsTheSameOnATerminalThatIsWideEnough) {
   EXPECT_EQ(TextTable(kOrders, Wide(53)), TextTable(kOrders, {}));
 }
 
-TEST(TextTable, CutsTheWidestColumnOnANarrowTerminal) {
+TEST(TextTable, CutsProseOnANarrowTerminal) {
   EXPECT_EQ(TextTable(kOrders, Wide(45)),
             "TABLE     DESCRIPTION       IN PROGRESS  ROWS\n"
             "tssoc200  Service Orders    yes           400\n"
             "tssoc210  Service Order A…  no              -\n");
+}
+
+TEST(TextTable, CutsTheWidestColumnWhereThatIsNotEnough) {
+  EXPECT_EQ(TextTable(kOrders, Wide(35)),
+            "TABLE     DESCRIP…  IN PROGR…  ROWS\n"
+            "tssoc200  Service…  yes         400\n"
+            "tssoc210  Service…  no            -\n");
   EXPECT_EQ(TextTable(kOrders, Wide(30)),
             "TABLE    DESCRI…  IN PR…  ROWS\n"
             "tssoc2…  Servic…  yes      400\n"
@@ -65,7 +72,7 @@ TEST(TextTable, LeavesOutColumnsWithoutATitle) {
 TEST(TextTable, OfNoRowsIsItsTitles) { EXPECT_EQ(TextTable({{{"table", "TABLE"}}, {}}, {}), "TABLE\n"); }
 
 TEST(TextTable, AlignsLettersOfEveryWidth) {
-  EXPECT_EQ(TextTable({{{"name", "NAME"}, {"rows", "ROWS", ListingColumn::Side::Right}},
+  EXPECT_EQ(TextTable({{{"name", "NAME"}, {.key = "rows", .title = "ROWS", .toTheRight = true}},
                        {{"Müller", std::int32_t{1}}, {"日本", std::int32_t{22}}}},
                       {}),
             "NAME    ROWS\n"

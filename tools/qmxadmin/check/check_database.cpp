@@ -1,0 +1,67 @@
+#include "tools/qmxadmin/check/check_database.h"
+
+#include <optional>
+
+#include "platform/error.h"
+#include "schema/local_tables.h"
+#include "tools/qmxadmin/differences.h"
+#include "tools/qmxadmin/find_table.h"
+#include "tools/qmxadmin/local_database.h"
+
+namespace qmx {
+namespace {
+
+constexpr const char* kConnection = "connection";
+constexpr const char* kDefaultDatabase = "default database";
+
+bool SelectDatabase(Connection& connection, const std::string& database, Findings& findings) {
+  try {
+    if (database.find_first_not_of(' ') != std::string::npos) connection.defaultdatabase(database);
+    const std::string selected = connection.defaultdatabase();
+    if (selected.empty()) {
+      findings.Wrong(kDefaultDatabase, "none is selected", "Name one as DATABASE, or in CONNECTION.");
+      return false;
+    }
+    findings.Good(kDefaultDatabase, selected);
+    return true;
+  } catch (const Error& error) {
+    findings.Wrong(kDefaultDatabase, error, "Correct DATABASE.");
+    return false;
+  }
+}
+
+void CheckTable(Connection& connection, const LocalTable& table, Findings& findings) {
+  const std::string what = "table " + table.name;
+  try {
+    const std::optional<TableDescription> found = FindTable(connection, table.name);
+    if (!found) {
+      findings.Wrong(what, "it is missing", "\"qmxadmin init\" makes it.");
+      return;
+    }
+    const std::vector<std::string> differences = Differences(table, *found);
+    for (const std::string& difference : differences) {
+      findings.Wrong(what, difference, "\"qmxadmin init --print\" shows how it should be.");
+    }
+    if (differences.empty()) findings.Good(what, std::to_string(found->columns.size()) + " columns, as they should be");
+  } catch (const Error& error) {
+    findings.Wrong(what, error, "Let the user be granted what is missing.");
+  }
+}
+
+}  // namespace
+
+void CheckDatabase(const DatabaseArguments& arguments, Findings& findings) {
+  std::optional<LocalDatabase> local;
+  try {
+    local.emplace(DatabaseArguments{arguments.connection, ""});
+  } catch (const Error& error) {
+    findings.Wrong(kConnection, error, "Correct CONNECTION.");
+    return;
+  }
+  Connection& connection = local->Connection();
+  findings.Good(kConnection, connection.System());
+  if (!SelectDatabase(connection, arguments.database, findings)) return;
+  for (const LocalTable& table : LocalTables()) CheckTable(connection, table, findings);
+}
+
+}  // namespace qmx

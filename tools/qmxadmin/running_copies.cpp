@@ -1,0 +1,83 @@
+#include "tools/qmxadmin/running_copies.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <charconv>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <sstream>
+
+#include "platform/names.h"
+#include "platform/trim.h"
+
+namespace qmx {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Read(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// The table of its command line, which is joined by blanks and split at commas; nothing for any other program's.
+std::string TableOf(std::string commandLine) {
+  const std::size_t end = std::min(commandLine.find('\0'), commandLine.size());
+  if (fs::path(commandLine.substr(0, end)).filename() != "qmxdatacopy") return {};
+  std::replace(commandLine.begin(), commandLine.end(), '\0', ' ');
+  std::istringstream pieces(commandLine);
+  std::string piece;
+  for (int number = 0; number <= 2; ++number) {
+    if (!std::getline(pieces, piece, ',')) return {};
+  }
+  const std::string_view table = Trimmed(piece);
+  return FoldName(table.substr(0, table.find('=')));
+}
+
+std::int64_t SecondsOfBoot() {
+  std::ifstream file("/proc/stat");
+  for (std::string word; file >> word;) {
+    std::int64_t seconds = 0;
+    if (word == "btime" && file >> seconds) return seconds;
+  }
+  return 0;
+}
+
+// The 22nd field, counted behind the program's name, which may hold anything.
+std::int64_t TicksFromBoot(const std::string& state) {
+  std::istringstream fields(state.substr(std::min(state.rfind(')') + 1, state.size())));
+  std::string skipped;
+  for (int field = 3; field < 22; ++field) fields >> skipped;
+  std::int64_t ticks = 0;
+  fields >> ticks;
+  return ticks;
+}
+
+DateTime LocalTime(std::time_t moment) {
+  std::tm local{};
+  localtime_r(&moment, &local);
+  return DateTime::FromDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday)
+      .PlusTime(local.tm_hour, local.tm_min, local.tm_sec);
+}
+
+}  // namespace
+
+std::vector<RunningCopy> RunningCopiesOf(const std::string& tableCode) {
+  std::vector<RunningCopy> copies;
+  std::error_code problem;
+  for (fs::directory_iterator entry("/proc", problem), end; !problem && entry != end; entry.increment(problem)) {
+    const std::string name = entry->path().filename();
+    pid_t process = 0;
+    if (std::from_chars(name.data(), name.data() + name.size(), process).ec != std::errc()) continue;
+    if (TableOf(Read(entry->path() / "cmdline")) != FoldName(tableCode)) continue;
+    const std::int64_t ticks = TicksFromBoot(Read(entry->path() / "stat"));
+    copies.push_back({process, LocalTime(SecondsOfBoot() + ticks / sysconf(_SC_CLK_TCK))});
+  }
+  return copies;
+}
+
+}  // namespace qmx
