@@ -28,8 +28,7 @@ class Race:
 
 
 def _local_content(table):
-    count = run("sqlite3", LOCAL, f"select count(*) from {table}").strip()
-    return f"{count} rows, " + run("sqlite3", LOCAL, f".sha3sum {table}").strip()
+    return run(BENCH_PROGRAMS / "table_content", LOCAL, table).strip()
 
 
 def _empty_texts_to_null():

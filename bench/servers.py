@@ -81,5 +81,5 @@ def mariadb():
     return Server(
         "MariaDB", connection, client,
         bulk_name="LOAD DATA LOCAL", bulk_load="load data local infile '/dev/stdin' into table tssoc200 character set utf8mb4",
-        hashes=f"select count(*), sum(conv(left(md5(concat_ws(',', {quoted})), 15), 16, 10)) from tssoc200",
+        hashes=f"select count(*), sum(cast(conv(left(md5(concat_ws(',', {quoted})), 15), 16, 10) as unsigned)) from tssoc200",
         settle=["analyze table tssoc200"])
