@@ -21,6 +21,7 @@ namespace qmx {
 namespace {
 
 constexpr const char* kConnection = "CONNECTION";
+constexpr const char* kDatabase = "DATABASE";
 
 // Has `run` called with `arguments` when this is the command that is asked for.
 template <typename Arguments>
@@ -34,7 +35,7 @@ void AddDatabase(CLI::App& command, DatabaseArguments& arguments) {
       .add_option(kConnection, arguments.connection,
                   "Connection text of the local database, such as \"Provider=SQLite;Data Source=FILE\"")
       ->required();
-  command.add_option("DATABASE", arguments.database, "Default database; \"\" for the connection's own")->required();
+  command.add_option(kDatabase, arguments.database, "Default database; \"\" for the connection's own")->required();
   command.footer(
       "CONNECTION and DATABASE may both be left out where QMX_CONNECTION is set, so that no password stands on the\n"
       "command line; QMX_DATABASE is then the default database.");
@@ -95,7 +96,15 @@ void AddInit(CLI::App& program, AdminStatus& status) {
   AddDatabase(command, *arguments);
   command.add_flag("--print", arguments->print,
                    "Show the statements and make nothing; a server is asked which system it is");
-  Does(command, status, arguments, Init);
+  const CLI::Option* printFor = command.add_option(
+      "--print-for", arguments->printFor, "Show the statements for SQLite, PostgreSQL or MariaDB; needs no CONNECTION");
+  for (const char* name : {kConnection, kDatabase}) command.get_option(name)->required(false);
+  command.callback([arguments, printFor, &command, &status] {
+    for (const char* name : {kConnection, kDatabase}) {
+      if (printFor->empty() && command.count(name) == 0) throw CLI::RequiredError(name);
+    }
+    status = Init(*arguments);
+  });
 }
 
 void AddMethod(CLI::App& program, AdminStatus& status) {

@@ -46,6 +46,10 @@ bool Provide(Connection& connection, const Dialect& dialect, const LocalTable& t
 }  // namespace
 
 AdminStatus Init(const InitArguments& arguments) {
+  if (!arguments.printFor.empty()) {
+    Print(RequireDialect(arguments.printFor));
+    return AdminStatus::Done;
+  }
   ConnectionText text(arguments.connection);
   if (arguments.print && IsEmbedded(text)) {
     Print(SqliteDialect());

@@ -7,7 +7,8 @@
 namespace qmx {
 
 struct InitArguments : DatabaseArguments {
-  bool print = false;  // shows the statements and makes nothing
+  bool print = false;    // shows the statements and makes nothing
+  std::string printFor;  // the same for a database system, without a connection
 };
 
 AdminStatus Init(const InitArguments& arguments);

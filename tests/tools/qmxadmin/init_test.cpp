@@ -109,6 +109,24 @@ TEST_F(QmxAdminInit, PrintsTheStatementsAndTouchesNothing) {
   EXPECT_FALSE(std::filesystem::exists(folder / "local.db"));
 }
 
+TEST_F(QmxAdminInit, PrintsTheStatementsForASystemThatIsNotAtHand) {
+  const Process mariadb = test::Run(QMX_ADMIN, {"init", "--print-for", "MariaDB"});
+  EXPECT_EQ(mariadb.status, 0) << mariadb.err;
+  EXPECT_EQ(Lines(mariadb.out, "\n) engine = InnoDB character set utf8mb4 collate utf8mb4_nopad_bin;"), 19U);
+  const Process other = test::Run(QMX_ADMIN, {"init", "--print-for", "Oracle"});
+  EXPECT_EQ(other.status, 2);
+  EXPECT_THAT(other.err, HasSubstr("SQLite, PostgreSQL and MariaDB, not in \"Oracle\""));
+}
+
+TEST_F(QmxAdminInit, NeedsBothArgumentsWhereItIsNotToPrintForASystem) {
+  const Process nothing = test::Run(QMX_ADMIN, {"init"});
+  EXPECT_EQ(nothing.status, 2);
+  EXPECT_THAT(nothing.err, HasSubstr("CONNECTION is required"));
+  const Process one = test::Run(QMX_ADMIN, {"init", connectionText});
+  EXPECT_EQ(one.status, 2);
+  EXPECT_THAT(one.err, HasSubstr("DATABASE is required"));
+}
+
 TEST_F(QmxAdminInit, MakesTheNamedDatabaseInAFolder) {
   connectionText = "Provider=SQLite;Data Source=" + folder.Path().string();
   const Process run = Init("service");
