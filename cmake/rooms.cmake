@@ -11,7 +11,11 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 # The build tree looks like the installed one: the component servers and their manifests share a folder.
 set(QMX_COMPONENT_DIR ${CMAKE_BINARY_DIR}/components)
 file(MAKE_DIRECTORY ${QMX_COMPONENT_DIR})
-set(QMX_INSTALLED_COMPONENT_DIR ${CMAKE_INSTALL_FULL_LIBDIR}/qmxdatacopy/components)
+set(QMX_COMPONENT_DESTINATION ${CMAKE_INSTALL_LIBDIR}/qmxdatacopy/components)
+set(QMX_INSTALLED_COMPONENT_DIR ${CMAKE_INSTALL_PREFIX}/${QMX_COMPONENT_DESTINATION})
+
+# The package that an installed file goes into, where install() names none.
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME qmxdatacopy)
 
 option(QMX_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 
@@ -55,6 +59,12 @@ function(qmx_component_server name)
   if(server_MANIFEST)
     configure_file(${server_MANIFEST} ${QMX_COMPONENT_DIR} COPYONLY)
   endif()
+endfunction()
+
+# qmx_install_component_server(NAME MANIFEST COMPONENT package): where a host looks that is told no other place.
+function(qmx_install_component_server name manifest)
+  install(TARGETS ${name} LIBRARY DESTINATION ${QMX_COMPONENT_DESTINATION} ${ARGN})
+  install(FILES ${manifest} DESTINATION ${QMX_COMPONENT_DESTINATION} ${ARGN})
 endfunction()
 
 # qmx_test(NAME SOURCES file... [LINKS library...]): one test program of a room; every test in it is a test of ctest.

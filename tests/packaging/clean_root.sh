@@ -1,0 +1,128 @@
+#!/usr/bin/env bash
+# clean_root.sh BUILD: makes the Debian packages of a build tree and installs them into a root of their own, which holds
+# nothing but the packages that they depend on. There a sandbox ERP and a local database are made and a table is copied, as
+# an operator would. Needs neither a network nor another build.
+set -euo pipefail
+
+build=$1
+fail() {
+  echo "$*" >&2
+  exit 1
+}
+[ -x "$build/bin/qmxdatacopy" ] && [ -f "$build/CPackConfig.cmake" ] ||
+  fail "There is no build in $build; make it with: cmake --preset release && cmake --build --preset release"
+
+work=$(mktemp --directory "${TMPDIR:-/tmp}/qmx-packages-XXXXXX")
+trap 'rm -rf "$work"' EXIT
+root=$work/root
+
+cpack --config "$build/CPackConfig.cmake" -B "$work/packages" >"$work/cpack.log" 2>&1 || fail "$(cat "$work/cpack.log")"
+packages=("$work"/packages/qmxdatacopy_*.deb "$work"/packages/qmxdatacopy-sandbox_*.deb)
+
+# depends FIELD-TEXT: the installed packages that it names, of alternatives the first installed one.
+depends() {
+  local group name alternatives
+  while IFS= read -r group; do
+    IFS='|' read -ra alternatives <<<"$group"
+    for name in "${alternatives[@]}"; do
+      name=$(sed 's/([^)]*)//; s/:any//; s/ //g' <<<"$name")
+      dpkg-query --show --showformat='${binary:Package} ${db:Status-Status}\n' "$name" 2>/dev/null | sed -n 's/ installed$//p' |
+        head -n 1 | grep . && break
+    done || true
+  done < <(tr ',' '\n' <<<"$1")
+}
+
+# Everything that the packages need, and what that needs; what is not installed here is noticed by dpkg below.
+needed=()
+declare -A seen=()
+queue=($(for package in "${packages[@]}"; do depends "$(dpkg-deb --field "$package" Depends)"; done))
+while [ ${#queue[@]} -gt 0 ]; do
+  package=${queue[0]}
+  queue=("${queue[@]:1}")
+  [ -z "${seen[$package]:-}" ] || continue
+  seen[$package]=yes
+  needed+=("$package")
+  queue+=($(depends "$(dpkg-query --show --showformat='${Pre-Depends},${Depends}' "$package")"))
+done
+echo "The root holds ${needed[*]}"
+
+# A root with those packages, as dpkg itself would have left it.
+mkdir -p "$root"/{usr/{bin,sbin,lib,lib64},tmp,var/log,var/lib/dpkg/info}
+ln -s usr/bin usr/sbin usr/lib usr/lib64 "$root"
+dpkg --listfiles "${needed[@]}" | sort --unique | while IFS= read -r file; do
+  if [ -L "$file" ] || [ -f "$file" ]; then echo "${file#/}"; fi
+done | tar --create --directory=/ --files-from=- | tar --extract --directory="$root" --keep-directory-symlink
+dpkg-query --status "${needed[@]}" >"$root/var/lib/dpkg/status"
+
+# dpkg itself sees whether something is missing. A machine that keeps no manuals is told to keep these.
+in_root() { dpkg --root="$root" --force-not-root --path-include='*' "$@" >"$work/dpkg.log" 2>&1 || fail "$(cat "$work/dpkg.log")"; }
+in_root --install "${packages[@]}"
+
+# inside PROGRAM...: in that root; without the rights of root in a user namespace of our own.
+inside() {
+  local enter=()
+  [ "$(id -u)" -eq 0 ] || enter=(unshare --user --map-root-user)
+  env --ignore-environment HOME=/ "${enter[@]}" "$(PATH=$PATH:/usr/sbin command -v chroot)" "$root" "$@"
+}
+
+version=$(dpkg-deb --field "${packages[0]}" Version)
+[ "$(inside /usr/bin/qmxdatacopy --version)" = "qmxdatacopy ${version%-*}" ] || fail "qmxdatacopy tells another version"
+
+mkdir -p "$root/var/lib/qmx" "$root/var/log/qmx"
+local_database='Provider=SQLite;Data Source=/var/lib/qmx/local.db'
+inside /usr/bin/orvan-sandbox make /var/lib/qmx/orvan.db >/dev/null
+inside /usr/bin/qmxadmin init "$local_database" '' >/dev/null
+inside /usr/bin/qmxdatacopy "$local_database,,tsmdm140,/var/log/qmx,OrvanSandbox,/var/lib/qmx/orvan.db,17" 2>"$work/board" ||
+  fail "The copy failed: $(cat "$work/board")"
+grep -q 'Service Employees (tsmdm140) : Copy result. Added - 30;' "$work/board" ||
+  fail "The scheduling server was not told of 30 employees: $(cat "$work/board")"
+rows=$(echo 'select count(*), min(emno), max(emno) from tsmdm140;' | sqlite3 "$root/var/lib/qmx/local.db")
+[ "$rows" = '30|E00001|E00030' ] || fail "30 employees were expected in the local database; there are $rows"
+
+# The statements make the same tables as qmxadmin does.
+schema=$root/usr/share/qmxdatacopy/schema
+sqlite3 "$work/by_hand.db" <"$schema/sqlite.sql"
+[ "$(sqlite3 "$work/by_hand.db" .schema)" = "$(sqlite3 "$root/var/lib/qmx/local.db" .schema)" ] ||
+  fail "The tables of $schema/sqlite.sql are not those of qmxadmin init"
+for system in postgresql mariadb; do
+  [ "$(grep -c '^create table ' "$schema/$system.sql")" = 19 ] || fail "$schema/$system.sql lacks tables"
+done
+
+# The header and the examples suffice to write a component server.
+examples=$root/usr/share/doc/qmxdatacopy/examples
+gcc -std=c99 -Wall -Werror -fsyntax-only -I"$root/usr/include" "$examples/messages.c"
+g++ -std=c++17 -Wall -Werror -fsyntax-only -I"$root/usr/include" "$examples/service_types.cpp"
+
+for page in qmxdatacopy qmxadmin orvan-sandbox; do
+  warnings=$(gzip --decompress --stdout "$root/usr/share/man/man1/$page.1.gz" | groff -man -ww -z -Tutf8 -Kutf8 2>&1)
+  [ -z "$warnings" ] || fail "$page(1): $warnings"
+done
+
+# completes EXPECTED WORD...: what bash offers for the last word.
+completes() {
+  local expected=$1 offered
+  shift
+  offered=$(bash --noprofile --norc -c '
+    source "$1/usr/share/bash-completion/completions/$2"
+    shift
+    COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
+    "$(complete -p "$1" | sed "s/.*-F \([^ ]*\).*/\1/")" "$1" "${COMP_WORDS[COMP_CWORD]}"
+    echo "${COMPREPLY[*]}"' bash "$root" "$@")
+  [ "$offered" = "$expected" ] || fail "\"$*\" was completed to \"$offered\", not to \"$expected\""
+}
+completes init qmxadmin in
+completes --employee qmxadmin calendar --e
+completes tsmdm140 qmxadmin release tsmdm14
+completes 'local.db,,tsclm020, local.db,,tsclm024,' qmxdatacopy local.db,,tscl
+completes work orvan-sandbox w
+
+# The units, as far as systemd can tell without running them.
+if command -v systemd-analyze >/dev/null; then
+  said=$(systemd-analyze verify --root="$root" --man=no --recursive-errors=no \
+    "$root"/usr/lib/systemd/system/qmxdatacopy@.{service,timer} 2>&1) || fail "$said"
+  [ -z "$said" ] || fail "$said"
+fi
+
+in_root --purge qmxdatacopy-sandbox qmxdatacopy
+left=$(find "$root" -path "$root/var" -prune -o \( -name '*qmx*' -o -name 'orvan*' \) -print)
+[ -z "$left" ] || fail "The packages left behind: $left"
