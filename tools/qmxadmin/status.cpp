@@ -34,7 +34,8 @@ Variant CountRows(LocalDatabase& local, const std::string& table, std::string& n
 Variant OrNull(const std::string& text) { return text.empty() ? Variant::Null() : text; }
 
 std::vector<Variant> Row(const std::string& table, const ControlRecord* record, Variant rows, std::string note) {
-  const ControlRecord known = record ? *record : ControlRecord();
+  static const ControlRecord kNone;
+  const ControlRecord& known = record ? *record : kNone;
   return {table,
           OrNull(std::string(DescriptionOfTable(table))),
           known.byChange ? "changed" : "full",
