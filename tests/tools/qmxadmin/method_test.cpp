@@ -85,6 +85,15 @@ TEST_P(QmxAdminMethodOnSqlite, WantsAMethodBehindTheTables) {
   EXPECT_THAT(Column("select tablename from tstables"), IsEmpty());
 }
 
+TEST_P(QmxAdminMethodOnSqlite, ChangesEveryTableAlsoWhereNobodyCanBeToldOfIt) {
+  const Process run =
+      test::Run("/bin/sh", {"-c", "exec \"$0\" method tsmdm030 tsmdm100 changed > /dev/full 2> /dev/full", QMX_ADMIN},
+                Environment());
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(Column("select tablename from tstables where syme = 2 order by tablename"),
+              ElementsAre("tsmdm030", "tsmdm100"));
+}
+
 TEST_P(QmxAdminMethodOnSqlite, FailsWhereThereIsNoControlTable) {
   Execute("drop table tstables");
   const Process run = Admin({"method", "tsmdm030", "full"});

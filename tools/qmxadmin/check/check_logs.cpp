@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <vector>
 
 #include "platform/posix/paths.h"
@@ -56,7 +57,7 @@ void CheckLogs(const std::string& folder, Findings& findings) {
   }
   findings.Good(kFolder, path + " can be written");
   for (const std::string& name : LogNames()) {
-    if (const int problem = OpenToAppend(path + "/" + name)) {
+    if (const int problem = OpenToAppend(std::filesystem::path(path) / name)) {
       findings.Wrong("log " + name, std::string("it cannot be written: ") + std::strerror(problem),
                      "Let the user that runs the copies write it, or move it away.");
     }
