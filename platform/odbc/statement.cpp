@@ -120,7 +120,10 @@ void OdbcStatement::Execute() {
                     SQL_IS_UINTEGER);
   }
   const bool mayBeOutdated = hasRows_ && !connection_.Dialect().refusesOutdatedQueries;
-  if (mayBeOutdated && Clock::now() - prepared_ > kLongestTrust) Prepare();
+  if (mayBeOutdated && Clock::now() - prepared_ > kLongestTrust) {
+    Prepare();
+    Columns();  // once a query without rows is over, not every driver can tell them
+  }
   const SQLRETURN result = SQLExecute(statement_.Get());
   if (result == SQL_SUCCESS_WITH_INFO && connection_.Dialect().remarksAreErrors) {
     throw OdbcError(SQL_HANDLE_STMT, statement_.Get());

@@ -135,6 +135,18 @@ TEST_P(PreparedTexts, ThatFailOnTheWayAreNotTriedAgain) {
   }
 }
 
+TEST_P(PreparedTexts, ThatAreUsedAgainAfterAWhileAreAsTheyWere) {
+  const char* ask = "select * from people where code='D'";
+  Opened(ask);
+  std::this_thread::sleep_for(std::chrono::milliseconds(110));
+  const auto found = Opened(ask);
+  EXPECT_TRUE(found->Eof());
+  found->AddNew();
+  found->Fields("code") = "D";
+  found->Update();
+  EXPECT_EQ(Opened(ask)->recordcount(), 1);
+}
+
 TEST_P(PreparedTexts, ThatAreOpenAtOnceHaveAStatementEach) {
   const auto session = Session();
   PreparedStatements prepared(*session);

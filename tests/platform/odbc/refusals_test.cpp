@@ -106,6 +106,19 @@ TEST_P(AServerRefuses, AValueThatIsLongerThanItsColumn) {
   EXPECT_THAT(Rows("select * from people"), ElementsAre());
 }
 
+// MariaDB's driver tells of this as of a success with a remark.
+TEST_P(AServerRefuses, ADateInANumbersPlaceAlsoAsAParameter) {
+  const auto session = base->GetDriver().Open(ConnectionText(base->ConnectionText()));
+  {
+    const Variant date("2026-01-31");
+    const auto insert = session->Prepare("insert into people (code,floor) values ('A',?)");
+    insert->Bind(0, date);
+    EXPECT_EQ(Raised([&] { insert->Step(); }).Number(), 13);
+  }
+  session->Close();
+  EXPECT_THAT(Rows("select * from people"), ElementsAre());
+}
+
 TEST_P(MariaDbRefuses, ATableThatIsFull) {
   connection.Execute("set session max_heap_table_size = 16384");
   connection.Execute("create table small (body varchar(200)) engine=memory");
