@@ -49,7 +49,7 @@ class DriverStatement {
 
 // Which columns of a table rows are added with.
 struct RowInsert {
-  std::string table;                       // between the database's quotes
+  std::string table;                       // as the database spells it
   std::vector<ColumnDescription> columns;  // at least one; values are null or of the column's type
   std::string into;                        // "insert into T (A,B)"
   std::function<void(Error&, std::span<const Variant>)> describe;  // adds what is known of a row that was refused

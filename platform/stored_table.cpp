@@ -37,7 +37,8 @@ class Execution {
 
 StoredTable::StoredTable(DriverSession& session, std::string name) : session_(session), name_(std::move(name)) {
   TableDescription description = session_.Describe(name_);
-  quotedName_ = session_.QuoteIdentifier(description.name);
+  spelling_ = std::move(description.name);
+  quotedName_ = session_.QuoteIdentifier(spelling_);
   key_ = std::move(description.key);
   hasKey_ = !key_.empty();
   if (!hasKey_) {
@@ -159,7 +160,7 @@ StoredTable::Prepared& StoredTable::InsertFor(const Row& assigned) {
     std::string text = "insert into " + quotedName_ + " (" + Quoted(0) + ") values (null)";
     return inserts_.emplace(shape_, PreparedOf(std::move(text))).first->second;
   }
-  insert.table = quotedName_;
+  insert.table = spelling_;
   insert.into = "insert into " + quotedName_ + " (" + columns + ")";
   insert.describe = [this, shape = shape_, text = insert.Text()](Error& error, std::span<const Variant> values) {
     Row row(shape.size());

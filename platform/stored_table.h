@@ -55,6 +55,7 @@ class StoredTable {
 
   DriverSession& session_;
   std::string name_;
+  std::string spelling_;  // the database's
   std::string quotedName_;
   std::shared_ptr<const RowLayout> layout_;
   std::vector<std::size_t> key_;  // all columns when the table has no key

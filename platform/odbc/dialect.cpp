@@ -17,6 +17,7 @@ std::vector<OdbcDialect> MakeDialects() {
   postgresql.schemaQuery = "select current_schema()";
   postgresql.integerParameter = "cast(? as integer)";
   postgresql.refusesOutdatedQueries = true;
+  postgresql.rowsTogether = RowsTogether::ByUnnest;
 
   OdbcDialect mariadb;
   mariadb.system = "MariaDB";
@@ -30,6 +31,7 @@ std::vector<OdbcDialect> MakeDialects() {
   mariadb.catalogQuery = "select database()";
   mariadb.switchesCatalog = true;
   mariadb.remarksAreErrors = true;
+  mariadb.rowsTogether = RowsTogether::ByArrays;
 
   OdbcDialect mysql = mariadb;  // what older drivers call it
   mysql.system = "MySQL";

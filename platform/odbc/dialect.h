@@ -7,6 +7,12 @@
 
 namespace qmx {
 
+enum class RowsTogether {
+  InValues,  // many rows after "values"
+  ByUnnest,  // an array for each column, taken apart by the server
+  ByArrays,  // an array for each parameter
+};
+
 struct OdbcDialect {
   std::string_view system;  // the beginning of what the driver calls its database system; "" fits every one
 
@@ -40,6 +46,9 @@ struct OdbcDialect {
 
   // In which schema an unqualified table is looked for; "" where there are no schemas.
   std::string schemaQuery;
+
+  // How the system takes many rows fastest.
+  RowsTogether rowsTogether = RowsTogether::InValues;
 };
 
 const OdbcDialect& DialectOf(std::string_view system);

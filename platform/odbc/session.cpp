@@ -5,9 +5,11 @@
 #include <filesystem>
 
 #include "platform/error.h"
+#include "platform/odbc/array_rows.h"
 #include "platform/odbc/catalog.h"
 #include "platform/odbc/connection_string.h"
 #include "platform/odbc/statement.h"
+#include "platform/odbc/unnest_rows.h"
 #include "platform/sql_statement.h"
 
 namespace qmx {
@@ -27,6 +29,19 @@ OdbcSession::OdbcSession(std::string text)
 std::unique_ptr<DriverStatement> OdbcSession::Prepare(const std::string& statement) {
   // One driver takes whatever stands behind a ";" for a second statement.
   return std::make_unique<OdbcStatement>(*connection_, std::string(StatementAlone(statement)));
+}
+
+std::unique_ptr<DriverRows> OdbcSession::PrepareRows(const RowInsert& insert) {
+  std::unique_ptr<DriverRows> inValues = DriverSession::PrepareRows(insert);
+  switch (connection_->Dialect().rowsTogether) {
+    case RowsTogether::ByUnnest:
+      return RowsByUnnest(*connection_, insert, std::move(inValues));
+    case RowsTogether::ByArrays:
+      return RowsByArrays(*connection_, insert, std::move(inValues));
+    case RowsTogether::InValues:
+      break;
+  }
+  return inValues;
 }
 
 TableDescription OdbcSession::Describe(const std::string& table) { return DescribeTable(*connection_, table); }

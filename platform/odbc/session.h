@@ -15,6 +15,7 @@ class OdbcSession : public DriverSession {
 
   std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
   std::string IntegerParameter() const override { return connection_->Dialect().integerParameter; }
+  std::unique_ptr<DriverRows> PrepareRows(const RowInsert& insert) override;
   TableDescription Describe(const std::string& table) override;
   std::string QuoteIdentifier(const std::string& name) const override;
   std::string System() const override { return std::string(connection_->Dialect().system); }

@@ -106,6 +106,26 @@ void OdbcStatement::Bind(std::size_t parameter, const Variant& value) {
                                     &place.indicator));
 }
 
+void OdbcStatement::BindUtf8(std::size_t parameter, const std::string& text) {
+  while (parameters_.size() <= parameter) parameters_.emplace_back();
+  SQLLEN& length = parameters_[parameter].indicator;
+  length = static_cast<SQLLEN>(text.size());
+  const SQLULEN size = std::max<SQLULEN>(1, text.size());
+  statement_.Check(SQLBindParameter(statement_.Get(), static_cast<SQLUSMALLINT>(parameter + 1), SQL_PARAM_INPUT,
+                                    SQL_C_CHAR, SQL_VARCHAR, size, 0, const_cast<char*>(text.data()), length, &length));
+}
+
+void OdbcStatement::BindArray(std::size_t parameter, ParameterArray& array) {
+  statement_.Check(SQLBindParameter(statement_.Get(), static_cast<SQLUSMALLINT>(parameter + 1), SQL_PARAM_INPUT,
+                                    array.cType, array.sqlType, array.width, 0, array.cells.data(),
+                                    static_cast<SQLLEN>(array.width), array.lengths.data()));
+}
+
+void OdbcStatement::RowsTogether(std::size_t rows) {
+  statement_.Check(
+      SQLSetStmtAttrW(statement_.Get(), SQL_ATTR_PARAMSET_SIZE, reinterpret_cast<SQLPOINTER>(rows), SQL_IS_UINTEGER));
+}
+
 bool OdbcStatement::Step() {
   if (!isRunning_) Execute();
   if (hasRows_ && Fetch()) return true;
@@ -184,6 +204,16 @@ void OdbcStatement::Reset() noexcept {
   SQLFreeStmt(statement_.Get(), SQL_CLOSE);
   SQLFreeStmt(statement_.Get(), SQL_RESET_PARAMS);
   isRunning_ = false;
+}
+
+void OdbcStatement::Run() {
+  try {
+    while (Step()) continue;
+  } catch (...) {
+    Reset();
+    throw;
+  }
+  Reset();
 }
 
 }  // namespace qmx

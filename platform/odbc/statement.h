@@ -1,4 +1,4 @@
-// A prepared statement of an ODBC connection.
+// A prepared statement of an ODBC connection, executed with one row of parameters or with many.
 //
 // Texts go both ways as UTF-16. A date-time goes to the database as its canonical text, since the systems disagree
 // about everything else. A text in a result is given in its column's type where it has that form.
@@ -18,16 +18,29 @@ namespace qmx {
 
 class OdbcConnection;
 
+// A parameter's values in many rows. Texts are UTF-8 and stand `width` bytes apart.
+struct ParameterArray {
+  SQLSMALLINT cType;
+  SQLSMALLINT sqlType;
+  std::size_t width;  // of a value, in bytes
+  std::vector<char> cells{};
+  std::vector<SQLLEN> lengths{};  // in bytes, or SQL_NULL_DATA
+};
+
 class OdbcStatement : public DriverStatement {
  public:
   OdbcStatement(const OdbcConnection& connection, const std::string& text);  // the connection is borrowed
 
   const std::vector<ColumnDescription>& Columns() const override;
   void Bind(std::size_t parameter, const Variant& value) override;
+  void BindUtf8(std::size_t parameter, const std::string& text);  // borrowed; for drivers that take it as it is
+  void BindArray(std::size_t parameter, ParameterArray& array);   // borrowed
+  void RowsTogether(std::size_t rows);                            // that the arrays hold
   bool Step() override;
   Variant Value(std::size_t column) override;
   std::int64_t RowsAffected() const override { return affected_; }
   void Reset() noexcept override;
+  void Run();  // to its end, and resets it, whatever it raises
 
  private:
   struct Parameter {  // where the driver reads a value from when the statement is executed

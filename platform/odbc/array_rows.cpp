@@ -1,0 +1,177 @@
+#include "platform/odbc/array_rows.h"
+
+#include <sqlext.h>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "platform/odbc/connection.h"
+#include "platform/odbc/statement.h"
+
+namespace qmx {
+namespace {
+
+using Kind = Variant::Kind;
+
+constexpr std::size_t kMostRows = 1000;
+constexpr std::size_t kMostBytes = 4 << 20;  // of all arrays: a long text makes its whole array wide
+
+// Taken back unless it is committed.
+class Transaction {
+ public:
+  explicit Transaction(OdbcConnection& connection) : connection_(connection) { connection_.AutoCommit(false); }
+  ~Transaction() {
+    try {
+      if (!isCommitted_) connection_.End(SQL_ROLLBACK);
+      connection_.AutoCommit(true);
+    } catch (const Error&) {  // the connection is lost, and the transaction with it
+    }
+  }
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+
+  void Commit() {
+    connection_.End(SQL_COMMIT);
+    isCommitted_ = true;
+  }
+
+ private:
+  OdbcConnection& connection_;
+  bool isCommitted_ = false;
+};
+
+ParameterArray ArrayFor(Kind kind) {
+  switch (kind) {
+    case Kind::Boolean:
+      return {SQL_C_BIT, SQL_BIT, sizeof(unsigned char)};
+    case Kind::UInt8:
+    case Kind::Int16:
+    case Kind::Int32:
+      return {SQL_C_SLONG, SQL_INTEGER, sizeof(SQLINTEGER)};
+    case Kind::Double:
+      return {SQL_C_DOUBLE, SQL_DOUBLE, sizeof(double)};
+    default:  // a date-time as a text is as long as this
+      return {SQL_C_CHAR, SQL_VARCHAR, 19};
+  }
+}
+
+void Put(const void* value, std::size_t size, std::size_t row, ParameterArray& array) {
+  std::memcpy(array.cells.data() + row * array.width, value, size);
+  array.lengths[row] = static_cast<SQLLEN>(size);
+}
+
+void Put(const Variant& value, Kind kind, std::size_t row, ParameterArray& array) {
+  const auto put = [&](auto number) { Put(&number, sizeof number, row, array); };
+  const auto putText = [&](const std::string& text) { Put(text.data(), text.size(), row, array); };
+  if (value.IsEmpty() || value.IsNull()) {
+    array.lengths[row] = SQL_NULL_DATA;
+  } else if (kind == Kind::Boolean) {
+    put(static_cast<unsigned char>(value.ToBoolean()));
+  } else if (kind == Kind::Double) {
+    put(value.ToDouble());
+  } else if (array.cType == SQL_C_SLONG) {
+    put(static_cast<SQLINTEGER>(value.ToInt32()));
+  } else if (const std::string* text = value.IfText()) {
+    putText(*text);
+  } else {
+    putText(value.ToText());
+  }
+}
+
+class ArrayRows : public DriverRows {
+ public:
+  ArrayRows(OdbcConnection& connection, const RowInsert& insert, std::unique_ptr<DriverRows> otherwise)
+      : connection_(connection), statement_(connection, insert.Text()), otherwise_(std::move(otherwise)) {
+    for (const ColumnDescription& column : insert.columns) {
+      kinds_.push_back(column.type);
+      arrays_.push_back(ArrayFor(column.type));
+    }
+  }
+
+  std::size_t Most() const override { return isRefused_ ? otherwise_->Most() : kMostRows; }
+
+  std::size_t Add(std::span<const Variant> values) override {
+    if (isTrusted_) return AddArrays(values);
+    return isRefused_ ? otherwise_->Add(values) : AddOnTrial(values);
+  }
+
+ private:
+  // Should the driver send the rows one by one, those before a bad one must not stay.
+  std::size_t AddOnTrial(std::span<const Variant> values) {
+    Transaction transaction(connection_);
+    const std::int64_t before = InsertsSent();
+    const std::size_t rows = AddArrays(values);
+    const bool isOneStatement = InsertsSent() == before + 1;
+    transaction.Commit();
+    isTrusted_ = rows > 1 && isOneStatement;
+    isRefused_ = !isOneStatement;
+    return rows;
+  }
+
+  std::int64_t InsertsSent() {
+    return Variant(connection_.AskText("select variable_value from information_schema.session_status"
+                                       " where variable_name = 'COM_INSERT'"))
+        .ToInt32();
+  }
+
+  std::size_t AddArrays(std::span<const Variant> values) {
+    const std::size_t rows = RowsThatFit(values);
+    for (std::size_t column = 0; column < arrays_.size(); ++column) {
+      ParameterArray& array = arrays_[column];
+      array.cells.resize(rows * array.width);
+      array.lengths.resize(rows);
+      for (std::size_t row = 0; row < rows; ++row)
+        Put(values[row * arrays_.size() + column], kinds_[column], row, array);
+      statement_.BindArray(column, array);
+    }
+    statement_.RowsTogether(rows);
+    statement_.Run();
+    return rows;
+  }
+
+  // Makes the arrays as wide as they must be for these.
+  std::size_t RowsThatFit(std::span<const Variant> values) {
+    const auto excess = [&](std::size_t column, const Variant& value) {
+      const std::string* text = value.IfText();
+      return text && text->size() > arrays_[column].width ? text->size() - arrays_[column].width : 0;
+    };
+    const std::size_t columns = arrays_.size();
+    std::size_t width = 0;
+    for (std::size_t column = 0; column < columns; ++column) {
+      arrays_[column].width = ArrayFor(kinds_[column]).width;
+      width += arrays_[column].width;
+    }
+    std::size_t rows = 0;
+    for (; rows < values.size() / columns; ++rows) {
+      const auto row = values.subspan(rows * columns, columns);
+      std::size_t wider = width;
+      for (std::size_t column = 0; column < columns; ++column) wider += excess(column, row[column]);
+      if (rows > 0 && wider * (rows + 1) > kMostBytes) break;
+      if (wider == width) continue;
+      for (std::size_t column = 0; column < columns; ++column) arrays_[column].width += excess(column, row[column]);
+      width = wider;
+    }
+    return rows;
+  }
+
+  OdbcConnection& connection_;
+  OdbcStatement statement_;
+  std::unique_ptr<DriverRows> otherwise_;
+  std::vector<Kind> kinds_;
+  std::vector<ParameterArray> arrays_;  // their memory is used again
+  bool isTrusted_ = false;
+  bool isRefused_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<DriverRows> RowsByArrays(OdbcConnection& connection, const RowInsert& insert,
+                                         std::unique_ptr<DriverRows> otherwise) {
+  const auto isOfAnyType = [](const ColumnDescription& column) { return column.type == Kind::Empty; };
+  if (std::any_of(insert.columns.begin(), insert.columns.end(), isOfAnyType)) return otherwise;
+  return std::make_unique<ArrayRows>(connection, insert, std::move(otherwise));
+}
+
+}  // namespace qmx
