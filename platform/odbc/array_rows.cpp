@@ -118,14 +118,16 @@ class ArrayRows : public DriverRows {
 
   std::size_t AddArrays(std::span<const Variant> values) {
     const std::size_t rows = RowsThatFit(values);
-    for (std::size_t column = 0; column < arrays_.size(); ++column) {
-      ParameterArray& array = arrays_[column];
+    for (ParameterArray& array : arrays_) {
       array.cells.resize(rows * array.width);
       array.lengths.resize(rows);
-      for (std::size_t row = 0; row < rows; ++row)
-        Put(values[row * arrays_.size() + column], kinds_[column], row, array);
-      statement_.BindArray(column, array);
     }
+    for (std::size_t row = 0, at = 0; row < rows; ++row) {
+      for (std::size_t column = 0; column < arrays_.size(); ++column, ++at) {
+        Put(values[at], kinds_[column], row, arrays_[column]);
+      }
+    }
+    for (std::size_t column = 0; column < arrays_.size(); ++column) statement_.BindArray(column, arrays_[column]);
     statement_.RowsTogether(rows);
     statement_.Run();
     return rows;

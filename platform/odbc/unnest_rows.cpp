@@ -48,12 +48,15 @@ void AppendNumber(std::string& array, auto number, Format... format) {
 
 void AppendText(std::string_view text, std::string& array) {
   array += '"';
-  for (std::size_t from = 0; from < text.size();) {
-    const std::size_t next = std::min(text.find_first_of("\"\\", from + 1), text.size());
-    if (text[from] == '"' || text[from] == '\\') array += '\\';
-    array += text.substr(from, next - from);
-    from = next;
+  const char* plain = text.data();  // what stands from here on needs no "\\"
+  const char* const end = text.data() + text.size();
+  for (const char* at = plain; at != end; ++at) {
+    if (*at != '"' && *at != '\\') continue;
+    array.append(plain, at);
+    array += '\\';
+    plain = at;
   }
+  array.append(plain, end);
   array += '"';
 }
 
@@ -112,9 +115,9 @@ std::unique_ptr<DriverRows> RowsByUnnest(OdbcConnection& connection, const RowIn
                                          std::unique_ptr<DriverRows> otherwise) {
   const std::vector<std::string> types = TypesOf(connection, insert);
   if (types.size() != insert.columns.size()) return otherwise;
-  std::string arrays;
-  for (const std::string& type : types) arrays += (arrays.empty() ? "?::" : ",?::") + type + "[]";
-  return std::make_unique<UnnestRows>(connection, insert.into + " select * from unnest(" + arrays + ")", types.size());
+  std::string columns;
+  for (const std::string& type : types) columns += (columns.empty() ? "" : ",") + ("unnest(?::" + type + "[])");
+  return std::make_unique<UnnestRows>(connection, insert.into + " select " + columns, types.size());
 }
 
 }  // namespace qmx

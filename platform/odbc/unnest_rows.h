@@ -1,5 +1,6 @@
-// Rows as one array for each column: "insert into T (A,B) select * from unnest(?::text[],?::integer[])". What the
-// server calls a column's type is what its array is read as, so a value is read as in a plain insert.
+// Rows as one array for each column: "insert into T (A,B) select unnest(?::text[]),unnest(?::integer[])". An array is
+// read as one of what the server calls the column's type, so each value is read as in a plain insert. (With all arrays
+// in one unnest the server would first write the rows down: a sixth slower.)
 #pragma once
 
 #include <memory>
