@@ -68,14 +68,18 @@ class DriverRows {
   virtual std::size_t Add(std::span<const Variant> values) = 0;
 };
 
+class DriverSession;
+
+// In the form that every database system knows: "insert into T (A,B) values (?,?),(?,?)".
+std::unique_ptr<DriverRows> RowsInValues(DriverSession& session, const RowInsert& insert, std::size_t most = 128);
+
 class DriverSession {
  public:
   virtual ~DriverSession() = default;
   virtual std::unique_ptr<DriverStatement> Prepare(const std::string& statement) = 0;  // "?" marks a parameter
   virtual std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) { return Prepare(insert.Text()); }
-  virtual std::unique_ptr<DriverRows> PrepareRows(
-      const RowInsert& insert);                                     // many rows after "values", if not otherwise
-  virtual std::string IntegerParameter() const { return "?"; }      // one that is an integer beside whatever it stands
+  virtual std::string IntegerParameter() const { return "?"; }  // one that is an integer beside whatever it stands
+  virtual std::unique_ptr<DriverRows> PrepareRows(const RowInsert& insert) { return RowsInValues(*this, insert); }
   virtual TableDescription Describe(const std::string& table) = 0;  // -2147217865 when there is none
   virtual std::string QuoteIdentifier(const std::string& name) const = 0;
   virtual std::string System() const = 0;  // the database system's name: "SQLite", "PostgreSQL", "MariaDB", ...

@@ -1,25 +1,22 @@
-// Adding rows in the form that every database system knows: "insert into T (A,B) values (?,?),(?,?)".
 #include <algorithm>
-#include <array>
 #include <bit>
+#include <map>
 
 #include "platform/database_driver.h"
 
 namespace qmx {
 namespace {
 
-constexpr std::size_t kSizes = 8;               // statements for 1, 2, 4, ... 128 rows
 constexpr std::size_t kMostParameters = 30000;  // the systems take 32766 at least
 
 // Rows go out by halves: as many as the largest statement takes, then half as many, down to one, so that there are few
 // statements to prepare.
 class RowsOfValues : public DriverRows {
  public:
-  RowsOfValues(DriverSession& session, const RowInsert& insert)
+  RowsOfValues(DriverSession& session, const RowInsert& insert, std::size_t most)
       : session_(session),
         insert_(insert),
-        most_(std::clamp<std::size_t>(std::bit_floor(kMostParameters / insert.columns.size()), 1, 1u << (kSizes - 1))) {
-  }
+        most_(std::bit_floor(std::clamp<std::size_t>(kMostParameters / insert.columns.size(), 1, most))) {}
 
   std::size_t Most() const override { return most_; }
 
@@ -42,7 +39,7 @@ class RowsOfValues : public DriverRows {
 
  private:
   DriverStatement& StatementFor(std::size_t rows) {
-    auto& statement = statements_[static_cast<std::size_t>(std::countr_zero(rows))];
+    auto& statement = statements_[rows];
     if (!statement) statement = session_.Prepare(insert_.Text(rows));
     return *statement;
   }
@@ -50,7 +47,7 @@ class RowsOfValues : public DriverRows {
   DriverSession& session_;
   RowInsert insert_;
   std::size_t most_;
-  std::array<std::unique_ptr<DriverStatement>, kSizes> statements_;
+  std::map<std::size_t, std::unique_ptr<DriverStatement>> statements_;  // by their rows
 };
 
 }  // namespace
@@ -64,8 +61,8 @@ std::string RowInsert::Text(std::size_t rows) const {
   return text;
 }
 
-std::unique_ptr<DriverRows> DriverSession::PrepareRows(const RowInsert& insert) {
-  return std::make_unique<RowsOfValues>(*this, insert);
+std::unique_ptr<DriverRows> RowsInValues(DriverSession& session, const RowInsert& insert, std::size_t most) {
+  return std::make_unique<RowsOfValues>(session, insert, most);
 }
 
 }  // namespace qmx

@@ -32,6 +32,9 @@ std::vector<OdbcDialect> MakeDialects() {
   mariadb.switchesCatalog = true;
   mariadb.remarksAreErrors = true;
   mariadb.rowsTogether = RowsTogether::ByArrays;
+  mariadb.keepsPartsQuery =
+      "select 1 from information_schema.tables t join information_schema.engines e on e.engine = t.engine"
+      " where t.table_schema = database() and t.table_name = ? and e.transactions <> 'YES'";
 
   OdbcDialect mysql = mariadb;  // what older drivers call it
   mysql.system = "MySQL";

@@ -49,6 +49,9 @@ struct OdbcDialect {
 
   // How the system takes many rows fastest.
   RowsTogether rowsTogether = RowsTogether::InValues;
+
+  // Has a row where a refused statement leaves some of its rows in the table "?"; "" where none ever does.
+  std::string keepsPartsQuery;
 };
 
 const OdbcDialect& DialectOf(std::string_view system);

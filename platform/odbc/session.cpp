@@ -32,7 +32,8 @@ std::unique_ptr<DriverStatement> OdbcSession::Prepare(const std::string& stateme
 }
 
 std::unique_ptr<DriverRows> OdbcSession::PrepareRows(const RowInsert& insert) {
-  std::unique_ptr<DriverRows> inValues = DriverSession::PrepareRows(insert);
+  if (KeepsParts(insert.table)) return RowsInValues(*this, insert, 1);
+  std::unique_ptr<DriverRows> inValues = RowsInValues(*this, insert);
   switch (connection_->Dialect().rowsTogether) {
     case RowsTogether::ByUnnest:
       return RowsByUnnest(*connection_, insert, std::move(inValues));
@@ -42,6 +43,15 @@ std::unique_ptr<DriverRows> OdbcSession::PrepareRows(const RowInsert& insert) {
       break;
   }
   return inValues;
+}
+
+bool OdbcSession::KeepsParts(const std::string& table) {
+  const std::string& text = connection_->Dialect().keepsPartsQuery;
+  if (text.empty()) return false;
+  const Variant name(table);
+  OdbcStatement query(*connection_, text);
+  query.Bind(0, name);
+  return query.Step();
 }
 
 TableDescription OdbcSession::Describe(const std::string& table) { return DescribeTable(*connection_, table); }

@@ -28,6 +28,7 @@ class OdbcSession : public DriverSession {
   void Close() override;
 
  private:
+  bool KeepsParts(const std::string& table);
   void EndTransaction(SQLSMALLINT completion);
   void ConnectTo(const std::string& catalog);
 
