@@ -9,8 +9,8 @@ namespace qmx {
 
 class OdbcConnection;
 
-// Drivers take arrays and send their rows one by one where the server cannot do better. That is found out with the
-// first batch, and `otherwise` serves from then on; it does also where a column's values may be of any type.
+// `otherwise` serves where a column's values may be of any type and where the connection's texts are not UTF-8. It also
+// does once the first batch has shown that the driver sends the rows of arrays one by one, as some must.
 std::unique_ptr<DriverRows> RowsByArrays(OdbcConnection& connection, const RowInsert& insert,
                                          std::unique_ptr<DriverRows> otherwise);
 

@@ -60,7 +60,8 @@ void AppendText(std::string_view text, std::string& array) {
   array += '"';
 }
 
-// As the server names them, without lengths: what is too long must be refused, and not cut.
+// As the server names them, without lengths: what is too long must be refused, and not cut. None where the connection's
+// texts are not UTF-8.
 std::vector<std::string> TypesOf(OdbcConnection& connection, const RowInsert& insert) {
   std::string names = "{";
   for (const ColumnDescription& column : insert.columns) AppendToArray(column.name, names);
@@ -71,7 +72,7 @@ std::vector<std::string> TypesOf(OdbcConnection& connection, const RowInsert& in
                       "select format_type(t.oid, -1) from unnest(?::name[]) with ordinality as c (name, place)"
                       " join pg_attribute a on a.attrelid = ?::regclass and a.attname = c.name"
                       " join pg_type t on t.oid = a.atttypid and t.typarray <> 0 and t.typdelim = ','"
-                      " order by c.place");
+                      " where current_setting('client_encoding') = 'UTF8' order by c.place");
   query.Bind(0, array);
   query.Bind(1, table);
   std::vector<std::string> types;

@@ -11,7 +11,7 @@ namespace qmx {
 
 class OdbcConnection;
 
-// `otherwise` serves where a column's type has no array.
+// `otherwise` serves where a column's type has no array and where the connection's texts are not UTF-8.
 std::unique_ptr<DriverRows> RowsByUnnest(OdbcConnection& connection, const RowInsert& insert,
                                          std::unique_ptr<DriverRows> otherwise);
 

@@ -150,6 +150,51 @@ TEST_P(Batches, KeepTheRowsBeforeABadOneAndNoneAfterIt) {
   EXPECT_EQ(Codes(), "ABCDXYZ");
 }
 
+TEST_P(Batches, OfAThousandRowsEndAtTheBadOneAsSingleRowsWould) {
+  connection.Execute(
+      "create table items (code varchar(20) not null primary key, name varchar(10) not null, share numeric(5,2))");
+  connection.Execute("insert into items values ('taken', 'x', 1)");
+  struct BadRow {
+    std::string code;
+    Variant name;
+    double share;
+    int place;
+  };
+  std::vector<BadRow> badRows = {
+      {"taken", "x", 1, 1}, {"taken", "x", 1, 999}, {"taken", "x", 1, 400}, {"bad", Variant::Null(), 1, 400}};
+  if (!GetParam().name.starts_with("SQLite")) {  // it takes texts of any length and numbers of any size
+    badRows.push_back({"bad", "a name that is too long", 1, 400});
+    badRows.push_back({"bad", "x", 1000, 400});
+  }
+  for (const BadRow& bad : badRows) {
+    const auto add = [](Recordset& records, const std::string& code, const Variant& name, double share) {
+      records.AddNew();
+      records.Fields("code") = code;
+      records.Fields("name") = name;
+      records.Fields("share") = share;
+    };
+    const auto records = Opened("items");
+    const Error alone = Raised([&] {
+      add(*records, bad.code, bad.name, bad.share);
+      records->Update();
+    });
+    records->CancelUpdate();
+    const Error error = Raised([&] {
+      for (int row = 0; row < 1000; ++row) {
+        if (row == bad.place) add(*records, bad.code, bad.name, bad.share);
+        add(*records, "row " + std::to_string(row), "a name", 1.5);
+      }
+      records->Update();
+    });
+    EXPECT_EQ(error.Number(), alone.Number());
+    EXPECT_EQ(error.Description(), alone.Description());
+    EXPECT_EQ(Detail(error, "key"), "code='" + bad.code + "'");
+    records->CancelUpdate();
+    records->Close();
+    EXPECT_EQ(connection.Execute("delete from items where code like 'row %'"), bad.place) << bad.code;
+  }
+}
+
 TEST_P(Batches, RaiseAtTheNextCallWhatHappenedWhileNobodyCalled) {
   connection.Execute("insert into people (code) values ('C')");
   const auto records = Opened("people");

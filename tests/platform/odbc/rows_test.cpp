@@ -255,6 +255,23 @@ TEST_P(RowsTogetherOnAServer, GoInValuesWhereAColumnsTypeLeavesDoubts) {
   }
 }
 
+TEST_P(RowsTogetherOnAServer, GoInValuesWhereTheConnectionsTextsAreNotUtf8) {
+  Run("create table people (name varchar(20))");
+  const RowInsert insert = Insert("people");
+  if (IsPostgresql()) {
+    Run("set client_encoding to 'LATIN1'");
+    EXPECT_EQ(session->PrepareRows(insert)->Most(), 128);
+    Run("set client_encoding to 'UTF8'");
+  } else {
+    const auto latin = base->PlainDriver().Open(ConnectionText(base->ConnectionText() + ";CHARSET=latin1"));
+    const Values values = {"é", "è"};
+    EXPECT_EQ(latin->PrepareRows(insert)->Add(values), 2);
+    EXPECT_THAT(Ask("select name from people"), testing::UnorderedElementsAre("é", "è"));
+    EXPECT_EQ(latin->PrepareRows(insert)->Most(), 128);
+    latin->Close();
+  }
+}
+
 TEST_P(RowsTogetherOnAServer, KeepTheirOrder) {
   Run(IsPostgresql() ? "create table people (own_number serial, floor integer)"
                      : "create table people (own_number integer auto_increment primary key, floor integer)");
