@@ -31,14 +31,12 @@ void Does(CLI::App& command, AdminStatus& status, const std::shared_ptr<Argument
 }
 
 void AddDatabase(CLI::App& command, DatabaseArguments& arguments) {
-  command
-      .add_option(kConnection, arguments.connection,
-                  "Connection text of the local database, such as \"Provider=SQLite;Data Source=FILE\"")
-      ->required();
+  command.add_option(kConnection, arguments.connection, "Such as \"Provider=SQLite;Data Source=FILE\"")->required();
   command.add_option(kDatabase, arguments.database, "Default database; \"\" for the connection's own")->required();
   command.footer(
-      "CONNECTION and DATABASE may both be left out where QMX_CONNECTION is set, so that no password stands on the\n"
-      "command line; QMX_DATABASE is then the default database.");
+      "CONNECTION is the connection text of the local database. Where QMX_CONNECTION is\n"
+      "set, CONNECTION and DATABASE may both be left out, so that no password stands on\n"
+      "the command line; QMX_DATABASE is then the default database.");
 }
 
 void AddJson(CLI::App& command, OutputForm& form) {
@@ -61,41 +59,35 @@ void AddCalendar(CLI::App& program, AdminStatus& status) {
 }
 
 void AddCheck(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand(
-      "check", "Look whether database, tables, log folder and components are as the copies need them");
+  CLI::App& command = *program.add_subcommand("check", "Look whether all that the copies need is there");
   const auto arguments = std::make_shared<CheckArguments>();
   AddDatabase(command, *arguments);
   command.add_option("--logs", arguments->logs, "The copies' LOGDIR, to be looked at");
-  command.add_option("--component", arguments->component,
-                     "The copies' business component \"COMPONENT1, COMPONENT2\": the ERP's managers are asked");
+  command.add_option("--component", arguments->component, "The copies' \"COMPONENT1, COMPONENT2\", to ask the ERP");
   AddJson(command, arguments->form);
   Does(command, status, arguments, Check);
 }
 
 void AddComponents(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand(
-      "components", "Show which component servers are registered, for which ProgIDs, and whether they load");
+  CLI::App& command = *program.add_subcommand("components", "Show component servers and whether they load");
   const auto arguments = std::make_shared<ComponentsArguments>();
   AddJson(command, arguments->form);
-  command.footer("Manifests are read from the folders in QMX_COMPONENTS, else from the installed one.");
+  command.footer("Manifests are read from the folders in QMX_COMPONENTS, else from the installed\none.");
   Does(command, status, arguments, ShowComponents);
 }
 
 void AddExpand(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand(
-      "expand", "Expand the calendars of service employees into tscalender and count its intervals");
+  CLI::App& command = *program.add_subcommand("expand", "Expand employees' calendars into tscalender");
   const auto arguments = std::make_shared<DatabaseArguments>();
   AddDatabase(command, *arguments);
   Does(command, status, arguments, Expand);
 }
 
 void AddInit(CLI::App& program, AdminStatus& status) {
-  CLI::App& command =
-      *program.add_subcommand("init", "Make the local tables, and the SQLite file, that are missing; leave the rest");
+  CLI::App& command = *program.add_subcommand("init", "Make the local tables that are missing");
   const auto arguments = std::make_shared<InitArguments>();
   AddDatabase(command, *arguments);
-  command.add_flag("--print", arguments->print,
-                   "Show the statements and make nothing; a server is asked which system it is");
+  command.add_flag("--print", arguments->print, "Show the statements, and make nothing");
   const CLI::Option* printFor = command.add_option(
       "--print-for", arguments->printFor, "Show the statements for SQLite, PostgreSQL or MariaDB; needs no CONNECTION");
   for (const char* name : {kConnection, kDatabase}) command.get_option(name)->required(false);
@@ -108,19 +100,15 @@ void AddInit(CLI::App& program, AdminStatus& status) {
 }
 
 void AddMethod(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand(
-      "method", "Have tables copied in full, or by change, from their next copy on (TABLE... full|changed)");
+  CLI::App& command = *program.add_subcommand("method", "Have tables copied in full, or by change");
   const auto arguments = std::make_shared<MethodArguments>();
   AddDatabase(command, *arguments);
-  command
-      .add_option("TABLE", arguments->tablesAndMethod, "Table codes, such as tsmdm030; last, \"full\" or \"changed\"")
-      ->required();
+  command.add_option("TABLE", arguments->tablesAndMethod, "Codes, such as tsmdm030, then full or changed")->required();
   Does(command, status, arguments, Method);
 }
 
 void AddRelease(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand(
-      "release", "Take back the flag of a copy that was killed, after saying what is known of it and asking");
+  CLI::App& command = *program.add_subcommand("release", "Free a table after a copy that was killed");
   const auto arguments = std::make_shared<ReleaseArguments>();
   AddDatabase(command, *arguments);
   command.add_option("TABLE", arguments->table, "Table code, such as tsmdm030")->required();
@@ -129,8 +117,7 @@ void AddRelease(CLI::App& program, AdminStatus& status) {
 }
 
 void AddStatus(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand(
-      "status", "Show method, flag, last update time and number of rows of every table that is copied");
+  CLI::App& command = *program.add_subcommand("status", "Show what is known of every copied table");
   const auto arguments = std::make_shared<StatusArguments>();
   AddDatabase(command, *arguments);
   AddJson(command, arguments->form);
@@ -173,8 +160,9 @@ AdminStatus RunCommandLine(const std::vector<std::string>& given) {
   program.require_subcommand(1);
   program.set_version_flag("--version", "qmxadmin " QMX_VERSION);
   program.footer(
-      "Exit status: 0 done, and all is as it should be; 1 something is not as it should be or was left as it was;\n"
-      "2 the command failed or its arguments are wrong (standard error says why).");
+      "Exit status: 0 done, and all is as it should be; 1 something is not as it should\n"
+      "be, or was left as it was; 2 the command failed or its arguments are wrong\n"
+      "(standard error says why).");
   AddCommands(program, status);
 
   const bool needsDatabase = !given.empty() && TakesDatabase(program, given.front());
