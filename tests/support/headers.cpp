@@ -1,0 +1,3 @@
+// Nothing but the headers that are compiled once for all tests.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
