@@ -3,7 +3,6 @@
 // The local rows decide whether an entry inserts or updates, not the ERP's flag. The new lutm is the end of the audited
 // period, not the end of the copy, so that what the ERP changes meanwhile is read next time.
 #include "copy/clsDataCopy.h"
-#include "platform/clock.h"
 #include "platform/error.h"
 
 namespace qmx {
@@ -63,7 +62,7 @@ void clsDataCopy::CreateAudit(Audit& audit, const char* manager, const char* rec
 void clsDataCopy::SetAuditPeriod(Audit& audit, Text tableCode) {
   audit.from = LastUpdateAsDateObject(tableCode);
   audit.to = NowAsDateObject();
-  RunTimeStamp = platform_.clock.Now();
+  RunTimeStamp = Now();
   audit.period.Call("setFrom", audit.from);
   audit.period.Call("setTo", audit.to);
   audit.criteria.Call("setPeriod", audit.period);

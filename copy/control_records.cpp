@@ -3,7 +3,6 @@
 // Every routine opens a record set of its own on the run's connection, touches one record and closes it. Check and set
 // of the flag are two steps: two runs that start at the same instant can both pass the check.
 #include "copy/clsDataCopy.h"
-#include "platform/clock.h"
 #include "platform/error.h"
 
 namespace qmx {
@@ -99,7 +98,7 @@ void clsDataCopy::ReleaseCopyInProgress(Text tableCode) {
   OnControlRecord(tableCode, kFailure, [&](Recordset& record, bool found) {
     if (!found) AddControlRecord(record, tableCode);
     record.Fields(kInUse) = kFree;
-    if (!found) record.Fields(kLutm) = platform_.clock.Now().DatePart();
+    if (!found) record.Fields(kLutm) = Now().DatePart();
     record.Update();
     return kFree;
   });

@@ -38,8 +38,8 @@ void clsDataCopy::WriteCountLog(Text TableName, std::int32_t InsertCount, std::i
 }
 
 void clsDataCopy::WriteTimeHeader() {
-  const std::string date = platform_.clock.DateText(platform_.clock.Now());
-  const std::string time = platform_.clock.TimeText(platform_.clock.Now());
+  const std::string date = platform_.clock.DateText(Now());
+  const std::string time = platform_.clock.TimeText(Now());
   platform_.files.Write(kFileNumber, {"Date-Time :" + date + " : " + time});
 }
 

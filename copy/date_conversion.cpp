@@ -59,14 +59,14 @@ std::uint8_t clsDataCopy::YesNoToFlag(std::int16_t code) { return code == 1 ? 1 
 
 Object clsDataCopy::NowAsDateObject() {
   const Object date = platform_.components.CreateObject("java:java.util.Date");
-  const DateTime today = platform_.clock.Now();
+  const DateTime today = Now();
   date.Call("setDate", static_cast<std::int16_t>(today.Day()));
   date.Call("setmonth", static_cast<std::int16_t>(today.Month() - 1));
   date.Call("setYear", static_cast<std::int16_t>(today.Year() - 1900));
   // Three readings of the clock: at a minute's or an hour's boundary the parts may belong to different moments.
-  date.Call("setHours", static_cast<std::int16_t>(platform_.clock.Now().Hour()));
-  date.Call("setMinutes", static_cast<std::int16_t>(platform_.clock.Now().Minute()));
-  date.Call("setSeconds", static_cast<std::int16_t>(platform_.clock.Now().Second()));
+  date.Call("setHours", static_cast<std::int16_t>(Now().Hour()));
+  date.Call("setMinutes", static_cast<std::int16_t>(Now().Minute()));
+  date.Call("setSeconds", static_cast<std::int16_t>(Now().Second()));
   return date;
 }
 

@@ -2,7 +2,6 @@
 //
 // Rows are saved as the copy goes, without a transaction: what was deleted or added before a failure stays so.
 #include "copy/clsDataCopy.h"
-#include "platform/clock.h"
 #include "platform/error.h"
 
 namespace qmx {
@@ -36,12 +35,12 @@ void clsDataCopy::CopyFull(const FullCopy& table, Text tableCode, Text busCompon
     manager = platform_.components.CreateObject(table.manager);
     manager.Call("initialize", busComponent);
     enumeration = List(manager, table.list, table.bounds);
-    RunTimeStamp = platform_.clock.Now();
+    RunTimeStamp = Now();
     if (enumeration) {
       // An empty listing leaves the local rows alone: an ERP that lists nothing is taken to be unwell.
       if (enumeration.Call(kHasMoreElements).ToBoolean()) DeleteAllRecords(tableCode);
       OpenTable(tableCode);
-      RunTimeStamp = platform_.clock.Now();
+      RunTimeStamp = Now();
       AddRecords(enumeration, table.key, tableCode, setFields);
       LocalRecordSet->Update();
       WriteLastUpdateTime(tableCode, RunTimeStamp);

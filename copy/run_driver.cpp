@@ -3,7 +3,6 @@
 
 #include "copy/clsDataCopy.h"
 #include "copy/split.h"
-#include "platform/clock.h"
 #include "platform/failure_report.h"
 #include "platform/names.h"
 #include "platform/trim.h"
@@ -30,7 +29,7 @@ void clsDataCopy::StartDataCopy(std::string ConnectionString, std::string LocalD
   const std::int16_t outcome =
       RunCopy(ConnectionString, LocalDataBase, TableName, LogFilePath, Variant(BOWBusComponent));
   const std::string table = PieceAt(SplitAtEquals(TableName), 0, TableName);
-  const DateTime now = platform_.clock.Now();
+  const DateTime now = Now();
   if (outcome == kAlreadyInProgress) {
     events_.DataCopyAlreadyInProgress(now, table);
   } else if (outcome == kFailed) {
@@ -61,7 +60,7 @@ std::int16_t clsDataCopy::RunCopy(Text ConnectionString, Text LocalDataBase, Tex
     }
     SetCopyInProgress(tableCode);
     const std::int16_t syncMethod = ReadSyncMethod(tableCode) == kOnlyChanged ? kOnlyChanged : kFullCopy;
-    events_.DataCopyStarted(platform_.clock.Now(), tableCode);
+    events_.DataCopyStarted(Now(), tableCode);
     CopyTable(TableName, tableCode, extendedForm, BusComponent.ToText(), syncMethod);
   } catch (...) {
     const Error failure = CurrentError();
@@ -107,7 +106,7 @@ void clsDataCopy::CopyTable(Text tableName, Text tableCode, bool extendedForm, T
   const std::vector<std::string> parts = SplitAtEquals(tableName);
   const std::string& kind = PieceAt(parts, 2, tableName);
   if (kind != "E" && kind != "C") return;
-  events_.DataCopyStarted(platform_.clock.Now(), parts[0]);  // the scheduling server expects the second one
+  events_.DataCopyStarted(Now(), parts[0]);  // the scheduling server expects the second one
   if (kind == "E") {
     CopyCalendarOfEmployee(parts[1], busComponent);
   } else {
