@@ -95,13 +95,18 @@ std::int16_t clsDataCopy::ReadSyncMethod(Text tableCode) {
 void clsDataCopy::ReleaseCopyInProgress(Text tableCode) {
   static constexpr FailureTexts kFailure = {"ReleaseCopyInProgress",
                                             "Release of Data copy in Progress flag for table "};
-  OnControlRecord(tableCode, kFailure, [&](Recordset& record, bool found) {
-    if (!found) AddControlRecord(record, tableCode);
-    record.Fields(kInUse) = kFree;
-    if (!found) record.Fields(kLutm) = Now().DatePart();
-    record.Update();
-    return kFree;
-  });
+  try {
+    OnControlRecord(tableCode, kFailure, [&](Recordset& record, bool found) {
+      if (!found) AddControlRecord(record, tableCode);
+      record.Fields(kInUse) = kFree;
+      if (!found) record.Fields(kLutm) = Now().DatePart();
+      record.Update();
+      return kFree;
+    });
+  } catch (Error& failure) {
+    failure.With("what to do", "free the table with \"qmxadmin release\" where it is still in progress");
+    throw;
+  }
 }
 
 void clsDataCopy::WriteLastUpdateTime(Text tableCode, DateTime moment) {

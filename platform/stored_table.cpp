@@ -28,9 +28,10 @@ class Execution {
 };
 
 [[noreturn]] void RaiseRowChanged(std::int64_t hits) {
-  const std::string what =
-      hits == 0 ? "it is gone or its key was changed meanwhile" : "several rows are alike, so it cannot be told apart";
-  throw Error(errors::kRowChanged, "ADODB.Recordset", "The row cannot be found for writing: " + what + ".");
+  const std::string what = hits == 0 ? "it is gone or its key was changed meanwhile."
+                                     : "several rows are alike, so it cannot be told apart. Let the table be given a "
+                                       "primary key, then copy it in full.";
+  throw Error(errors::kRowChanged, "ADODB.Recordset", "The row cannot be found for writing: " + what);
 }
 
 }  // namespace

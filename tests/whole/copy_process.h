@@ -15,28 +15,34 @@ namespace qmx::test {
 
 class CopyProcesses {
  public:
-  CopyProcesses(const Company& company, const LocalCopy& local) : company_(company), local_(local) {
+  CopyProcesses(const Company& company, const LocalCopy& local)
+      : CopyProcesses(company, local.ConnectionText(), "local") {}
+  CopyProcesses(const Company& company, std::string connectionText, std::string database)
+      : company_(company), connection_(std::move(connectionText) + "," + std::move(database)) {
     std::filesystem::create_directory(folder_ / "log");
   }
 
   std::unique_ptr<RunningProcess> Start(const std::string& table) const {
-    return std::make_unique<RunningProcess>(QMXDATACOPY, std::vector{CommandLine(table)}, kEnvironment, folder_.Path());
+    return std::make_unique<RunningProcess>(QMXDATACOPY, std::vector{CommandLine(table)}, environment_, folder_.Path());
   }
   Process Run(const std::string& table) const {
-    return test::Run(QMXDATACOPY, {CommandLine(table)}, kEnvironment, folder_.Path());
+    return test::Run(QMXDATACOPY, {CommandLine(table)}, environment_, folder_.Path());
   }
   std::string CommandLine(const std::string& table) const {
-    return local_.ConnectionText() + ",local," + table + "," + folder_ / "log" + "," + company_.Component();
+    return connection_ + "," + table + "," + folder_ / "log" + "," + company_.Component() + ",17";
   }
-  std::string Log(const std::string& table) const { return ReadFile(folder_ / ("log/" + table + ".log")); }
+  std::string Log(const std::string& table) const { return File(table + ".log"); }
+  std::string File(const std::string& name) const { return ReadFile(folder_ / ("log/" + name)); }  // beside the logs
+  std::string Board() const { return ReadFile(folder_ / "board"); }  // what the scheduling server was told
 
  private:
-  inline static const std::map<std::string, std::string> kEnvironment = {
-      {"QMX_COMPONENTS", SANDBOX_COMPONENTS}, {"QMX_TRACE", ""}, {"LC_ALL", "C"}};
-
   const Company& company_;
-  const LocalCopy& local_;
+  std::string connection_;
   TempFolder folder_;
+  std::map<std::string, std::string> environment_ = {{"QMX_COMPONENTS", SANDBOX_COMPONENTS},
+                                                     {"QMX_MESSAGE_BOARD", folder_ / "board"},
+                                                     {"QMX_TRACE", ""},
+                                                     {"LC_ALL", "C"}};
 };
 
 // Looks again and again until the condition holds; raises std::runtime_error where it does not within a minute.

@@ -1,0 +1,120 @@
+// Carries bytes between clients on a port of loopback and a server on another, until the line is cut: then both ends
+// find their connection reset, and nobody can connect any more.
+#pragma once
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace qmx::test {
+
+class TcpProxy {
+ public:
+  explicit TcpProxy(std::uint16_t serverPort) : server_(Address(serverPort)) {
+    sockaddr_in own = Address(0);
+    socklen_t length = sizeof own;
+    if (bind(listener_, reinterpret_cast<sockaddr*>(&own), length) != 0 || listen(listener_, 8) != 0 ||
+        getsockname(listener_, reinterpret_cast<sockaddr*>(&own), &length) != 0) {
+      close(listener_);
+      throw std::runtime_error("no port for the proxy");
+    }
+    port_ = ntohs(own.sin_port);
+    carrier_ = std::thread([this] { Carry(); });
+  }
+  ~TcpProxy() { Cut(); }
+  TcpProxy(const TcpProxy&) = delete;
+  TcpProxy& operator=(const TcpProxy&) = delete;
+
+  std::uint16_t Port() const { return port_; }
+
+  void Cut() {
+    isCut_ = true;
+    if (carrier_.joinable()) carrier_.join();
+  }
+
+ private:
+  static int Socket() { return socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0); }
+
+  static sockaddr_in Address(std::uint16_t port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return address;
+  }
+
+  struct Line {
+    int client;
+    int server;
+  };
+
+  void Carry() {
+    while (!isCut_) {
+      std::vector<pollfd> waiting{{listener_, POLLIN, 0}};
+      for (const Line& line : lines_) {
+        waiting.push_back({line.client, POLLIN, 0});
+        waiting.push_back({line.server, POLLIN, 0});
+      }
+      poll(waiting.data(), waiting.size(), 10);
+      std::size_t next = 1;
+      std::erase_if(lines_, [&](const Line& line) {
+        const bool fromClient = waiting[next++].revents != 0;
+        const bool fromServer = waiting[next++].revents != 0;
+        const bool stays =
+            (!fromClient || Pass(line.client, line.server)) && (!fromServer || Pass(line.server, line.client));
+        if (!stays) Reset(line);
+        return !stays;
+      });
+      if (waiting[0].revents != 0) Accept();
+    }
+    close(listener_);
+    for (const Line& line : lines_) Reset(line);
+  }
+
+  void Accept() {
+    const Line line{accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC), Socket()};
+    if (connect(line.server, reinterpret_cast<const sockaddr*>(&server_), sizeof server_) == 0) {
+      lines_.push_back(line);
+    } else {
+      Reset(line);
+    }
+  }
+
+  // False once an end has closed.
+  static bool Pass(int from, int to) {
+    std::array<char, 65536> bytes;
+    const ssize_t length = recv(from, bytes.data(), bytes.size(), 0);
+    for (ssize_t sent = 0; sent < length;) {
+      const ssize_t next = send(to, bytes.data() + sent, static_cast<std::size_t>(length - sent), MSG_NOSIGNAL);
+      if (next < 0) return false;
+      sent += next;
+    }
+    return length > 0;
+  }
+
+  static void Reset(const Line& line) {
+    const linger atOnce{1, 0};
+    for (const int descriptor : {line.client, line.server}) {
+      setsockopt(descriptor, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+      close(descriptor);
+    }
+  }
+
+  sockaddr_in server_;
+  int listener_ = Socket();
+  std::uint16_t port_ = 0;
+  std::vector<Line> lines_;
+  std::atomic<bool> isCut_ = false;
+  std::thread carrier_;
+};
+
+}  // namespace qmx::test

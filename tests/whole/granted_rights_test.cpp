@@ -1,0 +1,87 @@
+// What docs/databases.md tells a DBA to grant is enough, and no more than that is used: a database and a user made with
+// the page's own statements, in which everything is done that the program and its tool can do.
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "tests/support/process.h"
+#include "tests/whole/server_copy.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::HasSubstr;
+
+class GrantedRights : public testing::TestWithParam<DriverUnderTest> {
+ protected:
+  GrantedRights() : root_(ServerText()), name_("granted_" + std::to_string(getpid()) + "_" + std::to_string(++count_)) {
+    if (IsPostgresql()) {
+      root_.Run("create role " + name_ + " login password 'x'");
+      root_.Run("create database " + name_ + " owner " + name_ + " encoding 'UTF8' template template0");
+    } else {
+      root_.Run("create database " + name_ + " character set utf8mb4 collate utf8mb4_nopad_bin");
+      root_.Run("create user " + name_ + "@'%' identified by 'x'");
+      Grant("select, insert, update, delete, create, index");
+    }
+  }
+
+  bool IsPostgresql() const { return GetParam().name == "PostgreSQL"; }
+  std::string ServerText() const { return std::getenv(IsPostgresql() ? "QMX_TEST_POSTGRESQL" : "QMX_TEST_MARIADB"); }
+  void Grant(const std::string& rights) { root_.Run("grant " + rights + " on " + name_ + ".* to " + name_ + "@'%'"); }
+
+  // As the page has it: "Driver=...;Server=...;Port=...;Database=...;UID=...;PWD=...".
+  std::string Text(const std::string& user) const {
+    return std::string("Driver=") + (IsPostgresql() ? "PostgreSQL Unicode" : "MariaDB Unicode") +
+           ";Server=127.0.0.1;Port=" + OdbcKeyword(ServerText(), "PORT") + ";Database=" + name_ + ";UID=" + user +
+           ";PWD=x" + (IsPostgresql() ? ";Protocol=7.4-1" : "");
+  }
+
+  void Tool(const std::string& command, const std::string& user) {
+    const Process ended = test::Run(QMXADMIN, {command, Text(user), ""});
+    EXPECT_EQ(ended.status, 0) << ended.out << ended.err;
+  }
+  void CopyEverything(const std::string& user) {
+    const CopyProcesses program(company_, Text(user), "");
+    for (const char* table : {"tsmdm030", "tsmdm140", "tcccp030", "tssoc200", "tcccp030=E00001=E"}) {
+      const Process ended = program.Run(table);
+      EXPECT_EQ(ended.status, 0) << ended.err;
+      EXPECT_EQ(ended.err, "");
+    }
+    EXPECT_THAT(program.Log("tssoc200"), HasSubstr("records Inserted"));
+  }
+
+  inline static int count_ = 0;
+  Company company_;
+  OdbcConnection root_;
+  std::string name_;
+};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(GrantedRights);
+INSTANTIATE_TEST_SUITE_P(Over, GrantedRights, testing::ValuesIn(ServersUnderTest()), ServerName);
+
+TEST_P(GrantedRights, AreEnoughToMakeTheTablesAndToCopyIntoThem) {
+  Tool("init", name_);
+  CopyEverything(name_);
+  Tool("expand", name_);
+  OdbcConnection connection(Text(name_));
+  EXPECT_NE(connection.AskText("select count(*) from tscalender"), "0");
+  connection.Run("update tstables set syme = 2");
+  CopyEverything(name_);
+  Tool("init", name_);  // with nothing left to make
+}
+
+TEST_P(GrantedRights, OnTheRowsAreEnoughOnceTheTablesAreThere) {
+  Tool("init", name_);
+  const std::string clerk = name_ + "_c";
+  if (IsPostgresql()) {
+    root_.Run("create role " + clerk + " login password 'x'");
+    OdbcConnection(Text(name_)).Run("grant select, insert, update, delete on all tables in schema public to " + clerk);
+  } else {
+    root_.Run("create user " + clerk + "@'%' identified by 'x'");
+    root_.Run("grant select, insert, update, delete on " + name_ + ".* to " + clerk + "@'%'");
+  }
+  CopyEverything(clerk);
+  Tool("expand", clerk);
+}
+
+}  // namespace
+}  // namespace qmx::test

@@ -1,0 +1,148 @@
+// The server is lost in the middle of a copy: its connection is ended by the server, the line to it is cut, or the
+// whole server is killed. What was saved stays, nothing else is written, and the table waits for somebody who frees it.
+#include <csignal>
+#include <cstdlib>
+
+#include "tests/support/tcp_proxy.h"
+#include "tests/whole/server_copy.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+constexpr const char* kTable = "tssoc200";
+constexpr int kOrders = 500;
+
+class LostServer : public CopyIntoAServer {
+ protected:
+  // A local row that is not the ERP's; all orders of the ERP are newer than the last copy.
+  LostServer() : CopyIntoAServer({{"orders", kOrders}}) {
+    Sql("insert into tssoc200 (orno) values ('A')");
+    company_.Change(DateTime::FromDate(2002, 1, 1), "update tssoc200 set crit = 'NEW'");
+  }
+
+  // Starts a copy and has it stand still once it has saved an order, long before it has saved all; what happens then?
+  template <typename Loss>
+  Process Copy(const CopyProcesses& program, std::int16_t syncMethod, Loss&& lose) {
+    ControlRecord(kTable, syncMethod);
+    const auto run = program.Start(kTable);
+    WaitUntil("an order is copied", [&] { return Value("select count(*) from tssoc200 where orno <> 'A'") != "0"; });
+    run->Signal(SIGSTOP);
+    lose();
+    run->Signal(SIGCONT);
+    return run->Wait();
+  }
+
+  void EndTheOthersConnections() {
+    const std::string others =
+        IsPostgresql()
+            ? "select pid from pg_stat_activity where datname = current_database() and pid <> pg_backend_pid()"
+            : "select id from information_schema.processlist where db = database() and id <> connection_id()";
+    for (const std::string& id : Column(others)) {
+      if (IsPostgresql()) {
+        Column("select pg_terminate_backend(" + id + ")");
+      } else {
+        Sql("kill " + id);
+      }
+    }
+    WaitUntil("the others' connections have ended", [&] { return Column(others).empty(); });
+  }
+
+  void ExpectTheLossToBeTold(const CopyProcesses& program, const Process& ended) {
+    ExpectFailureOfTheReleaseToo(program, ended, kTable);
+    const char* const advice = "The connection to the server is lost; look whether the server runs, then copy again.";
+    EXPECT_THAT(ended.err, AllOf(HasSubstr(advice), HasSubstr("because of error -2147467159, Copy Service Orders"),
+                                 HasSubstr("table: tssoc200; key: ")));
+    EXPECT_THAT(program.Log(kTable),
+                AllOf(HasSubstr("Copy of Service Orders from Orvan to Local DB failed\"\r\n"), HasSubstr(advice)));
+    EXPECT_THAT(program.Log(kTable), testing::Not(HasSubstr("Inserted")));
+  }
+
+  // The first orders in the ERP's order, which is the keys'.
+  std::string FirstOrders(std::size_t count) {
+    return company_.Value("select group_concat(orno) from (select orno from tssoc200 order by orno limit " +
+                          std::to_string(count) + ")");
+  }
+
+  void ExpectTheFirstOrdersAndTheFlagAsWithinARun() {
+    const std::vector<std::string> copied = Column("select orno from tssoc200 where orno <> 'A' order by orno");
+    std::string joined;
+    for (const std::string& order : copied) joined += (joined.empty() ? "" : ",") + order;
+    EXPECT_LT(copied.size(), std::size_t{kOrders});
+    EXPECT_EQ(joined, FirstOrders(copied.size()));
+    EXPECT_EQ(InUse(), "1");
+    EXPECT_EQ(Lutm(), kLutm);
+  }
+
+  void ExpectRefusalUntilTheFlagIsResetAndThenAllOrders() {
+    EXPECT_EQ(Program().Run(kTable).status, 3);
+    Sql("update tstables set in_use = 0");
+    const Process next = Program().Run(kTable);
+    EXPECT_EQ(next.status, 0) << next.err;
+    EXPECT_EQ(Value("select count(*) from tssoc200 where orno <> 'A'"), std::to_string(kOrders));
+    EXPECT_EQ(InUse(), "0");
+    EXPECT_NE(Lutm(), kLutm);
+  }
+};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(LostServer);
+INSTANTIATE_TEST_SUITE_P(Over, LostServer, testing::ValuesIn(ServersUnderTest()), ServerName);
+
+TEST_P(LostServer, WhichEndsTheConnectionInAFullCopyKeepsTheFirstRowsAndTheTableInProgress) {
+  const CopyProcesses program = Program();
+  const Process ended = Copy(program, kFullCopy, [&] { EndTheOthersConnections(); });
+  ExpectTheLossToBeTold(program, ended);
+  ExpectTheFirstOrdersAndTheFlagAsWithinARun();
+  EXPECT_EQ(Value("select orno from tssoc200 where orno = 'A'"), "no row");
+  ExpectRefusalUntilTheFlagIsResetAndThenAllOrders();
+}
+
+TEST_P(LostServer, WhichEndsTheConnectionInAChangedCopyKeepsTheFirstChangesAndTheTableInProgress) {
+  const CopyProcesses program = Program();
+  const Process ended = Copy(program, kOnlyChanged, [&] { EndTheOthersConnections(); });
+  ExpectTheLossToBeTold(program, ended);
+  ExpectTheFirstOrdersAndTheFlagAsWithinARun();
+  EXPECT_EQ(Value("select orno from tssoc200 where orno = 'A'"), "A");
+  ExpectRefusalUntilTheFlagIsResetAndThenAllOrders();
+}
+
+TEST_P(LostServer, BehindALineThatIsCutIsToldAsLostToo) {
+  TcpProxy line(static_cast<std::uint16_t>(std::stoi(OdbcKeyword(ConnectionText(), "PORT"))));
+  const CopyProcesses program(company_, WithOdbcKeyword(ConnectionText(), "PORT", std::to_string(line.Port())), "");
+  const Process ended = Copy(program, kFullCopy, [&] { line.Cut(); });
+  ExpectTheLossToBeTold(program, ended);
+  ExpectTheFirstOrdersAndTheFlagAsWithinARun();
+}
+
+// Only where the servers were started for these tests alone.
+std::vector<DriverUnderTest> ServersThatMayBeKilled() {
+  return std::getenv("QMX_TEST_MAY_KILL_SERVERS") ? ServersUnderTest() : std::vector<DriverUnderTest>();
+}
+
+class KilledServer : public LostServer {};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(KilledServer);
+INSTANTIATE_TEST_SUITE_P(Over, KilledServer, testing::ValuesIn(ServersThatMayBeKilled()), ServerName);
+
+TEST_P(KilledServer, IsToldAsLostAndThenAsOneThatDoesNotAnswer) {
+  const CopyProcesses program = Program();
+  const Process ended = Copy(program, kFullCopy, [&] {
+    const pid_t server = std::stoi(std::getenv(IsPostgresql() ? "QMX_TEST_POSTGRESQL_PID" : "QMX_TEST_MARIADB_PID"));
+    kill(server, IsPostgresql() ? SIGQUIT : SIGKILL);  // PostgreSQL's processes outlive a parent that is killed
+    WaitUntil("nobody can connect", [&] {
+      try {
+        OdbcConnection another(ConnectionText());
+        return false;
+      } catch (const Error&) {
+        return true;
+      }
+    });
+  });
+  ExpectTheLossToBeTold(program, ended);
+  const Process next = program.Run(kTable);
+  EXPECT_EQ(next.status, 2);
+  EXPECT_THAT(next.err, HasSubstr("Check the server's address and whether it runs."));
+}
+
+}  // namespace
+}  // namespace qmx::test

@@ -1,0 +1,93 @@
+// What the tests of copies into a server share: a company, a database on the server with the local tables, the program
+// as its user runs it, and what must be found where a run failed.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/odbc/connection.h"
+#include "platform/odbc/connection_string.h"
+#include "tests/support/environment.h"
+#include "tests/support/lent_database.h"
+#include "tests/whole/copy_process.h"
+
+namespace qmx::test {
+
+inline constexpr const char* kLutm = "2001-02-03 04:05:06";
+
+class CopyIntoAServer : public testing::TestWithParam<DriverUnderTest> {
+ protected:
+  explicit CopyIntoAServer(std::map<std::string, int> sizes = {}) : company_(std::move(sizes)) {
+    database_.TablesAreChanged();  // by most of these tests
+  }
+
+  bool IsPostgresql() const { return GetParam().name == "PostgreSQL"; }
+  std::string ConnectionText() { return database_.Base().ConnectionText(); }
+  CopyProcesses Program() { return {company_, ConnectionText(), ""}; }
+  // With a statement that the driver runs on every new connection.
+  CopyProcesses ProgramThatRunsFirst(const std::string& statement) {
+    return {company_, WithOdbcKeyword(ConnectionText(), IsPostgresql() ? "ConnSettings" : "INITSTMT", statement), ""};
+  }
+
+  void Sql(const std::string& statement) { database_.Quiet().Execute(statement); }
+  std::vector<std::string> Column(const std::string& query) {
+    Recordset rows(nullptr);
+    rows.Open(query, database_.Quiet(), kCursorKeyset, kLockOptimistic, kCommandText);
+    std::vector<std::string> values;
+    for (; !rows.Eof(); rows.MoveNext()) {
+      const Variant value = rows.Fields(0).Value();
+      values.push_back(value.IsNull() ? "null" : value.ToText());
+    }
+    return values;
+  }
+  std::string Value(const std::string& query) {
+    const std::vector<std::string> values = Column(query);
+    return values.empty() ? "no row" : values[0];
+  }
+  std::string InUse() { return Value("select in_use from tstables"); }
+  std::string Lutm() { return Value("select lutm from tstables"); }
+
+  void ControlRecord(const std::string& table, std::int16_t syncMethod) {
+    Sql("insert into tstables (tablename, in_use, syme, lutm) values ('" + table + "', 0, " +
+        std::to_string(syncMethod) + ", '" + kLutm + "')");
+  }
+
+  // A failure of which the program could still tell everybody: the table is free for the next run.
+  void ExpectFailure(const CopyProcesses& program, const Process& ended, const std::string& table) {
+    EXPECT_EQ(ended.status, 1) << ended.err;
+    EXPECT_EQ(InUse(), "0");
+    EXPECT_EQ(Lutm(), kLutm);
+    EXPECT_THAT(program.Log(table), testing::EndsWith("ailed\"\r\n"));
+    EXPECT_THAT(program.Board(), testing::HasSubstr("(" + table + ") : Data copy FAILED\n"));
+    EXPECT_THAT(program.Board(), testing::EndsWith("status | 17 | " + table + " | 20\n"));
+    EXPECT_EQ(program.File("QMXDBSynclog.txt"), "");
+  }
+
+  // A failure after which the table could not be released: nothing is told but in the logs and on standard error.
+  void ExpectFailureOfTheReleaseToo(const CopyProcesses& program, const Process& ended, const std::string& table) {
+    EXPECT_EQ(ended.status, 2) << ended.err;
+    const std::string text = "Release of Data copy in Progress flag for table " + table + " Failed";
+    EXPECT_THAT(ended.err,
+                testing::HasSubstr(", ReleaseCopyInProgress: " + text +
+                                   " [what to do: free the table with \"qmxadmin release\" where it is still in "
+                                   "progress]\n"));
+    EXPECT_THAT(program.File("QMXDBSynclog.txt"), testing::HasSubstr("Data Copy Failed:\r\nError is - "));
+    EXPECT_THAT(program.File("QMXDBSynclog.txt"), testing::HasSubstr(": " + text + "\r\n"));
+    EXPECT_THAT(program.Board(), testing::Not(testing::HasSubstr("FAILED")));
+    EXPECT_EQ(program.File("evtlog.txt"), "");
+  }
+
+  Company company_;
+  LentDatabase database_{GetParam().name};
+  // The program's own look for leaks gets lost in drivers that have lost their server.
+  EnvironmentVariable withoutLeaks_{"ASAN_OPTIONS", "detect_leaks=0"};
+};
+
+inline std::string ServerName(const testing::TestParamInfo<DriverUnderTest>& info) { return info.param.name; }
+
+}  // namespace qmx::test
