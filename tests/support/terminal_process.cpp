@@ -26,6 +26,7 @@ TerminalProcess::TerminalProcess(const std::string& program, const std::vector<s
   child_ = forkpty(&terminal_, nullptr, nullptr, &size);
   if (child_ < 0) throw std::runtime_error("cannot run " + program + " on a terminal");
   if (child_ == 0) {
+    signal(SIGINT, SIG_DFL);  // which a shell in the background has its programs ignore
     for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
     execv(argv[0], argv.data());
     _exit(127);

@@ -8,6 +8,7 @@
 #include "tools/qmxadmin/calendar/calendar.h"
 #include "tools/qmxadmin/check/check.h"
 #include "tools/qmxadmin/components.h"
+#include "tools/qmxadmin/copy/copy.h"
 #include "tools/qmxadmin/database_arguments.h"
 #include "tools/qmxadmin/environment_arguments.h"
 #include "tools/qmxadmin/expand.h"
@@ -16,6 +17,7 @@
 #include "tools/qmxadmin/method.h"
 #include "tools/qmxadmin/release.h"
 #include "tools/qmxadmin/status.h"
+#include "tools/qmxadmin/verify/verify.h"
 
 namespace qmx {
 namespace {
@@ -76,6 +78,34 @@ void AddComponents(CLI::App& program, AdminStatus& status) {
   Does(command, status, arguments, ShowComponents);
 }
 
+void AddComponent(CLI::App& command, std::string& component) {
+  command
+      .add_option("--component", component,
+                  "The ERP's business component, \"COMPONENT1, COMPONENT2\", as qmxdatacopy takes it")
+      ->required();
+}
+
+void AddCopy(CLI::App& program, AdminStatus& status) {
+  CLI::App& command =
+      *program.add_subcommand("copy", "Copy tables, each with a run of qmxdatacopy, and sum up how they went");
+  const auto arguments = std::make_shared<CopyArguments>();
+  AddDatabase(command, *arguments);
+  command.add_option("TABLE", arguments->tables, "Table codes, such as tsmdm030, or tcccp030=KEY=E or =C");
+  command.add_flag("--all", arguments->all, "All tables; calendars come after employees");
+  command.add_option("--logs", arguments->logs, "Folder of the logs")->required();
+  AddComponent(command, arguments->component);
+  command.add_option("--request", arguments->request, "Status request number of the scheduling server");
+  command.add_option("--jobs", arguments->jobs, "Copies that run at a time")->capture_default_str();
+  AddJson(command, arguments->form);
+  command.footer(
+      command.get_footer() +
+      "\nEach run has the connection text as an argument, which other users of the machine can see while it\n"
+      "runs: a DSN keeps a password out of it. qmxdatacopy is taken from beside qmxadmin, else from $PATH.\n"
+      "An interrupt is passed on to the runs, and no further one is started. Exit status 1: at least one\n"
+      "table was not copied.");
+  Does(command, status, arguments, CopyTables);
+}
+
 void AddExpand(CLI::App& program, AdminStatus& status) {
   CLI::App& command = *program.add_subcommand("expand", "Expand employees' calendars into tscalender");
   const auto arguments = std::make_shared<DatabaseArguments>();
@@ -124,15 +154,32 @@ void AddStatus(CLI::App& program, AdminStatus& status) {
   Does(command, status, arguments, Status);
 }
 
+void AddVerify(CLI::App& program, AdminStatus& status) {
+  CLI::App& command = *program.add_subcommand(
+      "verify", "Compare local tables with what the ERP lists, and tell every row that differs");
+  const auto arguments = std::make_shared<VerifyArguments>();
+  AddDatabase(command, *arguments);
+  command.add_option("TABLE", arguments->tables, "Table codes, such as tsmdm030")->required();
+  AddComponent(command, arguments->component);
+  AddJson(command, arguments->form);
+  command.footer(
+      command.get_footer() +
+      "\nThe ERP's rows stand in a temporary file in $TMPDIR, else /tmp, meanwhile. Exit status 1: something\n"
+      "differs. What the ERP changes meanwhile, and what a copy by change leaves as it was, differs too.");
+  Does(command, status, arguments, Verify);
+}
+
 void AddCommands(CLI::App& program, AdminStatus& status) {
   AddCalendar(program, status);
   AddCheck(program, status);
   AddComponents(program, status);
+  AddCopy(program, status);
   AddExpand(program, status);
   AddInit(program, status);
   AddMethod(program, status);
   AddRelease(program, status);
   AddStatus(program, status);
+  AddVerify(program, status);
 }
 
 bool TakesDatabase(const CLI::App& program, const std::string& command) {

@@ -1,0 +1,118 @@
+#include <nlohmann/json.hpp>
+
+#include "tests/tools/qmxadmin/copying.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class QmxAdminCopy : public Copying {
+ protected:
+  QmxAdminCopy() : Copying(DriversUnderTest().front().make()) {}
+
+  std::string Refusal(const std::vector<std::string>& more) {
+    const Process run = Copy(more);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.out, IsEmpty());
+    EXPECT_THAT(run.err, Not(HasSubstr("started")));
+    return run.err;
+  }
+};
+
+TEST_F(QmxAdminCopy, CopiesByChangeWhereTheTableIsSetSo) {
+  EXPECT_EQ(Copy({"tsmdm030"}).status, 0);
+  Sql("update tstables set syme = 2");
+  const Process run = Copy({"tsmdm030", "--json"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, AllOf(HasSubstr("\"method\":\"changed\""), HasSubstr("\"added\":0,\"updated\":0")));
+}
+
+TEST_F(QmxAdminCopy, CopiesOneEmployeesCalendar) {
+  EXPECT_EQ(Copy({"tsmdm140"}).status, 0);
+  const Process run = Copy({"tcccp030=E00001=E"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("tcccp030=E00001=E  Calendars    full    copied"));
+  EXPECT_THAT(run.err, HasSubstr("tcccp030=E00001=E: copied, "));
+}
+
+TEST_F(QmxAdminCopy, CopiesATableOnceHoweverOftenItIsNamed) {
+  const Process run = Copy({"tsmdm030", "tsmdm030", "--json"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(nlohmann::json::parse(run.out).size(), 1U);
+}
+
+TEST_F(QmxAdminCopy, TellsWhatAFailedCopySaidAndGoesOn) {
+  component_ = "OrvanSandbox, " + (folder_ / "none.db");
+  const Process run = Copy({"tsmdm030", "tsmdm100"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, AllOf(HasSubstr("tsmdm030  Service Types    full    failed      -        -        - "),
+                             HasSubstr("tsmdm100  Service Centers  full    failed")));
+  EXPECT_THAT(run.err, AllOf(HasSubstr("tsmdm030: failed\n  error "), HasSubstr("\n    because of error "),
+                             HasSubstr("none.db"), HasSubstr("tsmdm100: failed\n")));
+}
+
+TEST_F(QmxAdminCopy, TellsARefusalByStatusAndWords) {
+  Sql("insert into tstables (TableName, in_use) values ('tsmdm030', 1)");
+  const Process run = Copy({"tsmdm030"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, HasSubstr("tsmdm030  Service Types  full    refused, in progress      -        -        -"));
+  EXPECT_THAT(run.err, HasSubstr("tsmdm030: refused, in progress\n"));
+}
+
+TEST_F(QmxAdminCopy, LeavesCalendarsAloneWhereEmployeesFailed) {
+  component_ = "OrvanSandbox, " + (folder_ / "none.db");
+  const Process run = Copy({"tsmdm140", "tcccp030"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, HasSubstr("tcccp030  Calendars          full    not run"));
+  EXPECT_THAT(run.err, HasSubstr("Not run: tcccp030, since the service employees were not copied.\n"));
+}
+
+TEST_F(QmxAdminCopy, HandsTheRequestOn) {
+  environment_["QMX_MESSAGE_BOARD"] = folder_ / "board";
+  EXPECT_EQ(Copy({"tsmdm030"}).status, 0);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "board"));
+  EXPECT_EQ(Copy({"tsmdm030", "--request", "17"}).status, 0);
+  EXPECT_THAT(ReadFile(folder_ / "board"), HasSubstr("status | 17 | tsmdm030 | 40\n"));
+}
+
+TEST_F(QmxAdminCopy, TakesTheConnectionFromTheEnvironment) {
+  environment_["QMX_CONNECTION"] = base_->ConnectionText();
+  const Process run =
+      test::Run(QMX_ADMIN, {"copy", "tsmdm030", "--logs", folder_ / "logs", "--component", component_}, environment_);
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.err, HasSubstr("tsmdm030: copied, 3 added"));
+}
+
+TEST_F(QmxAdminCopy, StartsNothingWhereSomethingIsWrongBeforehand) {
+  EXPECT_THAT(Refusal({}), HasSubstr("Name the tables, or --all."));
+  EXPECT_THAT(Refusal({"tsmdm999"}), HasSubstr("There is no table \"tsmdm999\""));
+  EXPECT_THAT(Refusal({"tsmdm030", "--jobs", "0"}), HasSubstr("1 or more"));
+  component_ = "OrvanSandbox";
+  EXPECT_THAT(Refusal({"tsmdm030"}), HasSubstr("\"COMPONENT1, COMPONENT2\""));
+  component_ = "OrvanSandbox, a, b";
+  EXPECT_THAT(Refusal({"tsmdm030"}), HasSubstr("\"COMPONENT1, COMPONENT2\""));
+}
+
+TEST_F(QmxAdminCopy, StartsNothingWhereItsCommandLineWouldBeSplitElsewhere) {
+  const Process comma = test::Run(
+      QMX_ADMIN, {"copy", "Provider=SQLite;Data Source=a,b", "", "tsmdm030", "--logs", "x", "--component", component_},
+      environment_);
+  EXPECT_EQ(comma.status, 2);
+  EXPECT_THAT(comma.err, HasSubstr("CONNECTION holds a comma, at which qmxdatacopy splits its command line."));
+}
+
+TEST_F(QmxAdminCopy, StartsNothingWithoutALocalDatabase) {
+  const Process none = test::Run(QMX_ADMIN,
+                                 {"copy", "Provider=SQLite;Data Source=" + (folder_ / "none.db"), "", "tsmdm030",
+                                  "--logs", folder_ / "logs", "--component", component_},
+                                 environment_);
+  EXPECT_EQ(none.status, 2);
+  EXPECT_THAT(none.err, AllOf(HasSubstr("none.db"), Not(HasSubstr("started"))));
+}
+
+}  // namespace
+}  // namespace qmx::test
