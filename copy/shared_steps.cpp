@@ -47,7 +47,7 @@ void clsDataCopy::SetField(const FieldMap& field, Recordset& row, const Object& 
         value = YesNoToFlag(value.ToInt16());
         break;
       case Conversion::DateTime:
-        value = DateObjectToDate(value.ToObject()) ? ConvertedDate : Variant::Null();
+        value = DateObjectToDate(std::move(value).ToObject()) ? ConvertedDate : Variant::Null();
         break;
     }
     row.Fields(field.column).Value(std::move(value));

@@ -4,12 +4,9 @@
 
 namespace qmx {
 
-Variant Invoke(const Object& object, const Member& member, std::span<const Argument> arguments) {
-  if (!object) {
-    throw Error(errors::kObjectNotSet, "Components", "Object variable not set: there is no object to call.")
-        .With("member", std::string(member.Name()));
-  }
-  return object.Target()->Invoke(member, arguments);
+void RaiseObjectNotSet(const Member& member) {
+  throw Error(errors::kObjectNotSet, "Components", "Object variable not set: there is no object to call.")
+      .With("member", std::string(member.Name()));
 }
 
 }  // namespace qmx

@@ -73,8 +73,14 @@ class Components {
   virtual Object CreateObject(std::string_view progId) = 0;
 };
 
+[[noreturn]] void RaiseObjectNotSet(const Member& member);
+
 // The call behind Object::Call. Raises 91 on no object.
-Variant Invoke(const Object& object, const Member& member, std::span<const Argument> arguments);
+inline Variant Invoke(const Object& object, const Member& member, std::span<const Argument> arguments) {
+  if (!object) [[unlikely]]
+    RaiseObjectNotSet(member);
+  return object.Target()->Invoke(member, arguments);
+}
 
 template <typename... Arguments>
 Variant Object::Call(const Member& member, Arguments&&... arguments) const {

@@ -108,7 +108,7 @@ class Connection {
 class Field {
  public:
   Variant Value() const;
-  void Value(Variant value);  // assigns
+  void Value(Variant&& value);  // assigns
   Field& operator=(Variant value) { return Value(std::move(value)), *this; }
   std::string Name() const;
 
@@ -153,7 +153,7 @@ class Recordset {
  private:
   friend class Field;
   RecordsetCursor& OpenCursor() const;  // 3704 when closed
-  void Assign(std::size_t index, Variant value);
+  void Assign(std::size_t index, Variant&& value);
   template <typename Step>
   void Tell(std::string_view operation, Step&& step);
   DatabaseObserver* observer_;

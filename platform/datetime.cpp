@@ -72,15 +72,9 @@ struct Reader {
   }
 };
 
-void Put(std::string& text, std::int64_t number, int width) {
-  std::string digits = std::to_string(number);
-  while (static_cast<int>(digits.size()) < width) digits.insert(digits.begin(), '0');
-  text += digits;
-}
-
-void PutTwo(std::string& text, int number) {
-  text += static_cast<char>('0' + number / 10);
-  text += static_cast<char>('0' + number % 10);
+void PutTwo(char* to, std::int64_t number) {
+  to[0] = static_cast<char>('0' + number / 10);
+  to[1] = static_cast<char>('0' + number % 10);
 }
 
 }  // namespace
@@ -91,8 +85,9 @@ DateTime DateTime::FromDate(std::int64_t year, std::int64_t month, std::int64_t 
     const std::int64_t carriedYear = year + FloorDivide(month - 1, 12);
     const int carriedMonth = static_cast<int>(month - 1 - FloorDivide(month - 1, 12) * 12) + 1;
     const std::int64_t days = DaysFromCivil(carriedYear, carriedMonth, 1) + day - 1;
-    const std::int64_t yearReached = CivilFromDays(days).year;
-    if (yearReached >= 100 && yearReached <= 9999) return DateTime((days - kZeroDay) * kSecondsPerDay);
+    static const std::int64_t first = DaysFromCivil(100, 1, 1);
+    static const std::int64_t last = DaysFromCivil(9999, 12, 31);
+    if (days >= first && days <= last) return DateTime((days - kZeroDay) * kSecondsPerDay);
   }
   throw Error(errors::kOverflow, "DateTime",
               "Overflow: year " + std::to_string(year) + ", month " + std::to_string(month) + ", day " +
@@ -138,22 +133,16 @@ DateTime DateTime::DatePart() const { return DateTime(DayNumber(seconds_) * kSec
 std::string DateTime::ToText() const {
   const Civil date = CivilFromSeconds(seconds_);
   const int time = SecondOfDay(seconds_);
-  std::string text;
-  text.reserve(19);
-  Put(text, date.year, 4);
-  text += '-';
-  PutTwo(text, date.month);
-  text += '-';
-  PutTwo(text, date.day);
-  if (time != 0) {
-    text += ' ';
-    PutTwo(text, time / 3600);
-    text += ':';
-    PutTwo(text, time / 60 % 60);
-    text += ':';
-    PutTwo(text, time % 60);
-  }
-  return text;
+  char text[] = "YYYY-MM-DD HH:MM:SS";
+  PutTwo(text, date.year / 100);
+  PutTwo(text + 2, date.year % 100);
+  PutTwo(text + 5, date.month);
+  PutTwo(text + 8, date.day);
+  PutTwo(text + 11, time / 3600);
+  PutTwo(text + 14, time / 60 % 60);
+  PutTwo(text + 17, time % 60);
+  text[time == 0 ? 10 : 19] = '\0';
+  return date.year <= 9999 ? text : std::to_string(date.year) + (text + 4);
 }
 
 }  // namespace qmx

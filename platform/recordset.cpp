@@ -133,7 +133,7 @@ RecordsetCursor& Recordset::OpenCursor() const {
   return *cursor_;
 }
 
-void Recordset::Assign(std::size_t index, Variant value) {
+void Recordset::Assign(std::size_t index, Variant&& value) {
   if (!columnObserver_) return AtTheWall([&] { OpenCursor().Assign(index, std::move(value)); });
   const Variant told = value;
   std::string name;
@@ -155,7 +155,7 @@ Variant Field::Value() const {
   return AtTheWall([&] { return owner_.OpenCursor().Value(index_); });
 }
 
-void Field::Value(Variant value) { owner_.Assign(index_, std::move(value)); }
+void Field::Value(Variant&& value) { owner_.Assign(index_, std::move(value)); }
 
 std::string Field::Name() const {
   return AtTheWall([&] { return owner_.OpenCursor().ColumnName(index_); });

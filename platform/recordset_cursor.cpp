@@ -11,14 +11,14 @@ namespace {
 
 constexpr const char* kSource = "ADODB.Recordset";
 
-// A value as its column holds it.
-Variant InColumnType(Variant value, Variant::Kind type) {
-  if (value.IsNull() || value.IsEmpty()) return Variant::Null();
+// Makes a value one that its column holds.
+void ToColumnType(Variant& value, Variant::Kind type) {
+  if (value.IsEmpty()) value = Variant::Null();
+  if (value.IsNull()) return;
   if (type != Variant::Kind::Empty && value.GetKind() != type) value = value.ConvertedTo(type);
   if (value.GetKind() == Variant::Kind::Double && !std::isfinite(value.ToDouble())) {
     throw Error(errors::kOverflow, kSource, "Overflow: " + value.ToText() + " is no number that a column can hold.");
   }
-  return value;
 }
 
 }  // namespace
@@ -101,13 +101,14 @@ Variant RecordsetCursor::Value(std::size_t column) {
   return row[column];
 }
 
-void RecordsetCursor::Assign(std::size_t column, Variant value) {
+void RecordsetCursor::Assign(std::size_t column, Variant&& value) {
   const std::string& name = ColumnName(column);
   StoredTable& table = WritableTable();
   const bool isNew = pendingKind_ == Pending::NewRow;
   const Row& current = isNew ? pending_ : CurrentRow();
   try {
-    pending_[column] = InColumnType(std::move(value), layout_->Columns()[column].type);
+    ToColumnType(value, layout_->Columns()[column].type);
+    pending_[column] = std::move(value);
   } catch (Error& error) {
     error.With("table", table.Name()).With("column", name).With("key", table.KeyText(current));
     throw;

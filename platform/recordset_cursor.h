@@ -35,7 +35,7 @@ class RecordsetCursor {
   void MoveNext();
 
   Variant Value(std::size_t column);
-  void Assign(std::size_t column, Variant value);
+  void Assign(std::size_t column, Variant&& value);
 
   void AddNew();
   void Save(bool mayWait = false);  // whether nobody needs the outcome at once

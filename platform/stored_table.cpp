@@ -64,10 +64,10 @@ std::int64_t StoredTable::Count(const Row& stored) {
 }
 
 void StoredTable::Insert(const Row& assigned, bool mayWait) {
-  std::string text;
+  const std::string* text = nullptr;
   try {
     Prepared& insert = InsertFor(assigned);
-    text = insert.text;
+    text = &insert.text;
     Execution execution(*insert.statement);
     std::size_t parameter = 0;
     for (const Variant& value : assigned) {
@@ -76,16 +76,16 @@ void StoredTable::Insert(const Row& assigned, bool mayWait) {
     if (mayWait) insert.statement->MayWait();
     execution.Run();
   } catch (Error& error) {
-    error.With("table", name_).With("key", KeyText(assigned)).With("statement", text);
+    error.With("table", name_).With("key", KeyText(assigned)).With("statement", text ? *text : "");
     throw;
   }
 }
 
 void StoredTable::Update(const Row& stored, const Row& changes) {
-  std::string text;
+  const std::string* text = nullptr;
   try {
     Prepared& update = UpdateFor(stored, changes);
-    text = update.text;
+    text = &update.text;
     Execution execution(*update.statement);
     std::size_t parameter = 0;
     for (const Variant& value : changes) {
@@ -111,7 +111,7 @@ void StoredTable::Update(const Row& stored, const Row& changes) {
       throw;
     }
   } catch (Error& error) {
-    error.With("table", name_).With("key", KeyText(stored)).With("statement", text);
+    error.With("table", name_).With("key", KeyText(stored)).With("statement", text ? *text : "");
     throw;
   }
 }
@@ -145,10 +145,18 @@ std::string StoredTable::KeyText(const Row& row) const {
 }
 
 StoredTable::Prepared& StoredTable::InsertFor(const Row& assigned) {
-  shape_.clear();
-  for (const Variant& value : assigned) shape_.push_back(!value.IsEmpty());
-  const auto found = inserts_.find(shape_);
-  if (found != inserts_.end()) return found->second;
+  const auto isAssigned = [](const Variant& value) { return !value.IsEmpty(); };
+  if (!lastInsert_ || !std::ranges::equal(assigned, lastInsert_->first, {}, isAssigned)) {
+    shape_.clear();
+    for (const Variant& value : assigned) shape_.push_back(isAssigned(value));
+    auto insert = inserts_.find(shape_);
+    if (insert == inserts_.end()) insert = inserts_.emplace(shape_, NewInsert(assigned)).first;
+    lastInsert_ = &*insert;
+  }
+  return lastInsert_->second;
+}
+
+StoredTable::Prepared StoredTable::NewInsert(const Row& assigned) {
   RowInsert insert;
   std::string columns;
   for (std::size_t column = 0; column < assigned.size(); ++column) {
@@ -158,8 +166,7 @@ StoredTable::Prepared& StoredTable::InsertFor(const Row& assigned) {
   }
   // No statement that all databases know adds a row of which nothing is said.
   if (columns.empty()) {
-    std::string text = "insert into " + quotedName_ + " (" + Quoted(0) + ") values (null)";
-    return inserts_.emplace(shape_, PreparedOf(std::move(text))).first->second;
+    return PreparedOf("insert into " + quotedName_ + " (" + Quoted(0) + ") values (null)");
   }
   insert.table = spelling_;
   insert.into = "insert into " + quotedName_ + " (" + columns + ")";
@@ -172,8 +179,7 @@ StoredTable::Prepared& StoredTable::InsertFor(const Row& assigned) {
   };
   std::string text = insert.Text();
   try {
-    Prepared prepared{text, session_.PrepareInsert(insert)};
-    return inserts_.emplace(shape_, std::move(prepared)).first->second;
+    return {text, session_.PrepareInsert(insert)};
   } catch (Error& error) {
     error.With("statement", text);
     throw;

@@ -45,6 +45,7 @@ class StoredTable {
   using Statements = std::map<std::vector<bool>, Prepared>;
 
   Prepared& InsertFor(const Row& assigned);
+  Prepared NewInsert(const Row& assigned);
   Prepared& UpdateFor(const Row& stored, const Row& changes);
   Prepared PreparedOf(std::string text);
   std::int64_t Count(const Row& stored);  // the rows that it may stand for
@@ -61,6 +62,7 @@ class StoredTable {
   std::vector<std::size_t> key_;  // all columns when the table has no key
   bool hasKey_ = false;
   Statements inserts_;
+  Statements::value_type* lastInsert_ = nullptr;  // one of them, or none
   Statements updates_;
   std::vector<bool> shape_;  // of the statement that is looked for; kept for its memory
 };

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "platform/error.h"
 
@@ -158,6 +159,9 @@ std::uint8_t Variant::ToUInt8() const {
 
 std::int16_t Variant::ToInt16() const {
   if (const auto* number = std::get_if<std::int16_t>(&value_)) return *number;
+  if (const auto* number = std::get_if<std::int32_t>(&value_); number && std::in_range<std::int16_t>(*number)) {
+    return static_cast<std::int16_t>(*number);  // as most components answer
+  }
   return ToInteger<std::int16_t>(*this, Name(Kind::Int16));
 }
 
@@ -235,7 +239,12 @@ std::string Variant::ToText() const {
   RaiseTypeMismatch(Name(GetKind()), Name(Kind::Text));
 }
 
-Object Variant::ToObject() const {
+Object Variant::ToObject() && {
+  if (auto* object = std::get_if<qmx::Object>(&value_)) return std::move(*object);
+  return ToObject();
+}
+
+Object Variant::ToObject() const& {
   if (const qmx::Object* object = IfObject()) return *object;
   if (IsEmpty() || IsNull()) return {};
   RaiseTypeMismatch(Name(GetKind()), Name(Kind::Object));

@@ -51,9 +51,10 @@ class Variant {
   std::int16_t ToInt16() const;
   std::int32_t ToInt32() const;
   double ToDouble() const;
-  DateTime ToDateTime() const;   // a number counts days from the zero date-time, fractions to the nearest second
-  std::string ToText() const;    // an object is error 13
-  qmx::Object ToObject() const;  // empty and null are no object; anything else but an object is error 13
+  DateTime ToDateTime() const;    // a number counts days from the zero date-time, fractions to the nearest second
+  std::string ToText() const;     // an object is error 13
+  qmx::Object ToObject() const&;  // empty and null are no object; anything else but an object is error 13
+  qmx::Object ToObject() &&;      // the same, without a further reference
 
   // This value as one of `kind`; null and empty stay what they are. Raises as the conversions above do.
   Variant ConvertedTo(Kind kind) const;

@@ -1,6 +1,4 @@
 // A statement that adds rows, alone or together.
-//
-// Rows that wait are copies; their memory is used again.
 #pragma once
 
 #include <span>
@@ -24,25 +22,21 @@ class BatchingInsert : public DriverStatement {
   void Reset() noexcept override { mayWait_ = false; }
   void MayWait() noexcept override { mayWait_ = true; }
 
-  // Sends the rows that wait; under the session's lock. Afterwards none waits, whatever it raises.
-  void Send();
+  std::size_t Width() const { return bound_.size(); }     // values of one row
+  std::size_t MostRows() const { return many_->Most(); }  // of one batch
+
+  // Sends rows whose values follow each other, on whichever thread the session says.
+  void Send(std::span<const Variant> values);
 
  private:
-  static constexpr std::size_t kMostBytes = 1 << 20;  // of texts that wait
-
-  std::span<const Variant> WaitingRows(std::size_t first, std::size_t count) const;
-  void Wait();
-  std::size_t SendTogether(std::size_t first, std::size_t count);  // returns how many it did send
-  void SendOneByOne(std::size_t first, std::size_t count);
+  std::size_t SendTogether(std::span<const Variant> values);  // returns how many rows it did send
+  void SendOneByOne(std::span<const Variant> values);
 
   BatchingSession& session_;
   RowInsert insert_;
   std::unique_ptr<DriverStatement> one_;  // for a row alone
-  std::unique_ptr<DriverRows> many_;      // from the first waiting row on
+  std::unique_ptr<DriverRows> many_;      // from the first row on that may wait
   std::vector<const Variant*> bound_;     // of the row that is being added
-  std::vector<Variant> waiting_;          // row by row
-  std::size_t waitingRows_ = 0;
-  std::size_t waitingBytes_ = 0;
   bool mayWait_ = false;
   std::vector<ColumnDescription> noColumns_;
 };

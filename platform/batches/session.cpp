@@ -1,5 +1,6 @@
 #include "platform/batches/session.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/batches/insert.h"
@@ -59,8 +60,7 @@ void BatchingSession::Commit() {
 void BatchingSession::Close() {
   StopHelper();
   try {
-    SendNow();
-    RaiseFailure();
+    Ready();
   } catch (...) {
     inner_->Close();
     throw;
@@ -68,63 +68,106 @@ void BatchingSession::Close() {
   inner_->Close();
 }
 
+BatchingSession::Lock BatchingSession::Locked() {
+  Lock lock(mutex_);
+  changed_.wait(lock, [&] { return !isSending_; });
+  return lock;
+}
+
 BatchingSession::Lock BatchingSession::Ready() {
   Lock lock(mutex_);
+  SendAll(lock);
   RaiseFailure();
-  SendNow();
   return lock;
 }
 
-BatchingSession::Lock BatchingSession::ReadyFor(const BatchingInsert& next) {
+bool BatchingSession::Waits(BatchingInsert& insert, std::span<const Variant* const> row) {
   Lock lock(mutex_);
+  changed_.wait(lock, [&] { return full_ < kBatches; });
   RaiseFailure();
-  if (waiting_ != &next) SendNow();
-  return lock;
-}
-
-bool BatchingSession::ShouldWait() {
   const Clock::time_point now = Clock::now();
   const bool isSoon = now - std::exchange(lastRow_, now) < kLongestWait;
-  return waiting_ || isSoon;
-}
-
-void BatchingSession::Waits(BatchingInsert& rows) {
-  waiting_ = &rows;
-  due_ = Clock::now() + kLongestWait;
-  if (!helper_.joinable()) helper_ = std::thread([this] { SendWhenDue(); });
-  changed_.notify_one();
-}
-
-void BatchingSession::SendNow() {
-  if (BatchingInsert* const rows = std::exchange(waiting_, nullptr)) rows->Send();
-}
-
-void BatchingSession::Forget(BatchingInsert& rows) {
-  if (waiting_ != &rows) return;
-  try {
-    SendNow();
-  } catch (...) {
-    failure_ = std::current_exception();
+  if (Filling().rows > 0 && Filling().insert != &insert) {
+    SendAll(lock);
+    RaiseFailure();
   }
+  Batch& batch = Filling();
+  if (batch.rows == 0) {
+    if (full_ == 0 && !isSoon) return false;
+    batch.insert = &insert;
+    batch.bytes = 0;
+    batch.due = now + kLongestWait;
+    if (!helper_.joinable()) helper_ = std::thread([this] { SendInTime(); });
+    changed_.notify_all();
+  }
+  const std::size_t start = batch.rows * row.size();
+  if (batch.values.size() < start + row.size()) batch.values.resize(start + row.size());
+  for (std::size_t column = 0; column < row.size(); ++column) {
+    batch.values[start + column] = *row[column];
+    if (const std::string* text = row[column]->IfText()) batch.bytes += text->size();
+  }
+  if (++batch.rows >= insert.MostRows() || batch.bytes >= kMostBytes) {
+    ++full_;
+    changed_.notify_all();
+  }
+  return true;
+}
+
+void BatchingSession::Forget(const BatchingInsert& insert) {
+  Lock lock(mutex_);
+  const auto isIts = [&](const Batch& batch) { return batch.rows > 0 && batch.insert == &insert; };
+  if (std::any_of(batches_.begin(), batches_.end(), isIts)) SendAll(lock);
+}
+
+void BatchingSession::SendAll(Lock& lock) {
+  if (full_ < kBatches && Filling().rows > 0) ++full_;
+  while (full_ > 0) {
+    if (isSending_) {
+      changed_.wait(lock);
+    } else {
+      SendOldest(lock);
+    }
+  }
+}
+
+void BatchingSession::SendOldest(Lock& lock) {
+  Batch& batch = batches_[oldest_];
+  std::exception_ptr failure;
+  isSending_ = true;
+  lock.unlock();
+  try {
+    batch.insert->Send(std::span(batch.values).first(batch.rows * batch.insert->Width()));
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  lock.lock();
+  isSending_ = false;
+  batch.rows = 0;
+  oldest_ = (oldest_ + 1) % kBatches;
+  --full_;
+  if (failure) {  // the rows behind the bad one are not added
+    for (Batch& other : batches_) other.rows = 0;
+    full_ = 0;
+    failure_ = failure;
+  }
+  changed_.notify_all();
 }
 
 void BatchingSession::RaiseFailure() {
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 
-void BatchingSession::SendWhenDue() {
+void BatchingSession::SendInTime() {
   Lock lock(mutex_);
   while (!stops_) {
-    if (!waiting_) {
+    if (!isSending_ && full_ > 0) {
+      SendOldest(lock);
+    } else if (isSending_ || Filling().rows == 0) {
       changed_.wait(lock);
-    } else if (Clock::now() < due_) {
-      changed_.wait_until(lock, Clock::time_point(due_));
+    } else if (const Clock::time_point due = Filling().due; Clock::now() < due) {
+      changed_.wait_until(lock, due);
     } else {
-      try {
-        SendNow();
-      } catch (...) {
-        failure_ = std::current_exception();
-      }
+      ++full_;
     }
   }
 }
@@ -133,7 +176,7 @@ void BatchingSession::StopHelper() {
   {
     const Lock lock(mutex_);
     stops_ = true;
-    changed_.notify_one();
+    changed_.notify_all();
   }
   if (helper_.joinable()) helper_.join();
 }

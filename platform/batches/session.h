@@ -1,13 +1,18 @@
 // A session whose added rows may wait for each other.
 //
-// The program's thread and the helper thread take turns: whoever uses the inner session holds the lock.
+// The program's thread fills one batch while the helper thread sends those that are full; when all are full, the
+// program waits. The inner session belongs to whoever sends a batch (isSending_), and to the holder of the lock while
+// nobody does.
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <condition_variable>
 #include <exception>
 #include <mutex>
+#include <span>
 #include <thread>
+#include <vector>
 
 #include "platform/database_driver.h"
 
@@ -21,6 +26,8 @@ class BatchingSession : public DriverSession {
   using Lock = std::unique_lock<std::mutex>;
 
   static constexpr std::chrono::milliseconds kLongestWait{50};
+  static constexpr std::size_t kBatches = 3;
+  static constexpr std::size_t kMostBytes = 1 << 20;  // of texts in one batch
 
   explicit BatchingSession(std::unique_ptr<DriverSession> inner);
   ~BatchingSession() override;
@@ -42,26 +49,39 @@ class BatchingSession : public DriverSession {
   void Close() override;
 
   // For the session's statements.
-  Lock Locked() { return Lock(mutex_); }
-  Lock Ready();                               // locked, with no row waiting; raises what became of those that did
-  Lock ReadyFor(const BatchingInsert& next);  // the same, but rows of that statement may go on waiting
-  bool ShouldWait();                          // whether the next row comes soon after the one before; under the lock
-  void Waits(BatchingInsert& rows);           // it has its first waiting row; under the lock
-  void SendNow();                             // under the lock
-  void Forget(BatchingInsert& rows);          // it is about to go: sends its rows, and keeps what becomes of them
+  Lock Locked();  // while nobody sends; rows may wait
+  Lock Ready();   // and no row waits; raises what became of those that did
+
+  // Takes a copy of the row, to be sent soon; false where nothing was added for a while: it is to go out at once.
+  bool Waits(BatchingInsert& insert, std::span<const Variant* const> row);
+  void Forget(const BatchingInsert& insert);  // it is about to go: sends its rows, and keeps what becomes of them
 
   DriverSession& Inner() { return *inner_; }
 
  private:
+  // Rows of one statement. Their memory is used again.
+  struct Batch {
+    BatchingInsert* insert = nullptr;
+    std::vector<Variant> values;  // row by row
+    std::size_t rows = 0;
+    std::size_t bytes = 0;  // of their texts
+    Clock::time_point due;
+  };
+
+  Batch& Filling() { return batches_[(oldest_ + full_) % kBatches]; }
+  void SendAll(Lock& lock);
+  void SendOldest(Lock& lock);  // of the full ones; unlocks meanwhile
   void RaiseFailure();
-  void SendWhenDue();  // the helper thread
+  void SendInTime();  // the helper thread
   void StopHelper();
 
   std::unique_ptr<DriverSession> inner_;
   std::mutex mutex_;
   std::condition_variable changed_;
-  BatchingInsert* waiting_ = nullptr;  // the one whose rows wait
-  Clock::time_point due_;
+  std::array<Batch, kBatches> batches_;  // a ring: the full ones, then the one that is being filled
+  std::size_t oldest_ = 0;
+  std::size_t full_ = 0;  // not to be filled further
+  bool isSending_ = false;
   Clock::time_point lastRow_;
   std::exception_ptr failure_;  // that nobody has been told of yet
   bool stops_ = false;

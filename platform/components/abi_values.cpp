@@ -165,12 +165,6 @@ void GiveValue(const Variant& value, qmx_value& out) {
   if (value.IfObject()) out.as.object = GiveObject(*value.IfObject());
 }
 
-qmx_error EmptyAbiError() {
-  qmx_error error{};
-  error.struct_size = sizeof error;
-  return error;
-}
-
 Error FromAbi(const qmx_error& error, const std::string& source) {
   const std::string_view givenSource = Text(error.source, error.source_length);
   const std::string_view description = Text(error.description, error.description_length);

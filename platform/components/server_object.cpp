@@ -61,9 +61,7 @@ Variant ServerObject::Call(std::int32_t id, std::span<const Argument> arguments)
   return FromAbi(result, Reference::Given);
 }
 
-void ServerObject::Require(qmx_status status, const qmx_error& error) const {
-  if (status == QMX_OK) [[likely]]
-    return;
+void ServerObject::Raise(qmx_status status, const qmx_error& error) const {
   if (status == QMX_FAILED) throw FromAbi(error, Name());
   throw Error(errors::kInternal, Name(),
               "The component returned status " + std::to_string(status) + ", which is neither QMX_OK nor QMX_FAILED.");

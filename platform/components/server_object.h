@@ -24,7 +24,10 @@ class ServerObject final : public Dispatch {
  private:
   std::int32_t Resolve(const Member& member);
   Variant Call(std::int32_t id, std::span<const Argument> arguments);
-  void Require(qmx_status status, const qmx_error& error) const;
+  void Require(qmx_status status, const qmx_error& error) const {
+    if (status != QMX_OK) Raise(status, error);
+  }
+  [[noreturn]] void Raise(qmx_status status, const qmx_error& error) const;
   std::string Name() const;
   void Describe(Error& error, const Member& member) const;
 

@@ -80,6 +80,7 @@ TEST(DateTime, CarriesTimesOfDayIntoTheNextOrThePreviousDay) {
   EXPECT_EQ(day.PlusTime(0, 0, -1).ToText(), "2026-11-19 23:59:59");
   EXPECT_EQ(day.PlusTime(0, 61, 61).ToText(), "2026-11-20 01:02:01");
   EXPECT_EQ(day.PlusDays(-20).ToText(), "2026-10-31");
+  EXPECT_EQ(DateTime::FromDate(9999, 12, 31).PlusTime(24, 0, 1).ToText(), "10000-01-01 00:00:01");
 }
 
 TEST(DateTime, WritesTheTimeOfDayOnlyWhenItIsNotMidnight) {

@@ -1,0 +1,122 @@
+// The program adds rows while others are on their way: what is full is sent by a thread of the session's own.
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "platform/batches/driver.h"
+#include "platform/sqlite/driver.h"
+#include "tests/platform/database/record_set_test.h"
+#include "tests/support/temp_folder.h"
+
+namespace qmx::test {
+namespace {
+
+constexpr int kBatch = 128;  // rows of two columns that go out together
+
+// Waits for what another thread brings about.
+template <typename Condition>
+bool Within10Seconds(Condition&& condition) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return true;
+}
+
+// A database whose batches are held up on their way to it until `mayPass` holds.
+class OverlappingBatches : public testing::Test {
+ protected:
+  OverlappingBatches() {
+    connection_.Open("Provider=SQLite;Mode=Create;Data Source=" + folder_ / "local.db", "", "");
+    connection_.Execute("create table people (code integer not null primary key, floor smallint)");
+    records_.Open("people", connection_, kCursorKeyset, kLockOptimistic, kCommandTable);
+  }
+
+  // The helper thread alone is held up; what the program's thread does itself is not.
+  void HoldUpUntil(std::function<bool()> mayPass) {
+    below_.before = [this, mayPass, program = std::this_thread::get_id()](const std::string& operation) {
+      if (operation != "Add" || std::this_thread::get_id() == program) return;
+      isOnItsWay_ = true;
+      if (!Within10Seconds(mayPass)) wasHeldUpForever_ = true;
+    };
+  }
+
+  void AddRows(int from, int to) {
+    for (int code = from; code < to; ++code) {
+      records_.AddNew();
+      added_ = code;  // so many rows are behind it
+      records_.Fields("code") = code;
+      records_.Fields("floor") = 1;
+    }
+  }
+
+  std::string Rows() {
+    Connection other({&sqlite_}, nullptr);
+    other.Open("Provider=SQLite;Data Source=" + folder_ / "local.db", "", "");
+    Recordset records(nullptr);
+    records.Open("select count(*), max(code) from people", other, kCursorKeyset, kLockOptimistic, kCommandText);
+    return records.Fields(std::size_t{0}).Value().ToText() + " to " + records.Fields(1).Value().ToText();
+  }
+
+  TempFolder folder_;
+  SqliteDriver sqlite_;
+  FaultyDriver below_{sqlite_};
+  BatchingDriver batching_{below_};
+  Connection connection_{{&batching_}, nullptr};
+  Recordset records_{nullptr};
+  std::atomic<int> added_ = 0;
+  std::atomic<bool> isOnItsWay_ = false;
+  std::atomic<bool> wasHeldUpForever_ = false;
+};
+
+TEST_F(OverlappingBatches, AreFilledWhileOneIsSent) {
+  HoldUpUntil([this] { return added_ >= 2 * kBatch; });
+  AddRows(0, 3 * kBatch);
+  records_.Close();
+  EXPECT_TRUE(isOnItsWay_);
+  EXPECT_FALSE(wasHeldUpForever_);
+  EXPECT_EQ(Rows(), "384 to 383");
+}
+
+TEST_F(OverlappingBatches, MakeTheProgramWaitWhenAllAreFull) {
+  std::atomic<bool> mayPass = false;
+  std::thread program([&] {
+    HoldUpUntil([&] { return mayPass.load(); });
+    AddRows(0, 10 * kBatch);
+    records_.Close();
+  });
+  constexpr int kMost = 1 + 3 * kBatch + 1;  // the first row goes out alone, the last one is not saved yet
+  EXPECT_TRUE(Within10Seconds([&] { return added_ + 1 == kMost; })) << added_;
+  std::this_thread::sleep_for(std::chrono::milliseconds(60));
+  EXPECT_EQ(added_ + 1, kMost);
+  mayPass = true;
+  program.join();
+  EXPECT_FALSE(wasHeldUpForever_);
+  EXPECT_EQ(Rows(), "1280 to 1279");
+}
+
+TEST_F(OverlappingBatches, BehindABadRowAreNotSent) {
+  connection_.Execute("insert into people (code) values (100)");
+  HoldUpUntil([this] { return added_ >= 2 * kBatch + 10; });
+  const Error error = Raised([&] {
+    AddRows(0, 10 * kBatch);
+    records_.Update();
+  });
+  EXPECT_EQ(error.Number(), -2147217873);
+  EXPECT_THAT(DescribeChain(error), testing::HasSubstr("code=100"));
+  EXPECT_FALSE(wasHeldUpForever_);
+  records_.CancelUpdate();
+  records_.Close();
+  EXPECT_EQ(Rows(), "101 to 100");
+}
+
+TEST_F(OverlappingBatches, AreAllThereBeforeAnythingElseIsDone) {
+  HoldUpUntil([this] { return added_ >= 2 * kBatch + 10; });
+  AddRows(0, 2 * kBatch + 11);
+  EXPECT_EQ(connection_.Execute("update people set floor = 2"), 2 * kBatch + 10);
+  EXPECT_FALSE(wasHeldUpForever_);
+}
+
+}  // namespace
+}  // namespace qmx::test
