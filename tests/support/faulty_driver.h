@@ -27,7 +27,7 @@ class FaultyDriver : public Driver {
   bool HasFailed() const { return hasFailed_; }
   void Restart() { record_.clear(), hasFailed_ = false; }
 
-  std::function<void(const std::string& operation)> before;
+  std::function<void(const std::string& operation)> before;  // "Prepare select ...", "Bind select ...", "Step", ...
 
   const std::vector<std::string>& Record() const { return record_; }  // "Prepare select ...", "Step", ...
   std::int64_t CountOf(const std::string& beginning) const {
@@ -44,8 +44,8 @@ class FaultyDriver : public Driver {
   }
 
  private:
-  void Count(std::string operation) {
-    if (before) before(operation);
+  void Count(std::string operation, const std::string& statement = "") {
+    if (before) before(statement.empty() ? operation : operation + " " + statement);
     record_.push_back(std::move(operation));
     const std::int64_t number = Operations();
     if (number != failAt_ && (failFrom_ == 0 || number < failFrom_)) return;
@@ -56,10 +56,11 @@ class FaultyDriver : public Driver {
 
   class Statement : public DriverStatement {
    public:
-    Statement(FaultyDriver& owner, std::unique_ptr<DriverStatement> inner) : owner_(owner), inner_(std::move(inner)) {}
+    Statement(FaultyDriver& owner, std::string text, std::unique_ptr<DriverStatement> inner)
+        : owner_(owner), text_(std::move(text)), inner_(std::move(inner)) {}
     const std::vector<ColumnDescription>& Columns() const override { return inner_->Columns(); }
     void Bind(std::size_t parameter, const Variant& value) override {
-      owner_.Count("Bind");
+      owner_.Count("Bind", text_);
       inner_->Bind(parameter, value);
     }
     bool Step() override {
@@ -76,6 +77,7 @@ class FaultyDriver : public Driver {
 
    private:
     FaultyDriver& owner_;
+    std::string text_;
     std::unique_ptr<DriverStatement> inner_;
   };
 
@@ -98,11 +100,11 @@ class FaultyDriver : public Driver {
     Session(FaultyDriver& owner, std::unique_ptr<DriverSession> inner) : owner_(owner), inner_(std::move(inner)) {}
     std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override {
       owner_.Count("Prepare " + statement);
-      return std::make_unique<Statement>(owner_, inner_->Prepare(statement));
+      return std::make_unique<Statement>(owner_, statement, inner_->Prepare(statement));
     }
     std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) override {
       owner_.Count("Prepare " + insert.Text());
-      return std::make_unique<Statement>(owner_, inner_->PrepareInsert(insert));
+      return std::make_unique<Statement>(owner_, insert.Text(), inner_->PrepareInsert(insert));
     }
     std::unique_ptr<DriverRows> PrepareRows(const RowInsert& insert) override {
       owner_.Count("PrepareRows " + insert.into);

@@ -106,7 +106,8 @@ class SecondRunWithinTheFirst : public SimultaneousCopies {
   }
 };
 
-constexpr const char* kSelectControlRecord = "Prepare select * from tstables where tablename = 'tsmdm030'";
+// The statement is prepared once and bound for each execution.
+constexpr const char* kSelectControlRecord = "Bind select * from tstables where tablename = ";
 
 TEST_F(SecondRunWithinTheFirst, PassesTheCheckTooWhereTheFirstHasNotSetItsFlagYet) {
   Run(kSelectControlRecord, 2);  // the first one checks, the second one sets
