@@ -27,15 +27,15 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   target_compile_options(qmx_warnings INTERFACE -Wno-restrict)
 endif()
 
-# The rooms have both sanitizers; the tests, which take most of the build, are spared the second one in their own code, and
-# all of the debugger's knowledge but lines.
+# The rooms have both sanitizers, but for what the first one finds of the second one's anyway; the tests, which take most of
+# the build, are spared the second one in their own code.
 add_library(qmx_options INTERFACE)
 add_library(qmx_test_options INTERFACE)
 target_link_libraries(qmx_options INTERFACE qmx_warnings)
 target_link_libraries(qmx_test_options INTERFACE qmx_warnings)
 if(QMX_SANITIZE)
-  target_compile_options(qmx_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_compile_options(qmx_test_options INTERFACE -g1 -fsanitize=address -fno-omit-frame-pointer)
+  target_compile_options(qmx_options INTERFACE -fsanitize=address,undefined -fno-sanitize=null,alignment,object-size -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(qmx_test_options INTERFACE -fsanitize=address -fno-omit-frame-pointer)
   target_link_options(qmx_options INTERFACE -fsanitize=address,undefined)
   target_link_options(qmx_test_options INTERFACE -fsanitize=address,undefined)
 endif()
