@@ -3,6 +3,7 @@
 #include <map>
 
 #include "platform/database_driver.h"
+#include "platform/execution.h"
 
 namespace qmx {
 namespace {
@@ -24,16 +25,11 @@ class RowsOfValues : public DriverRows {
     const std::size_t columns = insert_.columns.size();
     const std::size_t rows = std::bit_floor(std::min(values.size() / columns, most_));
     DriverStatement& statement = StatementFor(rows);
-    try {
-      for (std::size_t parameter = 0; parameter < rows * columns; ++parameter) {
-        statement.Bind(parameter, values[parameter]);
-      }
-      while (statement.Step()) continue;
-    } catch (...) {
-      statement.Reset();
-      throw;
+    Execution execution(statement);
+    for (std::size_t parameter = 0; parameter < rows * columns; ++parameter) {
+      statement.Bind(parameter, values[parameter]);
     }
-    statement.Reset();
+    execution.Run();
     return rows;
   }
 

@@ -4,28 +4,12 @@
 #include <numeric>
 
 #include "platform/error.h"
+#include "platform/execution.h"
 
 namespace qmx {
 namespace {
 
 constexpr std::size_t kPreparedUpdates = 64;  // sets of differing columns that are kept prepared
-
-// Leaves a statement as it found it, so that the next row can use it whatever became of this one.
-class Execution {
- public:
-  explicit Execution(DriverStatement& statement) : statement_(statement) {}
-  ~Execution() { statement_.Reset(); }
-  Execution(const Execution&) = delete;
-  Execution& operator=(const Execution&) = delete;
-
-  std::int64_t Run() {
-    while (statement_.Step()) continue;
-    return statement_.RowsAffected();
-  }
-
- private:
-  DriverStatement& statement_;
-};
 
 [[noreturn]] void RaiseRowChanged(std::int64_t hits) {
   const std::string what = hits == 0 ? "it is gone or its key was changed meanwhile."

@@ -3,24 +3,9 @@
 #include <utility>
 
 #include "platform/error.h"
+#include "platform/execution.h"
 
 namespace qmx {
-namespace {
-
-// Leaves a statement as it found it.
-class Execution {
- public:
-  explicit Execution(DriverStatement& statement) : statement_(statement) {}
-  ~Execution() { statement_.Reset(); }
-  Execution(const Execution&) = delete;
-  Execution& operator=(const Execution&) = delete;
-
- private:
-  DriverStatement& statement_;
-};
-
-}  // namespace
-
 BatchingInsert::BatchingInsert(BatchingSession& session, RowInsert insert)
     : session_(session),
       insert_(std::move(insert)),
@@ -43,9 +28,9 @@ bool BatchingInsert::Step() {
   }
   if (mayWait_ && session_.Waits(*this, bound_)) return false;
   const auto lock = session_.Ready();
-  const Execution execution(*one_);
+  Execution execution(*one_);
   for (std::size_t column = 0; column < bound_.size(); ++column) one_->Bind(column, *bound_[column]);
-  while (one_->Step()) continue;
+  execution.Run();
   return false;
 }
 
@@ -72,10 +57,10 @@ void BatchingInsert::SendOneByOne(std::span<const Variant> values) {
   for (; !values.empty(); values = values.subspan(bound_.size())) {
     const std::span<const Variant> row = values.first(bound_.size());
     try {
-      const Execution execution(*one_);
+      Execution execution(*one_);
       std::size_t parameter = 0;
       for (const Variant& value : row) one_->Bind(parameter++, value);
-      while (one_->Step()) continue;
+      execution.Run();
     } catch (Error& error) {
       insert_.describe(error, row);
       throw;
