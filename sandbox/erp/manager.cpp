@@ -45,6 +45,8 @@ void BindBound(Statement& statement, int parameter, const Column& column, Argume
   }
 }
 
+Manager::Manager(const Table& table) : Object(TypeOf(table)), table_(table), listSql_(ListSql(table)) {}
+
 const Type& Manager::TypeOf(const Table& table) {
   static auto& types = *new std::map<const Table*, const Type*>;
   const Type*& type = types[&table];
@@ -98,7 +100,7 @@ void Manager::Initialize(std::string_view businessComponent) {
 }
 
 void Manager::List(Arguments bounds, Result result) {
-  Statement rows(File(), ListSql(table_));
+  Statement rows(File(), listSql_);
   for (std::size_t i = 0; i < bounds.size(); ++i)
     BindBound(rows, static_cast<int>(i) + 1, table_.At(table_.bounds[i / 2]), bounds[i]);
   ReturnNew<Enumeration>(result, table_, std::move(rows));

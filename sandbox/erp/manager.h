@@ -12,7 +12,7 @@ class Manager : public Object {
   // The type that all managers of a table share.
   static const Type& TypeOf(const Table& table);
 
-  explicit Manager(const Table& table) : Object(TypeOf(table)), table_(table) {}
+  explicit Manager(const Table& table);
 
   // The object as a manager of any table.
   static Manager& Of(Argument argument);
@@ -29,6 +29,7 @@ class Manager : public Object {
   void List(Arguments bounds, Result result);
 
   const Table& table_;
+  std::string listSql_;
   std::shared_ptr<Database> file_;
 };
 

@@ -9,6 +9,7 @@ namespace {
 
 constexpr char kSource[] = "OrvanSandbox";
 constexpr int kBusyMilliseconds = 30000;
+constexpr std::size_t kMostKept = 8;
 
 void RequireFile(const std::string& path) {
   std::error_code ignored;
@@ -69,13 +70,30 @@ void Database::Fail(const std::string& during) const {
                 "The sandbox file \"" + path_ + "\" failed: " + sqlite3_errmsg(handle_.get()) + ", during: " + during);
 }
 
-Statement::Statement(std::shared_ptr<Database> database, const std::string& sql) : database_(std::move(database)) {
+sqlite3_stmt* Database::Take(const std::string& sql) {
+  for (auto& kept : kept_) {
+    if (sqlite3_sql(kept.get()) != sql) continue;
+    std::swap(kept, kept_.back());
+    sqlite3_stmt* const statement = kept_.back().release();
+    kept_.pop_back();
+    return statement;
+  }
   sqlite3_stmt* statement = nullptr;
-  const int prepared = sqlite3_prepare_v3(database_->Handle(), sql.c_str(), static_cast<int>(sql.size()),
+  const int prepared = sqlite3_prepare_v3(handle_.get(), sql.c_str(), static_cast<int>(sql.size()),
                                           SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
-  if (prepared != SQLITE_OK) database_->Fail(sql);
-  statement_.reset(statement);
+  if (prepared != SQLITE_OK) Fail(sql);
+  return statement;
 }
+
+void Database::Keep(sqlite3_stmt* statement) {
+  sqlite3_reset(statement);
+  sqlite3_clear_bindings(statement);
+  if (kept_.size() == kMostKept) kept_.erase(kept_.begin());
+  kept_.emplace_back(statement);
+}
+
+Statement::Statement(std::shared_ptr<Database> database, const std::string& sql)
+    : database_(std::move(database)), statement_(database_->Take(sql), Keeper{database_.get()}) {}
 
 void Statement::Check(int code) const {
   if (code != SQLITE_OK) database_->Fail(sqlite3_sql(statement_.get()));

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvan {
 
@@ -30,18 +31,30 @@ class Database {
   [[noreturn]] void Fail(const std::string& during) const;
 
  private:
-  Database(const std::string& path, int flags);
+  friend class Statement;
 
   struct Closer {
     void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
   };
+  struct Finalizer {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+  };
+
+  Database(const std::string& path, int flags);
+  sqlite3_stmt* Take(const std::string& sql);
+  void Keep(sqlite3_stmt* statement);
+
   std::string path_;
   std::unique_ptr<sqlite3, Closer> handle_;
+  // For the next statement with the same text: a listing that is asked for again and again is prepared once.
+  std::vector<std::unique_ptr<sqlite3_stmt, Finalizer>> kept_;
 };
 
 class Statement {
  public:
   Statement(std::shared_ptr<Database> database, const std::string& sql);
+  Statement(Statement&&) = default;
+  Statement& operator=(Statement&&) = delete;  // the old statement would outlive its database
 
   // Parameters count from 1. Texts are copied.
   void Bind(int parameter, std::string_view text);
@@ -63,11 +76,12 @@ class Statement {
  private:
   void Check(int code) const;
 
-  struct Finalizer {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+  struct Keeper {
+    Database* database = nullptr;
+    void operator()(sqlite3_stmt* statement) const { database->Keep(statement); }
   };
   std::shared_ptr<Database> database_;
-  std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
+  std::unique_ptr<sqlite3_stmt, Keeper> statement_;
 };
 
 // A name between double quotes: the ERP has columns named "desc" and "user".

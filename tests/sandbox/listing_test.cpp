@@ -25,6 +25,22 @@ TEST_F(Listing, TakesBothBoundsIn) {
   EXPECT_THAT(ServiceTypes("B", "C"), ElementsAre("B", "C"));
 }
 
+TEST_F(Listing, IsReadBesideAnotherOneOfTheSameManager) {
+  erp_.Run("INSERT INTO tsmdm030 (cstp) VALUES ('A'), ('B'), ('C'), ('D')");
+  const Object manager = erp_.Manager("ServiceTypes.ServiceTypesManager");
+  const Object first = manager.Call("List", "A", "B").ToObject();
+  EXPECT_EQ(first.Call("nextElement").ToObject().Call("getServiceType").ToText(), "A");
+  EXPECT_THAT(Rows(manager.Call("List", "C", "D").ToObject(), {"getServiceType"}), ElementsAre("C", "D"));
+  EXPECT_THAT(Rows(first, {"getServiceType"}), ElementsAre("B"));
+}
+
+TEST_F(Listing, StartsAnewWhereAnEarlierOneWasLeftInTheMiddle) {
+  erp_.Run("INSERT INTO tsmdm030 (cstp) VALUES ('A'), ('B'), ('C'), ('D')");
+  const Object manager = erp_.Manager("ServiceTypes.ServiceTypesManager");
+  manager.Call("List", "A", "D").ToObject().Call("nextElement");
+  EXPECT_THAT(Rows(manager.Call("List", "B", "C").ToObject(), {"getServiceType"}), ElementsAre("B", "C"));
+}
+
 TEST_F(Listing, ComparesTextsByteByByte) {
   erp_.Run("INSERT INTO tsmdm030 (cstp) VALUES (''), ('10'), ('9'), ('ZZZ'), ('ZZZA'), ('a')");
   EXPECT_THAT(ServiceTypes("", "ZZZ"), ElementsAre("", "10", "9", "ZZZ"));
