@@ -55,8 +55,7 @@ class GrantedRights : public testing::TestWithParam<DriverUnderTest> {
   Company company_;
   OdbcConnection root_;
   std::string name_;
-  // The programs' own look for leaks gets lost in the threads of PostgreSQL's driver.
-  EnvironmentVariable withoutLeaks_{"ASAN_OPTIONS", "detect_leaks=0"};
+  WithoutLeakCheck withoutLeakCheck_;
 };
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(GrantedRights);
 INSTANTIATE_TEST_SUITE_P(Over, GrantedRights, testing::ValuesIn(ServersUnderTest()), ServerName);

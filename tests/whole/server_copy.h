@@ -84,8 +84,7 @@ class CopyIntoAServer : public testing::TestWithParam<DriverUnderTest> {
 
   Company company_;
   LentDatabase database_{GetParam().name};
-  // The program's own look for leaks gets lost in drivers that have lost their server.
-  EnvironmentVariable withoutLeaks_{"ASAN_OPTIONS", "detect_leaks=0"};
+  WithoutLeakCheck withoutLeakCheck_;
 };
 
 inline std::string ServerName(const testing::TestParamInfo<DriverUnderTest>& info) { return info.param.name; }

@@ -12,8 +12,10 @@
 
 #include "platform/database.h"
 #include "tests/support/driver_under_test.h"
+#include "tests/support/environment.h"
 #include "tests/support/process.h"
 #include "tests/support/temp_folder.h"
+#include "tests/tools/qmxadmin/admin_on_a_system.h"
 
 namespace qmx::test {
 
@@ -82,6 +84,13 @@ class Copying : public testing::Test {
     }();
     return file;
   }
+};
+
+class CopyingOnASystem : public Copying, public testing::WithParamInterface<DriverUnderTest> {
+ protected:
+  CopyingOnASystem() : Copying(GetParam().make()) {}
+
+  WithoutLeakCheck withoutLeakCheck_;
 };
 
 }  // namespace qmx::test

@@ -1,4 +1,3 @@
-#include "tests/support/environment.h"
 #include "tests/tools/qmxadmin/copying.h"
 
 namespace qmx::test {
@@ -6,17 +5,8 @@ namespace {
 
 using testing::MatchesRegex;
 
-class QmxAdminCopyOnASystem : public Copying, public testing::WithParamInterface<DriverUnderTest> {
- protected:
-  QmxAdminCopyOnASystem() : Copying(GetParam().make()) {}
-
-  // The copies' own look for leaks gets lost in the threads of PostgreSQL's driver.
-  EnvironmentVariable withoutLeaks_{"ASAN_OPTIONS", "detect_leaks=0"};
-};
-INSTANTIATE_TEST_SUITE_P(Over, QmxAdminCopyOnASystem,
-                         testing::ValuesIn(DriversUnderTest([](const DriverUnderTest& driver) {
-                           return driver.name == "SQLite" || !driver.name.starts_with("SQLite");
-                         })),
+using QmxAdminCopyOnASystem = CopyingOnASystem;
+INSTANTIATE_TEST_SUITE_P(Over, QmxAdminCopyOnASystem, testing::ValuesIn(SystemsUnderTest()),
                          [](const auto& info) { return info.param.name; });
 
 TEST_P(QmxAdminCopyOnASystem, CopiesTablesSeveralAtATimeAndSumsUp) {

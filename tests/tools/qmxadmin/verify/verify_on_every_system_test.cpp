@@ -1,4 +1,3 @@
-#include "tests/support/environment.h"
 #include "tests/tools/qmxadmin/copying.h"
 
 namespace qmx::test {
@@ -8,17 +7,8 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 
-class QmxAdminVerifyOnASystem : public Copying, public testing::WithParamInterface<DriverUnderTest> {
- protected:
-  QmxAdminVerifyOnASystem() : Copying(GetParam().make()) {}
-
-  // The copies' own look for leaks gets lost in the threads of PostgreSQL's driver.
-  EnvironmentVariable withoutLeaks_{"ASAN_OPTIONS", "detect_leaks=0"};
-};
-INSTANTIATE_TEST_SUITE_P(Over, QmxAdminVerifyOnASystem,
-                         testing::ValuesIn(DriversUnderTest([](const DriverUnderTest& driver) {
-                           return driver.name == "SQLite" || !driver.name.starts_with("SQLite");
-                         })),
+using QmxAdminVerifyOnASystem = CopyingOnASystem;
+INSTANTIATE_TEST_SUITE_P(Over, QmxAdminVerifyOnASystem, testing::ValuesIn(SystemsUnderTest()),
                          [](const auto& info) { return info.param.name; });
 
 TEST_P(QmxAdminVerifyOnASystem, FindsNothingAfterACopyAndEveryChangeThen) {
