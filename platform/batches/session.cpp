@@ -7,6 +7,19 @@
 #include "platform/batches/statement.h"
 
 namespace qmx {
+namespace {
+
+// A value keeps the room of the longest text that it ever held: one long text in each batch, in another row each time,
+// would in the end be one in every row.
+void ForgetLongTexts(std::vector<Variant>& values) {
+  std::size_t room = 0;
+  for (const Variant& value : values) {
+    if (const std::string* text = value.IfText()) room += text->capacity();
+  }
+  if (room > 2 * BatchingSession::kMostBytes) values.clear();
+}
+
+}  // namespace
 
 BatchingSession::BatchingSession(std::unique_ptr<DriverSession> inner) : inner_(std::move(inner)) {}
 
@@ -140,6 +153,7 @@ void BatchingSession::SendOldest(Lock& lock) {
   } catch (...) {
     failure = std::current_exception();
   }
+  ForgetLongTexts(batch.values);
   lock.lock();
   isSending_ = false;
   batch.rows = 0;

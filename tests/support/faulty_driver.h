@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,6 +29,7 @@ class FaultyDriver : public Driver {
   void Restart() { record_.clear(), hasFailed_ = false; }
 
   std::function<void(const std::string& operation)> before;  // "Prepare select ...", "Bind select ...", "Step", ...
+  std::function<void(std::span<const Variant> values)> beforeAdd;  // of rows that go out together
 
   const std::vector<std::string>& Record() const { return record_; }  // "Prepare select ...", "Step", ...
   std::int64_t CountOf(const std::string& beginning) const {
@@ -87,6 +89,7 @@ class FaultyDriver : public Driver {
     std::size_t Most() const override { return inner_->Most(); }
     std::size_t Add(std::span<const Variant> values) override {
       owner_.Count("Add");
+      if (owner_.beforeAdd) owner_.beforeAdd(values);
       return inner_->Add(values);
     }
 
