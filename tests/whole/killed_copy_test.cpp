@@ -81,6 +81,17 @@ TEST_P(KilledCopy, InFullLeavesTheFirstRowsWholeAndTheTableInProgress) {
   ExpectRefusalUntilTheFlagIsResetAndThenARightTable();
 }
 
+TEST_P(KilledCopy, InFullIsNotMendedByACopyByChange) {
+  KillAfter(1 + static_cast<int>(dice_() % (kOrders / 3)));
+  const Rows rows = local_.RowsOf(kTable);
+  ASSERT_LT(rows.size(), fresh_.size());
+  local_.Sql("update tstables set in_use = 0");
+  local_.ByChange();
+  const Process next = program_.Run(kTable);
+  EXPECT_EQ(next.status, 0) << next.err;
+  EXPECT_EQ(local_.RowsOf(kTable), rows);
+}
+
 TEST_P(KilledCopy, ByChangeLeavesEveryRowOldOrNewAndTheTableInProgress) {
   company_.Change(DateTime::FromDate(2002, 1, 1), "update tssoc200 set crit = 'NEW', ofbp = ofbp || 'x'");
   LocalCopy fresh(company_, clock_);

@@ -1,5 +1,6 @@
-// The server is lost in the middle of a copy: its connection is ended by the server, the line to it is cut, or the
-// whole server is killed. What was saved stays, nothing else is written, and the table waits for somebody who frees it.
+// The program and the server lose each other in the middle of a copy: the connection is ended by the server, the line
+// is cut, the whole server is killed, or the program is. What was saved stays, nothing else is written, and the table
+// waits for somebody who frees it.
 #include <csignal>
 #include <cstdlib>
 
@@ -23,31 +24,49 @@ class LostServer : public CopyIntoAServer {
     company_.Change(DateTime::FromDate(2002, 1, 1), "update tssoc200 set crit = 'NEW'");
   }
 
-  // Starts a copy and has it stand still once it has saved an order, long before it has saved all; what happens then?
-  template <typename Loss>
-  Process Copy(const CopyProcesses& program, std::int16_t syncMethod, Loss&& lose) {
+  // Starts a copy and has it stand still once it has saved an order, long before it has saved all.
+  std::unique_ptr<RunningProcess> HalfACopy(const CopyProcesses& program, std::int16_t syncMethod) {
     ControlRecord(kTable, syncMethod);
-    const auto run = program.Start(kTable);
+    auto run = program.Start(kTable);
     WaitUntil("an order is copied", [&] { return Value("select count(*) from tssoc200 where orno <> 'A'") != "0"; });
     run->Signal(SIGSTOP);
+    return run;
+  }
+
+  template <typename Loss>
+  Process Copy(const CopyProcesses& program, std::int16_t syncMethod, Loss&& lose) {
+    const auto run = HalfACopy(program, syncMethod);
     lose();
     run->Signal(SIGCONT);
     return run->Wait();
   }
 
-  void EndTheOthersConnections() {
-    const std::string others =
+  std::vector<std::string> OthersConnections() {
+    return Column(
         IsPostgresql()
             ? "select pid from pg_stat_activity where datname = current_database() and pid <> pg_backend_pid()"
-            : "select id from information_schema.processlist where db = database() and id <> connection_id()";
-    for (const std::string& id : Column(others)) {
+            : "select id from information_schema.processlist where db = database() and id <> connection_id()");
+  }
+  void AwaitTheEndOfTheOthersConnections() {
+    WaitUntil("the others' connections have ended", [&] { return OthersConnections().empty(); });
+  }
+  void EndTheOthersConnections() {
+    for (const std::string& id : OthersConnections()) {
       if (IsPostgresql()) {
         Column("select pg_terminate_backend(" + id + ")");
       } else {
         Sql("kill " + id);
       }
     }
-    WaitUntil("the others' connections have ended", [&] { return Column(others).empty(); });
+    AwaitTheEndOfTheOthersConnections();
+  }
+
+  void KillTheProgramWithin(std::int16_t syncMethod) {
+    const CopyProcesses program = Program();
+    const auto run = HalfACopy(program, syncMethod);
+    run->Signal(SIGKILL);
+    EXPECT_EQ(run->Wait().status, 128 + SIGKILL);
+    AwaitTheEndOfTheOthersConnections();
   }
 
   void ExpectTheLossToBeTold(const CopyProcesses& program, const Process& ended) {
@@ -115,18 +134,30 @@ TEST_P(LostServer, BehindALineThatIsCutIsToldAsLostToo) {
   ExpectTheFirstOrdersAndTheFlagAsWithinARun();
 }
 
+using KilledProgram = LostServer;
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(KilledProgram);
+INSTANTIATE_TEST_SUITE_P(Over, KilledProgram, testing::ValuesIn(ServersUnderTest()), ServerName);
+
+TEST_P(KilledProgram, LeavesInAFullCopyTheFirstRowsAndTheTableInProgress) {
+  KillTheProgramWithin(kFullCopy);
+  ExpectTheFirstOrdersAndTheFlagAsWithinARun();
+  EXPECT_EQ(Value("select orno from tssoc200 where orno = 'A'"), "no row");
+}
+
+TEST_P(KilledProgram, LeavesInAChangedCopyTheFirstChangesAndTheTableInProgress) {
+  KillTheProgramWithin(kOnlyChanged);
+  ExpectTheFirstOrdersAndTheFlagAsWithinARun();
+  EXPECT_EQ(Value("select orno from tssoc200 where orno = 'A'"), "A");
+}
+
 // Only where the servers were started for these tests alone.
 std::vector<DriverUnderTest> ServersThatMayBeKilled() {
   return std::getenv("QMX_TEST_MAY_KILL_SERVERS") ? ServersUnderTest() : std::vector<DriverUnderTest>();
 }
 
-class KilledServer : public LostServer {};
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(KilledServer);
-INSTANTIATE_TEST_SUITE_P(Over, KilledServer, testing::ValuesIn(ServersThatMayBeKilled()), ServerName);
-
-TEST_P(KilledServer, IsToldAsLostAndThenAsOneThatDoesNotAnswer) {
-  const CopyProcesses program = Program();
-  const Process ended = Copy(program, kFullCopy, [&] {
+class KilledServer : public LostServer {
+ protected:
+  void KillTheServer() {
     const pid_t server = std::stoi(std::getenv(IsPostgresql() ? "QMX_TEST_POSTGRESQL_PID" : "QMX_TEST_MARIADB_PID"));
     kill(server, IsPostgresql() ? SIGQUIT : SIGKILL);  // PostgreSQL's processes outlive a parent that is killed
     WaitUntil("nobody can connect", [&] {
@@ -137,11 +168,23 @@ TEST_P(KilledServer, IsToldAsLostAndThenAsOneThatDoesNotAnswer) {
         return true;
       }
     });
-  });
-  ExpectTheLossToBeTold(program, ended);
-  const Process next = program.Run(kTable);
-  EXPECT_EQ(next.status, 2);
-  EXPECT_THAT(next.err, HasSubstr("Check the server's address and whether it runs."));
+  }
+
+  void ExpectALossAndThenNoAnswer(std::int16_t syncMethod) {
+    const CopyProcesses program = Program();
+    ExpectTheLossToBeTold(program, Copy(program, syncMethod, [&] { KillTheServer(); }));
+    const Process next = program.Run(kTable);
+    EXPECT_EQ(next.status, 2);
+    EXPECT_THAT(next.err, HasSubstr("Check the server's address and whether it runs."));
+  }
+};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(KilledServer);
+INSTANTIATE_TEST_SUITE_P(Over, KilledServer, testing::ValuesIn(ServersThatMayBeKilled()), ServerName);
+
+TEST_P(KilledServer, InAFullCopyIsToldAsLostAndThenAsOneThatDoesNotAnswer) { ExpectALossAndThenNoAnswer(kFullCopy); }
+
+TEST_P(KilledServer, InAChangedCopyIsToldAsLostAndThenAsOneThatDoesNotAnswer) {
+  ExpectALossAndThenNoAnswer(kOnlyChanged);
 }
 
 }  // namespace
