@@ -154,6 +154,7 @@ class Recordset {
   friend class Field;
   RecordsetCursor& OpenCursor() const;  // 3704 when closed
   void Assign(std::size_t index, Variant&& value);
+  void AssignAndTell(std::size_t index, Variant&& value);
   template <typename Step>
   void Tell(std::string_view operation, Step&& step);
   DatabaseObserver* observer_;

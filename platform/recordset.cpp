@@ -22,6 +22,11 @@ void RequireServed(int cursorType, int lockType, int options) {
 
 }  // namespace
 
+inline RecordsetCursor& Recordset::OpenCursor() const {
+  if (!cursor_) throw Error(errors::kClosed, kSource, "The record set is closed.");
+  return *cursor_;
+}
+
 Recordset::Recordset(DatabaseObserver* observer)
     : observer_(observer),
       columnObserver_(observer && observer->HearsOfColumns() ? observer : nullptr),
@@ -102,7 +107,7 @@ Field Recordset::Fields(const Column& column) {
 }
 
 Field Recordset::Fields(std::size_t index) {
-  OpenCursor().ColumnName(index);
+  OpenCursor().ColumnAt(index);
   return Field(*this, index);
 }
 
@@ -128,19 +133,18 @@ void Recordset::Close() {
   });
 }
 
-RecordsetCursor& Recordset::OpenCursor() const {
-  if (!cursor_) throw Error(errors::kClosed, kSource, "The record set is closed.");
-  return *cursor_;
+void Recordset::Assign(std::size_t index, Variant&& value) {
+  if (columnObserver_) return AssignAndTell(index, std::move(value));
+  AtTheWall([&] { OpenCursor().Assign(index, std::move(value)); });
 }
 
-void Recordset::Assign(std::size_t index, Variant&& value) {
-  if (!columnObserver_) return AtTheWall([&] { OpenCursor().Assign(index, std::move(value)); });
+void Recordset::AssignAndTell(std::size_t index, Variant&& value) {
   const Variant told = value;
   std::string name;
   Observed(
       columnObserver_,
       [&] {
-        name = OpenCursor().ColumnName(index);
+        name = OpenCursor().ColumnAt(index).name;
         OpenCursor().Assign(index, std::move(value));
       },
       [&](const Error* error) { columnObserver_->ColumnSet(number_, name, told, error); });
@@ -158,7 +162,7 @@ Variant Field::Value() const {
 void Field::Value(Variant&& value) { owner_.Assign(index_, std::move(value)); }
 
 std::string Field::Name() const {
-  return AtTheWall([&] { return owner_.OpenCursor().ColumnName(index_); });
+  return AtTheWall([&] { return owner_.OpenCursor().ColumnAt(index_).name; });
 }
 
 }  // namespace qmx

@@ -48,8 +48,7 @@ std::unique_ptr<RecordsetCursor> RecordsetCursor::OnStatement(std::shared_ptr<Da
   return cursor;
 }
 
-const std::string& RecordsetCursor::ColumnName(std::size_t column) const {
-  if (column < layout_->Columns().size()) return layout_->Columns()[column].name;
+void RecordsetCursor::RaiseNoSuchColumn(std::size_t column) const {
   throw Error(errors::kNoSuchColumn, kSource,
               "There is no column number " + std::to_string(column) + ": the row has " +
                   std::to_string(layout_->Columns().size()) + " columns.");
@@ -92,7 +91,7 @@ void RecordsetCursor::MoveNext() {
 }
 
 Variant RecordsetCursor::Value(std::size_t column) {
-  ColumnName(column);
+  ColumnAt(column);
   if (pendingKind_ != Pending::None && !pending_[column].IsEmpty()) return pending_[column];
   if (pendingKind_ == Pending::NewRow) return Variant::Null();
   Row& row = CurrentRow();
@@ -102,15 +101,17 @@ Variant RecordsetCursor::Value(std::size_t column) {
 }
 
 void RecordsetCursor::Assign(std::size_t column, Variant&& value) {
-  const std::string& name = ColumnName(column);
+  const ColumnDescription& description = ColumnAt(column);
   StoredTable& table = WritableTable();
   const bool isNew = pendingKind_ == Pending::NewRow;
   const Row& current = isNew ? pending_ : CurrentRow();
   try {
-    ToColumnType(value, layout_->Columns()[column].type);
+    if (value.GetKind() != description.type || value.GetKind() == Variant::Kind::Double) {
+      ToColumnType(value, description.type);
+    }
     pending_[column] = std::move(value);
   } catch (Error& error) {
-    error.With("table", table.Name()).With("column", name).With("key", table.KeyText(current));
+    error.With("table", table.Name()).With("column", description.name).With("key", table.KeyText(current));
     throw;
   }
   if (!isNew) pendingKind_ = Pending::Edit;
@@ -202,9 +203,8 @@ Row& RecordsetCursor::CurrentRow() {
   return rows_[position_];
 }
 
-StoredTable& RecordsetCursor::WritableTable() {
+void RecordsetCursor::RaiseNotWritable() const {
   session_->Driver();
-  if (table_) return *table_;
   throw Error(errors::kNotAllowedNow, kSource,
               "The rows of this query are read-only: it does not show the rows of one table whole.")
       .With("statement", source_);

@@ -25,7 +25,12 @@ class RecordsetCursor {
   RecordsetCursor& operator=(const RecordsetCursor&) = delete;
 
   const RowLayout& Layout() const { return *layout_; }
-  const std::string& ColumnName(std::size_t column) const;  // 3265 when there is none
+  const ColumnDescription& ColumnAt(std::size_t column) const {  // 3265 when there is none
+    const std::vector<ColumnDescription>& columns = layout_->Columns();
+    if (column >= columns.size()) RaiseNoSuchColumn(column);
+    return columns[column];
+  }
+  [[noreturn]] void RaiseNoSuchColumn(std::size_t column) const;
   [[noreturn]] void RaiseNoSuchColumn(std::string_view name) const;
 
   std::int64_t Count();
@@ -53,7 +58,11 @@ class RecordsetCursor {
   void SaveEdit();
   void SaveNewRow(bool mayWait);
   Row& CurrentRow();
-  StoredTable& WritableTable();
+  StoredTable& WritableTable() {
+    if (table_ && session_->IsOpen()) return *table_;
+    RaiseNotWritable();
+  }
+  [[noreturn]] void RaiseNotWritable() const;
 
   std::shared_ptr<DatabaseSession> session_;
   StoredTable* table_ = nullptr;  // the session's; null where the rows are read-only

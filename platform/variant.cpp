@@ -144,7 +144,7 @@ DateTime DateTimeFromDays(double days) {
 }  // namespace
 
 bool Variant::ToBoolean() const {
-  if (const bool* boolean = std::get_if<bool>(&value_)) return *boolean;
+  if (kind_ == Kind::Boolean) return plain_.whole != 0;
   if (const std::string* text = IfText()) {
     if (EqualsIgnoringCase(*text, "true")) return true;
     if (EqualsIgnoringCase(*text, "false")) return false;
@@ -153,20 +153,20 @@ bool Variant::ToBoolean() const {
 }
 
 std::uint8_t Variant::ToUInt8() const {
-  if (const auto* number = std::get_if<std::uint8_t>(&value_)) return *number;
+  if (kind_ == Kind::UInt8) return static_cast<std::uint8_t>(plain_.whole);
   return ToInteger<std::uint8_t>(*this, Name(Kind::UInt8));
 }
 
 std::int16_t Variant::ToInt16() const {
-  if (const auto* number = std::get_if<std::int16_t>(&value_)) return *number;
-  if (const auto* number = std::get_if<std::int32_t>(&value_); number && std::in_range<std::int16_t>(*number)) {
-    return static_cast<std::int16_t>(*number);  // as most components answer
+  if (kind_ == Kind::Int16) return static_cast<std::int16_t>(plain_.whole);
+  if (kind_ == Kind::Int32 && std::in_range<std::int16_t>(plain_.whole)) {
+    return static_cast<std::int16_t>(plain_.whole);  // as most components answer
   }
   return ToInteger<std::int16_t>(*this, Name(Kind::Int16));
 }
 
 std::int32_t Variant::ToInt32() const {
-  if (const auto* number = std::get_if<std::int32_t>(&value_)) return *number;
+  if (kind_ == Kind::Int32) return static_cast<std::int32_t>(plain_.whole);
   return ToInteger<std::int32_t>(*this, Name(Kind::Int32));
 }
 
@@ -177,23 +177,19 @@ double Variant::ToDouble() const {
     case Kind::Null:
       RaiseInvalidUseOfNull(Name(Kind::Double));
     case Kind::Boolean:
-      return std::get<bool>(value_) ? -1 : 0;
+      return plain_.whole != 0 ? -1 : 0;
     case Kind::UInt8:
-      return std::get<std::uint8_t>(value_);
     case Kind::Int16:
-      return std::get<std::int16_t>(value_);
     case Kind::Int32:
-      return std::get<std::int32_t>(value_);
+      return static_cast<double>(plain_.whole);
     case Kind::Double:
-      return std::get<double>(value_);
+      return plain_.number;
     case Kind::DateTime:
-      return static_cast<double>(std::get<qmx::DateTime>(value_).Seconds()) /
-             static_cast<double>(qmx::DateTime::kSecondsPerDay);
+      return static_cast<double>(plain_.whole) / static_cast<double>(qmx::DateTime::kSecondsPerDay);
     case Kind::Text: {
-      const std::string& text = std::get<std::string>(value_);
-      const std::optional<double> number = ParseNumber(text);
-      if (!number) RaiseTextMismatch(text, Name(Kind::Double));
-      if (std::isinf(*number)) RaiseOverflow("the text '" + text + "'", Name(Kind::Double));
+      const std::optional<double> number = ParseNumber(text_);
+      if (!number) RaiseTextMismatch(text_, Name(Kind::Double));
+      if (std::isinf(*number)) RaiseOverflow("the text '" + text_ + "'", Name(Kind::Double));
       return *number;
     }
     case Kind::Object:
@@ -203,7 +199,7 @@ double Variant::ToDouble() const {
 }
 
 DateTime Variant::ToDateTime() const {
-  if (const auto* moment = std::get_if<qmx::DateTime>(&value_)) return *moment;
+  if (kind_ == Kind::DateTime) return DateTime::FromSeconds(plain_.whole);
   if (IsNull()) RaiseInvalidUseOfNull(Name(Kind::DateTime));
   if (const std::string* text = IfText()) {
     const std::optional<qmx::DateTime> moment = qmx::DateTime::Parse(WithoutBlanks(*text));
@@ -220,19 +216,17 @@ std::string Variant::ToText() const {
     case Kind::Null:
       return {};
     case Kind::Boolean:
-      return std::get<bool>(value_) ? "True" : "False";
+      return plain_.whole != 0 ? "True" : "False";
     case Kind::UInt8:
-      return std::to_string(std::get<std::uint8_t>(value_));
     case Kind::Int16:
-      return std::to_string(std::get<std::int16_t>(value_));
     case Kind::Int32:
-      return std::to_string(std::get<std::int32_t>(value_));
+      return std::to_string(plain_.whole);
     case Kind::Double:
-      return NumberText(std::get<double>(value_));
+      return NumberText(plain_.number);
     case Kind::DateTime:
-      return std::get<qmx::DateTime>(value_).ToText();
+      return ToDateTime().ToText();
     case Kind::Text:
-      return std::get<std::string>(value_);
+      return text_;
     case Kind::Object:
       break;
   }
@@ -240,7 +234,7 @@ std::string Variant::ToText() const {
 }
 
 Object Variant::ToObject() && {
-  if (auto* object = std::get_if<qmx::Object>(&value_)) return std::move(*object);
+  if (kind_ == Kind::Object) return std::move(object_);
   return ToObject();
 }
 
@@ -274,6 +268,20 @@ Variant Variant::ConvertedTo(Kind kind) const {
       break;
   }
   RaiseTypeMismatch(Name(GetKind()), Name(kind));
+}
+
+bool operator==(const Variant& one, const Variant& other) {
+  if (one.kind_ != other.kind_) return false;
+  switch (one.kind_) {
+    case Variant::Kind::Double:
+      return one.plain_.number == other.plain_.number;
+    case Variant::Kind::Text:
+      return one.text_ == other.text_;
+    case Variant::Kind::Object:
+      return one.object_ == other.object_;
+    default:
+      return one.plain_.whole == other.plain_.whole;
+  }
 }
 
 std::optional<double> ParseNumber(std::string_view text) {

@@ -8,10 +8,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
+#include <utility>
 
 #include "platform/datetime.h"
 #include "platform/object.h"
@@ -20,31 +21,37 @@ namespace qmx {
 
 class Variant {
  public:
-  enum class Kind { Empty, Null, Boolean, UInt8, Int16, Int32, Double, DateTime, Text, Object };  // in storage order
+  enum class Kind { Empty, Null, Boolean, UInt8, Int16, Int32, Double, DateTime, Text, Object };
 
-  Variant() = default;  // empty
-  static Variant Null() { return Variant(Storage(NullValue{})); }
+  Variant() {}  // empty
+  static Variant Null() { return Variant(Kind::Null, Plain()); }
 
   // Values convert to a Variant by themselves: component calls are written with plain literals.
-  Variant(bool value) : value_(value) {}
-  Variant(std::uint8_t value) : value_(value) {}
-  Variant(std::int16_t value) : value_(value) {}
-  Variant(std::int32_t value) : value_(value) {}
-  Variant(double value) : value_(value) {}
-  Variant(DateTime value) : value_(value) {}
-  Variant(std::string value) : value_(std::move(value)) {}
-  Variant(std::string_view value) : value_(std::string(value)) {}
-  Variant(const char* value) : value_(std::string(value)) {}
-  Variant(Object value) : value_(std::move(value)) {}
+  Variant(bool value) : Variant(Kind::Boolean, {.whole = value}) {}
+  Variant(std::uint8_t value) : Variant(Kind::UInt8, {.whole = value}) {}
+  Variant(std::int16_t value) : Variant(Kind::Int16, {.whole = value}) {}
+  Variant(std::int32_t value) : Variant(Kind::Int32, {.whole = value}) {}
+  Variant(double value) : Variant(Kind::Double, {.number = value}) {}
+  Variant(DateTime value) : Variant(Kind::DateTime, {.whole = value.Seconds()}) {}
+  Variant(std::string value) : kind_(Kind::Text), text_(std::move(value)) {}
+  Variant(std::string_view value) : kind_(Kind::Text), text_(value) {}
+  Variant(const char* value) : kind_(Kind::Text), text_(value) {}
+  Variant(Object value) : kind_(Kind::Object), object_(std::move(value)) {}
 
-  Kind GetKind() const { return static_cast<Kind>(value_.index()); }
+  Variant(const Variant& other) { Become(other); }
+  Variant(Variant&& other) noexcept { Become(std::move(other)); }
+  Variant& operator=(const Variant& other) { return Assign(other); }
+  Variant& operator=(Variant&& other) noexcept { return Assign(std::move(other)); }
+  ~Variant() { Clear(); }
+
+  Kind GetKind() const { return kind_; }
   bool IsEmpty() const { return GetKind() == Kind::Empty; }
   bool IsNull() const { return GetKind() == Kind::Null; }
   bool IsNumber() const { return GetKind() >= Kind::Boolean && GetKind() <= Kind::Double; }
 
   // The value itself where it is of that kind, else null; borrowed from this value.
-  const std::string* IfText() const { return std::get_if<std::string>(&value_); }
-  const Object* IfObject() const { return std::get_if<qmx::Object>(&value_); }
+  const std::string* IfText() const { return kind_ == Kind::Text ? &text_ : nullptr; }
+  const Object* IfObject() const { return kind_ == Kind::Object ? &object_ : nullptr; }
 
   bool ToBoolean() const;
   std::uint8_t ToUInt8() const;
@@ -60,16 +67,54 @@ class Variant {
   Variant ConvertedTo(Kind kind) const;
 
   // The same kind and the same value; 1 and 1.0 differ.
-  friend bool operator==(const Variant&, const Variant&) = default;
+  friend bool operator==(const Variant& one, const Variant& other);
 
  private:
-  struct NullValue {
-    friend bool operator==(NullValue, NullValue) = default;
+  // What is copied as it stands: all numbers, date-times as their seconds. This and not a std::variant, whose visits
+  // cost a row more than its values: each goes through several of them on its way.
+  union Plain {
+    std::int64_t whole = 0;
+    double number;
   };
-  using Storage = std::variant<std::monostate, NullValue, bool, std::uint8_t, std::int16_t, std::int32_t, double,
-                               qmx::DateTime, std::string, qmx::Object>;
-  explicit Variant(Storage value) : value_(std::move(value)) {}
-  Storage value_;
+
+  Variant(Kind kind, Plain plain) : kind_(kind), plain_(plain) {}
+
+  template <typename Other>
+  void Become(Other&& other) {  // of an empty value
+    if (other.kind_ == Kind::Text) {
+      std::construct_at(&text_, std::forward<Other>(other).text_);
+    } else if (other.kind_ == Kind::Object) {
+      std::construct_at(&object_, std::forward<Other>(other).object_);
+    } else {
+      plain_ = other.plain_;
+    }
+    kind_ = other.kind_;
+  }
+
+  template <typename Other>
+  Variant& Assign(Other&& other) {
+    if (kind_ == Kind::Text && other.kind_ == Kind::Text) {
+      text_ = std::forward<Other>(other).text_;  // keeps its memory
+    } else if (this != &other) {
+      Clear();
+      Become(std::forward<Other>(other));
+    }
+    return *this;
+  }
+
+  void Clear() {
+    if (kind_ == Kind::Text) std::destroy_at(&text_);
+    if (kind_ == Kind::Object) std::destroy_at(&object_);
+    kind_ = Kind::Empty;
+    std::construct_at(&plain_);
+  }
+
+  Kind kind_ = Kind::Empty;
+  union {
+    Plain plain_ = {};
+    std::string text_;
+    qmx::Object object_;
+  };
 };
 
 // The number that a whole number literal stands for, infinity where it is past the largest double; nothing for any

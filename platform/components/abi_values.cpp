@@ -6,10 +6,6 @@
 namespace qmx {
 namespace {
 
-std::string_view Text(const char* data, std::size_t length) {
-  return data ? std::string_view(data, length) : std::string_view();
-}
-
 std::int32_t Within(std::int32_t value, std::int32_t low, std::int32_t high) {
   if (value >= low && value <= high) return value;
   throw Error(errors::kOverflow, "Components",
@@ -73,7 +69,7 @@ void Borrow(const Variant& value, qmx_value& out) {
 
 }  // namespace
 
-Variant FromAbi(const qmx_value& value, Reference reference) {
+Variant AnyFromAbi(const qmx_value& value, Reference reference) {
   switch (value.kind) {
     case QMX_EMPTY:
       return {};
@@ -92,7 +88,7 @@ Variant FromAbi(const qmx_value& value, Reference reference) {
     case QMX_DATETIME:
       return Moment(value.as.seconds);
     case QMX_TEXT:
-      return Text(value.as.text.data, value.as.text.length);
+      return TextFromAbi(value.as.text.data, value.as.text.length);
     case QMX_OBJECT:
       return ObjectFromAbi(value.as.object, reference);
     default:
@@ -107,7 +103,7 @@ Object ObjectFromAbi(qmx_object* object, Reference reference) {
     if (reference == Reference::Given) object->type->release(object);
     return Object(std::move(ours));
   }
-  Object theirs(std::make_shared<ServerObject>(object, std::string()));
+  Object theirs(std::make_shared<ServerObject>(object));
   if (reference == Reference::Borrowed) object->type->add_ref(object);
   return theirs;
 }
@@ -166,8 +162,8 @@ void GiveValue(const Variant& value, qmx_value& out) {
 }
 
 Error FromAbi(const qmx_error& error, const std::string& source) {
-  const std::string_view givenSource = Text(error.source, error.source_length);
-  const std::string_view description = Text(error.description, error.description_length);
+  const std::string_view givenSource = TextFromAbi(error.source, error.source_length);
+  const std::string_view description = TextFromAbi(error.description, error.description_length);
   return {error.number != 0 ? error.number : errors::kInternal, givenSource.empty() ? source : std::string(givenSource),
           description.empty() ? "The component failed without a description." : std::string(description)};
 }

@@ -18,8 +18,17 @@ namespace qmx {
 // Whether the receiver of an object was given a reference with it (a result) or only sees it (an argument).
 enum class Reference { Given, Borrowed };
 
+inline std::string_view TextFromAbi(const char* data, std::size_t length) {
+  return data ? std::string_view(data, length) : std::string_view();
+}
+
 // The value as one of ours; texts are copied. Raises 13 for a kind that nobody knows, 6 for a number outside its kind.
-Variant FromAbi(const qmx_value& value, Reference reference);
+Variant AnyFromAbi(const qmx_value& value, Reference reference);
+inline Variant FromAbi(const qmx_value& value, Reference reference) {
+  if (value.kind == QMX_INT32) return value.as.integer;
+  if (value.kind == QMX_TEXT) return TextFromAbi(value.as.text.data, value.as.text.length);
+  return AnyFromAbi(value, reference);
+}
 
 // No object for null. An object of ours becomes itself again.
 Object ObjectFromAbi(qmx_object* object, Reference reference);

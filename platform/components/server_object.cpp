@@ -14,7 +14,11 @@ const char* Flaw(const qmx_object* object) {
 
 }  // namespace
 
-ServerObject::ServerObject(qmx_object* object, std::string progId) : object_(object), progId_(std::move(progId)) {
+ServerObject::ServerObject(qmx_object* object, std::string progId) : ServerObject(object) {
+  progId_ = std::move(progId);
+}
+
+ServerObject::ServerObject(qmx_object* object) : object_(object) {
   if (const char* const flaw = Flaw(object)) {
     throw Error(errors::kInternal, "Components", std::string("A component server gave an unusable object: ") + flaw);
   }
@@ -24,9 +28,21 @@ ServerObject::~ServerObject() { object_->type->release(object_); }
 
 Variant ServerObject::Invoke(const Member& member, std::span<const Argument> arguments) {
   try {
+    const qmx_type* const type = object_->type;
     Member::Site& site = member.LastFound();
-    if (site.type != object_->type) site = {object_->type, Resolve(member)};
-    return Call(site.id, arguments);
+    if (site.type != type) [[unlikely]]
+      site = {type, Resolve(member)};
+    qmx_value result;
+    result.struct_size = sizeof result;
+    result.kind = QMX_EMPTY;
+    result.flags = 0;
+    qmx_error error = EmptyAbiError();
+    if (arguments.empty()) {
+      Require(type->invoke(object_, site.id, nullptr, 0, &result, &error), error);
+    } else {
+      Call(site.id, arguments, result, error);
+    }
+    return FromAbi(result, Reference::Given);
   } catch (Error& error) {
     Describe(error, member);
     throw;
@@ -44,21 +60,10 @@ std::int32_t ServerObject::Resolve(const Member& member) {
   return id;
 }
 
-Variant ServerObject::Call(std::int32_t id, std::span<const Argument> arguments) {
-  qmx_value result;
-  result.struct_size = sizeof result;
-  result.kind = QMX_EMPTY;
-  result.flags = 0;
-  qmx_error error = EmptyAbiError();
-  const auto invoke = object_->type->invoke;
-  if (arguments.empty()) {
-    Require(invoke(object_, id, nullptr, 0, &result, &error), error);
-  } else {
-    AbiArguments list(arguments);
-    Require(invoke(object_, id, list.Pointers(), arguments.size(), &result, &error), error);
-    list.WriteBack();
-  }
-  return FromAbi(result, Reference::Given);
+void ServerObject::Call(std::int32_t id, std::span<const Argument> arguments, qmx_value& result, qmx_error& error) {
+  AbiArguments list(arguments);
+  Require(object_->type->invoke(object_, id, list.Pointers(), arguments.size(), &result, &error), error);
+  list.WriteBack();
 }
 
 void ServerObject::Raise(qmx_status status, const qmx_error& error) const {

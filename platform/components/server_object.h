@@ -12,6 +12,7 @@ namespace qmx {
 class ServerObject final : public Dispatch {
  public:
   // Takes over a reference. Raises 51 for an object that cannot be called: too short, without its four functions.
+  explicit ServerObject(qmx_object* object);
   ServerObject(qmx_object* object, std::string progId);
   ~ServerObject() override;
   ServerObject(const ServerObject&) = delete;
@@ -23,7 +24,7 @@ class ServerObject final : public Dispatch {
 
  private:
   std::int32_t Resolve(const Member& member);
-  Variant Call(std::int32_t id, std::span<const Argument> arguments);
+  void Call(std::int32_t id, std::span<const Argument> arguments, qmx_value& result, qmx_error& error);
   void Require(qmx_status status, const qmx_error& error) const {
     if (status != QMX_OK) Raise(status, error);
   }
