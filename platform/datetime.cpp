@@ -15,11 +15,11 @@ struct Civil {
   int day;
 };
 
-std::int64_t FloorDivide(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
+constexpr std::int64_t FloorDivide(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
 
 // Days since 1970-01-01 of a day in the proleptic Gregorian calendar. Years are taken to begin in March, so that the
 // leap day is the last of its year.
-std::int64_t DaysFromCivil(std::int64_t year, int month, std::int64_t day) {
+constexpr std::int64_t DaysFromCivil(std::int64_t year, int month, std::int64_t day) {
   if (month <= 2) --year;
   const std::int64_t era = FloorDivide(year, 400);
   const std::int64_t yearOfEra = year - era * 400;
@@ -82,11 +82,10 @@ void PutTwo(char* to, std::int64_t number) {
 DateTime DateTime::FromDate(std::int64_t year, std::int64_t month, std::int64_t day) {
   const auto beyond = [](std::int64_t part) { return part < -kFurthest || part > kFurthest; };
   if (!beyond(year) && !beyond(month) && !beyond(day)) {
-    const std::int64_t carriedYear = year + FloorDivide(month - 1, 12);
-    const int carriedMonth = static_cast<int>(month - 1 - FloorDivide(month - 1, 12) * 12) + 1;
-    const std::int64_t days = DaysFromCivil(carriedYear, carriedMonth, 1) + day - 1;
-    static const std::int64_t first = DaysFromCivil(100, 1, 1);
-    static const std::int64_t last = DaysFromCivil(9999, 12, 31);
+    const std::int64_t carried = FloorDivide(month - 1, 12);
+    const std::int64_t days = DaysFromCivil(year + carried, static_cast<int>(month - carried * 12), 1) + day - 1;
+    constexpr std::int64_t first = DaysFromCivil(100, 1, 1);
+    constexpr std::int64_t last = DaysFromCivil(9999, 12, 31);
     if (days >= first && days <= last) return DateTime((days - kZeroDay) * kSecondsPerDay);
   }
   throw Error(errors::kOverflow, "DateTime",

@@ -101,20 +101,23 @@ Variant RecordsetCursor::Value(std::size_t column) {
 }
 
 void RecordsetCursor::Assign(std::size_t column, Variant&& value) {
+  const Variant::Kind type = ColumnAt(column).type;
+  WritableTable();
+  if (pendingKind_ != Pending::NewRow) CurrentRow();
+  if (value.GetKind() != type || type == Variant::Kind::Double) Convert(column, value);
+  pending_[column] = std::move(value);
+  if (pendingKind_ != Pending::NewRow) pendingKind_ = Pending::Edit;
+}
+
+void RecordsetCursor::Convert(std::size_t column, Variant& value) {
   const ColumnDescription& description = ColumnAt(column);
-  StoredTable& table = WritableTable();
-  const bool isNew = pendingKind_ == Pending::NewRow;
-  const Row& current = isNew ? pending_ : CurrentRow();
   try {
-    if (value.GetKind() != description.type || value.GetKind() == Variant::Kind::Double) {
-      ToColumnType(value, description.type);
-    }
-    pending_[column] = std::move(value);
+    ToColumnType(value, description.type);
   } catch (Error& error) {
-    error.With("table", table.Name()).With("column", description.name).With("key", table.KeyText(current));
+    const std::string key = table_->KeyText(pendingKind_ == Pending::NewRow ? pending_ : CurrentRow());
+    error.With("table", table_->Name()).With("column", description.name).With("key", key);
     throw;
   }
-  if (!isNew) pendingKind_ = Pending::Edit;
 }
 
 void RecordsetCursor::AddNew() {
@@ -162,7 +165,7 @@ void RecordsetCursor::SaveNewRow(bool mayWait) {
 }
 
 void RecordsetCursor::Drop() {
-  std::fill(pending_.begin(), pending_.end(), Variant());
+  for (Variant& value : pending_) value.Clear();
   pendingKind_ = Pending::None;
 }
 

@@ -55,6 +55,7 @@ class RecordsetCursor {
   }
   void ReadRows(const std::string& statement);
   void ReadRowsOnce();
+  void Convert(std::size_t column, Variant& value);
   void SaveEdit();
   void SaveNewRow(bool mayWait);
   Row& CurrentRow();

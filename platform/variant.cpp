@@ -157,11 +157,8 @@ std::uint8_t Variant::ToUInt8() const {
   return ToInteger<std::uint8_t>(*this, Name(Kind::UInt8));
 }
 
-std::int16_t Variant::ToInt16() const {
+std::int16_t Variant::AsInt16() const {
   if (kind_ == Kind::Int16) return static_cast<std::int16_t>(plain_.whole);
-  if (kind_ == Kind::Int32 && std::in_range<std::int16_t>(plain_.whole)) {
-    return static_cast<std::int16_t>(plain_.whole);  // as most components answer
-  }
   return ToInteger<std::int16_t>(*this, Name(Kind::Int16));
 }
 

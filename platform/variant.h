@@ -55,7 +55,10 @@ class Variant {
 
   bool ToBoolean() const;
   std::uint8_t ToUInt8() const;
-  std::int16_t ToInt16() const;
+  std::int16_t ToInt16() const {
+    const bool fits = kind_ == Kind::Int32 && std::in_range<std::int16_t>(plain_.whole);  // as most components answer
+    return fits ? static_cast<std::int16_t>(plain_.whole) : AsInt16();
+  }
   std::int32_t ToInt32() const;
   double ToDouble() const;
   DateTime ToDateTime() const;    // a number counts days from the zero date-time, fractions to the nearest second
@@ -65,6 +68,14 @@ class Variant {
 
   // This value as one of `kind`; null and empty stay what they are. Raises as the conversions above do.
   Variant ConvertedTo(Kind kind) const;
+
+  // Empty again.
+  void Clear() {
+    if (kind_ == Kind::Text) std::destroy_at(&text_);
+    if (kind_ == Kind::Object) std::destroy_at(&object_);
+    kind_ = Kind::Empty;
+    std::construct_at(&plain_);
+  }
 
   // The same kind and the same value; 1 and 1.0 differ.
   friend bool operator==(const Variant& one, const Variant& other);
@@ -78,6 +89,8 @@ class Variant {
   };
 
   Variant(Kind kind, Plain plain) : kind_(kind), plain_(plain) {}
+
+  std::int16_t AsInt16() const;
 
   template <typename Other>
   void Become(Other&& other) {  // of an empty value
@@ -100,13 +113,6 @@ class Variant {
       Become(std::forward<Other>(other));
     }
     return *this;
-  }
-
-  void Clear() {
-    if (kind_ == Kind::Text) std::destroy_at(&text_);
-    if (kind_ == Kind::Object) std::destroy_at(&object_);
-    kind_ = Kind::Empty;
-    std::construct_at(&plain_);
   }
 
   Kind kind_ = Kind::Empty;

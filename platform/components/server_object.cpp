@@ -26,23 +26,19 @@ ServerObject::ServerObject(qmx_object* object) : object_(object) {
 
 ServerObject::~ServerObject() { object_->type->release(object_); }
 
-Variant ServerObject::Invoke(const Member& member, std::span<const Argument> arguments) {
+inline void ServerObject::Call(std::int32_t id, qmx_value* const* arguments, std::size_t count, qmx_value& result) {
+  result.struct_size = sizeof result;
+  result.kind = QMX_EMPTY;
+  result.flags = 0;
+  qmx_error error = EmptyAbiError();
+  const qmx_status status = object_->type->invoke(object_, id, arguments, count, &result, &error);
+  if (status != QMX_OK) Raise(status, error);
+}
+
+template <typename Body>
+inline Variant ServerObject::Described(const Member& member, Body&& body) const {
   try {
-    const qmx_type* const type = object_->type;
-    Member::Site& site = member.LastFound();
-    if (site.type != type) [[unlikely]]
-      site = {type, Resolve(member)};
-    qmx_value result;
-    result.struct_size = sizeof result;
-    result.kind = QMX_EMPTY;
-    result.flags = 0;
-    qmx_error error = EmptyAbiError();
-    if (arguments.empty()) {
-      Require(type->invoke(object_, site.id, nullptr, 0, &result, &error), error);
-    } else {
-      Call(site.id, arguments, result, error);
-    }
-    return FromAbi(result, Reference::Given);
+    return body();
   } catch (Error& error) {
     Describe(error, member);
     throw;
@@ -53,17 +49,34 @@ Variant ServerObject::Invoke(const Member& member, std::span<const Argument> arg
   }
 }
 
+Variant ServerObject::Invoke(const Member& member, std::span<const Argument> arguments) {
+  const Member::Site& site = member.LastFound();
+  if (site.type != object_->type || !arguments.empty()) return InvokeOther(member, arguments);
+  return Described(member, [&] {
+    qmx_value result;
+    Call(site.id, nullptr, 0, result);
+    return FromAbi(result, Reference::Given);
+  });
+}
+
+Variant ServerObject::InvokeOther(const Member& member, std::span<const Argument> arguments) {
+  return Described(member, [&] {
+    Member::Site& site = member.LastFound();
+    if (site.type != object_->type) site = {object_->type, Resolve(member)};
+    AbiArguments list(arguments);
+    qmx_value result;
+    Call(site.id, list.Pointers(), arguments.size(), result);
+    list.WriteBack();
+    return FromAbi(result, Reference::Given);
+  });
+}
+
 std::int32_t ServerObject::Resolve(const Member& member) {
   std::int32_t id = 0;
   qmx_error error = EmptyAbiError();
-  Require(object_->type->resolve(object_, member.Name().data(), member.Name().size(), &id, &error), error);
+  const qmx_status status = object_->type->resolve(object_, member.Name().data(), member.Name().size(), &id, &error);
+  if (status != QMX_OK) Raise(status, error);
   return id;
-}
-
-void ServerObject::Call(std::int32_t id, std::span<const Argument> arguments, qmx_value& result, qmx_error& error) {
-  AbiArguments list(arguments);
-  Require(object_->type->invoke(object_, id, list.Pointers(), arguments.size(), &result, &error), error);
-  list.WriteBack();
 }
 
 void ServerObject::Raise(qmx_status status, const qmx_error& error) const {

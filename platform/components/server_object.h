@@ -23,11 +23,12 @@ class ServerObject final : public Dispatch {
   qmx_object* Pointer() const { return object_; }
 
  private:
+  // Not inlined: a getter that was called before takes the short way.
+  [[gnu::noinline]] Variant InvokeOther(const Member& member, std::span<const Argument> arguments);
   std::int32_t Resolve(const Member& member);
-  void Call(std::int32_t id, std::span<const Argument> arguments, qmx_value& result, qmx_error& error);
-  void Require(qmx_status status, const qmx_error& error) const {
-    if (status != QMX_OK) Raise(status, error);
-  }
+  void Call(std::int32_t id, qmx_value* const* arguments, std::size_t count, qmx_value& result);
+  template <typename Body>
+  Variant Described(const Member& member, Body&& body) const;
   [[noreturn]] void Raise(qmx_status status, const qmx_error& error) const;
   std::string Name() const;
   void Describe(Error& error, const Member& member) const;

@@ -1,6 +1,5 @@
 #include "binding/moment.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 
@@ -10,20 +9,25 @@ namespace {
 constexpr std::int64_t kSecondsPerDay = 86400;
 constexpr std::chrono::sys_days kDayZero = std::chrono::year(1899) / std::chrono::December / 30;
 
-// Takes a number of at most `digits` digits off the front of the text.
-bool TakeNumber(std::string_view& text, std::size_t digits, int& number) {
-  std::size_t used = 0;
-  for (number = 0; used < std::min(digits, text.size()) && text[used] >= '0' && text[used] <= '9'; ++used)
-    number = number * 10 + (text[used] - '0');
-  text.remove_prefix(used);
-  return used > 0;
-}
+// Reads a text from its beginning.
+struct Reader {
+  const char* at;
+  const char* end;
 
-bool TakeMark(std::string_view& text, std::string_view marks) {
-  if (text.empty() || marks.find(text.front()) == std::string_view::npos) return false;
-  text.remove_prefix(1);
-  return true;
-}
+  template <int digits>  // at most
+  bool Number(int& number) {
+    const char* const start = at;
+    number = 0;
+    for (int i = 0; i < digits && at != end && *at >= '0' && *at <= '9'; ++i) number = number * 10 + (*at++ - '0');
+    return at != start;
+  }
+
+  bool Mark(char mark) {
+    if (at == end || *at != mark) return false;
+    ++at;
+    return true;
+  }
+};
 
 }  // namespace
 
@@ -49,17 +53,18 @@ std::int64_t Moment::Seconds() const {
 
 std::optional<Moment> Moment::Parse(std::string_view text) {
   Moment moment;
-  if (!TakeNumber(text, 4, moment.year) || !TakeMark(text, "-")) return std::nullopt;
-  if (!TakeNumber(text, 2, moment.month) || !TakeMark(text, "-")) return std::nullopt;
-  if (!TakeNumber(text, 2, moment.day)) return std::nullopt;
-  if (TakeMark(text, " T")) {
-    if (!TakeNumber(text, 2, moment.hour) || !TakeMark(text, ":")) return std::nullopt;
-    if (!TakeNumber(text, 2, moment.minute)) return std::nullopt;
-    if (TakeMark(text, ":") && !TakeNumber(text, 2, moment.second)) return std::nullopt;
+  Reader in{text.data(), text.data() + text.size()};
+  if (!in.Number<4>(moment.year) || !in.Mark('-')) return std::nullopt;
+  if (!in.Number<2>(moment.month) || !in.Mark('-')) return std::nullopt;
+  if (!in.Number<2>(moment.day)) return std::nullopt;
+  if (in.Mark(' ') || in.Mark('T')) {
+    if (!in.Number<2>(moment.hour) || !in.Mark(':')) return std::nullopt;
+    if (!in.Number<2>(moment.minute)) return std::nullopt;
+    if (in.Mark(':') && !in.Number<2>(moment.second)) return std::nullopt;
   }
   const bool inRange = moment.month >= 1 && moment.month <= 12 && moment.day >= 1 && moment.day <= 31 &&
                        moment.hour <= 24 && moment.minute <= 59 && moment.second <= 59;
-  if (!text.empty() || !inRange) return std::nullopt;
+  if (in.at != in.end || !inRange) return std::nullopt;
   if (moment.day <= 28 && moment.hour < 24) return moment;
   return FromSeconds(moment.Seconds());
 }

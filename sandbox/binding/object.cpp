@@ -1,14 +1,26 @@
 #include "binding/object.h"
 
+#include <new>
+
 #include "binding/guard.h"
 #include "binding/names.h"
 
 namespace orvan {
 namespace {
 
-Failure& LastFailure() {
-  static Failure last(0, "", "");
-  return last;
+// The exception in flight.
+Failure Caught() {
+  try {
+    throw;
+  } catch (const Failure& failure) {
+    return failure;
+  } catch (const std::bad_alloc&) {
+    return {kOutOfMemory, "Sandbox", "There is not enough memory."};
+  } catch (const std::exception& other) {
+    return {QMX_E_INTERNAL, "Sandbox", other.what()};
+  } catch (...) {
+    return {QMX_E_INTERNAL, "Sandbox", "Something unknown was thrown."};
+  }
 }
 
 qmx_status Resolve(qmx_object* object, const char* name, std::size_t length, std::int32_t* id, qmx_error* error) {
@@ -33,9 +45,9 @@ void Release(qmx_object* object) { static_cast<Object*>(object)->Release(); }
 
 }  // namespace
 
-qmx_status Report(qmx_error* error, Failure failure) noexcept {
-  Failure& last = LastFailure();
-  last = std::move(failure);
+qmx_status Report(qmx_error* error) noexcept {
+  static Failure last(0, "", "");
+  last = Caught();
   error->number = last.Number();
   error->source = last.Source().data();
   error->source_length = last.Source().size();

@@ -115,7 +115,7 @@ void AuditReader::NextElement(Arguments, Result result) {
   if (!query.onRow) OutOfOrder(kName, "There is no further audit entry. Ask hasMoreElements first.");
   Ref<Record> key(new Record(query.table));
   for (std::size_t i = 0; i < query.table.key.size(); ++i)
-    key->Fill(query.table.Find(query.table.key[i]), query.entries, static_cast<int>(i) + 1);
+    key->Fill(query.table.Find(query.table.key[i]), query.entries.At(static_cast<int>(i) + 1));
   const auto change = static_cast<AuditEntry::Change>(query.entries.Text(0).front());
   query.onRow = query.entries.Step();
   ReturnNew<AuditEntry>(result, change, std::move(key));
@@ -129,7 +129,7 @@ void AuditReader::GetCurrentObject(Arguments tuple, Result result) {
   key.BindKey(query.current);
   if (query.current.Step()) {
     for (std::size_t i = 0; i < query.outputColumns.size(); ++i)
-      record->Fill(query.outputColumns[i], query.current, static_cast<int>(i) + 1);
+      record->Fill(query.outputColumns[i], query.current.At(static_cast<int>(i) + 1));
   }
   query.current.Reset();
   Return(result, record);

@@ -3,6 +3,8 @@
 // Only for reading. A record without that point in time returns one of year 0 and month 0, which says "no date".
 #pragma once
 
+#include <optional>
+
 #include "binding/object.h"
 
 namespace orvan {
@@ -11,36 +13,32 @@ class Date : public Component<Date> {
  public:
   static constexpr char kName[] = "orvan.Date";
 
-  Date() = default;
-  explicit Date(const Moment& moment)
-      : year_(moment.year - 1900),
-        month_(moment.month - 1),
-        day_(moment.day),
-        hours_(moment.hour),
-        minutes_(moment.minute),
-        seconds_(moment.second) {}
+  // From now on of that moment, or of none.
+  void Hold(const std::optional<Moment>& moment) {
+    parts_ = moment ? Parts{moment->year - 1900, moment->month - 1, moment->day,
+                            moment->hour,        moment->minute,    moment->second}
+                    : Parts{0, 0, 1, 0, 0, 0};
+  }
 
+  struct Parts {
+    int year, month, day, hours, minutes, seconds;
+  };
   static const auto& Methods() {
     static constexpr Method methods[] = {
-        {"getYear", 0, &Date::Get<&Date::year_>},       {"getMonth", 0, &Date::Get<&Date::month_>},
-        {"getDate", 0, &Date::Get<&Date::day_>},        {"getHours", 0, &Date::Get<&Date::hours_>},
-        {"getMinutes", 0, &Date::Get<&Date::minutes_>}, {"getSeconds", 0, &Date::Get<&Date::seconds_>},
+        {"getYear", 0, &Date::Get<&Parts::year>},       {"getMonth", 0, &Date::Get<&Parts::month>},
+        {"getDate", 0, &Date::Get<&Parts::day>},        {"getHours", 0, &Date::Get<&Parts::hours>},
+        {"getMinutes", 0, &Date::Get<&Parts::minutes>}, {"getSeconds", 0, &Date::Get<&Parts::seconds>},
     };
     return methods;
   }
 
  private:
-  template <int Date::*part>
+  template <int Parts::*part>
   void Get(Arguments, Result result) {
-    result.SetInteger(this->*part);
+    result.SetInteger(parts_.*part);
   }
 
-  int year_ = 0;
-  int month_ = 0;
-  int day_ = 1;
-  int hours_ = 0;
-  int minutes_ = 0;
-  int seconds_ = 0;
+  Parts parts_{};
 };
 
 // A date object of anybody's, the host's included, as a moment.

@@ -13,12 +13,8 @@ void Enumeration::NextElement(Arguments, Result result) {
   if (!OnRow())
     throw Failure(QMX_E_INVALID_CALL, kName,
                   "There is no further record of " + std::string(table_.code) + ". Ask hasMoreElements first.");
-  if (last_ && !last_->IsShared())
-    last_->Clear();
-  else
-    last_ = Ref(new Record(table_));
-  for (std::size_t column = 0; column < table_.columns.size(); ++column)
-    last_->Fill(column, rows_, static_cast<int>(column));
+  if (!last_ || last_->IsShared()) last_ = Ref(new Record(table_));
+  last_->Fill(rows_);
   place_ = Place::Before;
   Return(result, last_);
 }

@@ -1,10 +1,7 @@
 #include "erp/record.h"
 
-#include <algorithm>
 #include <limits>
 #include <map>
-
-#include "erp/date.h"
 
 namespace orvan {
 namespace {
@@ -46,11 +43,6 @@ Record& Record::Of(const Table& table, Argument argument, const char* what) {
                     " object of the sandbox ERP, but " + argument.Shown() + " was passed.");
 }
 
-void Record::Clear() {
-  std::fill(cells_.begin(), cells_.end(), Cell());
-  texts_.clear();
-}
-
 void Record::SetText(Cell& cell, std::string_view text) {
   cell.kind = Kind::Text;
   cell.start = static_cast<std::uint32_t>(texts_.size());
@@ -58,14 +50,13 @@ void Record::SetText(Cell& cell, std::string_view text) {
   texts_.append(text);
 }
 
-void Record::Fill(std::size_t column, const Statement& row, int from) {
-  Cell& cell = cells_[column];
-  switch (row.Kind(from)) {
+inline void Record::FillCell(Cell& cell, RowValue value) {
+  switch (value.Kind()) {
     case SQLITE_NULL:
       cell.kind = Kind::Null;
       break;
     case SQLITE_INTEGER: {
-      const std::int64_t whole = row.Whole(from);
+      const std::int64_t whole = value.Whole();
       const bool fits =
           whole >= std::numeric_limits<std::int32_t>::min() && whole <= std::numeric_limits<std::int32_t>::max();
       cell.kind = fits ? Kind::Whole : Kind::Number;
@@ -75,12 +66,23 @@ void Record::Fill(std::size_t column, const Statement& row, int from) {
     }
     case SQLITE_FLOAT:
       cell.kind = Kind::Number;
-      cell.number = row.Number(from);
+      cell.number = value.Number();
       break;
     default:
-      SetText(cell, row.Text(from));
+      SetText(cell, value.Text());
   }
 }
+
+void Record::Fill(const Statement& row) {
+  texts_.clear();
+  int from = 0;
+  for (Cell& cell : cells_) {
+    cell = Cell();
+    FillCell(cell, row.At(from++));
+  }
+}
+
+void Record::Fill(std::size_t column, RowValue value) { FillCell(cells_[column], value); }
 
 void Record::FillKey(const Record& other) {
   for (const std::string_view part : table_.key) {
@@ -105,17 +107,24 @@ void Record::BindKey(Statement& statement) const {
 
 void Record::Invoke(std::int32_t member, Arguments arguments, Result result) {
   const auto column = static_cast<std::size_t>(member);
-  if (arguments.size() != 0) WrongArgumentCount(*this, ObjectType().MemberName(member), 0, arguments.size());
-  if (column == table_.columns.size()) return ReturnNew<RecordClass>(result, table_);
-  Get(column, result);
+  if (arguments.size() == 0 && column < cells_.size()) {
+    const Cell& cell = cells_[column];
+    const ColumnType type = table_.columns[column].type;
+    if (cell.kind == Kind::Text && type == ColumnType::Text) return result.SetText(TextOf(cell));
+    if (cell.kind == Kind::Whole && type == ColumnType::Whole) return result.SetInteger(cell.whole);
+  }
+  InvokeOther(member, arguments, result);
 }
 
-void Record::Get(std::size_t column, Result result) const {
+void Record::InvokeOther(std::int32_t member, Arguments arguments, Result result) {
+  const auto column = static_cast<std::size_t>(member);
+  if (arguments.size() != 0) WrongArgumentCount(*this, ObjectType().MemberName(member), 0, arguments.size());
+  if (column == cells_.size()) return ReturnNew<RecordClass>(result, table_);
   const Cell& cell = cells_[column];
   const ColumnType type = table_.columns[column].type;
   if (cell.kind == Kind::Empty) return GetBlank(type, result);
   if (cell.kind == Kind::Null) return type == ColumnType::Moment ? GetBlank(type, result) : result.SetNull();
-  if (type == ColumnType::Moment) return ReturnNew<Date>(result, DateOf(column));
+  if (type == ColumnType::Moment) return GiveDate(DateOf(column), result);
   if (type == ColumnType::Day) return result.SetDate(DateOf(column));
   if (cell.kind == Kind::Text) return result.SetText(TextOf(cell));
   if (cell.kind == Kind::Whole) return result.SetInteger(cell.whole);
@@ -133,8 +142,14 @@ void Record::GetBlank(ColumnType type, Result result) {
     case ColumnType::Day:
       return result.SetDate(Moment());
     case ColumnType::Moment:
-      return ReturnNew<Date>(result);
+      return GiveDate(std::nullopt, result);
   }
+}
+
+void Record::GiveDate(const std::optional<Moment>& moment, Result result) {
+  if (!date_ || date_->IsShared()) date_ = Ref(new Date);
+  date_->Hold(moment);
+  Return(result, date_);
 }
 
 Moment Record::DateOf(std::size_t column) const {

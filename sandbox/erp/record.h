@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "binding/object.h"
+#include "erp/date.h"
 #include "erp/sqlite.h"
 #include "erp/table.h"
 
@@ -27,11 +28,11 @@ class Record : public Object {
 
   const Table& RecordTable() const { return table_; }
 
-  // Every column empty again, for another row.
-  void Clear();
+  // Takes a whole row, which gives the table's columns in their order, instead of what was there.
+  void Fill(const Statement& row);
 
-  // Takes one column's value from the statement's current row.
-  void Fill(std::size_t column, const Statement& row, int from);
+  // Takes one column's value.
+  void Fill(std::size_t column, RowValue value);
 
   // Takes the key of another record, and binds it to parameters 1, 2, ...
   void FillKey(const Record& other);
@@ -49,15 +50,19 @@ class Record : public Object {
     std::uint32_t length = 0;
   };
 
-  std::string_view TextOf(const Cell& cell) const { return std::string_view(texts_).substr(cell.start, cell.length); }
+  std::string_view TextOf(const Cell& cell) const { return {texts_.data() + cell.start, cell.length}; }
   void SetText(Cell& cell, std::string_view text);
+  void FillCell(Cell& cell, RowValue value);
   Moment DateOf(std::size_t column) const;
-  void Get(std::size_t column, Result result) const;
-  static void GetBlank(ColumnType type, Result result);
+  // Not inlined: the getters that are called most stay short.
+  [[gnu::noinline]] void InvokeOther(std::int32_t member, Arguments arguments, Result result);
+  void GetBlank(ColumnType type, Result result);
+  void GiveDate(const std::optional<Moment>& moment, Result result);
 
   const Table& table_;
   std::vector<Cell> cells_;
   std::string texts_;  // all texts of the record, one after the other
+  Ref<Date> date_;     // the last one, used again when nobody has kept it
 };
 
 }  // namespace orvan

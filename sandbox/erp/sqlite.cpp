@@ -127,12 +127,6 @@ void Statement::Run() {
   Reset();
 }
 
-std::string_view Statement::Text(int column) const {
-  const auto* data = reinterpret_cast<const char*>(sqlite3_column_text(statement_.get(), column));
-  if (!data) return {};
-  return {data, static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column))};
-}
-
 std::string Quoted(std::string_view name) { return '"' + std::string(name) + '"'; }
 
 }  // namespace orvan

@@ -50,6 +50,23 @@ class Database {
   std::vector<std::unique_ptr<sqlite3_stmt, Finalizer>> kept_;
 };
 
+// A value of a statement's current row.
+class RowValue {
+ public:
+  explicit RowValue(sqlite3_value* value) : value_(value) {}
+
+  int Kind() const { return sqlite3_value_type(value_); }
+  std::int64_t Whole() const { return sqlite3_value_int64(value_); }
+  double Number() const { return sqlite3_value_double(value_); }
+  std::string_view Text() const {
+    const auto* const data = reinterpret_cast<const char*>(sqlite3_value_text(value_));
+    return data ? std::string_view(data, static_cast<std::size_t>(sqlite3_value_bytes(value_))) : std::string_view();
+  }
+
+ private:
+  sqlite3_value* value_;
+};
+
 class Statement {
  public:
   Statement(std::shared_ptr<Database> database, const std::string& sql);
@@ -68,10 +85,9 @@ class Statement {
 
   // The current row. Columns count from 0.
   int Columns() const { return sqlite3_column_count(statement_.get()); }
-  int Kind(int column) const { return sqlite3_column_type(statement_.get(), column); }
-  std::int64_t Whole(int column) const { return sqlite3_column_int64(statement_.get(), column); }
-  double Number(int column) const { return sqlite3_column_double(statement_.get(), column); }
-  std::string_view Text(int column) const;
+  RowValue At(int column) const { return RowValue(sqlite3_column_value(statement_.get(), column)); }
+  std::int64_t Whole(int column) const { return At(column).Whole(); }
+  std::string_view Text(int column) const { return At(column).Text(); }
 
  private:
   void Check(int code) const;

@@ -61,6 +61,41 @@ TEST(Variant, EqualsTheSameValueOfTheSameKindOnly) {
   EXPECT_EQ(Variant::Null(), Variant::Null());
 }
 
+TEST(Variant, TakesAnyValueWhateverItHeldBefore) {
+  const std::string longText(100, 'x');
+  const Variant values[] = {Variant(), Variant::Null(), true,  std::uint8_t{200}, std::int16_t{-5}, 70000,
+                            2.5,       DateTime(),      "abc", Variant(longText), SomeObject()};
+  for (const Variant& before : values) {
+    for (const Variant& after : values) {
+      Variant copied = before;
+      copied = after;
+      EXPECT_EQ(copied, after);
+      Variant source = after;
+      Variant moved = before;
+      moved = std::move(source);
+      EXPECT_EQ(moved, after);
+      source = before;  // what was moved from takes a value again
+      EXPECT_EQ(source, before);
+    }
+    Variant itself = before;
+    const Variant& sameAgain = itself;
+    itself = sameAgain;
+    EXPECT_EQ(itself, before);
+    itself.Clear();
+    EXPECT_EQ(itself, Variant());
+  }
+}
+
+TEST(Variant, HoldsAnObjectAsLongAsACopyOfItDoes) {
+  const auto target = std::make_shared<Nothing>();
+  Variant one = Object(target);
+  Variant other = one;
+  EXPECT_EQ(target.use_count(), 3);
+  one = 1;
+  other = std::move(one);
+  EXPECT_EQ(target.use_count(), 1);
+}
+
 TEST(Variant, EmptyIsZeroInEveryKind) {
   const Variant empty;
   EXPECT_FALSE(empty.ToBoolean());

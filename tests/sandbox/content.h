@@ -17,7 +17,7 @@ inline std::vector<std::string> Query(const std::string& path, const std::string
   while (statement.Step()) {
     std::string row;
     for (int i = 0; i < statement.Columns(); ++i)
-      row.append(i ? "|" : "").append(statement.Kind(i) == SQLITE_NULL ? "NULL" : statement.Text(i));
+      row.append(i ? "|" : "").append(statement.At(i).Kind() == SQLITE_NULL ? "NULL" : statement.Text(i));
     rows.push_back(std::move(row));
   }
   return rows;

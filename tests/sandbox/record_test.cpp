@@ -282,6 +282,20 @@ TEST(Record, OfAnOrderGivesDateObjectsForPointsInTime) {
   EXPECT_EQ("0-0-1 0:0:0", date("getDispatchTime")) << "year 0 and month 0 say that there is no date";
 }
 
+TEST(Record, KeepsADateObjectAsItWasWhenAnotherIsAskedFor) {
+  SandboxErp erp;
+  erp.Run("INSERT INTO tssoc200 (orno, ordt, pstm) VALUES ('SO', '2026-01-31 23:59:59', '2026-03-29 02:30:00')");
+  const Object record = erp.Manager("ServiceOrders.ServiceOrdersManager")
+                            .Call("listServiceOrders", "", "Z")
+                            .ToObject()
+                            .Call("nextElement")
+                            .ToObject();
+  const Object ordered = record.Call("getOrderDate").ToObject();
+  const Object planned = record.Call("getPlannedStartTime").ToObject();
+  EXPECT_EQ("126-0-31 23:59:59", Parts(ordered));
+  EXPECT_EQ("126-2-29 2:30:0", Parts(planned));
+}
+
 TEST(Record, OfACalendarGivesDateTimesForDays) {
   SandboxErp erp;
   erp.Run("INSERT INTO tcccp030 VALUES ('C1', 'WRK', '2026-11-20', 2200, '2026-11-21', 2400, 12.5, 10.625)");
