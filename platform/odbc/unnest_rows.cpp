@@ -13,7 +13,7 @@ namespace {
 
 using Kind = Variant::Kind;
 
-constexpr std::size_t kMostRows = 1000;
+constexpr std::size_t kMostRows = 1000;  // with 500 a copy takes up to a tenth longer, for 2 MiB less
 
 class UnnestRows : public DriverRows {
  public:
