@@ -25,7 +25,7 @@ const Member kGetHours = "getHours";
 const Member kGetMinutes = "getMinutes";
 const Member kGetSeconds = "getSeconds";
 
-std::int16_t Part(const Object& date, const Member& getter) { return date.Call(getter).ToInt16(); }
+inline std::int16_t Part(const Object& date, const Member& getter) { return date.Call(getter).ToInt16(); }
 
 // The number that a text begins with, blanks before it allowed; 0 where it begins with none.
 double LeadingNumber(const std::string& text) {

@@ -47,7 +47,11 @@ void clsDataCopy::SetField(const FieldMap& field, Recordset& row, const Object& 
         value = YesNoToFlag(value.ToInt16());
         break;
       case Conversion::DateTime:
-        value = DateObjectToDate(std::move(value).ToObject()) ? ConvertedDate : Variant::Null();
+        if (DateObjectToDate(std::move(value).ToObject())) {
+          value = ConvertedDate;
+        } else {
+          value = Variant::Null();
+        }
         break;
     }
     row.Fields(field.column).Value(std::move(value));

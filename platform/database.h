@@ -164,6 +164,8 @@ class Recordset {
   std::unique_ptr<RecordsetCursor> cursor_;  // null when closed
 };
 
+inline void Field::Value(Variant&& value) { owner_.Assign(index_, std::move(value)); }
+
 // Makes connections and record sets from their ProgIDs, "ADODB.Connection" and "ADODB.Recordset", in any case; any
 // other ProgID is 429.
 class Database {

@@ -159,8 +159,6 @@ Variant Field::Value() const {
   return AtTheWall([&] { return owner_.OpenCursor().Value(index_); });
 }
 
-void Field::Value(Variant&& value) { owner_.Assign(index_, std::move(value)); }
-
 std::string Field::Name() const {
   return AtTheWall([&] { return owner_.OpenCursor().ColumnAt(index_).name; });
 }

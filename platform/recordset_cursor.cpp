@@ -100,15 +100,6 @@ Variant RecordsetCursor::Value(std::size_t column) {
   return row[column];
 }
 
-void RecordsetCursor::Assign(std::size_t column, Variant&& value) {
-  const Variant::Kind type = ColumnAt(column).type;
-  WritableTable();
-  if (pendingKind_ != Pending::NewRow) CurrentRow();
-  if (value.GetKind() != type || type == Variant::Kind::Double) Convert(column, value);
-  pending_[column] = std::move(value);
-  if (pendingKind_ != Pending::NewRow) pendingKind_ = Pending::Edit;
-}
-
 void RecordsetCursor::Convert(std::size_t column, Variant& value) {
   const ColumnDescription& description = ColumnAt(column);
   try {

@@ -40,7 +40,15 @@ class RecordsetCursor {
   void MoveNext();
 
   Variant Value(std::size_t column);
-  void Assign(std::size_t column, Variant&& value);
+  void Assign(std::size_t column, Variant&& value) {
+    const Variant::Kind type = ColumnAt(column).type;
+    WritableTable();
+    if (pendingKind_ != Pending::NewRow) CurrentRow();
+    const bool fits = value.IsNull() || (value.GetKind() == type && type != Variant::Kind::Double);
+    if (!fits) Convert(column, value);
+    pending_[column] = std::move(value);
+    if (pendingKind_ != Pending::NewRow) pendingKind_ = Pending::Edit;
+  }
 
   void AddNew();
   void Save(bool mayWait = false);  // whether nobody needs the outcome at once
