@@ -1,5 +1,7 @@
 #include "platform/sqlite/driver.h"
 
+#include <sqlite3.h>
+
 #include "platform/error.h"
 #include "platform/names.h"
 #include "platform/sqlite/session.h"
@@ -28,6 +30,10 @@ bool MayCreate(const ConnectionText& text) {
 }
 
 }  // namespace
+
+// SQLite counts the memory that it holds, under a lock that all of the process's threads share. Nobody asks for it
+// here. Where SQLite is in use already this changes nothing.
+SqliteDriver::SqliteDriver() { sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); }
 
 std::string SqliteDriver::Form() const { return "\"Provider=SQLite;Data Source=FILE\""; }
 

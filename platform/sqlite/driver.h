@@ -6,7 +6,9 @@
 //
 // Files are kept in WAL mode with synchronous=NORMAL: several programs can write different tables of one file by turns
 // while others read. What was saved survives a killed process; a power cut may lose the last saved rows but leaves the
-// file whole. A lock held by somebody else is waited for as long as a statement may take, no longer.
+// file whole. The journal may grow to 64 MiB before its pages go to the file: each time costs two waits for the disk,
+// and changed rows lie on the same pages again and again. A lock held by somebody else is waited for as long as a
+// statement may take, no longer.
 #pragma once
 
 #include "platform/database_driver.h"
@@ -15,6 +17,7 @@ namespace qmx {
 
 class SqliteDriver : public Driver {
  public:
+  SqliteDriver();
   std::string Form() const override;
   bool Serves(const ConnectionText& text) const override;
   std::unique_ptr<DriverSession> Open(const ConnectionText& text) override;
