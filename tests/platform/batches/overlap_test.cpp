@@ -73,9 +73,10 @@ class OverlappingBatches : public testing::Test {
 
 TEST_F(OverlappingBatches, AreFilledWhileOneIsSent) {
   HoldUpUntil([this] { return added_ >= 2 * kBatch; });
-  AddRows(0, 3 * kBatch);
+  AddRows(0, kBatch + 1);
+  EXPECT_TRUE(Within10Seconds([this] { return isOnItsWay_.load(); }));
+  AddRows(kBatch + 1, 3 * kBatch);
   records_.Close();
-  EXPECT_TRUE(isOnItsWay_);
   EXPECT_FALSE(wasHeldUpForever_);
   EXPECT_EQ(Rows(), "384 to 383");
 }
