@@ -80,7 +80,7 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
   const std::string select = "select * from " + tableCode;
   const std::string remove = "DELETE FROM " + tableCode;
   std::string key;  // of the entry at hand, for the report of a failure
-  try {
+  const auto apply = [&] {
     while (audit.reader.Call(kHasMoreElements).ToBoolean()) {
       key.clear();
       const Variant entry = audit.reader.Call(kNextElement);
@@ -108,6 +108,9 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
       LocalRecordSet->Update();
       LocalRecordSet->Close();
     }
+  };
+  try {
+    OpenedConnection().Together(apply);
   } catch (Error& error) {
     error.With("table", tableCode);
     if (!key.empty()) error.With("key", key);

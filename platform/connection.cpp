@@ -142,6 +142,22 @@ TableDescription Connection::Describe(const std::string& table) {
   return AtTheWall([&] { return OpenSession().Driver().Describe(table); });
 }
 
+void Connection::Together(const std::function<void()>& work) {
+  const std::shared_ptr<DatabaseSession> session = session_;
+  if (!session) return work();
+  const auto mayGroup = [&](bool may) {
+    if (session->IsOpen()) AtTheWall([&] { session->Driver().MayGroup(may); });
+  };
+  mayGroup(true);
+  try {
+    work();
+  } catch (...) {
+    mayGroup(false);
+    throw;
+  }
+  mayGroup(false);
+}
+
 int Connection::CommandTimeout() const { return timeout_; }
 
 void Connection::CommandTimeout(int seconds) {

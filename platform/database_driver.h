@@ -68,6 +68,12 @@ class DriverRows {
   virtual std::size_t Add(std::span<const Variant> values) = 0;
 };
 
+// How many statements that write may be committed together, and for how long.
+struct GroupLimits {
+  std::size_t statements = 0;  // none may where this is 0
+  std::chrono::milliseconds time{0};
+};
+
 class DriverSession;
 
 // In the form that every database system knows: "insert into T (A,B) values (?,?),(?,?)".
@@ -90,6 +96,14 @@ class DriverSession {
   virtual void Rollback() = 0;  // takes back what was written since Begin
   virtual void Commit() = 0;    // what was written is the database's from here on, Begin or not
   virtual void Close() = 0;     // once; statements are gone by then
+
+  // Between Begin and Commit. None where a rollback does not take everything back.
+  virtual GroupLimits Grouping() { return {}; }
+
+  // Whether statements may be committed several at a time from now on, as Grouping says. A session that does so takes
+  // no saved row back, commits before it raises an error, and holds no lock for more than 50 ms while nobody calls.
+  // With false everything is committed.
+  virtual void MayGroup(bool) {}
 };
 
 class Driver {

@@ -6,10 +6,12 @@
 #include "platform/execution.h"
 
 namespace qmx {
+
 BatchingInsert::BatchingInsert(BatchingSession& session, RowInsert insert)
     : session_(session),
       insert_(std::move(insert)),
-      one_(session_.Inner().Prepare(insert_.Text())),
+      text_(insert_.Text()),
+      one_(session_.Inner().Prepare(text_)),
       bound_(insert_.columns.size()) {}
 
 BatchingInsert::~BatchingInsert() {
@@ -27,10 +29,7 @@ bool BatchingInsert::Step() {
     many_ = session_.Inner().PrepareRows(insert_);
   }
   if (mayWait_ && session_.Waits(*this, bound_)) return false;
-  const auto lock = session_.Ready();
-  Execution execution(*one_);
-  for (std::size_t column = 0; column < bound_.size(); ++column) one_->Bind(column, *bound_[column]);
-  execution.Run();
+  session_.Write(*one_, text_, bound_);
   return false;
 }
 

@@ -34,6 +34,7 @@ class BatchingInsert : public DriverStatement {
 
   BatchingSession& session_;
   RowInsert insert_;
+  std::string text_;
   std::unique_ptr<DriverStatement> one_;  // for a row alone
   std::unique_ptr<DriverRows> many_;      // from the first row on that may wait
   std::vector<const Variant*> bound_;     // of the row that is being added

@@ -5,6 +5,7 @@
 
 #include "platform/batches/insert.h"
 #include "platform/batches/statement.h"
+#include "platform/execution.h"
 
 namespace qmx {
 namespace {
@@ -21,59 +22,68 @@ void ForgetLongTexts(std::vector<Variant>& values) {
 
 }  // namespace
 
-BatchingSession::BatchingSession(std::unique_ptr<DriverSession> inner) : inner_(std::move(inner)) {}
+BatchingSession::BatchingSession(std::unique_ptr<DriverSession> inner) : inner_(std::move(inner)), group_(*inner_) {}
 
 BatchingSession::~BatchingSession() { StopHelper(); }
 
 std::unique_ptr<DriverStatement> BatchingSession::Prepare(const std::string& statement) {
-  const Lock lock = Ready();
-  return std::make_unique<BatchingStatement>(*this, inner_->Prepare(statement));
+  return Read(Ready(),
+              [&] { return std::make_unique<BatchingStatement>(*this, statement, inner_->Prepare(statement)); });
 }
 
 std::unique_ptr<DriverStatement> BatchingSession::PrepareInsert(const RowInsert& insert) {
-  const Lock lock = Ready();
-  return std::make_unique<BatchingInsert>(*this, insert);
+  return Read(Ready(), [&] { return std::make_unique<BatchingInsert>(*this, insert); });
 }
 
 TableDescription BatchingSession::Describe(const std::string& table) {
-  const Lock lock = Ready();
-  return inner_->Describe(table);
+  return Read(Ready(), [&] { return inner_->Describe(table); });
 }
 
 std::string BatchingSession::Catalog() {
-  const Lock lock = Ready();
-  return inner_->Catalog();
+  return Read(Ready(), [&] { return inner_->Catalog(); });
 }
 
 void BatchingSession::SelectCatalog(const std::string& name) {
-  const Lock lock = Ready();
+  const Lock lock = Settled();
   inner_->SelectCatalog(name);
 }
 
 void BatchingSession::Timeout(std::chrono::seconds limit) {
-  const Lock lock = Ready();
+  const Lock lock = Settled();
   inner_->Timeout(limit);
 }
 
 void BatchingSession::Begin() {
-  const Lock lock = Ready();
+  const Lock lock = Settled();
   inner_->Begin();
+  isWithinBegin_ = true;
 }
 
 void BatchingSession::Rollback() {
   const Lock lock = Ready();
+  isWithinBegin_ = false;
   inner_->Rollback();
 }
 
 void BatchingSession::Commit() {
   const Lock lock = Ready();
+  if (mayGroup_ && !isWithinBegin_) return;
+  isWithinBegin_ = false;
   inner_->Commit();
+}
+
+void BatchingSession::MayGroup(bool may) {
+  Lock lock(mutex_);
+  SendAll(lock);
+  mayGroup_ = may;
+  RaiseFailure();
+  if (!may) group_.Commit();
 }
 
 void BatchingSession::Close() {
   StopHelper();
   try {
-    Ready();
+    Settled();
   } catch (...) {
     inner_->Close();
     throw;
@@ -94,6 +104,12 @@ BatchingSession::Lock BatchingSession::Ready() {
   return lock;
 }
 
+BatchingSession::Lock BatchingSession::Settled() {
+  Lock lock = Ready();
+  group_.Commit();
+  return lock;
+}
+
 bool BatchingSession::Waits(BatchingInsert& insert, std::span<const Variant* const> row) {
   Lock lock(mutex_);
   changed_.wait(lock, [&] { return full_ < kBatches; });
@@ -107,11 +123,11 @@ bool BatchingSession::Waits(BatchingInsert& insert, std::span<const Variant* con
   Batch& batch = Filling();
   if (batch.rows == 0) {
     if (full_ == 0 && !isSoon) return false;
+    group_.Commit();
     batch.insert = &insert;
     batch.bytes = 0;
     batch.due = now + kLongestWait;
-    if (!helper_.joinable()) helper_ = std::thread([this] { SendInTime(); });
-    changed_.notify_all();
+    StartHelper();
   }
   const std::size_t start = batch.rows * row.size();
   if (batch.values.size() < start + row.size()) batch.values.resize(start + row.size());
@@ -124,6 +140,19 @@ bool BatchingSession::Waits(BatchingInsert& insert, std::span<const Variant* con
     changed_.notify_all();
   }
   return true;
+}
+
+std::int64_t BatchingSession::Write(DriverStatement& statement, const std::string& text,
+                                    std::span<const Variant* const> values) {
+  const Lock lock = Ready();
+  const bool inGroup = mayGroup_ && !isWithinBegin_ && group_.IsPossible();
+  if (!inGroup) group_.Commit();  // one that could not be committed before
+  BindAll(statement, values);
+  if (!inGroup) return Execution(statement).Run();
+  const bool wasOpen = group_.IsOpen();
+  const std::int64_t affected = group_.Run(statement, text, values);
+  if (group_.IsOpen() && !wasOpen) StartHelper();
+  return affected;
 }
 
 void BatchingSession::Forget(const BatchingInsert& insert) {
@@ -171,18 +200,40 @@ void BatchingSession::RaiseFailure() {
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 
+void BatchingSession::StartHelper() {
+  if (!helper_.joinable()) helper_ = std::thread([this] { SendInTime(); });
+  if (std::exchange(helperSleeps_, false)) changed_.notify_all();
+}
+
 void BatchingSession::SendInTime() {
   Lock lock(mutex_);
   while (!stops_) {
     if (!isSending_ && full_ > 0) {
       SendOldest(lock);
-    } else if (isSending_ || Filling().rows == 0) {
-      changed_.wait(lock);
-    } else if (const Clock::time_point due = Filling().due; Clock::now() < due) {
-      changed_.wait_until(lock, due);
-    } else {
-      ++full_;
+      continue;
     }
+    const bool isRow = !isSending_ && Filling().rows > 0;
+    if (isSending_ || !(isRow || group_.IsOpen())) {
+      helperSleeps_ = true;
+      changed_.wait(lock);
+      continue;
+    }
+    const Clock::time_point due = isRow ? Filling().due : group_.Due();
+    if (Clock::now() < due) {
+      changed_.wait_until(lock, due);
+    } else if (isRow) {
+      ++full_;
+    } else {
+      CommitGroup();
+    }
+  }
+}
+
+void BatchingSession::CommitGroup() {
+  try {
+    group_.Commit();
+  } catch (...) {
+    failure_ = std::current_exception();
   }
 }
 

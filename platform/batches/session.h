@@ -2,7 +2,7 @@
 //
 // The program's thread fills one batch while the helper thread sends those that are full; when all are full, the
 // program waits. The inner session belongs to whoever sends a batch (isSending_), and to the holder of the lock while
-// nobody does.
+// nobody does. While a group is open no row waits.
 #pragma once
 
 #include <array>
@@ -14,7 +14,9 @@
 #include <thread>
 #include <vector>
 
+#include "platform/batches/group.h"
 #include "platform/database_driver.h"
+#include "platform/error.h"
 
 namespace qmx {
 
@@ -47,10 +49,25 @@ class BatchingSession : public DriverSession {
   void Rollback() override;
   void Commit() override;
   void Close() override;
+  void MayGroup(bool may) override;
 
   // For the session's statements.
   Lock Locked();  // while nobody sends; rows may wait
   Lock Ready();   // and no row waits; raises what became of those that did
+
+  // Does what writes nothing. Where that fails, some systems take back the whole transaction.
+  template <typename Use>
+  decltype(auto) Read(const Lock&, Use&& use) {
+    try {
+      return use();
+    } catch (const Error&) {
+      group_.Redo();
+      throw;
+    }
+  }
+
+  // Executes a statement with these values, by itself or in a group; returns how many rows were affected.
+  std::int64_t Write(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values);
 
   // Takes a copy of the row, to be sent soon; false where nothing was added for a while: it is to go out at once.
   bool Waits(BatchingInsert& insert, std::span<const Variant* const> row);
@@ -68,11 +85,14 @@ class BatchingSession : public DriverSession {
     Clock::time_point due;
   };
 
+  Lock Settled();  // ready, and no group is open
   Batch& Filling() { return batches_[(oldest_ + full_) % kBatches]; }
   void SendAll(Lock& lock);
   void SendOldest(Lock& lock);  // of the full ones; unlocks meanwhile
   void RaiseFailure();
+  void StartHelper();
   void SendInTime();  // the helper thread
+  void CommitGroup();
   void StopHelper();
 
   std::unique_ptr<DriverSession> inner_;
@@ -83,9 +103,13 @@ class BatchingSession : public DriverSession {
   std::size_t full_ = 0;  // not to be filled further
   bool isSending_ = false;
   Clock::time_point lastRow_;
+  Group group_;
+  bool mayGroup_ = false;
+  bool isWithinBegin_ = false;  // which the program called, so that it says what is committed
   std::exception_ptr failure_;  // that nobody has been told of yet
+  bool helperSleeps_ = false;   // until it is told of something
   bool stops_ = false;
-  std::thread helper_;  // from the first waiting row on
+  std::thread helper_;  // from the first waiting row or the first group on
 };
 
 }  // namespace qmx

@@ -1,9 +1,24 @@
 #include "platform/batches/statement.h"
 
-namespace qmx {
+#include <algorithm>
 
-BatchingStatement::BatchingStatement(BatchingSession& session, std::unique_ptr<DriverStatement> inner)
-    : session_(session), inner_(std::move(inner)) {}
+#include "platform/names.h"
+
+namespace qmx {
+namespace {
+
+// Whether a statement writes rows, by its first word.
+bool Writes(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+  const std::string_view word = text.substr(0, text.find_first_of(" \t\r\n"));
+  return SameName(word, "insert") || SameName(word, "update") || SameName(word, "delete");
+}
+
+}  // namespace
+
+BatchingStatement::BatchingStatement(BatchingSession& session, const std::string& text,
+                                     std::unique_ptr<DriverStatement> inner)
+    : session_(session), text_(text), writes_(Writes(text)), inner_(std::move(inner)) {}
 
 BatchingStatement::~BatchingStatement() {
   const auto lock = session_.Locked();
@@ -11,18 +26,26 @@ BatchingStatement::~BatchingStatement() {
 }
 
 const std::vector<ColumnDescription>& BatchingStatement::Columns() const {
-  const auto lock = session_.Locked();
-  return inner_->Columns();
+  using Columns = const std::vector<ColumnDescription>&;
+  return session_.Read(session_.Locked(), [&]() -> Columns { return inner_->Columns(); });
 }
 
 void BatchingStatement::Bind(std::size_t parameter, const Variant& value) {
+  if (writes_) {
+    bound_.resize(std::max(bound_.size(), parameter + 1));
+    bound_[parameter] = &value;
+    return;
+  }
   const auto lock = session_.Locked();
   inner_->Bind(parameter, value);
 }
 
 bool BatchingStatement::Step() {
-  const auto lock = session_.Ready();
-  return inner_->Step();
+  if (writes_) {
+    affected_ = session_.Write(*inner_, text_, bound_);
+    return false;
+  }
+  return session_.Read(session_.Ready(), [&] { return inner_->Step(); });
 }
 
 Variant BatchingStatement::Value(std::size_t column) {
@@ -31,6 +54,7 @@ Variant BatchingStatement::Value(std::size_t column) {
 }
 
 void BatchingStatement::Reset() noexcept {
+  if (writes_) return;  // it is reset as soon as it has run
   const auto lock = session_.Locked();
   inner_->Reset();
 }

@@ -7,7 +7,7 @@ namespace qmx {
 
 class BatchingStatement : public DriverStatement {
  public:
-  BatchingStatement(BatchingSession& session, std::unique_ptr<DriverStatement> inner);
+  BatchingStatement(BatchingSession& session, const std::string& text, std::unique_ptr<DriverStatement> inner);
   ~BatchingStatement() override;
   BatchingStatement(const BatchingStatement&) = delete;
   BatchingStatement& operator=(const BatchingStatement&) = delete;
@@ -16,12 +16,17 @@ class BatchingStatement : public DriverStatement {
   void Bind(std::size_t parameter, const Variant& value) override;
   bool Step() override;
   Variant Value(std::size_t column) override;
-  std::int64_t RowsAffected() const override { return inner_->RowsAffected(); }
+  std::int64_t RowsAffected() const override { return writes_ ? affected_ : inner_->RowsAffected(); }
   void Reset() noexcept override;
 
  private:
   BatchingSession& session_;
+  std::string text_;
+  bool writes_;
   std::unique_ptr<DriverStatement> inner_;
+  // Where it writes:
+  std::vector<const Variant*> bound_;
+  std::int64_t affected_ = 0;
 };
 
 }  // namespace qmx

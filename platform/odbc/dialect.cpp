@@ -7,6 +7,8 @@
 namespace qmx {
 namespace {
 
+constexpr GroupLimits kOfWrittenRows{500, std::chrono::milliseconds(40)};
+
 std::vector<OdbcDialect> MakeDialects() {
   OdbcDialect postgresql;
   postgresql.system = "PostgreSQL";
@@ -18,6 +20,7 @@ std::vector<OdbcDialect> MakeDialects() {
   postgresql.integerParameter = "cast(? as integer)";
   postgresql.refusesOutdatedQueries = true;
   postgresql.rowsTogether = RowsTogether::ByUnnest;
+  postgresql.grouping = kOfWrittenRows;
 
   OdbcDialect mariadb;
   mariadb.system = "MariaDB";
@@ -32,9 +35,10 @@ std::vector<OdbcDialect> MakeDialects() {
   mariadb.switchesCatalog = true;
   mariadb.remarksAreErrors = true;
   mariadb.rowsTogether = RowsTogether::ByArrays;
+  mariadb.grouping = kOfWrittenRows;
   mariadb.keepsPartsQuery =
       "select 1 from information_schema.tables t join information_schema.engines e on e.engine = t.engine"
-      " where t.table_schema = database() and t.table_name = ? and e.transactions <> 'YES'";
+      " where t.table_schema = database() and e.transactions <> 'YES'";
 
   OdbcDialect mysql = mariadb;  // what older drivers call it
   mysql.system = "MySQL";

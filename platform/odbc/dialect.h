@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/database_driver.h"
+
 namespace qmx {
 
 enum class RowsTogether {
@@ -50,8 +52,12 @@ struct OdbcDialect {
   // How the system takes many rows fastest.
   RowsTogether rowsTogether = RowsTogether::InValues;
 
-  // Has a row where a refused statement leaves some of its rows in the table "?"; "" where none ever does.
+  // Has a row for each table t of the catalog in which a refused statement leaves some of its rows and which a rollback
+  // does not change; "" where there is none such ever.
   std::string keepsPartsQuery;
+
+  // Where only the written rows are locked, a group is as large as the time allows.
+  GroupLimits grouping;
 };
 
 const OdbcDialect& DialectOf(std::string_view system);

@@ -49,8 +49,8 @@ bool OdbcSession::KeepsParts(const std::string& table) {
   const std::string& text = connection_->Dialect().keepsPartsQuery;
   if (text.empty()) return false;
   const Variant name(table);
-  OdbcStatement query(*connection_, text);
-  query.Bind(0, name);
+  OdbcStatement query(*connection_, table.empty() ? text : text + " and t.table_name = ?");
+  if (!table.empty()) query.Bind(0, name);
   return query.Step();
 }
 
@@ -126,6 +126,8 @@ void OdbcSession::EndTransaction(SQLSMALLINT completion) {
   connection_->End(completion);
   connection_->AutoCommit(true);
 }
+
+GroupLimits OdbcSession::Grouping() { return KeepsParts("") ? GroupLimits() : connection_->Dialect().grouping; }
 
 void OdbcSession::Close() { connection_.reset(); }
 

@@ -26,9 +26,10 @@ class OdbcSession : public DriverSession {
   void Rollback() override;
   void Commit() override;
   void Close() override;
+  GroupLimits Grouping() override;
 
  private:
-  bool KeepsParts(const std::string& table);
+  bool KeepsParts(const std::string& table);  // "" for any table
   void EndTransaction(SQLSMALLINT completion);
   void ConnectTo(const std::string& catalog);
 

@@ -29,6 +29,7 @@ class SqliteSession : public DriverSession {
   void Rollback() override;
   void Commit() override;
   void Close() override;
+  GroupLimits Grouping() override;
 
  private:
   struct Closer {

@@ -148,6 +148,7 @@ class FaultyDriver : public Driver {
       owner_.Count("Close");
       inner_->Close();
     }
+    GroupLimits Grouping() override { return inner_->Grouping(); }
 
    private:
     FaultyDriver& owner_;

@@ -1,0 +1,52 @@
+// Statements that are committed together.
+//
+// A commit costs as much as a written row or more. Where anything fails, the group is taken back and done again one by
+// one, so that the tables end as if every statement had been committed by itself.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/database_driver.h"
+
+namespace qmx {
+
+void BindAll(DriverStatement& statement, std::span<const Variant* const> values);
+
+class Group {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  explicit Group(DriverSession& inner) : inner_(inner) {}  // borrowed
+
+  bool IsPossible();  // in the database as it is
+  bool IsOpen() const { return isOpen_; }
+  Clock::time_point Due() const { return due_; }
+
+  // Executes a statement, to which the values are bound, in the group; opens it where it is not. Returns how many rows
+  // were affected.
+  std::int64_t Run(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values);
+
+  void Commit();  // where it is open; it stays so only where it can be neither committed nor taken back
+  void Redo();    // likewise: takes it back, and does it again one by one
+
+ private:
+  struct Written {
+    std::string text;
+    std::vector<Variant> values;
+  };
+
+  void Keep(const std::string& text, std::span<const Variant* const> values);
+
+  DriverSession& inner_;
+  std::optional<GroupLimits> limits_;  // asked for once
+  bool isOpen_ = false;
+  Clock::time_point due_;
+  std::vector<Written> written_;  // their memory is used again
+  std::size_t count_ = 0;
+};
+
+}  // namespace qmx
