@@ -224,9 +224,19 @@ std::int32_t clsCalender::InsertInMainArray(std::int16_t day, std::int16_t month
 }
 
 std::int32_t clsCalender::InsertInDataBase() {
-  for (std::int16_t i = 0; i < arraycount; ++i) {
-    const std::int16_t intervals = CountOf(Day(i));
-    for (std::int16_t j = 0; j < intervals; ++j) Insert(i, j);
+  bool isDone = false;
+  const auto insert = [&] {
+    for (std::int16_t i = 0; i < arraycount; ++i) {
+      const std::int16_t intervals = CountOf(Day(i));
+      for (std::int16_t j = 0; j < intervals; ++j) Insert(i, j);
+    }
+    isDone = true;
+  };
+  try {
+    DBConnection ? DBConnection->Together(insert) : insert();
+  } catch (const std::exception&) {
+    if (!isDone) throw;
+    // Rows that could not be committed are lost, as those that could not be inserted.
   }
   return 0;
 }
