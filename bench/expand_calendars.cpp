@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "calendar/clsCalender.h"
+#include "platform/batches/driver.h"
 #include "platform/database.h"
 #include "platform/error.h"
 #include "platform/sqlite/driver.h"
@@ -9,7 +10,8 @@
 namespace {
 
 void Expand(const std::string& path) {
-  qmx::SqliteDriver driver;
+  qmx::SqliteDriver sqlite;
+  qmx::BatchingDriver driver(sqlite);
   qmx::Database database({&driver});
   const auto connection = database.CreateConnection("ADODB.Connection");
   const auto records = database.CreateRecordset("ADODB.Recordset");

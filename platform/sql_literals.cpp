@@ -89,11 +89,8 @@ class Reader {
     const std::size_t length = Rest().starts_with('\'') ? EnclosedLength('\'') : 0;
     if (length == 0) return false;
     const std::string_view enclosed = Rest().substr(1, length - 2);
-    std::string value;
-    for (std::size_t at = 0; at < enclosed.size(); ++at) {
-      value += enclosed[at];
-      if (enclosed[at] == '\'') ++at;
-    }
+    std::string value(enclosed);
+    for (std::size_t at = value.find('\''); at != std::string::npos; at = value.find('\'', at + 1)) value.erase(at, 1);
     TakeLiteral(length, std::move(value), "?");
     return true;
   }
@@ -176,7 +173,8 @@ bool Insert(Reader& reader) {
 
 std::optional<StatementShape> ShapeOf(std::string_view statement, std::string_view integerParameter) {
   // Some systems end a text at a NUL character, and some take a backslash for more than a letter.
-  if (statement.find_first_of(std::string_view("\0\\", 2)) != std::string_view::npos) return std::nullopt;
+  const auto holds = [&](char c) { return statement.find(c) != std::string_view::npos; };
+  if (holds('\0') || holds('\\')) return std::nullopt;
   Reader reader(statement, integerParameter);
   const bool isKnown = reader.Keyword("select")   ? Select(reader)
                        : reader.Keyword("delete") ? Delete(reader)
