@@ -173,7 +173,7 @@ std::unique_ptr<DriverRows> RowsByArrays(OdbcConnection& connection, const RowIn
                                          std::unique_ptr<DriverRows> otherwise) {
   const auto isOfAnyType = [](const ColumnDescription& column) { return column.type == Kind::Empty; };
   if (std::any_of(insert.columns.begin(), insert.columns.end(), isOfAnyType)) return otherwise;
-  if (connection.AskText("select @@character_set_client") != "utf8mb4") return otherwise;
+  if (!connection.IsUtf8()) return otherwise;
   return std::make_unique<ArrayRows>(connection, insert, std::move(otherwise));
 }
 

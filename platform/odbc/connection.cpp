@@ -35,6 +35,7 @@ OdbcConnection::OdbcConnection(const std::string& text)
     : connection_(environment_.Get()), linked_(connection_.Get(), text), dialect_(&DialectOf(Info(SQL_DBMS_NAME))) {
   identifierQuote_ = Info(SQL_IDENTIFIER_QUOTE_CHAR);
   for (const std::string& setting : dialect_->settings) Run(setting);
+  isUtf8_ = !dialect_->utf8Query.empty() && AskText(dialect_->utf8Query) == "1";
 }
 
 OdbcConnection::~OdbcConnection() { SQLEndTran(SQL_HANDLE_DBC, connection_.Get(), SQL_ROLLBACK); }

@@ -18,6 +18,7 @@ class OdbcConnection {
 
   SQLHANDLE Handle() const { return connection_.Get(); }
   const OdbcDialect& Dialect() const { return *dialect_; }
+  bool IsUtf8() const { return isUtf8_; }                                  // narrow texts are, in both directions
   const std::string& IdentifierQuote() const { return identifierQuote_; }  // " " where identifiers cannot be quoted
 
   void Timeout(std::chrono::seconds limit);                     // for every statement from now on; 0 for none
@@ -54,6 +55,7 @@ class OdbcConnection {
   Linked linked_;
   const OdbcDialect* dialect_;
   std::string identifierQuote_;
+  bool isUtf8_ = false;
   std::chrono::seconds limit_{0};
 };
 

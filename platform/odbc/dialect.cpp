@@ -33,6 +33,7 @@ std::vector<OdbcDialect> MakeDialects() {
   mariadb.noTimeout = "0";
   mariadb.catalogQuery = "select database()";
   mariadb.switchesCatalog = true;
+  mariadb.utf8Query = "select @@character_set_client = 'utf8mb4' and @@character_set_results = 'utf8mb4'";
   mariadb.remarksAreErrors = true;
   mariadb.rowsTogether = RowsTogether::ByArrays;
   mariadb.grouping = kOfWrittenRows;

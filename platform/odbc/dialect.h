@@ -36,6 +36,10 @@ struct OdbcDialect {
   // A parameter that is an integer, also where a text stands beside it.
   std::string integerParameter = "?";
 
+  // Gives 1 where narrow texts are UTF-8 in both directions, so that the driver need not convert wide ones; "" where
+  // that cannot be known.
+  std::string utf8Query;
+
   // Whether a statement with parameters that was refused may be told as one that went well with a remark.
   bool remarksAreErrors = false;
 

@@ -90,16 +90,19 @@ void OdbcStatement::Bind(std::size_t parameter, const Variant& value) {
       break;
     case Kind::DateTime:
     case Kind::Text:
-    case Kind::Object:  // an object has no text: type mismatch
-      if (const std::string* text = value.IfText()) {
-        ToWide(*text, place.text);
-      } else {
-        ToWide(value.ToText(), place.text);
+    case Kind::Object: {  // an object has no text: type mismatch
+      const std::string* text = value.IfText();
+      if (!text) text = &(place.utf8 = value.ToText());
+      if (connection_.IsUtf8()) {
+        RequireUtf8(*text);
+        return BindUtf8(parameter, *text);
       }
+      ToWide(*text, place.text);
       data = place.text.data();
       size = std::max<SQLULEN>(1, place.text.size());
       place.indicator = Bytes(place.text.size());
       break;
+    }
   }
   statement_.Check(SQLBindParameter(statement_.Get(), static_cast<SQLUSMALLINT>(parameter + 1), SQL_PARAM_INPUT, cType,
                                     sqlType, size, 0, data, place.indicator > 0 ? place.indicator : 0,
@@ -179,25 +182,36 @@ Variant OdbcStatement::Value(std::size_t column) {
 }
 
 std::optional<std::string> OdbcStatement::Text(SQLUSMALLINT column) {
+  if (connection_.IsUtf8()) {
+    const auto text = Read(column, SQL_C_CHAR, utf8_);
+    return text ? std::optional<std::string>(*text) : std::nullopt;
+  }
+  const auto text = Read(column, SQL_C_WCHAR, wide_);
+  return text ? std::optional(FromWide(*text)) : std::nullopt;
+}
+
+template <typename Char>
+std::optional<std::basic_string_view<Char>> OdbcStatement::Read(SQLUSMALLINT column, SQLSMALLINT type,
+                                                                std::basic_string<Char>& buffer) {
   std::size_t read = 0;
-  buffer_.resize(std::max(buffer_.size(), kFirstPiece));
+  buffer.resize(std::max(buffer.size(), kFirstPiece));
   for (;;) {
     SQLLEN indicator = 0;
-    const std::size_t room = buffer_.size() - read;  // with the closing zero
-    const SQLRETURN result =
-        SQLGetData(statement_.Get(), column, SQL_C_WCHAR, buffer_.data() + read, Bytes(room), &indicator);
+    const std::size_t room = buffer.size() - read;  // with the closing zero
+    const auto bytes = static_cast<SQLLEN>(room * sizeof buffer[0]);
+    const SQLRETURN result = SQLGetData(statement_.Get(), column, type, buffer.data() + read, bytes, &indicator);
     if (result == SQL_NO_DATA) break;
     statement_.Check(result);
     if (indicator == SQL_NULL_DATA) return std::nullopt;
-    const bool isWhole = indicator != SQL_NO_TOTAL && indicator < Bytes(room);
+    const bool isWhole = indicator != SQL_NO_TOTAL && indicator < bytes;
     if (isWhole) {
-      read += static_cast<std::size_t>(indicator) / sizeof(SQLWCHAR);
+      read += static_cast<std::size_t>(indicator) / sizeof buffer[0];
       break;
     }
     read += room - 1;
-    buffer_.resize(buffer_.size() * 2);
+    buffer.resize(buffer.size() * 2);
   }
-  return FromWide({buffer_.data(), read});
+  return std::basic_string_view<Char>(buffer.data(), read);
 }
 
 void OdbcStatement::Reset() noexcept {

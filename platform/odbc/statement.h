@@ -45,6 +45,7 @@ class OdbcStatement : public DriverStatement {
  private:
   struct Parameter {  // where the driver reads a value from when the statement is executed
     WideText text;
+    std::string utf8;  // of a date-time
     SQLINTEGER integer = 0;
     double number = 0;
     unsigned char bit = 0;
@@ -59,6 +60,9 @@ class OdbcStatement : public DriverStatement {
   bool Fetch();
   ColumnDescription Describe(SQLUSMALLINT column) const;
   std::optional<std::string> Text(SQLUSMALLINT column);
+  template <typename Char>
+  std::optional<std::basic_string_view<Char>> Read(SQLUSMALLINT column, SQLSMALLINT type,
+                                                   std::basic_string<Char>& buffer);
 
   const OdbcConnection& connection_;
   WideText text_;
@@ -67,7 +71,8 @@ class OdbcStatement : public DriverStatement {
   std::chrono::seconds limit_{0};                                  // that the driver was asked for
   std::deque<Parameter> parameters_;                               // at addresses that stay
   mutable std::optional<std::vector<ColumnDescription>> columns_;  // asked for once
-  WideText buffer_;
+  WideText wide_;                                                  // room for a text that is read
+  std::string utf8_;
   std::int64_t affected_ = 0;
   bool isRunning_ = false;
   bool hasRows_ = false;

@@ -70,6 +70,10 @@ WideText ToWide(std::string_view utf8) {
   return wide;
 }
 
+void RequireUtf8(std::string_view text) {
+  for (std::size_t at = 0; at < text.size();) NextCharacter(text, at);
+}
+
 std::string FromWide(std::basic_string_view<SQLWCHAR> wide) {
   std::string text;
   text.reserve(wide.size());

@@ -15,6 +15,7 @@ using WideText = std::basic_string<SQLWCHAR>;
 
 WideText ToWide(std::string_view utf8);
 void ToWide(std::string_view utf8, WideText& wide);  // into a text whose memory is used again
+void RequireUtf8(std::string_view text);
 std::string FromWide(std::basic_string_view<SQLWCHAR> wide);
 
 }  // namespace qmx
