@@ -90,8 +90,8 @@ class Connection {
   TableDescription Describe(const std::string& table);
 
   // Runs the work. Rows that it saves are rows of the database for everybody else 50 ms later at most, and not each one
-  // at once; when it ends, or raises, all of them are. Raises what the work raises, or why saved rows are lost. Work on a
-  // closed connection meets that by itself.
+  // at once; when it ends, or raises, all of them are. Raises what the work raises, or why saved rows are lost. Work on
+  // a closed connection meets that by itself.
   void Together(const std::function<void()>& work);
 
   int CommandTimeout() const;  // seconds, 30 by default; 0 waits forever

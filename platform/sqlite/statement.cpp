@@ -28,7 +28,7 @@ Variant FromInteger(std::int64_t value, Kind type) {
   return static_cast<double>(value);
 }
 
-Variant FromText(std::string text, Kind type) {
+Variant FromText(std::string_view text, Kind type) {
   if (type == Kind::DateTime) {
     if (const std::optional<DateTime> moment = DateTime::Parse(text)) return *moment;
   }
@@ -145,7 +145,7 @@ void SqliteStatement::RaiseFailure() const {
   throw timeout;
 }
 
-std::string SqliteStatement::Text(int column) const {
+std::string_view SqliteStatement::Text(int column) const {
   sqlite3_stmt* statement = statement_.get();
   const void* bytes = sqlite3_column_type(statement, column) == SQLITE_BLOB
                           ? sqlite3_column_blob(statement, column)

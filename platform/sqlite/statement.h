@@ -33,7 +33,7 @@ class SqliteStatement : public DriverStatement {
 
   void DescribeColumns();
   [[noreturn]] void RaiseFailure() const;
-  std::string Text(int column) const;
+  std::string_view Text(int column) const;  // until the next step
 
   sqlite3* handle_;
   Deadline& deadline_;

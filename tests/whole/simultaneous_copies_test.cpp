@@ -61,6 +61,29 @@ TEST_F(SimultaneousCopies, OfTenTablesIntoOneFileAllSucceedWhileAReaderReads) {
   EXPECT_EQ(local_.Value("pragma integrity_check"), "ok");
 }
 
+TEST_F(SimultaneousCopies, ByChangeLetOtherProgramsWriteInBetween) {
+  local_.Copy("tssoc200");
+  for (int day = 1; day <= 5; ++day) {
+    company_.Change(DateTime::FromDate(2002, 1, day), "update tssoc200 set crit = 'NEW', minu = minu + 1");
+  }
+  local_.Sql("update tstables set lutm = '2001-02-03 04:05:06'");
+  local_.ByChange();
+  const std::string orders = local_.Value("select count(*) from tssoc200");
+
+  const auto run = program_.Start("tssoc200");
+  int written = 0;
+  int writtenInBetween = 0;
+  while (!run->HasEnded()) {
+    local_.Sql("insert into tsmdm030 (cstp) values ('" + std::to_string(written++) + "')");
+    writtenInBetween += CopiesInProgress();
+  }
+  const Process ended = run->Wait();
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_GT(writtenInBetween, 0);
+  EXPECT_EQ(local_.Value("select count(*) from tsmdm030"), std::to_string(written));
+  EXPECT_EQ(local_.Value("select count(*) from tssoc200 where crit = 'NEW'"), orders);
+}
+
 TEST_F(SimultaneousCopies, OfOneTableAreRefusedButForTheFirst) {
   const auto first = program_.Start("tssoc200");
   WaitUntil("the first has rows", [&] { return local_.Value("select count(*) from tssoc200") != "0"; });
