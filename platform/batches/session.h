@@ -52,8 +52,9 @@ class BatchingSession : public DriverSession {
   void MayGroup(bool may) override;
 
   // For the session's statements.
-  Lock Locked();  // while nobody sends; rows may wait
-  Lock Ready();   // and no row waits; raises what became of those that did
+  Lock Locked();   // while nobody sends; rows may wait
+  Lock Ready();    // and no row waits; raises what became of those that did
+  Lock Settled();  // and no group is open
 
   // Does what writes nothing. Where that fails, some systems take back the whole transaction.
   template <typename Use>
@@ -85,7 +86,6 @@ class BatchingSession : public DriverSession {
     Clock::time_point due;
   };
 
-  Lock Settled();  // ready, and no group is open
   Batch& Filling() { return batches_[(oldest_ + full_) % kBatches]; }
   void SendAll(Lock& lock);
   void SendOldest(Lock& lock);  // of the full ones; unlocks meanwhile

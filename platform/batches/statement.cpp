@@ -7,10 +7,12 @@
 namespace qmx {
 namespace {
 
-// Whether a statement writes rows, by its first word.
-bool Writes(std::string_view text) {
+std::string_view FirstWord(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-  const std::string_view word = text.substr(0, text.find_first_of(" \t\r\n"));
+  return text.substr(0, text.find_first_of(" \t\r\n"));
+}
+
+bool Writes(std::string_view word) {
   return SameName(word, "insert") || SameName(word, "update") || SameName(word, "delete");
 }
 
@@ -18,7 +20,11 @@ bool Writes(std::string_view text) {
 
 BatchingStatement::BatchingStatement(BatchingSession& session, const std::string& text,
                                      std::unique_ptr<DriverStatement> inner)
-    : session_(session), text_(text), writes_(Writes(text)), inner_(std::move(inner)) {}
+    : session_(session),
+      text_(text),
+      writes_(Writes(FirstWord(text))),
+      isSelect_(SameName(FirstWord(text), "select")),
+      inner_(std::move(inner)) {}
 
 BatchingStatement::~BatchingStatement() {
   const auto lock = session_.Locked();
@@ -45,7 +51,8 @@ bool BatchingStatement::Step() {
     affected_ = session_.Write(*inner_, text_, bound_);
     return false;
   }
-  return session_.Read(session_.Ready(), [&] { return inner_->Step(); });
+  // What is neither could not be done again with a group.
+  return session_.Read(isSelect_ ? session_.Ready() : session_.Settled(), [&] { return inner_->Step(); });
 }
 
 Variant BatchingStatement::Value(std::size_t column) {

@@ -22,7 +22,8 @@ class BatchingStatement : public DriverStatement {
  private:
   BatchingSession& session_;
   std::string text_;
-  bool writes_;
+  bool writes_;  // rows
+  bool isSelect_;
   std::unique_ptr<DriverStatement> inner_;
   // Where it writes:
   std::vector<const Variant*> bound_;

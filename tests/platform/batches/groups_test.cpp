@@ -200,6 +200,14 @@ TEST_P(Groups, AreDoneAgainOneByOneWhereTheyCannotBeCommitted) {
   EXPECT_EQ(Codes(), "A1B1C1");
 }
 
+TEST_P(Groups, AreCommittedBeforeAStatementThatIsNoneOfTheirs) {
+  connection_.Together([&] {
+    for (const char* code : {"A", "B"}) Add(code);
+    connection_.Execute("create table places (code varchar(20))");
+    EXPECT_EQ(Codes(), "A1B1");
+  });
+}
+
 TEST_P(Groups, AreNotMadeWhereATableKeepsWhatIsTakenBack) {
   if (connection_.System() != "MariaDB") return;  // the others have no such table
   connection_.Execute("create table places (code varchar(20) not null primary key) engine = MyISAM");
