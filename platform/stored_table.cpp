@@ -5,6 +5,7 @@
 
 #include "platform/error.h"
 #include "platform/execution.h"
+#include "platform/value_text.h"
 
 namespace qmx {
 namespace {
@@ -123,7 +124,7 @@ std::string StoredTable::KeyText(const Row& row) const {
     if (value.IsEmpty()) continue;
     if (!text.empty()) text += ", ";
     text += layout_->Columns()[column].name + '=';
-    text += value.IsNull() ? "null" : value.IfText() ? "'" + value.ToText() + "'" : value.ToText();
+    text += ValueText(value);
   }
   return text;
 }

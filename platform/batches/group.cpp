@@ -4,25 +4,25 @@
 
 #include "platform/error.h"
 #include "platform/execution.h"
+#include "platform/value_text.h"
 
 namespace qmx {
 namespace {
 
 std::string Listed(const std::vector<Variant>& values) {
   std::string text;
-  for (const Variant& value : values) {
-    if (!text.empty()) text += ", ";
-    text += value.IsNull() ? "null" : value.IfText() ? "'" + value.ToText() + "'" : value.ToText();
-  }
+  for (const Variant& value : values) text += (text.empty() ? "" : ", ") + ValueText(value);
   return text;
 }
 
 }  // namespace
 
-void BindAll(DriverStatement& statement, std::span<const Variant* const> values) {
+std::int64_t Executed(DriverStatement& statement, std::span<const Variant* const> values) {
+  Execution execution(statement);
   for (std::size_t parameter = 0; parameter < values.size(); ++parameter) {
     statement.Bind(parameter, *values[parameter]);
   }
+  return execution.Run();
 }
 
 bool Group::IsPossible() {
@@ -38,15 +38,12 @@ std::int64_t Group::Run(DriverStatement& statement, const std::string& text, std
   }
   std::optional<std::int64_t> affected;
   try {
-    affected = Execution(statement).Run();
+    affected = Executed(statement, values);
   } catch (const Error& error) {
     Redo();
     if (error.Number() == errors::kTimeout) throw;  // it would take as long again
   }
-  if (!affected) {
-    BindAll(statement, values);
-    return Execution(statement).Run();
-  }
+  if (!affected) return Executed(statement, values);
   Keep(text, values);
   if (count_ == limits_->statements) Commit();
   return *affected;

@@ -14,7 +14,8 @@
 
 namespace qmx {
 
-void BindAll(DriverStatement& statement, std::span<const Variant* const> values);
+// Executes a statement with these values; returns how many rows were affected.
+std::int64_t Executed(DriverStatement& statement, std::span<const Variant* const> values);
 
 class Group {
  public:
@@ -26,8 +27,7 @@ class Group {
   bool IsOpen() const { return isOpen_; }
   Clock::time_point Due() const { return due_; }
 
-  // Executes a statement, to which the values are bound, in the group; opens it where it is not. Returns how many rows
-  // were affected.
+  // The same in the group; opens it where it is not.
   std::int64_t Run(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values);
 
   void Commit();  // where it is open; it stays so only where it can be neither committed nor taken back

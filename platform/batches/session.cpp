@@ -5,7 +5,6 @@
 
 #include "platform/batches/insert.h"
 #include "platform/batches/statement.h"
-#include "platform/execution.h"
 
 namespace qmx {
 namespace {
@@ -147,8 +146,7 @@ std::int64_t BatchingSession::Write(DriverStatement& statement, const std::strin
   const Lock lock = Ready();
   const bool inGroup = mayGroup_ && !isWithinBegin_ && group_.IsPossible();
   if (!inGroup) group_.Commit();  // one that could not be committed before
-  BindAll(statement, values);
-  if (!inGroup) return Execution(statement).Run();
+  if (!inGroup) return Executed(statement, values);
   const bool wasOpen = group_.IsOpen();
   const std::int64_t affected = group_.Run(statement, text, values);
   if (group_.IsOpen() && !wasOpen) StartHelper();

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/execution.h"
 #include "platform/odbc/connection.h"
 #include "platform/odbc/statement.h"
 
@@ -129,7 +130,7 @@ class ArrayRows : public DriverRows {
     }
     for (std::size_t column = 0; column < arrays_.size(); ++column) statement_.BindArray(column, arrays_[column]);
     statement_.RowsTogether(rows);
-    statement_.Run();
+    Execution(statement_).Run();
     return rows;
   }
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 
+#include "platform/execution.h"
 #include "platform/odbc/statement.h"
 #include "platform/odbc/unicode.h"
 
@@ -75,7 +76,7 @@ void OdbcConnection::Attribute(SQLINTEGER attribute, const std::string& value) {
 
 void OdbcConnection::Run(const std::string& statement) {
   OdbcStatement running(*this, statement);
-  while (running.Step()) continue;
+  Execution(running).Run();
 }
 
 std::string OdbcConnection::AskText(const std::string& query) {

@@ -220,14 +220,4 @@ void OdbcStatement::Reset() noexcept {
   isRunning_ = false;
 }
 
-void OdbcStatement::Run() {
-  try {
-    while (Step()) continue;
-  } catch (...) {
-    Reset();
-    throw;
-  }
-  Reset();
-}
-
 }  // namespace qmx

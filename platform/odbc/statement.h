@@ -40,7 +40,6 @@ class OdbcStatement : public DriverStatement {
   Variant Value(std::size_t column) override;
   std::int64_t RowsAffected() const override { return affected_; }
   void Reset() noexcept override;
-  void Run();  // to its end, and resets it, whatever it raises
 
  private:
   struct Parameter {  // where the driver reads a value from when the statement is executed

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "platform/execution.h"
 #include "platform/odbc/catalog.h"
 #include "platform/odbc/statement.h"
 
@@ -31,7 +32,7 @@ class UnnestRows : public DriverRows {
       arrays_[column].back() = '}';  // in place of the last ","
       statement_.BindUtf8(column, arrays_[column]);
     }
-    statement_.Run();
+    Execution(statement_).Run();
     return values.size() / arrays_.size();
   }
 

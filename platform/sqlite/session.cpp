@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "platform/error.h"
+#include "platform/execution.h"
 #include "platform/sqlite/errors.h"
 #include "platform/sqlite/statement.h"
 #include "platform/sqlite/types.h"
@@ -85,7 +86,7 @@ SqliteSession::Handle SqliteSession::OpenFile(const fs::path& file) {
     for (const char* setting : {"pragma schema_version", "pragma journal_mode=wal", "pragma synchronous=normal",
                                 "pragma wal_autocheckpoint=16000"}) {
       SqliteStatement statement(opened, deadline_, setting);
-      while (statement.Step()) continue;
+      Execution(statement).Run();
     }
   } catch (Error& error) {
     const auto isCode = [](const Error::Detail& detail) { return detail.first == "code"; };
@@ -205,7 +206,7 @@ sqlite3* SqliteSession::Selected() const {
 
 void SqliteSession::Run(const std::string& statement) {
   SqliteStatement running(Selected(), deadline_, statement);
-  while (running.Step()) continue;
+  Execution(running).Run();
 }
 
 }  // namespace qmx

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/batches/driver.h"
 #include "tests/calendar/calendar_database.h"
 #include "tests/support/faulty_driver.h"
 
@@ -16,9 +17,10 @@ const std::vector<std::string> kNight = {"2001-03-05 22:00:00 > 2001-03-06"};
 struct Faulty {
   SqliteDriver sqlite;
   FaultyDriver driver{sqlite};
-  CalendarDatabase local{&driver};
+  BatchingDriver batching{driver};
+  CalendarDatabase local;
 
-  Faulty() {
+  explicit Faulty(bool inGroups = false) : local(inGroups ? static_cast<Driver*>(&batching) : &driver) {
     local.Employee("1001", "DAY");
     local.Employee("1002", "NIGHT");
     local.Records("DAY", {{"2001-03-05", "2001-03-06", 800, 1700}, {"2001-06-20", "2001-06-20", 800, 1700}});
@@ -57,6 +59,25 @@ void ExpectNothingButTheseIn(const std::vector<std::string>& found, std::vector<
   allowed.push_back("1999-01-01 > 1999-01-02");
   for (const std::string& interval : found) EXPECT_THAT(allowed, ::testing::Contains(interval));
   EXPECT_LE(found.size(), allowed.size());
+}
+
+TEST(ExpansionFaults, RowsThatCannotBeCommittedAreLostAsThoseThatCannotBeInserted) {
+  Faulty faulty(true);
+  bool isFull = false;
+  faulty.driver.before = [&](const std::string& operation) {
+    isFull = isFull || operation == "Commit";
+    const bool writes = operation == "Commit" || operation.starts_with("Prepare insert into tscalender");
+    if (isFull && writes) throw Error(errors::kDiskFull, "Test", "No space is left.");
+  };
+  EXPECT_TRUE(faulty.Expand());
+  EXPECT_TRUE(isFull);
+  EXPECT_THAT(faulty.local.Intervals("DAY"), ::testing::IsEmpty());
+  EXPECT_THAT(faulty.local.Intervals("NIGHT"), ::testing::IsEmpty());
+
+  faulty.driver.before = nullptr;
+  EXPECT_TRUE(faulty.Expand());
+  EXPECT_EQ(faulty.local.Intervals("DAY"), kDay);
+  EXPECT_EQ(faulty.local.Intervals("NIGHT"), kNight);
 }
 
 TEST(ExpansionFaults, OneFailureAnywhereLeavesNoWrongRowAndTheNextExpansionMendsIt) {

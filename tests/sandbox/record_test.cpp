@@ -163,6 +163,11 @@ std::string ValueOf(const RecordClass& tested, std::size_t place) {
   return text ? column + "x" : std::to_string(place);
 }
 
+Object FirstOrder(SandboxErp& erp) {
+  const Object manager = erp.Manager("ServiceOrders.ServiceOrdersManager");
+  return manager.Call("listServiceOrders", "", "Z").ToObject().Call("nextElement").ToObject();
+}
+
 TEST(Record, HasAGetterForEveryColumn) {
   for (const RecordClass& tested : kClasses) {
     SCOPED_TRACE(tested.code);
@@ -265,11 +270,7 @@ TEST(Record, OfAnOrderGivesDateObjectsForPointsInTime) {
       "INSERT INTO tssoc200 (orno, ordt, pstm, pftm, estm, lftm, tstm, astm, aftm, ract) VALUES ('SO', "
       "'2026-01-31 23:59:59', '2026-03-29 02:30:00', '2026-10-25 02:30:00', '1999-12-31 00:00:00', "
       "'2000-02-29 00:00:01', '2026-11-20 07:00:00', '2026-11-20 08:00:00', '2026-11-20 09:00:00', NULL)");
-  const Object record = erp.Manager("ServiceOrders.ServiceOrdersManager")
-                            .Call("listServiceOrders", "", "Z")
-                            .ToObject()
-                            .Call("nextElement")
-                            .ToObject();
+  const Object record = FirstOrder(erp);
   const auto date = [&](const char* getter) { return Parts(record.Call(getter).ToObject()); };
   EXPECT_EQ("126-0-31 23:59:59", date("getOrderDate"));
   EXPECT_EQ("126-2-29 2:30:0", date("getPlannedStartTime")) << "an hour that a zone with summer time does not have";
@@ -285,11 +286,7 @@ TEST(Record, OfAnOrderGivesDateObjectsForPointsInTime) {
 TEST(Record, KeepsADateObjectAsItWasWhenAnotherIsAskedFor) {
   SandboxErp erp;
   erp.Run("INSERT INTO tssoc200 (orno, ordt, pstm) VALUES ('SO', '2026-01-31 23:59:59', '2026-03-29 02:30:00')");
-  const Object record = erp.Manager("ServiceOrders.ServiceOrdersManager")
-                            .Call("listServiceOrders", "", "Z")
-                            .ToObject()
-                            .Call("nextElement")
-                            .ToObject();
+  const Object record = FirstOrder(erp);
   const Object ordered = record.Call("getOrderDate").ToObject();
   const Object planned = record.Call("getPlannedStartTime").ToObject();
   EXPECT_EQ("126-0-31 23:59:59", Parts(ordered));
@@ -371,11 +368,7 @@ TEST(Record, GivesNullWhereTheFileHasNoneOfTheErpsBlanks) {
 TEST(Record, RaisesForAPointInTimeThatIsNone) {
   SandboxErp erp;
   erp.Run("INSERT INTO tssoc200 (orno, ordt) VALUES ('SO1', 'soon')");
-  const Object record = erp.Manager("ServiceOrders.ServiceOrdersManager")
-                            .Call("listServiceOrders", "", "Z")
-                            .ToObject()
-                            .Call("nextElement")
-                            .ToObject();
+  const Object record = FirstOrder(erp);
   const Error error = Raised([&] { record.Call("getOrderDate"); });
   EXPECT_EQ(13, error.Number());
   EXPECT_EQ("ServiceOrders.ServiceOrders", error.Source());
