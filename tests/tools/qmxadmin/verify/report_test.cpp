@@ -8,7 +8,7 @@
 namespace qmx::test {
 namespace {
 
-LocalTable Kinds() {
+LocalTable FourKinds() {
   LocalTable table;
   table.name = "kinds";
   table.columns = {{"code", Variant::Kind::Text, 20},
@@ -25,7 +25,7 @@ RowValues Row(const char* code, std::int32_t line, Variant name) {
 
 std::string Told(OutputForm form) {
   std::ostringstream out;
-  const LocalTable table = Kinds();
+  const LocalTable table = FourKinds();
   const auto report = MakeVerifyReport(out, form);
   report->Begin(table);
   report->Missing(Row("A", 1, "x"));
@@ -57,7 +57,7 @@ TEST(AVerifyReport, TellsADifferenceALineAndEachTablesCounts) {
 }
 
 TEST(AVerifyReport, ShowsNumbersToTheLastDigit) {
-  LocalTable table = Kinds();
+  LocalTable table = FourKinds();
   table.columns[2].type = Variant::Kind::Double;
   std::ostringstream out;
   const auto report = MakeVerifyReport(out, OutputForm::Table);
