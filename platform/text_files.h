@@ -2,8 +2,8 @@
 //
 // Paths are texts with "\"; the adapter maps them to the machine's. A number that is already open is error 55, one that
 // is not is 52; a missing file opened for input is 53, a missing folder 76, a refused one 70 or 75, a full disk 61 (at
-// Print, Write or Close at the latest), any other device failure 57. Every description names the path as it was given.
-// Lines end in CR LF.
+// Print, Write or Close at the latest), any other device failure 57. Every description names the file by its native
+// path. Lines end in CR LF.
 #pragma once
 
 #include <initializer_list>

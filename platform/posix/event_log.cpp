@@ -47,11 +47,12 @@ std::string WithPlainLineEnds(std::string_view text) {
 }
 
 void RequireFolder(const std::string& target) {
-  std::filesystem::path folder = std::filesystem::path(NativePath(target)).parent_path();
+  const std::string file = NativePath(target);
+  std::filesystem::path folder = std::filesystem::path(file).parent_path();
   if (folder.empty()) folder = ".";
   std::error_code ignored;
-  if (!std::filesystem::is_directory(folder, ignored)) RaiseSystemError(ENOTDIR, kSource, target);
-  if (access(folder.c_str(), W_OK | X_OK) != 0) RaiseSystemError(errno, kSource, target);
+  if (!std::filesystem::is_directory(folder, ignored)) RaiseSystemError(ENOTDIR, kSource, file);
+  if (access(folder.c_str(), W_OK | X_OK) != 0) RaiseSystemError(errno, kSource, file);
 }
 
 // True when somebody took it.

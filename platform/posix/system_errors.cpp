@@ -5,7 +5,6 @@
 #include <system_error>
 
 #include "platform/error.h"
-#include "platform/posix/paths.h"
 
 namespace qmx {
 namespace {
@@ -60,12 +59,11 @@ const char* Headline(std::int32_t number) {
 
 }  // namespace
 
-void RaiseSystemError(int code, const std::string& source, const std::string& path) {
-  const std::string native = NativePath(path);
-  const std::int32_t number = NumberOf(code, native);
-  throw Error(number, source, std::string(Headline(number)) + ": " + path)
-      .With("file", native)
-      .With("system", std::generic_category().message(code));
+void RaiseSystemError(int code, const std::string& source, const std::string& nativePath, const std::string& reason) {
+  const std::int32_t number = NumberOf(code, nativePath);
+  const std::string what = std::string(Headline(number)) + ": " + nativePath;
+  if (!reason.empty()) throw Error(number, source, what + " " + reason);
+  throw Error(number, source, what).With("system", std::generic_category().message(code));
 }
 
 }  // namespace qmx

@@ -5,8 +5,9 @@
 
 namespace qmx {
 
-// `code` is an errno value. The path stands in the description as it was given, its native form and the system's own
-// words are details.
-[[noreturn]] void RaiseSystemError(int code, const std::string& source, const std::string& path);
+// `code` is an errno value. The description names the file by its native path; the system's own words are a detail.
+// `reason` says what is wrong with the file, where the code alone does not.
+[[noreturn]] void RaiseSystemError(int code, const std::string& source, const std::string& nativePath,
+                                   const std::string& reason = {});
 
 }  // namespace qmx

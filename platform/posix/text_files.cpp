@@ -1,7 +1,5 @@
 #include "platform/posix/text_files.h"
 
-#include <sys/stat.h>
-
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -17,45 +15,43 @@ constexpr const char* kSource = "Text files";
 
 }  // namespace
 
-void PosixTextFiles::OpenForAppend(const std::string& path, int number) { Open(path, number, false); }
+void PosixTextFiles::OpenForAppend(const std::string& path, int number) { Open(path, number, FileUse::Append); }
 
-void PosixTextFiles::OpenForInput(const std::string& path, int number) { Open(path, number, true); }
+void PosixTextFiles::OpenForInput(const std::string& path, int number) { Open(path, number, FileUse::Input); }
 
-void PosixTextFiles::Open(const std::string& path, int number, bool forInput) {
+void PosixTextFiles::Open(const std::string& path, int number, FileUse use) {
+  const std::string native = NativePath(path);
   const auto open = files_.find(number);
   if (open != files_.end()) {
     throw Error(errors::kFileAlreadyOpen, kSource,
                 "File already open: number " + std::to_string(number) + " is in use by " + open->second.path +
-                    " and cannot be used for " + path);
+                    " and cannot be used for " + native);
   }
-  if (path.find('\0') != std::string::npos) RaiseSystemError(EINVAL, kSource, path);
+  if (native.find('\0') != std::string::npos) RaiseSystemError(EINVAL, kSource, native);
 
-  std::FILE* stream = std::fopen(NativePath(path).c_str(), forInput ? "rbe" : "abe");
-  if (!stream) RaiseSystemError(errno, kSource, path);
-  OpenFile file{path, forInput, {stream, {}}};
-  struct stat status {};
-  if (fstat(fileno(stream), &status) == 0 && S_ISDIR(status.st_mode)) RaiseSystemError(EISDIR, kSource, path);
-  files_.emplace(number, std::move(file));
+  PlainFile file = OpenPlainFile(native, use);
+  if (!file.stream) RaiseSystemError(file.code, kSource, native, file.reason);
+  files_.emplace(number, OpenFile{native, use, std::move(file)});
 }
 
-PosixTextFiles::OpenFile& PosixTextFiles::Find(int number, bool forInput) {
+PosixTextFiles::OpenFile& PosixTextFiles::Find(int number, FileUse use) {
   const auto open = files_.find(number);
   if (open == files_.end()) {
     throw Error(errors::kBadFileNumber, kSource, "Bad file number: " + std::to_string(number) + " is not open");
   }
-  if (open->second.forInput != forInput) {
+  if (open->second.use != use) {
     throw Error(errors::kBadFileNumber, kSource,
-                "Bad file number: " + std::to_string(number) + " is open for " + (forInput ? "appending" : "input") +
-                    ", " + open->second.path);
+                "Bad file number: " + std::to_string(number) + " is open for " +
+                    (use == FileUse::Input ? "appending" : "input") + ", " + open->second.path);
   }
   return open->second;
 }
 
 void PosixTextFiles::Print(int number, std::string_view line) {
-  OpenFile& file = Find(number, false);
+  OpenFile& open = Find(number, FileUse::Append);
   const std::string text = std::string(line) + "\r\n";
-  if (std::fwrite(text.data(), 1, text.size(), file.stream.get()) != text.size())
-    RaiseSystemError(errno, kSource, file.path);
+  if (std::fwrite(text.data(), 1, text.size(), open.file.stream.get()) != text.size())
+    RaiseSystemError(errno, kSource, open.path);
 }
 
 void PosixTextFiles::Write(int number, std::initializer_list<std::string_view> items) {
@@ -68,20 +64,20 @@ void PosixTextFiles::Write(int number, std::initializer_list<std::string_view> i
 }
 
 std::string PosixTextFiles::InputField(int number) {
-  OpenFile& file = Find(number, true);
-  std::FILE* stream = file.stream.get();
+  OpenFile& open = Find(number, FileUse::Input);
+  std::FILE* stream = open.file.stream.get();
   std::string field;
   bool quoted = false;
   int c = std::getc(stream);
   if (c == EOF && !std::ferror(stream)) {
-    throw Error(errors::kInputPastEnd, kSource, "Input past end of file: " + file.path);
+    throw Error(errors::kInputPastEnd, kSource, "Input past end of file: " + open.path);
   }
   for (; c != EOF; c = std::getc(stream)) {
     if (!quoted && (c == ',' || c == '\n' || c == '\r')) break;
     if (c == '"') quoted = !quoted;
     if (c != ' ' || !field.empty()) field += static_cast<char>(c);
   }
-  if (std::ferror(stream)) RaiseSystemError(errno, kSource, file.path);
+  if (std::ferror(stream)) RaiseSystemError(errno, kSource, open.path);
   if (c == '\r') {  // CR LF is one line end
     const int next = std::getc(stream);
     if (next != '\n' && next != EOF) std::ungetc(next, stream);
@@ -98,9 +94,9 @@ void PosixTextFiles::Close(int number) {
   if (open == files_.end()) {
     throw Error(errors::kBadFileNumber, kSource, "Bad file number: " + std::to_string(number) + " is not open");
   }
-  OpenFile file = std::move(open->second);
+  OpenFile closing = std::move(open->second);
   files_.erase(open);  // whatever happens next, the number is free again
-  if (std::fclose(file.stream.release()) != 0) RaiseSystemError(errno, kSource, file.path);
+  if (std::fclose(closing.file.stream.release()) != 0) RaiseSystemError(errno, kSource, closing.path);
 }
 
 std::string PosixTextFiles::CurrentDirectory() {

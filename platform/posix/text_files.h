@@ -2,12 +2,12 @@
 //
 // What is printed is handed to the system when the file is closed, or earlier where it is much: the lines that one
 // opening adds stay together when several processes append to one file. A path that holds a NUL character is error 75.
+// Files are opened as platform/plain_file.h has it: regular files only, and no symbolic links of other users.
 #pragma once
 
-#include <cstdio>
 #include <map>
-#include <memory>
 
+#include "platform/plain_file.h"
 #include "platform/text_files.h"
 
 namespace qmx {
@@ -23,17 +23,14 @@ class PosixTextFiles : public TextFiles {
   std::string CurrentDirectory() override;
 
  private:
-  struct CloseStream {
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-  };
   struct OpenFile {
-    std::string path;  // as it was given
-    bool forInput;
-    std::unique_ptr<std::FILE, CloseStream> stream;
+    std::string path;  // in its native form
+    FileUse use;
+    PlainFile file;
   };
 
-  void Open(const std::string& path, int number, bool forInput);
-  OpenFile& Find(int number, bool forInput);
+  void Open(const std::string& path, int number, FileUse use);
+  OpenFile& Find(int number, FileUse use);
 
   std::map<int, OpenFile> files_;
 };

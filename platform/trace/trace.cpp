@@ -13,12 +13,11 @@ namespace qmx {
 
 using Json = nlohmann::ordered_json;
 
-Trace::Trace(const std::string& path) : path_(path), file_(std::fopen(path.c_str(), "ae")) {
-  if (!file_) {
-    const std::string reason = std::strerror(errno);
-    throw Error(errors::kPathFileAccess, "Trace",
-                "The trace file \"" + path + "\" that QMX_TRACE names cannot be written: " + reason + ".");
-  }
+Trace::Trace(const std::string& path) : path_(path), file_(OpenPlainFile(path, FileUse::Append)) {
+  if (file_.stream) return;
+  const std::string reason = file_.reason.empty() ? std::strerror(file_.code) : "it " + file_.reason;
+  throw Error(errors::kPathFileAccess, "Trace",
+              "The trace file \"" + path + "\" that QMX_TRACE names cannot be written: " + reason + ".");
 }
 
 std::unique_ptr<Trace> Trace::FromEnvironment() {
@@ -27,16 +26,17 @@ std::unique_ptr<Trace> Trace::FromEnvironment() {
 }
 
 void Trace::Write(const Json& line) noexcept {
-  if (!file_) return;
+  std::FILE* const file = file_.stream.get();
+  if (!file) return;
   try {
     const std::string text = line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
-    if (std::fwrite(text.data(), 1, text.size(), file_.get()) == text.size() && std::fflush(file_.get()) == 0) return;
+    if (std::fwrite(text.data(), 1, text.size(), file) == text.size() && std::fflush(file) == 0) return;
     std::fprintf(stderr, "The trace file \"%s\" cannot be written any further: %s.\n", path_.c_str(),
                  std::strerror(errno));
   } catch (const std::exception& problem) {
     std::fprintf(stderr, "The trace in \"%s\" ends: %s.\n", path_.c_str(), problem.what());
   }
-  file_.reset();
+  file_.stream.reset();
 }
 
 Json TraceValue(const Variant& value) {

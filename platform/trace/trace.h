@@ -10,10 +10,11 @@
 // UTF-8 shows as U+FFFD. A failed call has "error" in place of its result.
 #pragma once
 
-#include <cstdio>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
+
+#include "platform/plain_file.h"
 
 namespace qmx {
 
@@ -30,11 +31,8 @@ class Trace {
   void Write(const nlohmann::ordered_json& line) noexcept;
 
  private:
-  struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
   std::string path_;
-  std::unique_ptr<std::FILE, CloseFile> file_;
+  PlainFile file_;
 };
 
 nlohmann::ordered_json TraceValue(const Variant& value);

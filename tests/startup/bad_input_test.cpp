@@ -1,5 +1,8 @@
 // Bad input, as the user meets it: the status, what stands on standard error and in the logs, and that the data which
 // was there is still there.
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "tests/startup/data_copy_process.h"
 
 namespace qmx::test {
@@ -8,6 +11,8 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+
+constexpr std::uintmax_t kDiskSize = 64 << 20;  // more than the database takes
 
 class BadInput : public DataCopyProcess {
  protected:
@@ -23,6 +28,17 @@ class BadInput : public DataCopyProcess {
     EXPECT_THAT(Log("tsmdm030.log"),
                 HasSubstr("\"Copy Service Types\",\" Copy of Service Types from Orvan to Local DB failed\"\r\n"));
     EXPECT_THAT(InUse(), ElementsAre("0"));
+  }
+
+  // Lets a log be as long as a file may be in RunOnFullDisk.
+  void FillDiskFor(const std::string& log) {
+    WriteFile(folder_ / log, "");
+    std::filesystem::resize_file(folder_ / log, kDiskSize);
+  }
+  Process RunOnFullDisk(const std::string& line) {
+    const std::string limited =
+        "exec prlimit --fsize=" + std::to_string(kDiskSize) + " env --ignore-signal=XFSZ \"$0\" \"$1\"";
+    return test::Run("/bin/sh", {"-c", limited, QMXDATACOPY, line}, environment_, folder_.Path());
   }
 
   // Has the service types served by a manifest of the test's own.
@@ -98,12 +114,22 @@ TEST_F(BadInput, APasswordInTheConnectionTextIsShownNowhere) {
   EXPECT_THAT(copy.err + Log("QMXDBSynclog.txt") + Log("tsmdm030.log"), testing::Not(HasSubstr("hush")));
 }
 
+TEST_F(BadInput, TheRestOfAPasswordBehindASemicolonIsShownNowhere) {
+  environment_["QMX_TRACE"] = folder_ / "trace.jsonl";
+  for (const std::string begin : {"Provider=SQLite;", "Provider=Papyrus;", "Driver=none;"}) {
+    pieces_.connection = begin + "PWD=hu;hush=hush";
+    const Process copy = Copy();
+    ExpectStartUpFailure(copy);
+    EXPECT_THAT(copy.err + Log("QMXDBSynclog.txt") + Log("tsmdm030.log") + ReadFile(folder_ / "trace.jsonl"),
+                testing::Not(HasSubstr("hush")));
+  }
+}
+
 TEST_F(BadInput, AMissingLogDirectoryIsNamedBeforeAnythingIsTouched) {
   pieces_.logs = folder_ / "none";
   const Process copy = Copy();
   EXPECT_EQ(copy.status, 2);
-  EXPECT_THAT(copy.err, HasSubstr("Path not found: " + pieces_.logs + "\\QMXDBSynclog.txt [file: " + pieces_.logs +
-                                  "/QMXDBSynclog.txt"));
+  EXPECT_THAT(copy.err, HasSubstr("Path not found: " + pieces_.logs + "/QMXDBSynclog.txt [system: "));
   EXPECT_THAT(copy.err, HasSubstr("Usage:"));
   EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
   EXPECT_THAT(InUse(), IsEmpty());
@@ -114,7 +140,7 @@ TEST_F(BadInput, ALogDirectoryThatIsAFileIsNamedBeforeAnythingIsTouched) {
   pieces_.logs = folder_ / "file";
   const Process copy = Copy();
   EXPECT_EQ(copy.status, 2);
-  EXPECT_THAT(copy.err, HasSubstr(pieces_.logs + "\\QMXDBSynclog.txt"));
+  EXPECT_THAT(copy.err, HasSubstr(pieces_.logs + "/QMXDBSynclog.txt"));
   EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
   EXPECT_THAT(InUse(), IsEmpty());
 }
@@ -123,26 +149,47 @@ TEST_F(BadInput, ALogDirectoryThatCannotBeWrittenIsNamedBeforeAnythingIsTouched)
   pieces_.logs = "/proc/sys";  // refuses root as well
   const Process copy = Copy();
   EXPECT_EQ(copy.status, 2);
-  EXPECT_THAT(copy.err, HasSubstr("/proc/sys\\QMXDBSynclog.txt"));
+  EXPECT_THAT(copy.err, HasSubstr("/proc/sys/QMXDBSynclog.txt"));
   EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
   EXPECT_THAT(InUse(), IsEmpty());
 }
 
 TEST_F(BadInput, ACopyLogOnAFullDiskIsNamedWithItsPath) {
-  std::filesystem::create_symlink("/dev/full", folder_ / "logs/tsmdm030.log");
-  const Process copy = Copy();
+  FillDiskFor("logs/tsmdm030.log");
+  const Process copy = RunOnFullDisk(pieces_.Line());
   EXPECT_EQ(copy.status, 2);
-  EXPECT_THAT(copy.err, HasSubstr("error 61, Text files: Disk full: " + pieces_.logs + "\\tsmdm030.log"));
-  EXPECT_THAT(Log("QMXDBSynclog.txt"), HasSubstr("Error is - 61: Disk full: " + pieces_.logs + "\\tsmdm030.log\r\n"));
+  EXPECT_THAT(copy.err, HasSubstr("error 61, Text files: Disk full: " + pieces_.logs + "/tsmdm030.log"));
+  EXPECT_THAT(Log("QMXDBSynclog.txt"), HasSubstr("Error is - 61: Disk full: " + pieces_.logs + "/tsmdm030.log\r\n"));
   EXPECT_THAT(Column("select count(*) from tsmdm030"), ElementsAre("3"));  // the copy itself was done
   EXPECT_THAT(InUse(), ElementsAre("1"));  // a run that cannot log its failure ends before it lets the table go
 }
 
-TEST_F(BadInput, AFailureLogOnAFullDiskIsToldOnStandardError) {
-  std::filesystem::create_symlink("/dev/full", folder_ / "logs/QMXDBSynclog.txt");
-  const Process copy = Run({"x,y,tsmdm030," + pieces_.logs + ",OrvanSandbox"});
+TEST_F(BadInput, ANamedPipeInPlaceOfTheCopyLogDoesNotHangTheRun) {
+  ASSERT_EQ(mkfifo((folder_ / "logs/tsmdm030.log").c_str(), 0600), 0);
+  const Process copy = Copy();
   EXPECT_EQ(copy.status, 2);
-  EXPECT_THAT(copy.err, HasSubstr("error 61, Text files: Disk full: " + pieces_.logs + "\\QMXDBSynclog.txt"));
+  const std::string told = pieces_.logs + "/tsmdm030.log is a named pipe, not a regular file";
+  EXPECT_THAT(copy.err, HasSubstr("error 75, Text files: Path/file access error: " + told));
+  EXPECT_THAT(Log("QMXDBSynclog.txt"), HasSubstr("Error is - 75: Path/file access error: " + told + "\r\n"));
+}
+
+TEST_F(BadInput, ALinkOfAnotherUserInPlaceOfTheCopyLogIsNotFollowed) {
+  if (geteuid() != 0) GTEST_SKIP() << "Only root can make a link that belongs to somebody else.";
+  WriteFile(folder_ / "precious", "as it was");
+  std::filesystem::create_symlink(folder_ / "precious", folder_ / "logs/tsmdm030.log");
+  ASSERT_EQ(lchown((folder_ / "logs/tsmdm030.log").c_str(), 65533, 65533), 0);
+  const Process copy = Copy();
+  EXPECT_EQ(copy.status, 2);
+  EXPECT_THAT(copy.err, HasSubstr("error 70, Text files: Permission denied: " + pieces_.logs +
+                                  "/tsmdm030.log is a symbolic link of the user 65533"));
+  EXPECT_EQ(ReadFile(folder_ / "precious"), "as it was");
+}
+
+TEST_F(BadInput, AFailureLogOnAFullDiskIsToldOnStandardError) {
+  FillDiskFor("logs/QMXDBSynclog.txt");
+  const Process copy = RunOnFullDisk("x,y,tsmdm030," + pieces_.logs + ",OrvanSandbox");
+  EXPECT_EQ(copy.status, 2);
+  EXPECT_THAT(copy.err, HasSubstr("error 61, Text files: Disk full: " + pieces_.logs + "/QMXDBSynclog.txt"));
   EXPECT_THAT(copy.err, HasSubstr("because of error 9999"));
   EXPECT_THAT(copy.err, HasSubstr("Usage:"));
 }

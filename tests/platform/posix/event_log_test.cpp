@@ -9,6 +9,7 @@
 #include "platform/posix/paths.h"
 #include "platform/posix/text_files.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/raised.h"
 #include "tests/support/system_log.h"
 #include "tests/support/temp_folder.h"
@@ -99,10 +100,11 @@ TEST_F(EventLogTest, AFileThatCannotBeWrittenIsAnErrorEachTimeAndHoldsNoNumber) 
   EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 75);
   EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 75);
   std::filesystem::remove(folder_ / "evtlog.txt");
-  log_.StartLogging("\\dev\\full", EventLog::kAutomatic);
-  EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 61);
-  EXPECT_EQ(Raised([&] { log_.LogEvent(std::string(1'000'000, 'x'), EventLog::kTypeError); }).Number(), 61);
-  Start();
+  {
+    const FullDisk full;
+    EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 61);
+    EXPECT_EQ(Raised([&] { log_.LogEvent(std::string(1'000'000, 'x'), EventLog::kTypeError); }).Number(), 61);
+  }
   log_.LogEvent("entry", EventLog::kTypeError);
   EXPECT_TRUE(FileText().ends_with("entry\r\n"));
 }
@@ -110,7 +112,7 @@ TEST_F(EventLogTest, AFileThatCannotBeWrittenIsAnErrorEachTimeAndHoldsNoNumber) 
 TEST_F(EventLogTest, DoesNotStartWhereTheTargetsFolderIsMissingOrNone) {
   const Error missing = Raised([&] { log_.StartLogging(PathText(folder_ / "none/evtlog.txt"), 0); });
   EXPECT_EQ(missing.Number(), 76);
-  EXPECT_EQ(missing.Description(), "Path not found: " + PathText(folder_ / "none/evtlog.txt"));
+  EXPECT_EQ(missing.Description(), "Path not found: " + (folder_ / "none/evtlog.txt"));
   WriteFile(folder_ / "file", "");
   EXPECT_EQ(Raised([&] { log_.StartLogging(PathText(folder_ / "file/evtlog.txt"), 0); }).Number(), 76);
   EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 5);

@@ -2,11 +2,14 @@
 #include "platform/posix/text_files.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <fstream>
 
 #include "platform/posix/paths.h"
 #include "tests/support/environment.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/raised.h"
 #include "tests/support/temp_folder.h"
 
@@ -101,8 +104,8 @@ TEST_F(TextFilesTest, ANumberThatIsOpenIsRefusedWithBothPaths) {
   files_.OpenForAppend(PathOf("a.txt"), 1);
   const Error error = Raised([&] { files_.OpenForAppend(PathOf("b.txt"), 1); });
   EXPECT_EQ(error.Number(), 55);
-  EXPECT_EQ(error.Description(), "File already open: number 1 is in use by " + PathOf("a.txt") +
-                                     " and cannot be used for " + PathOf("b.txt"));
+  EXPECT_EQ(error.Description(), "File already open: number 1 is in use by " + (folder_ / "a.txt") +
+                                     " and cannot be used for " + (folder_ / "b.txt"));
   EXPECT_FALSE(std::filesystem::exists(folder_ / "b.txt"));
   files_.OpenForAppend(PathOf("b.txt"), 2);
   files_.Close(2);
@@ -120,21 +123,20 @@ TEST_F(TextFilesTest, ANumberThatIsNotOpenOrOpenTheOtherWayIsABadFileNumber) {
   files_.OpenForInput(PathOf("a.txt"), 1);
   EXPECT_EQ(Raised([&] { files_.Print(1, "x"); }).Number(), 52);
   EXPECT_EQ(Raised([&] { files_.Print(1, "x"); }).Description(),
-            "Bad file number: 1 is open for input, " + PathOf("a.txt"));
+            "Bad file number: 1 is open for input, " + (folder_ / "a.txt"));
 }
 
 TEST_F(TextFilesTest, AMissingFileIsNotFoundForInput) {
   const Error error = Raised([&] { files_.OpenForInput(PathOf("none.ini"), 1); });
   EXPECT_EQ(error.Number(), 53);
-  EXPECT_EQ(error.Description(), "File not found: " + PathOf("none.ini"));
-  EXPECT_EQ(error.Details(),
-            (std::vector<Error::Detail>{{"file", folder_ / "none.ini"}, {"system", "No such file or directory"}}));
+  EXPECT_EQ(error.Description(), "File not found: " + (folder_ / "none.ini"));
+  EXPECT_EQ(error.Details(), (std::vector<Error::Detail>{{"system", "No such file or directory"}}));
 }
 
 TEST_F(TextFilesTest, AMissingFolderIsAPathNotFound) {
   const Error error = Raised([&] { files_.OpenForAppend(PathOf("none\\a.txt"), 1); });
   EXPECT_EQ(error.Number(), 76);
-  EXPECT_EQ(error.Description(), "Path not found: " + PathOf("none\\a.txt"));
+  EXPECT_EQ(error.Description(), "Path not found: " + (folder_ / "none/a.txt"));
   EXPECT_EQ(Raised([&] { files_.OpenForInput(PathOf("none\\a.txt"), 1); }).Number(), 76);
 }
 
@@ -162,21 +164,44 @@ TEST_F(TextFilesTest, ARefusedFileIsAPermissionDenied) {
   // A program that is running cannot be written to, by nobody.
   const Error error = Raised([&] { files_.OpenForAppend("\\proc\\self\\exe", 1); });
   EXPECT_EQ(error.Number(), 70);
-  EXPECT_EQ(error.Description(), "Permission denied: \\proc\\self\\exe");
+  EXPECT_EQ(error.Description(), "Permission denied: /proc/self/exe");
 }
 
 TEST_F(TextFilesTest, AFullDiskIsToldAtCloseAtTheLatestAndTheNumberIsFreeAgain) {
-  files_.OpenForAppend("\\dev\\full", 1);
+  files_.OpenForAppend(PathOf("a.txt"), 1);
   files_.Print(1, "x");
+  const FullDisk full;
   const Error error = Raised([&] { files_.Close(1); });
   EXPECT_EQ(error.Number(), 61);
-  EXPECT_EQ(error.Description(), "Disk full: \\dev\\full");
+  EXPECT_EQ(error.Description(), "Disk full: " + (folder_ / "a.txt"));
   EXPECT_EQ(Raised([&] { files_.Close(1); }).Number(), 52);
 }
 
 TEST_F(TextFilesTest, AFullDiskIsToldWhenMuchIsPrinted) {
-  files_.OpenForAppend("\\dev\\full", 1);
+  files_.OpenForAppend(PathOf("a.txt"), 1);
+  const FullDisk full;
   EXPECT_EQ(Raised([&] { files_.Print(1, std::string(1'000'000, 'x')); }).Number(), 61);
+}
+
+TEST_F(TextFilesTest, APipeInPlaceOfAFileIsAnAccessErrorAndNothingWaits) {
+  ASSERT_EQ(mkfifo((folder_ / "a.log").c_str(), 0600), 0);
+  const Error error = Raised([&] { files_.OpenForAppend(PathOf("a.log"), 1); });
+  EXPECT_EQ(error.Number(), 75);
+  EXPECT_EQ(error.Description(),
+            "Path/file access error: " + (folder_ / "a.log") + " is a named pipe, not a regular file");
+  EXPECT_EQ(Raised([&] { files_.OpenForInput(PathOf("a.log"), 1); }).Number(), 75);
+}
+
+TEST_F(TextFilesTest, ALinkOfAnotherUserIsAPermissionDenied) {
+  if (geteuid() != 0) GTEST_SKIP() << "Only root can make a link that belongs to somebody else.";
+  std::filesystem::create_symlink("b.log", folder_ / "a.log");
+  ASSERT_EQ(lchown((folder_ / "a.log").c_str(), 65533, 65533), 0);
+  const Error error = Raised([&] { files_.OpenForAppend(PathOf("a.log"), 1); });
+  EXPECT_EQ(error.Number(), 70);
+  EXPECT_EQ(error.Description(), "Permission denied: " + (folder_ / "a.log") +
+                                     " is a symbolic link of the user 65533; only links of root and of the "
+                                     "program's own user are followed");
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "b.log"));
 }
 
 TEST_F(TextFilesTest, AFileThatCannotBeReadIsADeviceError) {
