@@ -4,6 +4,7 @@
 // period, not the end of the copy, so that what the ERP changes meanwhile is read next time.
 #include "copy/clsDataCopy.h"
 #include "platform/error.h"
+#include "platform/failure_report.h"
 
 namespace qmx {
 namespace {
@@ -66,6 +67,17 @@ void clsDataCopy::SetAuditPeriod(Audit& audit, Text tableCode) {
   audit.period.Call("setFrom", audit.from);
   audit.period.Call("setTo", audit.to);
   audit.criteria.Call("setPeriod", audit.period);
+  ReportReversedPeriod(tableCode);
+}
+
+void clsDataCopy::ReportReversedPeriod(Text tableCode) {
+  if (LastUpdateTime <= RunTimeStamp) return;
+  platform_.failures.Report(
+      Error(errors::kInvalidCall, "Changed copy",
+            "The last update time of " + tableCode + ", " + LastUpdateTime.ToText() + ", lies after the clock's " +
+                RunTimeStamp.ToText() +
+                ", so the ERP is asked for a period that ends before it begins. Check the clock, then copy the table "
+                "in full: changes may be missing."));
 }
 
 void clsDataCopy::SetAuditParameter(const Object& parameter, const char* field, const Variant& from,

@@ -101,6 +101,7 @@ class clsDataCopy {
   void CopyChanged(const ChangedCopy& table, Text tableCode, Text busComponent, const ChangeMapper& setFields);
   void CreateAudit(Audit& audit, const char* manager, const char* record, std::size_t parameters);
   void SetAuditPeriod(Audit& audit, Text tableCode);
+  void ReportReversedPeriod(Text tableCode);  // where the period begins after its end
   static void SetAuditParameter(const Object& parameter, const char* field, const Variant& from, const Variant& to);
   void ApplyAuditEntries(const Audit& audit, const KeyCondition& selectKey, const KeyCondition& deleteKey,
                          Text tableCode, const ChangeMapper& setFields);
@@ -239,8 +240,9 @@ class clsDataCopy {
   std::int32_t InsertCount = 0;
   std::int32_t UpdateCount = 0;
   std::int32_t DeleteCount = 0;
-  DateTime RunTimeStamp;  // becomes the table's lutm when a copy ends well
-  Variant ConvertedDate;  // what DateObjectToDate found
+  DateTime LastUpdateTime;  // the lutm that a changed copy begins at; the zero date-time where there is none
+  DateTime RunTimeStamp;    // becomes the table's lutm when a copy ends well
+  Variant ConvertedDate;    // what DateObjectToDate found
 };
 
 }  // namespace qmx

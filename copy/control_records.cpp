@@ -133,7 +133,7 @@ Object clsDataCopy::LastUpdateAsDateObject(Text tableCode) {
 
   // The day goes in before the month and the year, on an object that holds today's date: the ERP's rules for a day that
   // is out of range then apply as they always have.
-  const DateTime moment = IsNone(lutm) ? DateTime() : lutm.ToDateTime();
+  const DateTime moment = LastUpdateTime = IsNone(lutm) ? DateTime() : lutm.ToDateTime();
   if (moment > DateTime()) {
     date.Call("setDate", static_cast<std::int16_t>(moment.Day()));
     date.Call("setmonth", static_cast<std::int16_t>(moment.Month() - 1));

@@ -1,6 +1,7 @@
 #include "platform/connection_text.h"
 
 #include <algorithm>
+#include <array>
 
 #include "platform/error.h"
 #include "platform/names.h"
@@ -19,6 +20,21 @@ std::string_view Trimmed(std::string_view text) {
 bool IsSecret(std::string_view keyword) {
   const std::string folded = FoldName(keyword);
   return folded == "pwd" || folded.ends_with("password");
+}
+
+// The keywords whose values may be shown.
+constexpr auto kShown =
+    std::to_array<std::string_view>({"provider",   "data source", "mode",          "driver",
+                                     "dsn",        "filedsn",     "server",        "servername",
+                                     "host",       "port",        "socket",        "database",
+                                     "catalog",    "uid",         "user",          "username",
+                                     "user id",    "protocol",    "sslmode",       "sslca",
+                                     "sslcert",    "charset",     "timeout",       "connect_timeout",
+                                     "options",    "option",      "keepalivetime", "keepaliveinterval",
+                                     "syncpragma", "nowchar",     "longnames"});
+
+bool MayBeShown(std::string_view keyword) {
+  return std::find(kShown.begin(), kShown.end(), FoldName(keyword)) != kShown.end();
 }
 
 [[noreturn]] void RaiseUnreadable(const std::string& why, std::size_t position) {
@@ -59,13 +75,19 @@ class Reader {
 
   std::size_t Position() const { return position_; }
 
+  // Behind a password without quotes a keyword that is not known may be the rest of that password.
+  void PassSecret() { isBehindSecret_ = true; }
+  bool IsRestOfSecret(std::string_view keyword) const {
+    return isBehindSecret_ && !MayBeShown(keyword) && !IsSecret(keyword);
+  }
+
  private:
   std::string Enclosed(const std::string& keyword, char closing) {
     const std::size_t start = position_++;
     std::string value;
     for (;; ++position_) {
       if (position_ >= text_.size()) {
-        RaiseUnreadable("the value of \"" + keyword + "\" has no closing " + closing + ", opened", start);
+        RaiseUnreadable("the value of " + Named(keyword) + " has no closing " + closing + ", opened", start);
       }
       if (text_[position_] == closing) {
         const bool doubled = position_ + 1 < text_.size() && text_[position_ + 1] == closing;
@@ -76,28 +98,39 @@ class Reader {
     }
     const std::size_t rest = text_.find_first_not_of(kBlanks, ++position_);
     if (rest != std::string_view::npos && text_[rest] != ';') {
-      RaiseUnreadable("the value of \"" + keyword + "\" goes on after its closing " + closing, rest);
+      RaiseUnreadable("the value of " + Named(keyword) + " goes on after its closing " + closing, rest);
     }
     return value;
   }
 
+  std::string Named(const std::string& keyword) const {
+    return IsRestOfSecret(keyword) ? "a keyword" : "\"" + keyword + "\"";
+  }
+
   std::string_view text_;
   std::size_t position_ = 0;
+  bool isBehindSecret_ = false;
 };
 
 }  // namespace
 
 ConnectionText::ConnectionText(std::string text) : text_(std::move(text)) {
+  const auto isEnclosed = [&](std::size_t start) {
+    return start < text_.size() && std::string_view("\"'{").find(text_[start]) != std::string_view::npos;
+  };
   Reader reader(text_);
   std::size_t shown = 0;  // up to here the text is in its masked form
   while (reader.NextPiece()) {
-    std::string keyword = reader.Keyword();
     const std::size_t start = reader.Position();
+    std::string keyword = reader.Keyword();
+    const std::size_t valueStart = reader.Position();
     std::string value = reader.Value(keyword);
-    if (IsSecret(keyword)) {
-      masked_.append(text_, shown, start - shown).append("***");
+    if (!MayBeShown(keyword)) {
+      const std::size_t hidden = reader.IsRestOfSecret(keyword) ? start : valueStart;
+      masked_.append(text_, shown, hidden - shown).append("***");
       shown = reader.Position();
     }
+    if (IsSecret(keyword) && !isEnclosed(valueStart)) reader.PassSecret();
     pairs_.emplace_back(std::move(keyword), std::move(value));
   }
   masked_.append(text_, shown);

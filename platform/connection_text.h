@@ -21,7 +21,9 @@ class ConnectionText {
   const std::vector<std::pair<std::string, std::string>>& Pairs() const { return pairs_; }  // as written, in order
   const std::string& Text() const { return text_; }
 
-  // The text with the value of every PWD and Password replaced by "***": the only form that may be shown.
+  // The only form that may be shown: "***" replaces the value of every PWD and Password, and of every keyword that is
+  // not known to hold no secret. Behind a password without quotes it replaces such a keyword as well, since the keyword
+  // may be the rest of a password that holds a ";".
   const std::string& Masked() const { return masked_; }
 
   // The same text with one keyword more, its value braced where it needs to be.

@@ -122,6 +122,25 @@ std::string NumberText(double value) {
   return decimal.negative ? "-" + text : text;
 }
 
+// The power of ten of the first digit that is not zero, in a number literal without sign that has such a digit.
+std::int64_t PowerOfTen(std::string_view number) {
+  const std::size_t e = std::min(number.find_first_of("eE"), number.size());
+  const std::string_view mantissa = number.substr(0, e);
+  const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
+  const auto first = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
+  const std::int64_t power = first < point ? point - first - 1 : point - first;
+  if (e == number.size()) return power;
+
+  std::string_view digits = number.substr(e + 1);
+  const bool negative = digits.starts_with('-');
+  if (negative || digits.starts_with('+')) digits.remove_prefix(1);
+  constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max() / 2;  // outweighs any number of digits
+  std::int64_t exponent = 0;
+  const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
+  if (read.ec != std::errc() || exponent > kMost) exponent = kMost;
+  return negative ? power - exponent : power + exponent;
+}
+
 template <typename Integer>
 Integer ToInteger(const Variant& value, const char* wanted) {
   const double rounded = RoundHalfEven(value.ToDouble());
@@ -290,11 +309,7 @@ std::optional<double> ParseNumber(std::string_view text) {
   const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (end != text.data() + text.size()) return std::nullopt;
   if (problem == std::errc::result_out_of_range) {
-    // Too large or too small for a double: which of the two shows in the sign of the exponent and, without one, in the
-    // digits before the point.
-    const std::size_t e = text.find_first_of("eE");
-    const bool small = e == std::string_view::npos ? text.find_first_not_of('0') == text.find('.') : text[e + 1] == '-';
-    value = small ? 0 : std::numeric_limits<double>::infinity();
+    value = PowerOfTen(text) < 0 ? 0 : std::numeric_limits<double>::infinity();
   } else if (problem != std::errc()) {
     return std::nullopt;
   }
@@ -307,13 +322,14 @@ double RoundDecimals(double value, int digits) {
   if (!std::isfinite(value)) return value;
   Decimal decimal = ToDecimal(value);
   const int kept = decimal.point + digits;
-  if (kept >= static_cast<int>(decimal.digits.size())) return value;
+  if (kept > kSignificantDigits) return value;
   if (kept < 0) return 0;
 
+  decimal.digits.resize(std::max(decimal.digits.size(), static_cast<std::size_t>(kept)), '0');
   const std::string dropped = decimal.digits.substr(static_cast<std::size_t>(kept));
   decimal.digits.resize(static_cast<std::size_t>(kept));
   const bool odd = kept > 0 && (decimal.digits.back() - '0') % 2 == 1;
-  const bool up = dropped.front() > '5' || (dropped.front() == '5' && (dropped.size() > 1 || odd));
+  const bool up = dropped > "5" || (dropped == "5" && odd);
   decimal.digits.insert(0, 1, '0');  // room for a carry
   if (up) {
     std::size_t at = decimal.digits.size() - 1;

@@ -107,6 +107,24 @@ TEST_F(ChangedCopyOfServiceTypes, ReadsFromTheLastUpdateHoweverFarBackItIs) {
                           "date1.setMinutes(59)", "date1.setSeconds(58)"));
 }
 
+TEST_F(ChangedCopyOfServiceTypes, ReportsAPeriodThatBeginsAfterItsEndAndGoesOn) {
+  rig.Sql("update tstables set lutm = '2026-11-21 08:00:00'");
+  Copy({Inserted(ServiceType("A", "Repair", "P1", "DAY"))});
+  EXPECT_THAT(
+      rig.failures.chains,
+      ElementsAre("error 5, Changed copy: The last update time of tsmdm030, 2026-11-21 08:00:00, lies after the "
+                  "clock's 2026-11-20 14:05:09, so the ERP is asked for a period that ends before it begins. "
+                  "Check the clock, then copy the table in full: changes may be missing."));
+  EXPECT_THAT(Rows(), ElementsAre("\"A\", \"Repair\""));
+  EXPECT_EQ(rig.Lutm("tsmdm030"), "2026-11-20 14:05:09");
+}
+
+TEST_F(ChangedCopyOfServiceTypes, ReportsNothingOfAPeriodThatEndsAsItBegins) {
+  rig.Sql("update tstables set lutm = '2026-11-20 14:05:09'");
+  Copy({});
+  EXPECT_THAT(rig.failures.chains, IsEmpty());
+}
+
 TEST_F(ChangedCopyOfServiceTypes, TakesThePeriodsEndAsTheLastUpdateTimeNotTheCopysEnd) {
   rig.clock.step = 1;
   Copy({});

@@ -295,6 +295,29 @@ TEST(ParseNumber, GivesInfinityPastTheLargestDoubleAndZeroBelowTheSmallest) {
   EXPECT_EQ(ParseNumber("0." + std::string(400, '0') + "1"), 0.0);
 }
 
+TEST(ParseNumber, WeighsTheExponentAgainstTheDigits) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  const std::string zeros(400, '0');
+  EXPECT_EQ(ParseNumber("1" + zeros + "e-10"), kInfinity);
+  EXPECT_EQ(ParseNumber("-1" + zeros + "E-10"), -kInfinity);
+  EXPECT_EQ(ParseNumber("1" + zeros + "e-400"), 1.0);
+  EXPECT_EQ(ParseNumber("0." + zeros + "1e10"), 0.0);
+  EXPECT_EQ(ParseNumber("0." + zeros + "1e+10"), 0.0);
+  EXPECT_EQ(ParseNumber("." + zeros + "1e401"), 1.0);
+  EXPECT_EQ(ParseNumber("." + zeros + "1e800"), kInfinity);
+  EXPECT_EQ(ParseNumber("12.5e-99999999999999999999"), 0.0);
+  EXPECT_EQ(ParseNumber("12.5e99999999999999999999"), kInfinity);
+  EXPECT_EQ(ParseNumber("0e999"), 0.0);
+}
+
+TEST(RoundDecimals, RoundsWhatNeedsMoreDigitsThanADoubleHoldsForCertain) {
+  EXPECT_EQ(RoundDecimals(649561783.99999988, 0), 649561784.0);
+  EXPECT_EQ(RoundDecimals(649561783.99999988, 2), 649561784.0);
+  EXPECT_EQ(RoundDecimals(-649561783.99999988, 0), -649561784.0);
+  EXPECT_EQ(RoundDecimals(0.30000000000000004, 2), 0.3);
+  EXPECT_EQ(RoundDecimals(649561783.99999988, 7), 649561783.99999988);  // finer than the digits that are certain
+}
+
 TEST(RoundDecimals, RoundsHalvesToEvenJudgedOnTheDecimalValueAsWritten) {
   EXPECT_EQ(RoundDecimals(2.125, 2), 2.12);
   EXPECT_EQ(RoundDecimals(2.375, 2), 2.38);

@@ -64,7 +64,8 @@ TEST(ConnectionText, WhatCannotBeReadIsAnErrorThatNamesThePlace) {
 }
 
 TEST(ConnectionText, AnErrorNeverRepeatsAValue) {
-  for (const char* text : {"PWD='geheim", "PWD={geheim", "PWD='geheim' geheim", "PWD=a;geheim"}) {
+  for (const char* text : {"PWD='geheim", "PWD={geheim", "PWD='geheim' geheim", "PWD=a;geheim", "PWD=a;geheim={x",
+                           "PWD=a;geheim='x' y", "PWD=a;Port={geheim"}) {
     EXPECT_THAT(Raised([&] { ConnectionText{text}; }).Description(), Not(HasSubstr("geheim"))) << text;
   }
 }
@@ -72,8 +73,26 @@ TEST(ConnectionText, AnErrorNeverRepeatsAValue) {
 TEST(ConnectionText, PasswordsAreMasked) {
   EXPECT_EQ(ConnectionText("DSN=x;UID=me;PWD=geheim").Masked(), "DSN=x;UID=me;PWD=***");
   EXPECT_EQ(ConnectionText("pwd='a;b';Password={c};Port=1").Masked(), "pwd=***;Password=***;Port=1");
-  EXPECT_EQ(ConnectionText("PWD = geheim ; Database Password=x;a=1").Masked(), "PWD = ***; Database Password=***;a=1");
-  EXPECT_EQ(ConnectionText("a=1").Masked(), "a=1");
+  EXPECT_EQ(ConnectionText("PWD = geheim ; Database Password=x;Port=1").Masked(),
+            "PWD = ***; Database Password=***;Port=1");
+}
+
+TEST(ConnectionText, TheValuesOfUnknownKeywordsAreMasked) {
+  EXPECT_EQ(ConnectionText("DSN=x;Token=geheim;Port=1").Masked(), "DSN=x;Token=***;Port=1");
+  EXPECT_EQ(ConnectionText("PWD={a;b};Colour=red").Masked(), "PWD=***;Colour=***");
+}
+
+TEST(ConnectionText, TheRestOfAPasswordWithoutQuotesIsMaskedAsAWhole) {
+  EXPECT_EQ(ConnectionText("DSN=x;PWD=ge;he=im;UID=me").Masked(), "DSN=x;PWD=***;***;UID=me");
+  EXPECT_EQ(ConnectionText("PWD=ge;he = 'im';i=m ; UID=me").Masked(), "PWD=***;***;***; UID=me");
+}
+
+TEST(ConnectionText, WhatTheSystemsDriversTakeIsShown) {
+  const std::string postgresql = "DRIVER=PostgreSQL Unicode;SERVER=a;PORT=5432;DATABASE=b;UID=c;Protocol=7.4-1";
+  const std::string sqlite = "Provider=SQLite;Data Source=/a.db;Mode=Create";
+  for (const std::string& text : {postgresql, sqlite, std::string("FILEDSN=/a;SSLMode=require;Timeout=3")}) {
+    EXPECT_EQ(ConnectionText(text).Masked(), text);
+  }
 }
 
 TEST(ConnectionText, WithAddsAKeywordAndBracesItsValueWhereNeeded) {
