@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -58,6 +59,8 @@ class clsDataCopy {
   std::int16_t RunCopy(Text ConnectionString, Text LocalDataBase, Text TableName, Text LogFilePath,
                        const Variant& BusComponent);
   void CopyTable(Text tableName, Text tableCode, bool extendedForm, Text busComponent, std::int16_t syncMethod);
+  void ReportRefusal(Text tableCode);
+  void ReportNothingToCopy(Text reason, Text whatToDo);
   void CloseConnection();
 
   Connection& OpenedConnection();  // raises 91 before the run has made one
@@ -240,6 +243,7 @@ class clsDataCopy {
   std::int32_t InsertCount = 0;
   std::int32_t UpdateCount = 0;
   std::int32_t DeleteCount = 0;
+  std::optional<DateTime> RefusedAfter;  // the last update time of a table that was found in progress
   DateTime LastUpdateTime;  // the lutm that a changed copy begins at; the zero date-time where there is none
   DateTime RunTimeStamp;    // becomes the table's lutm when a copy ends well
   Variant ConvertedDate;    // what DateObjectToDate found

@@ -4,6 +4,7 @@
 // of the flag are two steps: two runs that start at the same instant can both pass the check.
 #include "copy/clsDataCopy.h"
 #include "platform/error.h"
+#include "platform/failure_report.h"
 
 namespace qmx {
 namespace {
@@ -20,6 +21,16 @@ const Column kLutm = "lutm";
 
 // A null or empty value is none.
 bool IsNone(const Variant& value) { return value.IsNull() || value.IsEmpty(); }
+
+// For a report only: none where the column holds no date-time or is missing.
+std::optional<DateTime> MomentIn(Recordset& record, const Column& column) {
+  try {
+    const Variant value = record.Fields(column).Value();
+    if (!IsNone(value) && value.ToDateTime() > DateTime()) return value.ToDateTime();
+  } catch (const Error&) {
+  }
+  return std::nullopt;
+}
 
 // True when the table has a record, on which the record set then stands.
 bool OpenControlRecord(Recordset& record, Connection& connection, const std::string& tableCode) {
@@ -62,10 +73,12 @@ std::int16_t clsDataCopy::OnControlRecord(Text tableCode, const FailureTexts& fa
 bool clsDataCopy::IsCopyInProgress(Text tableCode) {
   static constexpr FailureTexts kFailure = {"Data Copy In Progress",
                                             "Checking of whether Data Copy is in Progress for table "};
-  return OnControlRecord(tableCode, kFailure, [](Recordset& record, bool found) {
+  return OnControlRecord(tableCode, kFailure, [&](Recordset& record, bool found) {
            if (!found) return kFree;
            const Variant inUse = record.Fields(kInUse).Value();
-           return !IsNone(inUse) && inUse.ToDouble() == kInProgress ? kInProgress : kFree;
+           if (IsNone(inUse) || inUse.ToDouble() != kInProgress) return kFree;
+           RefusedAfter = MomentIn(record, kLutm);
+           return kInProgress;
          }) == kInProgress;
 }
 
@@ -118,9 +131,16 @@ void clsDataCopy::WriteLastUpdateTime(Text tableCode, DateTime moment) {
     record->Update();
     record->Close();
   } catch (...) {
-    // Without a new lutm the next run reads a longer period, which does no harm.
+    // Without a new lutm the next run reads a longer period, which does no harm. The copy goes on, but the process does
+    // not end as if all were well.
+    const Error failure = CurrentError();
     WriteErrorLog();
     CloseAfterFailure(record);
+    declarations_.statusWhenFinished = ExitStatus::StartUpFailed;
+    platform_.failures.Report(
+        Error(failure.Number(), "clsDataCopy", "The last update time of table " + tableCode + " was not written.")
+            .With("what to do",
+                  "mend the reason; the next copy by change then reads the time since the old one again"));
   }
 }
 

@@ -1,4 +1,5 @@
 // The run: guard the table, copy it, release it, tell how it went.
+#include <algorithm>
 #include <utility>
 
 #include "copy/clsDataCopy.h"
@@ -15,7 +16,12 @@ constexpr std::int16_t kAlreadyInProgress = 1;
 constexpr std::int16_t kFailed = -1;
 
 // A table name longer than a table code is the extended form: table code, "=", key, "=", kind.
-constexpr std::size_t kTableCodeLength = 8;
+constexpr std::size_t kTableCodeLength = 8;  // in characters
+
+std::size_t CharacterCount(const std::string& utf8) {
+  const auto beginsCharacter = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; };
+  return static_cast<std::size_t>(std::count_if(utf8.begin(), utf8.end(), beginsCharacter));
+}
 
 }  // namespace
 
@@ -42,7 +48,7 @@ void clsDataCopy::StartDataCopy(std::string ConnectionString, std::string LocalD
 
 std::int16_t clsDataCopy::RunCopy(Text ConnectionString, Text LocalDataBase, Text TableName, Text LogFilePath,
                                   const Variant& BusComponent) {
-  const bool extendedForm = TableName.size() > kTableCodeLength;
+  const bool extendedForm = CharacterCount(TableName) > kTableCodeLength;
   const std::string tableCode = extendedForm ? SplitAtEquals(TableName).front() : TableName;
   LogFile = LogFilePath + "\\" + tableCode + ".log";
 
@@ -55,6 +61,7 @@ std::int16_t clsDataCopy::RunCopy(Text ConnectionString, Text LocalDataBase, Tex
     LocalRecordSet->ActiveConnection(*LocalConnection);
 
     if (IsCopyInProgress(tableCode)) {
+      ReportRefusal(tableCode);
       CloseConnection();
       return kAlreadyInProgress;
     }
@@ -75,7 +82,9 @@ std::int16_t clsDataCopy::RunCopy(Text ConnectionString, Text LocalDataBase, Tex
     ReleaseCopyInProgress(tableCode);
     CloseConnection();
   } catch (...) {
-    // The copy itself is done, so the run counts as finished; a flag that is still set stays so until it is reset.
+    // The copy itself is done, so the run counts as finished. A flag that is still set refuses every later run, which
+    // the process's exit status has to show.
+    declarations_.statusWhenFinished = ExitStatus::StartUpFailed;
     WriteErrorLog();
     CloseConnection();
     platform_.failures.Report(CurrentError());
@@ -100,18 +109,37 @@ void clsDataCopy::CopyTable(Text tableName, Text tableCode, bool extendedForm, T
   for (const auto& [table, copy] : kTables) {
     if (code == table) return (this->*copy)(tableCode, busComponent, syncMethod);
   }
-  if (code != "tcccp030") return;  // an unknown table is copied by doing nothing
+  if (code != "tcccp030")
+    return ReportNothingToCopy("There is no table \"" + tableCode + "\" that can be copied: nothing was copied.",
+                               "correct the table code on the command line; \"qmxadmin status\" lists all codes");
   if (!extendedForm) return CopyCalendars(tableCode, busComponent, syncMethod);
 
   const std::vector<std::string> parts = SplitAtEquals(tableName);
   const std::string& kind = PieceAt(parts, 2, tableName);
-  if (kind != "E" && kind != "C") return;
+  if (kind != "E" && kind != "C")
+    return ReportNothingToCopy("There is no calendar kind \"" + kind + "\": nothing was copied.",
+                               "end the table with =E for an employee's calendar, with =C for one by its code");
   events_.DataCopyStarted(Now(), parts[0]);  // the scheduling server expects the second one
   if (kind == "E") {
     CopyCalendarOfEmployee(parts[1], busComponent);
   } else {
     CopyCalendar(parts[1], busComponent);
   }
+}
+
+void clsDataCopy::ReportRefusal(Text tableCode) {
+  Error refusal(errors::kNotAllowedNow, "clsDataCopy",
+                "The table " + tableCode +
+                    " is in progress, so it was not copied: another run copies it, or one ended without releasing it.");
+  if (RefusedAfter) refusal.With("last update time", RefusedAfter->ToText());
+  platform_.failures.Report(refusal.With(
+      "what to do", "copy again later; when no run copies it, free it with \"qmxadmin release " + tableCode + "\""));
+}
+
+// The engine takes such a run for finished. The process does not.
+void clsDataCopy::ReportNothingToCopy(Text reason, Text whatToDo) {
+  declarations_.statusWhenFinished = ExitStatus::NothingToCopy;
+  platform_.failures.Report(Error(errors::kInvalidCall, "clsDataCopy", reason).With("what to do", whatToDo));
 }
 
 void clsDataCopy::CloseConnection() {

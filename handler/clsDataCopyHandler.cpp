@@ -54,7 +54,7 @@ void clsDataCopyHandler::MyDataCopy_DataCopyStarted(Variant iTime, Variant iTabl
 
 void clsDataCopyHandler::MyDataCopy_DataCopyComplete(Variant iTime, Variant iTableName, Variant icount, Variant ucount,
                                                      Variant dcount) {
-  declarations_.exitStatus = ExitStatus::Complete;
+  declarations_.exitStatus = declarations_.statusWhenFinished;
   WriteToMessageBox(iTime, Concat({Heading(iTableName.ToText()), " : Copy result. Added - ", icount.ToText(),
                                    ";   Updated - ", ucount.ToText(), ";   Removed - ", dcount.ToText()}));
   UpdateStatus(iTableName, kComplete);

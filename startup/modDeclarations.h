@@ -7,7 +7,13 @@
 namespace qmx {
 
 // What the process ends with.
-enum class ExitStatus { Complete = 0, CopyFailed = 1, StartUpFailed = 2, Refused = 3 };
+enum class ExitStatus {
+  Complete = 0,
+  CopyFailed = 1,
+  StartUpFailed = 2,  // or a failure around the copy: the table was not released, the last update time not written
+  Refused = 3,
+  NothingToCopy = 4  // there is no such table or calendar kind
+};
 
 struct modDeclarations {
   bool ServerMessagesOff = false;    // no message-box or alert text is sent to the scheduling server
@@ -16,6 +22,7 @@ struct modDeclarations {
   std::string CurrentDatabaseName;   // the local connection's default database, for the failure report
 
   ExitStatus exitStatus = ExitStatus::Complete;
+  ExitStatus statusWhenFinished = ExitStatus::Complete;  // what exitStatus becomes when the run counts as finished
 };
 
 }  // namespace qmx

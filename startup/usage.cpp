@@ -24,9 +24,9 @@ split at every comma; blanks around a piece do not count.
   REQUEST     status request number of the scheduling server. A number: messages and table status
               are sent; another text: messages alone; empty or absent: nothing is sent
 
-Exit status: 0 the copy is complete, 1 it failed, 2 the program could not start or was ended by a
-failure that it does not handle, 3 the table is already being copied. The causes of a failure stand on
-standard error, the outermost first.
+Exit status: 0 the copy is complete, 1 it failed, 2 the program could not start, or something around the
+copy failed, such as the table's release, 3 the table is already being copied, 4 there is no such table or
+calendar kind. The causes of a failure stand on standard error, the outermost first.
 
 Environment:
   QMX_SYSTEM_DRIVE  folder that the path prefix "C:" stands for (default: the home folder)

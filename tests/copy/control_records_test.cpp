@@ -171,11 +171,17 @@ TEST_F(ControlRecords, LeaveTheRecordSetClosedAndNothingHalfWrittenAfterAFailure
   EXPECT_THAT(rig.Rows("tstables", {"TableName"}), ElementsAre());
 }
 
-TEST_F(ControlRecords, OnlyLogAFailedWriteOfTheLastUpdateTime) {
+TEST_F(ControlRecords, LogAndReportAFailedWriteOfTheLastUpdateTimeAndRaiseNothing) {
   rig.Sql("alter table tstables drop column lutm");
   Connect();
   rig.inside.WriteLastUpdateTime("tsmdm030", DateTime::FromDate(2027, 1, 1));
   EXPECT_THAT(rig.files.texts["C:\\log\\tsmdm030.log"], HasSubstr("lutm"));
+  ASSERT_EQ(rig.failures.chains.size(), 1u);
+  EXPECT_THAT(rig.failures.chains[0],
+              testing::StartsWith("error 3265, clsDataCopy: The last update time of table tsmdm030 was not "
+                                  "written. [what to do: mend the reason; the next copy by change then reads the time "
+                                  "since the old one again]\n  because of error 3265, "));
+  EXPECT_EQ(rig.declarations.statusWhenFinished, ExitStatus::StartUpFailed);
   EXPECT_EQ(rig.calls.Lines().back(), "rs3.Close");
   EXPECT_THAT(rig.Rows("tstables", {"TableName"}), ElementsAre());
 }

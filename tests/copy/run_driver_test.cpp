@@ -26,6 +26,7 @@ TEST(Run, TellsStartThenCompletionWithItsCountsThenDone) {
   EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"tsmdm030\"",
                                         "event Complete 2026-11-20 14:05:09, \"tsmdm030\", 2, 0, 0", "event done"));
   EXPECT_THAT(rig.failures.chains, IsEmpty());
+  EXPECT_EQ(rig.declarations.statusWhenFinished, ExitStatus::Complete);
 }
 
 TEST(Run, ChecksSetsReadsCopiesReleasesAndClosesInThisOrder) {
@@ -55,6 +56,16 @@ TEST(Run, CopiesNothingForAnUnknownTableAndCompletesWithZeroCounts) {
   EXPECT_EQ(rig.CopyLog("unknown1"), "");
 }
 
+TEST(Run, ReportsAnUnknownTableThoughItCountsAsFinished) {
+  CopyRig rig;
+  rig.Run("unknown1");
+  EXPECT_THAT(
+      rig.failures.chains,
+      ElementsAre("error 5, clsDataCopy: There is no table \"unknown1\" that can be copied: nothing was copied. "
+                  "[what to do: correct the table code on the command line; \"qmxadmin status\" lists all codes]"));
+  EXPECT_EQ(rig.declarations.statusWhenFinished, ExitStatus::NothingToCopy);
+}
+
 TEST(Run, RefusesATableThatIsInProgressAndLeavesItsFlag) {
   CopyRig rig;
   rig.ControlRecord("tsmdm030", 1, "2026-01-02 03:04:05");
@@ -65,6 +76,32 @@ TEST(Run, RefusesATableThatIsInProgressAndLeavesItsFlag) {
   EXPECT_EQ(rig.Lutm("tsmdm030"), "2026-01-02 03:04:05");
   EXPECT_EQ(rig.calls.Count("connection.Close"), 1u);
   EXPECT_THAT(rig.calls.StartingWith({"create "}), IsEmpty());
+}
+
+TEST(Run, ReportsARefusalWithTheLastUpdateTimeAndWhatToDo) {
+  CopyRig rig;
+  rig.ControlRecord("tsmdm030", 1, "2026-01-02 03:04:05");
+  rig.Sql("update tstables set in_use = 1");
+  rig.Run("tsmdm030");
+  EXPECT_THAT(
+      rig.failures.chains,
+      ElementsAre(
+          "error 3219, clsDataCopy: The table tsmdm030 is in progress, so it was not copied: another run copies "
+          "it, or one ended without releasing it. [last update time: 2026-01-02 03:04:05; what to do: copy again "
+          "later; when no run copies it, free it with \"qmxadmin release tsmdm030\"]"));
+}
+
+TEST(Run, ReportsARefusalWithoutALastUpdateTimeWhereThereIsNone) {
+  for (const char* change : {"update tstables set lutm = null", "alter table tstables drop column lutm"}) {
+    CopyRig rig;
+    rig.ControlRecord("tsmdm030", 1);
+    rig.Sql("update tstables set in_use = 1");
+    rig.Sql(change);
+    rig.Run("tsmdm030");
+    EXPECT_THAT(rig.Events(), ElementsAre("event AlreadyInProgress 2026-11-20 14:05:09, \"tsmdm030\"", "event done"));
+    EXPECT_THAT(rig.failures.chains,
+                ElementsAre(HasSubstr("ended without releasing it. [what to do: copy again later")));
+  }
 }
 
 TEST(Run, CopiesAnUpperCaseCodeLikeALowerCaseOneAndKeepsItInLogNameAndEvents) {
@@ -87,6 +124,15 @@ TEST(Run, NeverSplitsATableNameOfEightCharactersForItsCode) {
                                         "event Complete 2026-11-20 14:05:09, \"ab\", 0, 0, 0", "event done"));
 }
 
+TEST(Run, CountsTheCharactersOfATableNameNotItsBytes) {
+  CopyRig eight;
+  eight.Run("ä=ö=ü=ßé");
+  EXPECT_EQ(eight.InUse("ä=ö=ü=ßé"), "0");
+  CopyRig nine;
+  nine.Run("äöü€=ö=ü=");
+  EXPECT_EQ(nine.InUse("äöü€"), "0");
+}
+
 TEST(Run, SplitsALongerTableNameAndCopiesItsFirstPart) {
   CopyRig rig;
   rig.erp.Lists(kServiceTypesManager, {ServiceType("A")});
@@ -102,6 +148,9 @@ TEST(Run, TellsTwoStartsForTheCalendarOfAnEmployee) {
                                         "event Started 2026-11-20 14:05:09, \"tcccp030\"",
                                         "event Complete 2026-11-20 14:05:09, \"tcccp030\", 0, 0, 0", "event done"));
   EXPECT_THAT(rig.calls.Lines(), testing::Contains(HasSubstr("select * from tsmdm140 where emno = '4711'")));
+  // An employee without a calendar leaves nothing undone.
+  EXPECT_THAT(rig.failures.chains, IsEmpty());
+  EXPECT_EQ(rig.declarations.statusWhenFinished, ExitStatus::Complete);
 }
 
 TEST(Run, TellsTwoStartsForACalendarByItsCode) {
@@ -121,6 +170,8 @@ TEST(Run, ComparesTheCalendarsKindWithItsCase) {
     EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"tcccp030\"",
                                           "event Complete 2026-11-20 14:05:09, \"tcccp030\", 0, 0, 0", "event done"))
         << name;
+    EXPECT_THAT(rig.failures.chains, ElementsAre(HasSubstr("There is no calendar kind \""))) << name;
+    EXPECT_EQ(rig.declarations.statusWhenFinished, ExitStatus::NothingToCopy) << name;
     EXPECT_THAT(rig.calls.StartingWith({"create "}), IsEmpty()) << name;
   }
 }
@@ -207,8 +258,9 @@ TEST(Run, LogsAFailedReleaseAndCountsAsFinished) {
   EXPECT_THAT(
       rig.CopyLog("tsmdm030"),
       HasSubstr("\"ReleaseCopyInProgress\",\"Release of Data copy in Progress flag for table tsmdm030 Failed\""));
-  ASSERT_EQ(rig.failures.chains.size(), 1u);
-  EXPECT_THAT(rig.failures.chains[0], testing::StartsWith("error -2147217865, ReleaseCopyInProgress: "));
+  EXPECT_THAT(rig.failures.chains, ElementsAre(testing::StartsWith("error -2147217865, clsDataCopy: "),
+                                               testing::StartsWith("error -2147217865, ReleaseCopyInProgress: ")));
+  EXPECT_EQ(rig.declarations.statusWhenFinished, ExitStatus::StartUpFailed);
   EXPECT_EQ(rig.calls.Count("connection.Close"), 1u);
 }
 

@@ -29,6 +29,12 @@ class HandledRun : public testing::Test {
     handler.HandleDataCopy(rig_.ConnectionText(), "", tableName, CopyRig::kLogFolder, CopyRig::kComponent);
   }
 
+  void RemakeControlTable(const std::string& inUse, const std::string& lutm) {
+    rig_.Sql("drop table tstables");
+    rig_.Sql("create table tstables (TableName varchar(30) primary key, " + inUse +
+             ", freq smallint, reqd smallint, syme smallint, " + lutm + ")");
+  }
+
   std::vector<std::string> Told() { return rig_.calls.StartingWith({"messages.", "requests.", "eventlog."}); }
 
   CopyRig rig_;
@@ -45,7 +51,25 @@ TEST_F(HandledRun, OfAnUnknownTableTellsAnEmptyDescriptionAndZeroCounts) {
                           "messages.writeToMessageBox(2026-11-20 14:05:09, \" (tsxyz999) : Copy result. "
                           "Added - 0;   Updated - 0;   Removed - 0\")",
                           "requests.UpdateStatusByTalbe(17, \"tsxyz999\", 40)"));
-  EXPECT_EQ(declarations_.exitStatus, ExitStatus::Complete);
+  EXPECT_EQ(declarations_.exitStatus, ExitStatus::NothingToCopy);
+}
+
+TEST_F(HandledRun, WhoseTableCannotBeReleasedTellsItsCompletionAndEndsWithTwo) {
+  rig_.erp.Lists("ServiceTypes.ServiceTypesManager", {});
+  RemakeControlTable("in_use smallint check (in_use = 1)", "lutm datetime");
+  Handle("tsmdm030");
+  EXPECT_EQ(Told().back(), "requests.UpdateStatusByTalbe(17, \"tsmdm030\", 40)");
+  EXPECT_EQ(rig_.InUse("tsmdm030"), "1");
+  EXPECT_EQ(declarations_.exitStatus, ExitStatus::StartUpFailed);
+}
+
+TEST_F(HandledRun, WhoseLastUpdateTimeCannotBeWrittenTellsItsCompletionAndEndsWithTwo) {
+  rig_.erp.Lists("ServiceTypes.ServiceTypesManager", {});
+  RemakeControlTable("in_use smallint", "lutm datetime check (lutm is null)");
+  Handle("tsmdm030");
+  EXPECT_EQ(Told().back(), "requests.UpdateStatusByTalbe(17, \"tsmdm030\", 40)");
+  EXPECT_EQ(rig_.InUse("tsmdm030"), "0");
+  EXPECT_EQ(declarations_.exitStatus, ExitStatus::StartUpFailed);
 }
 
 TEST_F(HandledRun, OfAServiceTypesTableTellsItsCounts) {

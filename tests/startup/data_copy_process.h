@@ -56,6 +56,13 @@ class DataCopyProcess : public testing::Test {
     OnDatabase([&](Connection& connection) { connection.Execute(statement); });
   }
 
+  // With columns as a test wants them, for example with a check that refuses a value.
+  void RemakeControlTable(const std::string& inUse, const std::string& lutm) {
+    Sql("drop table tstables");
+    Sql("create table tstables (TableName varchar(30) primary key, " + inUse +
+        ", freq smallint, reqd smallint, syme smallint, " + lutm + ")");
+  }
+
   std::vector<std::string> Column(const std::string& query) {
     std::vector<std::string> values;
     OnDatabase([&](Connection& connection) {

@@ -85,9 +85,51 @@ TEST_F(ProcessEntry, EndsWithThreeWhereTheTableIsInProgress) {
   Sql("insert into tstables (TableName, in_use) values ('tsmdm030', 1)");
   const Process copy = Copy();
   EXPECT_EQ(copy.status, 3);
-  EXPECT_EQ(copy.err, "");
+  EXPECT_EQ(
+      copy.err,
+      "error 3219, clsDataCopy: The table tsmdm030 is in progress, so it was not copied: another run copies it, or "
+      "one ended without releasing it. [what to do: copy again later; when no run copies it, free it with "
+      "\"qmxadmin release tsmdm030\"]\n");
   EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
   EXPECT_THAT(InUse(), ElementsAre("1"));
+}
+
+TEST_F(ProcessEntry, EndsWithFourAndASentenceWhereThereIsNoSuchTableOrCalendarKind) {
+  pieces_.rest = ",17";
+  for (const auto& [table, sentence] : std::map<std::string, std::string>{
+           {"tsmdm03", "There is no table \"tsmdm03\" that can be copied: nothing was copied. ["},
+           {"tcccp030=X=X", "There is no calendar kind \"X\": nothing was copied. ["}}) {
+    pieces_.table = table;
+    const Process copy = Copy();
+    EXPECT_EQ(copy.status, 4) << table;
+    EXPECT_THAT(copy.err, HasSubstr(sentence));
+  }
+  EXPECT_THAT(Board(), HasSubstr("status | 17 | tsmdm03 | 40\n"));
+  EXPECT_THAT(Board(), HasSubstr("status | 17 | tcccp030 | 40\n"));
+}
+
+TEST_F(ProcessEntry, EndsWithTwoWhereTheTableCannotBeReleasedAfterTheCopy) {
+  RemakeControlTable("in_use smallint check (in_use = 1)", "lutm datetime");
+  pieces_.rest = ",17";
+  const Process copy = Copy();
+  EXPECT_EQ(copy.status, 2);
+  EXPECT_THAT(copy.err, HasSubstr("CHECK constraint failed: in_use = 1"));
+  EXPECT_THAT(Column("select count(*) from tsmdm030"), ElementsAre("3"));
+  EXPECT_THAT(InUse(), ElementsAre("1"));
+  EXPECT_THAT(Board(), HasSubstr("status | 17 | tsmdm030 | 40\n"));
+  pieces_.table = "tsmdm03";
+  EXPECT_EQ(Copy().status, 2);  // a table that stays in progress is worse than one that is unknown
+}
+
+TEST_F(ProcessEntry, EndsWithTwoWhereTheLastUpdateTimeCannotBeWritten) {
+  RemakeControlTable("in_use smallint", "lutm datetime check (lutm is null)");
+  const Process copy = Copy();
+  EXPECT_EQ(copy.status, 2);
+  EXPECT_THAT(copy.err, StartsWith("error -2147217873, clsDataCopy: The last update time of table tsmdm030 was "
+                                   "not written. [what to do: "));
+  EXPECT_THAT(copy.err, HasSubstr("CHECK constraint failed: lutm is null"));
+  EXPECT_THAT(Column("select count(*) from tsmdm030"), ElementsAre("3"));
+  EXPECT_THAT(InUse(), ElementsAre("0"));
 }
 
 TEST_F(ProcessEntry, EndsWithOneAndTheChainOfCausesWhereTheCopyFails) {

@@ -39,7 +39,7 @@ struct Running {
   RowRate rate = {};
 };
 
-std::string ResultOf(const CopyProcess& process) {
+std::string ResultOf(const CopyProcess& process, bool hasCounts) {
   if (const int signal = process.EndingSignal())
     return "ended by signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";
   switch (process.ExitStatus()) {
@@ -49,8 +49,10 @@ std::string ResultOf(const CopyProcess& process) {
       return "failed";
     case 3:
       return "refused, in progress";
+    case 4:
+      return "no such calendar kind";  // unknown tables are never run
     default:
-      return "could not start";
+      return hasCounts ? "copied, then failed" : "could not start";
   }
 }
 
@@ -104,10 +106,10 @@ class Runs {
     CopyRun& run = runs_[ended->number];
     const CopyProcess& process = ended->process;
     const std::chrono::duration<double> duration = Clock::now() - ended->start;
-    run.result = ResultOf(process);
     run.seconds = std::round(duration.count() * 10) / 10;
     if (process.ExitStatus() >= 0) run.exitStatus = process.ExitStatus();
     run.counts = ended->log.NewCounts();
+    run.result = ResultOf(process, run.counts.has_value());
     plan_.Ended(ended->number, run.exitStatus == 0);
     Tell(run, process);
     return running_.erase(ended);

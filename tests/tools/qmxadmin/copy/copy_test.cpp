@@ -63,6 +63,24 @@ TEST_F(QmxAdminCopy, TellsARefusalByStatusAndWords) {
   EXPECT_THAT(run.err, HasSubstr("tsmdm030: refused, in progress\n"));
 }
 
+TEST_F(QmxAdminCopy, TellsACalendarKindThatThereIsNot) {
+  const Process run = Copy({"tcccp030=DAY=X"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, HasSubstr("tcccp030=DAY=X  Calendars    full    no such calendar kind"));
+  EXPECT_THAT(run.err,
+              HasSubstr("tcccp030=DAY=X: no such calendar kind\n  error 5, clsDataCopy: There is no calendar kind"));
+}
+
+TEST_F(QmxAdminCopy, TellsACopyWhoseTableStaysInProgressApartFromOneThatCouldNotStart) {
+  Sql("drop table tstables");
+  Sql("create table tstables (TableName varchar(30) primary key, in_use smallint check (in_use = 1), freq smallint, "
+      "reqd smallint, syme smallint, lutm datetime)");
+  const Process run = Copy({"tsmdm030"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, HasSubstr("tsmdm030  Service Types  full    copied, then failed      3"));
+  EXPECT_THAT(run.err, HasSubstr("tsmdm030: copied, then failed, 3 added, 0 updated, 0 removed\n  error "));
+}
+
 TEST_F(QmxAdminCopy, LeavesCalendarsAloneWhereEmployeesFailed) {
   component_ = "OrvanSandbox, " + (folder_ / "none.db");
   const Process run = Copy({"tsmdm140", "tcccp030"});
