@@ -28,11 +28,12 @@ class Member {
 
   std::string_view Name() const { return name_; }
 
-  // For adapters: the type of object on which the member was last found, and its id there. An adapter that fills this
-  // in keeps its types at their addresses until the process ends.
+  // For adapters: the type of object on which the member was last found, its id there, and its name as RunningCall
+  // keeps it. An adapter that fills this in keeps its types at their addresses until the process ends.
   struct Site {
     const void* type = nullptr;
     std::int32_t id = 0;
+    const char* name = nullptr;
   };
   Site& LastFound() const { return lastFound_; }
 

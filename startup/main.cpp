@@ -12,7 +12,10 @@
 #include "platform/odbc/driver.h"
 #include "platform/platform.h"
 #include "platform/posix/clock.h"
+#include "platform/posix/crash_report.h"
+#include "platform/posix/end_line.h"
 #include "platform/posix/event_log.h"
+#include "platform/posix/exit_guard.h"
 #include "platform/posix/failure_report.h"
 #include "platform/posix/text_files.h"
 #include "platform/progress/progress.h"
@@ -62,7 +65,9 @@ ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
   qmx::Components& seenComponents = trace ? static_cast<qmx::Components&>(*tracedComponents) : components;
   qmx::DatabaseObserver* observer = trace ? &*databaseTrace : nullptr;
 
-  const std::unique_ptr<qmx::Progress> progress = qmx::Progress::FromEnvironment(qmx::TableCode(commandLine));
+  const std::string table = qmx::TableCode(commandLine);
+  qmx::EndLine::SetTable(table);
+  const std::unique_ptr<qmx::Progress> progress = qmx::Progress::FromEnvironment(table);
   if (progress) observer = &progress->Observer(observer);
   qmx::ReportAfterProgress clearedFailures(failures, progress.get());
 
@@ -79,9 +84,12 @@ ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
 int main(int argc, char** argv) {
   // Whoever read our standard error may be gone; the copy is not to die of that.
   std::signal(SIGPIPE, SIG_IGN);
+  const int listener = qmx::Progress::ListenerFromEnvironment();  // before its number can mean another file
   qmx::PosixFailureReport failures;
   ExitStatus status = ExitStatus::StartUpFailed;
   try {
+    qmx::GuardExit();
+    qmx::ReportCrashes();
     const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
     if (arguments == std::vector<std::string>{"--help"}) {
       status = Answer(qmx::Help());
@@ -95,5 +103,6 @@ int main(int argc, char** argv) {
     std::fputs(qmx::Usage().c_str(), stderr);
     status = ExitStatus::StartUpFailed;
   }
-  return static_cast<int>(status);
+  qmx::Progress::TellEnd(listener, static_cast<int>(status));
+  return qmx::EndOfMain(static_cast<int>(status));
 }

@@ -32,7 +32,8 @@ Environment:
   QMX_SYSTEM_DRIVE  folder that the path prefix "C:" stands for (default: the home folder)
   QMX_COMPONENTS    folders with the manifests of component servers, separated by ":"
   QMX_TRACE         file to which every call to components and database is appended, as JSON lines
-  QMX_PROGRESS_FD   number of an open descriptor to which lines "rows N" are written while the copy runs
+  QMX_PROGRESS_FD   number of an open descriptor to which lines "rows N" are written while the copy runs,
+                    and "end STATUS" at its end
 
 Where standard error is a terminal, a line on it shows how far the copy has come; nothing of it stays.
 

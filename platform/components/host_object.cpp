@@ -3,6 +3,8 @@
 #include <deque>
 #include <map>
 
+#include "platform/running_call.h"
+
 namespace qmx {
 namespace {
 
@@ -38,7 +40,7 @@ class Names {
 };
 
 Names& HostNames() {
-  static Names names;
+  static auto& names = *new Names;  // never destroyed, as types are not
   return names;
 }
 
@@ -81,6 +83,7 @@ qmx_status ResolveMember(qmx_object*, const char* name, std::size_t length, std:
 
 qmx_status InvokeMember(qmx_object* object, std::int32_t id, qmx_value* const* arguments, std::size_t count,
                         qmx_value* result, qmx_error* error) {
+  const OuterCallRestored outerCall;
   try {
     const Member* const member = HostNames().Find(id);
     if (!member) {
@@ -98,6 +101,7 @@ qmx_status InvokeMember(qmx_object* object, std::int32_t id, qmx_value* const* a
 void AddReference(qmx_object* object) { ++Self(object).references; }
 
 void Release(qmx_object* object) {
+  const OuterCallRestored outerCall;
   if (--Self(object).references == 0) delete &Self(object);
 }
 

@@ -4,6 +4,7 @@
 #include "platform/components/date_object.h"
 #include "platform/components/server_library.h"
 #include "platform/names.h"
+#include "platform/running_call.h"
 
 namespace qmx {
 namespace {
@@ -11,6 +12,7 @@ namespace {
 std::vector<InstalledComponents*> hosts;  // the C interface's create has no other way to find its host
 
 qmx_status CreateForServer(const char* progId, std::size_t length, qmx_object** object, qmx_error* error) {
+  const OuterCallRestored outerCall;
   try {
     const std::string_view name(progId, length);
     if (hosts.empty()) {

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "platform/components/server_object.h"
+#include "platform/running_call.h"
 
 namespace qmx {
 namespace {
@@ -50,9 +51,12 @@ const ServerLibrary& ServerLibrary::Load(const std::filesystem::path& path, cons
     ServerLibrary library;
     std::string refusal;
   };
-  static std::map<void*, Loaded> libraries;  // by handle: the same file is the same library under every path
+  // By handle: the same file is the same library under every path. Never destroyed, since a component may end the
+  // process while others are used.
+  static auto& libraries = *new std::map<void*, Loaded>;
 
   const auto refuse = [&](const std::string& why) { throw Error(errors::kCannotCreateObject, "Components", why); };
+  const RunningCall running(RunningCall::KeepText(path.native()), "the loading");
   void* const handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!handle) refuse(dlerror());
   auto known = libraries.find(handle);
@@ -70,6 +74,7 @@ Object ServerLibrary::Create(std::string_view progId) const {
   qmx_error error = EmptyAbiError();
   qmx_status status = QMX_OK;
   try {
+    const RunningCall running(RunningCall::KeepText(progId), "the creation");
     status = server_->create(progId.data(), progId.size(), &object, &error);
   } catch (...) {
     refuse("it let an exception out: " + CurrentError().Description());
@@ -77,7 +82,7 @@ Object ServerLibrary::Create(std::string_view progId) const {
   if (status == QMX_FAILED) refuse("it refused with " + Described(FromAbi(error, std::string(progId))));
   if (status != QMX_OK) refuse("it returned status " + std::to_string(status) + ", neither QMX_OK nor QMX_FAILED");
   if (!object) refuse("it succeeded without giving an object");
-  return Object(std::make_shared<ServerObject>(object, std::string(progId)));
+  return Object(std::make_shared<ServerObject>(object, progId));
 }
 
 }  // namespace qmx

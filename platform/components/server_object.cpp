@@ -1,5 +1,7 @@
 #include "platform/components/server_object.h"
 
+#include "platform/running_call.h"
+
 namespace qmx {
 namespace {
 
@@ -14,17 +16,21 @@ const char* Flaw(const qmx_object* object) {
 
 }  // namespace
 
-ServerObject::ServerObject(qmx_object* object, std::string progId) : ServerObject(object) {
-  progId_ = std::move(progId);
+ServerObject::ServerObject(qmx_object* object, std::string_view progId) : ServerObject(object) {
+  progId_ = fromProgId_ = RunningCall::KeepText(progId);
 }
 
-ServerObject::ServerObject(qmx_object* object) : object_(object) {
+ServerObject::ServerObject(qmx_object* object) : object_(object), progId_(nullptr), fromProgId_(RunningCall::ProgId()) {
   if (const char* const flaw = Flaw(object)) {
     throw Error(errors::kInternal, "Components", std::string("A component server gave an unusable object: ") + flaw);
   }
 }
 
-ServerObject::~ServerObject() { object_->type->release(object_); }
+ServerObject::~ServerObject() {
+  const OuterCallRestored outerCall;  // objects also go while arguments are written back
+  const RunningCall running(fromProgId_, "release");
+  object_->type->release(object_);
+}
 
 inline void ServerObject::Call(std::int32_t id, qmx_value* const* arguments, std::size_t count, qmx_value& result) {
   result.struct_size = sizeof result;
@@ -53,6 +59,7 @@ Variant ServerObject::Invoke(const Member& member, std::span<const Argument> arg
   const Member::Site& site = member.LastFound();
   if (site.type != object_->type || !arguments.empty()) return InvokeOther(member, arguments);
   return Described(member, [&] {
+    const RunningCall running(fromProgId_, site.name);
     qmx_value result;
     Call(site.id, nullptr, 0, result);
     return FromAbi(result, Reference::Given);
@@ -62,8 +69,9 @@ Variant ServerObject::Invoke(const Member& member, std::span<const Argument> arg
 Variant ServerObject::InvokeOther(const Member& member, std::span<const Argument> arguments) {
   return Described(member, [&] {
     Member::Site& site = member.LastFound();
-    if (site.type != object_->type) site = {object_->type, Resolve(member)};
+    if (site.type != object_->type) site = Find(member);
     AbiArguments list(arguments);
+    const RunningCall running(fromProgId_, site.name);
     qmx_value result;
     Call(site.id, list.Pointers(), arguments.size(), result);
     list.WriteBack();
@@ -71,12 +79,14 @@ Variant ServerObject::InvokeOther(const Member& member, std::span<const Argument
   });
 }
 
-std::int32_t ServerObject::Resolve(const Member& member) {
+Member::Site ServerObject::Find(const Member& member) {
+  const char* const name = RunningCall::KeepText(member.Name());
+  const RunningCall running(fromProgId_, name);
   std::int32_t id = 0;
   qmx_error error = EmptyAbiError();
   const qmx_status status = object_->type->resolve(object_, member.Name().data(), member.Name().size(), &id, &error);
   if (status != QMX_OK) Raise(status, error);
-  return id;
+  return {object_->type, id, name};
 }
 
 void ServerObject::Raise(qmx_status status, const qmx_error& error) const {
@@ -86,14 +96,14 @@ void ServerObject::Raise(qmx_status status, const qmx_error& error) const {
 }
 
 std::string ServerObject::Name() const {
-  if (!progId_.empty()) return progId_;
+  if (progId_) return progId_;
   const qmx_type* const type = object_->type;
   return QMX_HAS(type, name) && type->name ? type->name : "Components";
 }
 
 void ServerObject::Describe(Error& error, const Member& member) const {
   error.With("member", std::string(member.Name()));
-  if (!progId_.empty()) error.With("progid", progId_);
+  if (progId_) error.With("progid", progId_);
   const qmx_type* const type = object_->type;
   if (QMX_HAS(type, name) && type->name) error.With("type", type->name);
 }

@@ -13,7 +13,7 @@ class ServerObject final : public Dispatch {
  public:
   // Takes over a reference. Raises 51 for an object that cannot be called: too short, without its four functions.
   explicit ServerObject(qmx_object* object);
-  ServerObject(qmx_object* object, std::string progId);
+  ServerObject(qmx_object* object, std::string_view progId);
   ~ServerObject() override;
   ServerObject(const ServerObject&) = delete;
   ServerObject& operator=(const ServerObject&) = delete;
@@ -25,7 +25,7 @@ class ServerObject final : public Dispatch {
  private:
   // Not inlined: a getter that was called before takes the short way.
   [[gnu::noinline]] Variant InvokeOther(const Member& member, std::span<const Argument> arguments);
-  std::int32_t Resolve(const Member& member);
+  Member::Site Find(const Member& member);
   void Call(std::int32_t id, qmx_value* const* arguments, std::size_t count, qmx_value& result);
   template <typename Body>
   Variant Described(const Member& member, Body&& body) const;
@@ -34,7 +34,8 @@ class ServerObject final : public Dispatch {
   void Describe(Error& error, const Member& member) const;
 
   qmx_object* object_;
-  std::string progId_;  // empty for an object that a call returned
+  const char* progId_;      // null for an object that a call returned
+  const char* fromProgId_;  // its own, else that of the call that returned it; null where there is none
 };
 
 }  // namespace qmx

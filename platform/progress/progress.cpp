@@ -16,23 +16,11 @@ namespace {
 
 constexpr std::chrono::milliseconds kBetweenLooks{125};
 constexpr int kLooksBetweenLines = 2;
+constexpr std::chrono::seconds kForTheEnd{5};
 
-// The descriptor that the environment names, from now on this process's alone.
-int ListenerFromEnvironment() {
-  const char* const name = std::getenv("QMX_PROGRESS_FD");
-  const std::string_view text = name ? name : "";
-  int descriptor = Progress::kNobody;
-  const auto parsed = std::from_chars(text.data(), text.data() + text.size(), descriptor);
-  const bool isNumber = !text.empty() && parsed.ec == std::errc() && parsed.ptr == text.data() + text.size();
-  if (!isNumber || descriptor < 0) return Progress::kNobody;
-  const int flags = fcntl(descriptor, F_GETFD);
-  if (flags < 0 || fcntl(descriptor, F_SETFD, flags | FD_CLOEXEC) < 0) return Progress::kNobody;
-  return descriptor;
-}
-
-bool TakesALine(int descriptor) {
+bool TakesALine(int descriptor, std::chrono::milliseconds within = {}) {
   pollfd state{descriptor, POLLOUT, 0};
-  return poll(&state, 1, 0) == 1 && (state.revents & POLLOUT) != 0;
+  return poll(&state, 1, static_cast<int>(within.count())) == 1 && (state.revents & POLLOUT) != 0;
 }
 
 }  // namespace
@@ -42,6 +30,23 @@ std::unique_ptr<Progress> Progress::FromEnvironment(const std::string& table) {
   const int listener = ListenerFromEnvironment();
   if (terminal == kNobody && listener == kNobody) return nullptr;
   return std::make_unique<Progress>(table, terminal, listener);
+}
+
+int Progress::ListenerFromEnvironment() {
+  const char* const name = std::getenv("QMX_PROGRESS_FD");
+  const std::string_view text = name ? name : "";
+  int descriptor = kNobody;
+  const auto parsed = std::from_chars(text.data(), text.data() + text.size(), descriptor);
+  const bool isNumber = !text.empty() && parsed.ec == std::errc() && parsed.ptr == text.data() + text.size();
+  if (!isNumber || descriptor < 0) return kNobody;
+  const int flags = fcntl(descriptor, F_GETFD);
+  if (flags < 0 || fcntl(descriptor, F_SETFD, flags | FD_CLOEXEC) < 0) return kNobody;
+  return descriptor;
+}
+
+void Progress::TellEnd(int listener, int status) {
+  if (listener == kNobody || !TakesALine(listener, kForTheEnd)) return;
+  WriteToDescriptor(listener, "end " + std::to_string(status) + "\n");
 }
 
 Progress::Progress(std::string table, int terminal, int listener)

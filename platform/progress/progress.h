@@ -7,6 +7,8 @@
 // - Where $QMX_PROGRESS_FD is the number of an open descriptor: lines "rows N" are written to it, as often as the
 //   number has changed but four times a second at most, and a last one at the end. It is meant for the process that
 //   started this one, and is not handed on further. A reader that does not keep up misses lines, and costs no time.
+//   The last line is "end STATUS", written by main. A process whose last line is missing did not end by itself: a
+//   component called exit, or it crashed.
 //
 // A helper thread does the drawing and the writing; the copy itself adds to a counter and nothing else. Where nobody
 // looks, none of this exists.
@@ -33,6 +35,12 @@ class Progress {
 
   // Null where nobody looks.
   static std::unique_ptr<Progress> FromEnvironment(const std::string& table);
+
+  // The descriptor that $QMX_PROGRESS_FD names, from now on this process's alone. kNobody where it is not open.
+  static int ListenerFromEnvironment();
+
+  // Writes "end STATUS", the last line. Waits a few seconds at most for a reader that does not keep up.
+  static void TellEnd(int listener, int status);
 
   Progress(std::string table, int terminal, int listener);  // descriptors, or kNobody
   ~Progress();

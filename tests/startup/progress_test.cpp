@@ -96,7 +96,7 @@ TEST_F(ProgressOfARun, IsNotShownWhereStandardErrorIsNoTerminal) {
 TEST_F(ProgressOfARun, IsToldToTheDescriptorThatTheEnvironmentNames) {
   const Process run = WithDescriptor("3");
   EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_THAT(ReadFile(folder_ / "told"), EndsWith("rows 3\n"));
+  EXPECT_THAT(ReadFile(folder_ / "told"), EndsWith("rows 3\nend 0\n"));
   EXPECT_EQ(run.out + run.err, "");
 }
 

@@ -4,6 +4,8 @@
 #include <iostream>
 
 #include "platform/error.h"
+#include "platform/posix/crash_report.h"
+#include "platform/posix/exit_guard.h"
 #include "platform/posix/failure_report.h"
 #include "tools/qmxadmin/command_line.h"
 
@@ -23,10 +25,13 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   qmx::AdminStatus status = qmx::AdminStatus::Failed;
   try {
+    // Checks, verifications and listings call components in this process.
+    qmx::GuardExit();
+    qmx::ReportCrashes();
     status = Run(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc));
   } catch (...) {
     std::cout.flush();
     qmx::PosixFailureReport().Report(qmx::CurrentError());
   }
-  return static_cast<int>(status);
+  return qmx::EndOfMain(static_cast<int>(status));
 }

@@ -1,6 +1,9 @@
+#include "platform/components/host_object.h"
+
 #include <gmock/gmock.h>
 
 #include "platform/components/installed_components.h"
+#include "platform/running_call.h"
 #include "tests/platform/components/server_folder.h"
 #include "tests/support/raised.h"
 
@@ -22,6 +25,8 @@ class Notes : public Dispatch {
       return {};
     }
     if (name == "memory") throw std::bad_alloc();
+    if (name == "running") return RunningCall::Member();
+    if (name == "onward") return arguments[0].Value().ToObject().Call("echo", "there and back");
     throw Error(438, "Notes", "No member " + name + ".");
   }
   std::vector<std::string> asked;
@@ -54,6 +59,31 @@ TEST_F(HostObjects, AreCalledByAServer) {
   EXPECT_EQ(probe.Call("call", own, "echo", "argument"), Variant("argument"));
   EXPECT_EQ(probe.Call("call", own, "echo", Variant::Null()), Variant::Null());
   EXPECT_EQ(notes->asked, (std::vector<std::string>{"text", "moment", "echo", "echo"}));
+}
+
+TEST_F(HostObjects, SeeTheCallOfTheServerThatCallsThem) {
+  EXPECT_EQ(probe.Call("call", own, "running"), Variant("call"));
+  EXPECT_STREQ(RunningCall::ProgId(), "Test.Probe");
+  EXPECT_EQ(RunningCall::Member(), nullptr);
+}
+
+TEST_F(HostObjects, LeaveTheCallOfTheServerRunningWhenTheyHaveCalledOthers) {
+  const RunningCall outer("Outer.Object", "outer");
+  qmx_object* const exported = ExportHostObject(notes);
+  std::int32_t id = 0;
+  qmx_error error = EmptyAbiError();
+  ASSERT_EQ(exported->type->resolve(exported, "onward", 6, &id, &error), QMX_OK);
+  {
+    const Argument toProbe[] = {Variant(probe)};
+    AbiArguments arguments(toProbe);
+    qmx_value result{};
+    result.struct_size = sizeof result;
+    ASSERT_EQ(exported->type->invoke(exported, id, arguments.Pointers(), 1, &result, &error), QMX_OK);
+    EXPECT_EQ(FromAbi(result, Reference::Given), Variant("there and back"));
+  }
+  exported->type->release(exported);
+  EXPECT_STREQ(RunningCall::ProgId(), "Outer.Object");
+  EXPECT_STREQ(RunningCall::Member(), "outer");
 }
 
 TEST_F(HostObjects, ComeBackAsTheObjectsTheyWere) {

@@ -116,6 +116,13 @@ TEST_F(ProgressOf, AReaderThatDoesNotKeepUpCostsNoTime) {
   EXPECT_THAT(ReadAll(pipe_[0]), Not(HasSubstr("rows")));
 }
 
+TEST_F(ProgressOf, ARunEndsWithTheStatusOfItsMain) {
+  Progress::TellEnd(pipe_[1], 3);
+  EXPECT_EQ(ReadAll(pipe_[0]), "end 3\n");
+  Progress::TellEnd(Progress::kNobody, 3);
+  EXPECT_THAT(ReadAll(pipe_[0]), IsEmpty());
+}
+
 TEST_F(ProgressOf, ARunIsNobodysWhereTheEnvironmentNamesNoDescriptor) {
   const EnvironmentVariable dumb("TERM", "dumb");
   EXPECT_EQ(Progress::FromEnvironment("tssoc200"), nullptr);

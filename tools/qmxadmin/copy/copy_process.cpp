@@ -130,6 +130,7 @@ void CopyProcess::ReadProgress() {
   progress_ += ReadAll(descriptors_[kProgress]);
   for (std::size_t end = 0; (end = progress_.find('\n')) != std::string::npos;) {
     if (progress_.starts_with("rows ")) rows_ = std::atoll(progress_.c_str() + 5);
+    if (progress_.starts_with("end ")) toldStatus_ = std::atoi(progress_.c_str() + 4);
     progress_.erase(0, end + 1);
   }
 }
@@ -146,7 +147,9 @@ void CopyProcess::Signal(int signal) const {
   if (!hasEnded_) kill(process_, signal);
 }
 
-int CopyProcess::ExitStatus() const { return WIFEXITED(state_) ? WEXITSTATUS(state_) : -1; }
+int CopyProcess::ExitStatus() const {
+  return WIFEXITED(state_) && WEXITSTATUS(state_) == toldStatus_ ? toldStatus_ : -1;
+}
 
 int CopyProcess::EndingSignal() const { return WIFSIGNALED(state_) ? WTERMSIG(state_) : 0; }
 

@@ -1,7 +1,8 @@
 // One run of qmxdatacopy as a process of its own.
 //
 // Its progress comes on a descriptor of its own (platform/progress/progress.h), what it says on its standard streams is
-// kept; nothing of it reaches ours. It stands in a process group of its own, so that a key at the terminal ends this
+// kept; nothing of it reaches ours. Its exit status counts only where its main told the same one there: a component
+// may have called exit. It stands in a process group of its own, so that a key at the terminal ends this
 // program, which then decides about its copies.
 #pragma once
 
@@ -31,8 +32,8 @@ class CopyProcess {
 
   std::int64_t Rows() const { return rows_; }
   const std::string& Said() const { return said_; }
-  int ExitStatus() const;  // -1 when a signal ended it
-  int EndingSignal() const;
+  int ExitStatus() const;    // as its main told; -1 when something else ended it
+  int EndingSignal() const;  // 0 when no signal ended it
 
  private:
   enum { kProgress, kSaid };
@@ -45,6 +46,7 @@ class CopyProcess {
   int state_ = 0;
   std::string progress_;  // the line that is not whole yet
   std::int64_t rows_ = 0;
+  int toldStatus_ = -1;
   std::string said_;
 };
 

@@ -51,6 +51,8 @@ std::string ResultOf(const CopyProcess& process, bool hasCounts) {
       return "refused, in progress";
     case 4:
       return "no such calendar kind";  // unknown tables are never run
+    case -1:
+      return "ended halfway";
     default:
       return hasCounts ? "copied, then failed" : "could not start";
   }
@@ -124,9 +126,11 @@ class Runs {
     lines_.Say(line);
     std::istringstream said(process.Said());
     for (std::string words; std::getline(said, words);) lines_.Say("  " + words);
-    if (process.EndingSignal() != 0)
-      lines_.Say("  The table stays in progress: \"qmxadmin release " + CodeOf(run.table) +
-                 "\" lets it be copied again.");
+    if (process.ExitStatus() >= 0) return;
+    const bool isKilled = process.EndingSignal() != 0;
+    if (!isKilled) lines_.Say("  Something other than qmxdatacopy itself ended the process.");
+    lines_.Say("  The table " + std::string(isKilled ? "stays" : "may stay") + " in progress: \"qmxadmin release " +
+               CodeOf(run.table) + "\" lets it be copied again.");
   }
 
   void Draw() {

@@ -16,7 +16,7 @@ struct CopyRun {
   std::string result = "not run";
   std::optional<CopyCounts> counts = {};
   std::optional<double> seconds = {};
-  std::optional<int> exitStatus = {};  // none where it was not run, or a signal ended it
+  std::optional<int> exitStatus = {};  // none where it was not run, or did not end by itself
 };
 
 // Raises 53 where there is no qmxdatacopy. Which copies are not run, and why, is told on standard error, as is what

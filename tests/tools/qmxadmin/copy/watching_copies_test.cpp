@@ -23,8 +23,11 @@ class WatchedCopies : public Copying {
     std::filesystem::copy_file(QMX_ADMIN, admin_);
   }
 
-  void DataCopyIs(const std::string& script) {
-    std::ofstream(folder_ / "qmxdatacopy") << "#!/bin/sh\n" << script << "\n";
+  // A script that ends as qmxdatacopy does, unless it ends before.
+  void DataCopyIs(const std::string& script, int status = 0) {
+    const std::string number = std::to_string(status);
+    std::ofstream(folder_ / "qmxdatacopy") << "#!/bin/sh\n"
+                                           << script << "\necho end " << number << " >&3\nexit " << number;
     std::filesystem::permissions(folder_ / "qmxdatacopy", std::filesystem::perms::owner_all);
   }
 
@@ -78,6 +81,20 @@ TEST_F(WatchedCopies, AreToldAsKilledWhereASignalEndsThem) {
                         "  The table stays in progress: \"qmxadmin release tsmdm030\" lets it be copied again.\n"));
 }
 
+TEST_F(WatchedCopies, AreNotBelievedAStatusThatTheirMainDidNotTell) {
+  for (const char* script : {"exit 0", "exit 1", "exit 3", "echo rows 7 >&3; exit 0", "echo end 1 >&3; exit 0"}) {
+    DataCopyIs(script);
+    const Process run = Copy({"tsmdm140", "tcccp030"});
+    EXPECT_EQ(run.status, 1) << script;
+    EXPECT_THAT(run.out, HasSubstr("tsmdm140  Service Employees  full    ended halfway      -        -        -"));
+    EXPECT_THAT(run.out, HasSubstr("tcccp030  Calendars          full    not run"));
+    EXPECT_THAT(run.err, HasSubstr("tsmdm140: ended halfway\n"
+                                   "  Something other than qmxdatacopy itself ended the process.\n"
+                                   "  The table may stay in progress: \"qmxadmin release tsmdm140\" lets it be copied "
+                                   "again.\n"));
+  }
+}
+
 TEST_F(WatchedCopies, AreToldToEndWhereQmxAdminIs) {
   DataCopyIs("exec sleep 60");
   for (const int signal : {SIGTERM, SIGINT}) {
@@ -105,7 +122,7 @@ TEST_F(WatchedCopies, AreToldToEndByAKeyAtTheTerminal) {
 }
 
 TEST_F(WatchedCopies, AreShownWithWhatTheySayAndNoMore) {
-  DataCopyIs("echo one; echo \"two $1\" >&2; printf 'three\\033[2J' >&2; exit 2");
+  DataCopyIs("echo one; echo \"two $1\" >&2; printf 'three\\033[2J' >&2", 2);
   const Process run = Copy({"tsmdm030"});
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out, HasSubstr("could not start"));
@@ -117,7 +134,7 @@ TEST_F(WatchedCopies, AreShownWithWhatTheySayAndNoMore) {
 
 TEST_F(WatchedCopies, AreFoundInThePathWhereTheyDoNotStandBeside) {
   std::filesystem::create_directory(folder_ / "elsewhere");
-  DataCopyIs("exit 0");
+  DataCopyIs("");
   std::filesystem::rename(folder_ / "qmxdatacopy", folder_ / "elsewhere/qmxdatacopy");
   environment_["PATH"] = "/usr/bin:/bin";
   const Process none = Copy({"tsmdm030"});

@@ -1,0 +1,11 @@
+// Writes a line on standard error when the process crashes, and then lets the signal do what it did before: by default
+// it ends the process and leaves a core file.
+#pragma once
+
+namespace qmx {
+
+// For SIGSEGV, SIGABRT, SIGBUS, SIGFPE and SIGILL. The calling thread gets an alternate stack, so that an overflow of
+// its stack is reported too.
+void ReportCrashes() noexcept;
+
+}  // namespace qmx

@@ -1,0 +1,31 @@
+// One line on standard error about an end that the program did not choose: what ended it, during which call to a
+// component, and what becomes of the table.
+//
+// Made without memory of its own, so that signal handlers and exit handlers may use it on any thread.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace qmx {
+
+class EndLine {
+ public:
+  // Names the table that this process copies. Without a name the line says nothing of a table.
+  static void SetTable(std::string_view tableCode) noexcept;
+
+  // `reason` begins the line: "SIGSEGV ended the run".
+  explicit EndLine(const char* reason) noexcept;
+  void Write() noexcept;
+
+ private:
+  void Add(const char* text) noexcept;
+  void AddCall() noexcept;
+  void AddTable() noexcept;
+
+  std::array<char, 1024> text_;
+  std::size_t length_ = 0;
+};
+
+}  // namespace qmx
