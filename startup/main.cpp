@@ -25,6 +25,7 @@
 #include "platform/trace/traced_components.h"
 #include "startup/modDeclarations.h"
 #include "startup/modStartUp.h"
+#include "startup/silent_run.h"
 #include "startup/usage.h"
 
 namespace {
@@ -51,7 +52,9 @@ ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
   qmx::PosixEventLog eventLog(clock, files);
   qmx::InstalledComponents components(clock);
   qmx::SqliteDriver sqlite;
-  qmx::OdbcDriver odbc;
+  qmx::Watchdog watchdog(qmx::SilenceLimits::FromEnvironment(),
+                         [&](const qmx::Error& silence) { qmx::EndSilentRun(commandLine, silence, failures); });
+  qmx::OdbcDriver odbc(watchdog);
   qmx::BatchingDriver batchedSqlite(sqlite);
   qmx::BatchingDriver batchedOdbc(odbc);
 

@@ -98,7 +98,7 @@ void Main(Platform& platform, modDeclarations& declarations, std::string_view co
                            commandLine.Trimmed(kBusComponent) + ", " + commandLine.Trimmed(kBusComponentRest));
   } catch (...) {
     declarations.exitStatus = ExitStatus::StartUpFailed;
-    WriteStartupFailureLog(platform, commandLine.At(kLogFilePath));
+    WriteStartupFailureLog(platform.files, platform.clock, commandLine.At(kLogFilePath));
     platform.failures.Report(CurrentError());
   }
 }
@@ -110,11 +110,11 @@ std::string TableCode(std::string_view commandLineText) {
   return name.substr(0, name.find('='));
 }
 
-void WriteStartupFailureLog(Platform& platform, const std::string& LogDirectory) {
+std::string LogDirectory(std::string_view commandLineText) { return CommandLine(commandLineText).At(kLogFilePath); }
+
+void WriteStartupFailureLog(TextFiles& files, Clock& clock, const std::string& LogDirectory) {
   constexpr int kFile = 1;
   const Error failure = CurrentError();
-  TextFiles& files = platform.files;
-  Clock& clock = platform.clock;
   files.OpenForAppend((Trimmed(LogDirectory).empty() ? "C:" : LogDirectory) + "\\QMXDBSynclog.txt", kFile);
   const std::string date = clock.DateText(clock.Now());
   files.Print(kFile, "Date-Time :" + date + " : " + clock.TimeText(clock.Now()));

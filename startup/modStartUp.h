@@ -18,7 +18,10 @@ void Main(Platform& platform, modDeclarations& declarations, std::string_view co
 // The table code that the command line asks to copy; empty where it has none.
 std::string TableCode(std::string_view commandLine);
 
+// The log directory as the command line has it; error 9 where it has none.
+std::string LogDirectory(std::string_view commandLineText);
+
 // Appends a record of the error being handled to QMXDBSynclog.txt in the directory, a blank one standing for "C:".
-void WriteStartupFailureLog(Platform& platform, const std::string& LogDirectory);
+void WriteStartupFailureLog(TextFiles& files, Clock& clock, const std::string& LogDirectory);
 
 }  // namespace qmx

@@ -34,6 +34,7 @@ Environment:
   QMX_TRACE         file to which every call to components and database is appended, as JSON lines
   QMX_PROGRESS_FD   number of an open descriptor to which lines "rows N" are written while the copy runs,
                     and "end STATUS" at its end
+  QMX_SILENCE_LIMIT seconds after which a database server that does not answer is given up
 
 Where standard error is a terminal, a line on it shows how far the copy has come; nothing of it stays.
 

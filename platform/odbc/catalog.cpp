@@ -16,19 +16,23 @@
 namespace qmx {
 namespace {
 
-using StatementHandle = OdbcHandle<SQL_HANDLE_STMT>;
+constexpr const char* kRead = "the catalog was read";
 
 std::string TextOf(const StatementHandle& statement, SQLUSMALLINT column) {
   std::array<SQLWCHAR, 512> text{};
   SQLLEN indicator = 0;
-  statement.Check(SQLGetData(statement.Get(), column, SQL_C_WCHAR, text.data(), sizeof text, &indicator));
+  statement.Require(kRead, [&](SQLHANDLE handle) {
+    return SQLGetData(handle, column, SQL_C_WCHAR, text.data(), sizeof text, &indicator);
+  });
   return indicator == SQL_NULL_DATA ? std::string() : FromWide(text.data());
 }
 
 int NumberOf(const StatementHandle& statement, SQLUSMALLINT column) {
   SQLINTEGER number = 0;
   SQLLEN indicator = 0;
-  statement.Check(SQLGetData(statement.Get(), column, SQL_C_SLONG, &number, sizeof number, &indicator));
+  statement.Require(kRead, [&](SQLHANDLE handle) {
+    return SQLGetData(handle, column, SQL_C_SLONG, &number, sizeof number, &indicator);
+  });
   return indicator == SQL_NULL_DATA ? 0 : number;
 }
 
@@ -37,11 +41,12 @@ int NumberOf(const StatementHandle& statement, SQLUSMALLINT column) {
 std::vector<std::string> PrimaryKey(OdbcConnection& connection, const std::string& table) {
   std::map<std::string, std::map<int, std::string>> keys;  // by schema, then by place
   {
-    const StatementHandle statement(connection.Handle());
+    const StatementHandle statement(connection);
     WideText name = ToWide(table);
-    statement.Check(
-        SQLPrimaryKeysW(statement.Get(), nullptr, 0, nullptr, 0, name.data(), static_cast<SQLSMALLINT>(name.size())));
-    while (SQL_SUCCEEDED(SQLFetch(statement.Get()))) {
+    statement.Require(kRead, [&](SQLHANDLE handle) {
+      return SQLPrimaryKeysW(handle, nullptr, 0, nullptr, 0, name.data(), static_cast<SQLSMALLINT>(name.size()));
+    });
+    while (SQL_SUCCEEDED(statement.Call(kRead, SQLFetch))) {
       const std::string schema = TextOf(statement, 2);
       const std::string column = TextOf(statement, 4);
       keys[schema][NumberOf(statement, 5)] = column;
@@ -57,24 +62,27 @@ std::vector<std::string> PrimaryKey(OdbcConnection& connection, const std::strin
 }
 
 std::vector<std::string> BestRowIdentifier(OdbcConnection& connection, const std::string& table) {
-  const StatementHandle statement(connection.Handle());
+  const StatementHandle statement(connection);
   WideText name = ToWide(table);
-  const SQLRETURN result = SQLSpecialColumnsW(statement.Get(), SQL_BEST_ROWID, nullptr, 0, nullptr, 0, name.data(),
-                                              static_cast<SQLSMALLINT>(name.size()), SQL_SCOPE_SESSION, SQL_NO_NULLS);
+  const SQLRETURN result = statement.Call(kRead, [&](SQLHANDLE handle) {
+    return SQLSpecialColumnsW(handle, SQL_BEST_ROWID, nullptr, 0, nullptr, 0, name.data(),
+                              static_cast<SQLSMALLINT>(name.size()), SQL_SCOPE_SESSION, SQL_NO_NULLS);
+  });
   std::vector<std::string> columns;
   if (!SQL_SUCCEEDED(result)) return columns;
-  while (SQL_SUCCEEDED(SQLFetch(statement.Get()))) columns.push_back(TextOf(statement, 2));
+  while (SQL_SUCCEEDED(statement.Call(kRead, SQLFetch))) columns.push_back(TextOf(statement, 2));
   return columns;
 }
 
 std::set<std::string> RequiredColumns(const OdbcConnection& connection, const std::string& table) {
-  const StatementHandle statement(connection.Handle());
+  const StatementHandle statement(connection);
   WideText name = ToWide(table);
   std::set<std::string> required;
-  const SQLRETURN result = SQLColumnsW(statement.Get(), nullptr, 0, nullptr, 0, name.data(),
-                                       static_cast<SQLSMALLINT>(name.size()), nullptr, 0);
+  const SQLRETURN result = statement.Call(kRead, [&](SQLHANDLE handle) {
+    return SQLColumnsW(handle, nullptr, 0, nullptr, 0, name.data(), static_cast<SQLSMALLINT>(name.size()), nullptr, 0);
+  });
   if (!SQL_SUCCEEDED(result)) return required;
-  while (SQL_SUCCEEDED(SQLFetch(statement.Get()))) {
+  while (SQL_SUCCEEDED(statement.Call(kRead, SQLFetch))) {
     const std::string owner = TextOf(statement, 3);  // "_" in the name that was asked for fits any letter
     const std::string column = TextOf(statement, 4);
     if (NumberOf(statement, 11) == SQL_NO_NULLS && owner == table) required.insert(column);
@@ -86,12 +94,14 @@ std::set<std::string> RequiredColumns(const OdbcConnection& connection, const st
 std::vector<std::string> UniqueIndex(OdbcConnection& connection, const std::string& table) {
   std::map<std::string, std::vector<std::string>> indexes;
   {
-    const StatementHandle statement(connection.Handle());
+    const StatementHandle statement(connection);
     WideText name = ToWide(table);
-    const SQLRETURN result = SQLStatisticsW(statement.Get(), nullptr, 0, nullptr, 0, name.data(),
-                                            static_cast<SQLSMALLINT>(name.size()), SQL_INDEX_UNIQUE, SQL_QUICK);
+    const SQLRETURN result = statement.Call(kRead, [&](SQLHANDLE handle) {
+      return SQLStatisticsW(handle, nullptr, 0, nullptr, 0, name.data(), static_cast<SQLSMALLINT>(name.size()),
+                            SQL_INDEX_UNIQUE, SQL_QUICK);
+    });
     if (!SQL_SUCCEEDED(result)) return {};
-    while (SQL_SUCCEEDED(SQLFetch(statement.Get()))) {
+    while (SQL_SUCCEEDED(statement.Call(kRead, SQLFetch))) {
       const bool isIndex = NumberOf(statement, 7) != SQL_TABLE_STAT;
       const std::string index = TextOf(statement, 6);
       const std::string column = TextOf(statement, 9);
@@ -117,12 +127,13 @@ std::vector<ColumnDescription> ColumnsOf(const OdbcConnection& connection, const
 
 // The table's name in other letters, as the database spells it; "" when there is none.
 std::string SpellingOf(const OdbcConnection& connection, const std::string& table) {
-  const StatementHandle statement(connection.Handle());
+  const StatementHandle statement(connection);
   WideText types = ToWide("TABLE,VIEW");
-  const SQLRETURN result = SQLTablesW(statement.Get(), nullptr, 0, nullptr, 0, nullptr, 0, types.data(),
-                                      static_cast<SQLSMALLINT>(types.size()));
+  const SQLRETURN result = statement.Call(kRead, [&](SQLHANDLE handle) {
+    return SQLTablesW(handle, nullptr, 0, nullptr, 0, nullptr, 0, types.data(), static_cast<SQLSMALLINT>(types.size()));
+  });
   if (!SQL_SUCCEEDED(result)) return {};
-  while (SQL_SUCCEEDED(SQLFetch(statement.Get()))) {
+  while (SQL_SUCCEEDED(statement.Call(kRead, SQLFetch))) {
     if (const std::string name = TextOf(statement, 3); SameName(name, table) && name != table) return name;
   }
   return {};

@@ -14,6 +14,7 @@ namespace qmx {
 namespace {
 
 constexpr std::uintptr_t kLoginSeconds = 30;
+constexpr std::chrono::seconds kUsualTimeout{30};
 
 SQLPOINTER AsPointer(std::uintptr_t number) { return reinterpret_cast<SQLPOINTER>(number); }
 
@@ -23,25 +24,74 @@ OdbcConnection::Environment::Environment() : OdbcHandle<SQL_HANDLE_ENV>(SQL_NULL
   Check(SQLSetEnvAttr(Get(), SQL_ATTR_ODBC_VERSION, AsPointer(SQL_OV_ODBC3), 0));
 }
 
-OdbcConnection::Linked::Linked(SQLHANDLE connection, const std::string& text) : connection_(connection) {
+OdbcConnection::Linked::Linked(SQLHANDLE connection, const std::string& text, Watch& watch)
+    : connection_(connection), watch_(watch) {
   SQLSetConnectAttrW(connection, SQL_ATTR_LOGIN_TIMEOUT, AsPointer(kLoginSeconds),
                      SQL_IS_UINTEGER);  // where it is known
   WideText wide = ToWide(text);
-  const SQLRETURN result = SQLDriverConnectW(connection, nullptr, wide.data(), static_cast<SQLSMALLINT>(wide.size()),
-                                             nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
-  if (!SQL_SUCCEEDED(result)) throw OdbcError(SQL_HANDLE_DBC, connection);
+  SQLRETURN result;
+  {
+    const WatchedCall watched(watch, "the program logged in", watch.Limits().logIn);
+    result = SQLDriverConnectW(connection, nullptr, wide.data(), static_cast<SQLSMALLINT>(wide.size()), nullptr, 0,
+                               nullptr, SQL_DRIVER_NOPROMPT);
+  }
+  if (SQL_SUCCEEDED(result)) return;
+  try {
+    throw OdbcError(SQL_HANDLE_DBC, connection);
+  } catch (const Error&) {
+    if (watch.HasEnded()) throw watch.Silence();
+    throw;
+  }
 }
 
-OdbcConnection::OdbcConnection(const std::string& text)
-    : connection_(environment_.Get()), linked_(connection_.Get(), text), dialect_(&DialectOf(Info(SQL_DBMS_NAME))) {
+OdbcConnection::Linked::~Linked() {
+  const WatchedCall watched(watch_, "the connection was closed", watch_.Limits().disconnect);
+  SQLDisconnect(connection_);
+}
+
+OdbcConnection::OdbcConnection(const std::string& text, Watchdog& watchdog)
+    : limits_(watchdog.Limits()),
+      statementLimit_(limits_.Statement(kUsualTimeout)),
+      watch_(watchdog),
+      connection_(environment_.Get()),
+      linked_(connection_.Get(), text, watch_),
+      dialect_(&DialectOf(Info(SQL_DBMS_NAME))) {
+  if (dialect_->catalogIsFile) {  // a file does not fall silent
+    limits_ = SilenceLimits::All(SilenceLimits::Duration(0));
+    statementLimit_ = SilenceLimits::Duration(0);
+  }
   identifierQuote_ = Info(SQL_IDENTIFIER_QUOTE_CHAR);
   for (const std::string& setting : dialect_->settings) Run(setting);
   isUtf8_ = !dialect_->utf8Query.empty() && AskText(dialect_->utf8Query) == "1";
 }
 
-OdbcConnection::~OdbcConnection() { SQLEndTran(SQL_HANDLE_DBC, connection_.Get(), SQL_ROLLBACK); }
+OdbcConnection::~OdbcConnection() {
+  const WatchedCall watched(watch_, "a transaction was ended", limits_.transactionEnd);
+  SQLEndTran(SQL_HANDLE_DBC, connection_.Get(), SQL_ROLLBACK);
+}
+
+template <typename Function>
+void OdbcConnection::Require(const char* action, SilenceLimits::Duration limit, Function&& function) const {
+  SQLRETURN result;
+  {
+    const WatchedCall watched(watch_, action, limit);
+    result = function(Handle());
+  }
+  RequireNoSilence(connection_, result);
+  connection_.Check(result);
+}
+
+void OdbcConnection::RaiseSilence(SQLSMALLINT handleType, SQLHANDLE handle, SQLRETURN result) const {
+  if (SQL_SUCCEEDED(result)) throw watch_.Silence();
+  try {
+    throw OdbcError(handleType, handle);
+  } catch (const Error&) {
+    throw watch_.Silence();
+  }
+}
 
 void OdbcConnection::Timeout(std::chrono::seconds limit) {
+  statementLimit_ = limits_.Statement(limit);
   if (dialect_->timeoutSetting.empty()) {
     limit_ = limit;
     return;
@@ -53,25 +103,30 @@ void OdbcConnection::Timeout(std::chrono::seconds limit) {
 }
 
 void OdbcConnection::AutoCommit(bool on) {
-  connection_.Check(SQLSetConnectAttrW(Handle(), SQL_ATTR_AUTOCOMMIT,
-                                       AsPointer(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER));
+  Require("the transaction mode was changed", limits_.transactionEnd, [on](SQLHANDLE handle) {
+    return SQLSetConnectAttrW(handle, SQL_ATTR_AUTOCOMMIT, AsPointer(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF),
+                              SQL_IS_UINTEGER);
+  });
 }
 
 void OdbcConnection::End(SQLSMALLINT completion) {
-  connection_.Check(SQLEndTran(SQL_HANDLE_DBC, Handle(), completion));
+  Require("a transaction was ended", limits_.transactionEnd,
+          [completion](SQLHANDLE handle) { return SQLEndTran(SQL_HANDLE_DBC, handle, completion); });
 }
 
 std::string OdbcConnection::Attribute(SQLINTEGER attribute) const {
   std::array<SQLWCHAR, 1024> text{};
   SQLINTEGER bytes = 0;
-  connection_.Check(SQLGetConnectAttrW(Handle(), attribute, text.data(), sizeof text, &bytes));
+  Require("a setting was read", statementLimit_,
+          [&](SQLHANDLE handle) { return SQLGetConnectAttrW(handle, attribute, text.data(), sizeof text, &bytes); });
   return FromWide(text.data());
 }
 
 void OdbcConnection::Attribute(SQLINTEGER attribute, const std::string& value) {
   WideText wide = ToWide(value);
   // With a length in bytes, as the interface has it, MariaDB's driver reads twice as far.
-  connection_.Check(SQLSetConnectAttrW(Handle(), attribute, wide.data(), SQL_NTS));
+  Require("a setting was changed", statementLimit_,
+          [&](SQLHANDLE handle) { return SQLSetConnectAttrW(handle, attribute, wide.data(), SQL_NTS); });
 }
 
 void OdbcConnection::Run(const std::string& statement) {
@@ -87,7 +142,8 @@ std::string OdbcConnection::AskText(const std::string& query) {
 std::string OdbcConnection::Info(SQLUSMALLINT what) const {
   std::array<SQLWCHAR, 256> text{};
   SQLSMALLINT bytes = 0;
-  connection_.Check(SQLGetInfoW(Handle(), what, text.data(), sizeof text, &bytes));
+  Require("a setting was read", statementLimit_,
+          [&](SQLHANDLE handle) { return SQLGetInfoW(handle, what, text.data(), sizeof text, &bytes); });
   return FromWide(text.data());
 }
 

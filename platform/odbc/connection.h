@@ -1,17 +1,20 @@
-// One ODBC connection: opened with a text, closed when it is destroyed.
+// One ODBC connection: opened with a text, closed when it is destroyed. Calls that may wait for the server are watched.
 #pragma once
 
 #include <chrono>
+#include <memory>
 #include <string>
 
 #include "platform/odbc/dialect.h"
 #include "platform/odbc/handle.h"
+#include "platform/odbc/watchdog.h"
 
 namespace qmx {
 
 class OdbcConnection {
  public:
-  explicit OdbcConnection(const std::string& text);  // as the driver manager takes it
+  // The text as the driver manager takes it. The watchdog is borrowed.
+  explicit OdbcConnection(const std::string& text, Watchdog& watchdog = Watchdog::Usual());
   ~OdbcConnection();
   OdbcConnection(const OdbcConnection&) = delete;
   OdbcConnection& operator=(const OdbcConnection&) = delete;
@@ -33,23 +36,40 @@ class OdbcConnection {
   void Run(const std::string& statement);
   std::string AskText(const std::string& query);  // the first value of its first row; "" for null and for no row
 
+  // For the statements of this connection.
+  void WatchStatement(const std::shared_ptr<const std::string>& statement) const { watch_.Statement(statement); }
+  WatchedCall WatchedAsStatement(const char* action) const { return {watch_, action, statementLimit_}; }
+
+  // Raises where the watchdog ended the connection; what the call on the handle returned is the cause.
+  template <SQLSMALLINT type>
+  void RequireNoSilence(const OdbcHandle<type>& handle, SQLRETURN result) const {
+    if (watch_.HasEnded()) RaiseSilence(type, handle.Get(), result);
+  }
+
  private:
   class Linked {  // connected while it lives
    public:
-    Linked(SQLHANDLE connection, const std::string& text);
-    ~Linked() { SQLDisconnect(connection_); }
+    Linked(SQLHANDLE connection, const std::string& text, Watch& watch);
+    ~Linked();
     Linked(const Linked&) = delete;
     Linked& operator=(const Linked&) = delete;
 
    private:
     SQLHANDLE connection_;
+    Watch& watch_;
   };
 
   std::string Info(SQLUSMALLINT what) const;
+  template <typename Function>
+  void Require(const char* action, SilenceLimits::Duration limit, Function&& function) const;
+  [[noreturn]] void RaiseSilence(SQLSMALLINT handleType, SQLHANDLE handle, SQLRETURN result) const;
 
   struct Environment : OdbcHandle<SQL_HANDLE_ENV> {
     Environment();
   };
+  SilenceLimits limits_;
+  SilenceLimits::Duration statementLimit_;
+  mutable Watch watch_;
   Environment environment_;
   OdbcHandle<SQL_HANDLE_DBC> connection_;
   Linked linked_;

@@ -2,18 +2,23 @@
 //
 // The text goes to the driver manager as it stands. Tried with PostgreSQL (psqlodbc), MariaDB (its connector) and
 // SQLite; docs/databases.md has a text for each. A database that cannot be reached is -2147467259, a refused log-in
-// -2147217843. No password enters an error.
+// -2147217843. No password enters an error. A server that falls silent is given up by the watchdog.
 #pragma once
 
 #include "platform/database_driver.h"
+#include "platform/odbc/watchdog.h"
 
 namespace qmx {
 
 class OdbcDriver : public Driver {
  public:
+  explicit OdbcDriver(Watchdog& watchdog = Watchdog::Usual()) : watchdog_(watchdog) {}  // borrowed
   std::string Form() const override;
   bool Serves(const ConnectionText& text) const override;
   std::unique_ptr<DriverSession> Open(const ConnectionText& text) override;
+
+ private:
+  Watchdog& watchdog_;
 };
 
 }  // namespace qmx

@@ -23,8 +23,8 @@ fs::path FileOf(const std::string& text) { return OdbcKeyword(text, kDatabase); 
 
 }  // namespace
 
-OdbcSession::OdbcSession(std::string text)
-    : text_(std::move(text)), connection_(std::make_unique<OdbcConnection>(text_)) {}
+OdbcSession::OdbcSession(std::string text, Watchdog& watchdog)
+    : watchdog_(watchdog), text_(std::move(text)), connection_(std::make_unique<OdbcConnection>(text_, watchdog)) {}
 
 std::unique_ptr<DriverStatement> OdbcSession::Prepare(const std::string& statement) {
   // One driver takes whatever stands behind a ";" for a second statement.
@@ -95,7 +95,7 @@ void OdbcSession::ConnectTo(const std::string& catalog) {
   std::string text = WithOdbcKeyword(text_, kDatabase, database);
   std::unique_ptr<OdbcConnection> connection;
   try {
-    connection = std::make_unique<OdbcConnection>(text);
+    connection = std::make_unique<OdbcConnection>(text, watchdog_);
   } catch (const Error& cause) {
     throw Error(cause.Number(), cause.Source(),
                 "The default database cannot be \"" + catalog + "\": " + cause.Description());

@@ -11,7 +11,7 @@ namespace qmx {
 
 class OdbcSession : public DriverSession {
  public:
-  explicit OdbcSession(std::string text);
+  OdbcSession(std::string text, Watchdog& watchdog);  // borrowed
 
   std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
   std::string IntegerParameter() const override { return connection_->Dialect().integerParameter; }
@@ -33,6 +33,7 @@ class OdbcSession : public DriverSession {
   void EndTransaction(SQLSMALLINT completion);
   void ConnectTo(const std::string& catalog);
 
+  Watchdog& watchdog_;
   std::string text_;  // of the connection that stands
   std::unique_ptr<OdbcConnection> connection_;
   std::chrono::seconds timeout_{30};

@@ -7,13 +7,15 @@
 #include <array>
 #include <utility>
 
-#include "platform/odbc/connection.h"
 #include "platform/odbc/types.h"
 
 namespace qmx {
 namespace {
 
 using Kind = Variant::Kind;
+
+constexpr const char* kDescribed = "a statement was described";
+constexpr const char* kRead = "a value was read";
 
 constexpr std::size_t kFirstPiece = 256;  // characters of a text that are asked for at once
 
@@ -22,12 +24,16 @@ SQLLEN Bytes(std::size_t characters) { return static_cast<SQLLEN>(characters * s
 }  // namespace
 
 OdbcStatement::OdbcStatement(const OdbcConnection& connection, const std::string& text)
-    : connection_(connection), text_(ToWide(text)), statement_(connection.Handle()) {
+    : connection_(connection),
+      text_(ToWide(text)),
+      shownText_(std::make_shared<const std::string>(text)),
+      statement_(connection) {
   Prepare();
 }
 
 void OdbcStatement::Prepare() {
-  statement_.Check(SQLPrepareW(statement_.Get(), text_.data(), static_cast<SQLINTEGER>(text_.size())));
+  connection_.WatchStatement(shownText_);
+  statement_.Require("a statement was prepared", SQLPrepareW, text_.data(), static_cast<SQLINTEGER>(text_.size()));
   prepared_ = Clock::now();
   columns_.reset();
 }
@@ -35,7 +41,7 @@ void OdbcStatement::Prepare() {
 const std::vector<ColumnDescription>& OdbcStatement::Columns() const {
   if (columns_) return *columns_;
   SQLSMALLINT count = 0;
-  statement_.Check(SQLNumResultCols(statement_.Get(), &count));
+  statement_.Require(kDescribed, SQLNumResultCols, &count);
   std::vector<ColumnDescription> columns;
   for (SQLSMALLINT column = 1; column <= count; ++column) {
     columns.push_back(Describe(static_cast<SQLUSMALLINT>(column)));
@@ -46,14 +52,18 @@ const std::vector<ColumnDescription>& OdbcStatement::Columns() const {
 ColumnDescription OdbcStatement::Describe(SQLUSMALLINT column) const {
   const auto ask = [&](SQLUSMALLINT what) {
     SQLLEN answer = 0;
-    statement_.Check(SQLColAttributeW(statement_.Get(), column, what, nullptr, 0, nullptr, &answer));
+    statement_.Require(kDescribed, [&](SQLHANDLE statement) {
+      return SQLColAttributeW(statement, column, what, nullptr, 0, nullptr, &answer);
+    });
     return answer;
   };
   std::array<SQLWCHAR, 256> text{};
   const auto askText = [&](SQLUSMALLINT what) {
     SQLSMALLINT bytes = 0;
     text.fill(0);
-    statement_.Check(SQLColAttributeW(statement_.Get(), column, what, text.data(), sizeof text, &bytes, nullptr));
+    statement_.Require(kDescribed, [&](SQLHANDLE statement) {
+      return SQLColAttributeW(statement, column, what, text.data(), sizeof text, &bytes, nullptr);
+    });
     return FromWide(text.data());
   };
   const std::string typeName = askText(SQL_DESC_TYPE_NAME);
@@ -132,8 +142,7 @@ void OdbcStatement::RowsTogether(std::size_t rows) {
 bool OdbcStatement::Step() {
   if (!isRunning_) Execute();
   if (hasRows_ && Fetch()) return true;
-  SQLFreeStmt(statement_.Get(), SQL_CLOSE);
-  isRunning_ = false;
+  Close();
   return false;
 }
 
@@ -147,14 +156,15 @@ void OdbcStatement::Execute() {
     Prepare();
     Columns();  // once a query without rows is over, not every driver can tell them
   }
-  const SQLRETURN result = SQLExecute(statement_.Get());
+  connection_.WatchStatement(shownText_);
+  const SQLRETURN result = statement_.Call("a statement was executed", SQLExecute);
   if (result == SQL_SUCCESS_WITH_INFO && connection_.Dialect().remarksAreErrors) {
     throw OdbcError(SQL_HANDLE_STMT, statement_.Get());
   }
   if (result != SQL_NO_DATA) statement_.Check(result);  // no data: it affected no row
   isRunning_ = true;
   SQLSMALLINT width = 0;
-  statement_.Check(SQLNumResultCols(statement_.Get(), &width));
+  statement_.Require(kDescribed, SQLNumResultCols, &width);
   hasRows_ = width > 0;
   SQLLEN rows = 0;
   if (!hasRows_ && result != SQL_NO_DATA) statement_.Check(SQLRowCount(statement_.Get(), &rows));
@@ -162,7 +172,7 @@ void OdbcStatement::Execute() {
 }
 
 bool OdbcStatement::Fetch() {
-  const SQLRETURN result = SQLFetch(statement_.Get());
+  const SQLRETURN result = statement_.Call("a row was read", SQLFetch);
   if (result == SQL_NO_DATA) return false;
   statement_.Check(result);
   return true;
@@ -174,7 +184,9 @@ Variant OdbcStatement::Value(std::size_t column) {
   if (kind == Kind::Double) {  // as text it would lose its last digits
     double number = 0;
     SQLLEN indicator = 0;
-    statement_.Check(SQLGetData(statement_.Get(), index, SQL_C_DOUBLE, &number, sizeof number, &indicator));
+    statement_.Require(kRead, [&](SQLHANDLE statement) {
+      return SQLGetData(statement, index, SQL_C_DOUBLE, &number, sizeof number, &indicator);
+    });
     return indicator == SQL_NULL_DATA ? Variant::Null() : Variant(number);
   }
   std::optional<std::string> text = Text(index);
@@ -199,7 +211,7 @@ std::optional<std::basic_string_view<Char>> OdbcStatement::Read(SQLUSMALLINT col
     SQLLEN indicator = 0;
     const std::size_t room = buffer.size() - read;  // with the closing zero
     const auto bytes = static_cast<SQLLEN>(room * sizeof buffer[0]);
-    const SQLRETURN result = SQLGetData(statement_.Get(), column, type, buffer.data() + read, bytes, &indicator);
+    const SQLRETURN result = statement_.Call(kRead, SQLGetData, column, type, buffer.data() + read, bytes, &indicator);
     if (result == SQL_NO_DATA) break;
     statement_.Check(result);
     if (indicator == SQL_NULL_DATA) return std::nullopt;
@@ -215,8 +227,13 @@ std::optional<std::basic_string_view<Char>> OdbcStatement::Read(SQLUSMALLINT col
 }
 
 void OdbcStatement::Reset() noexcept {
-  SQLFreeStmt(statement_.Get(), SQL_CLOSE);
+  Close();
   SQLFreeStmt(statement_.Get(), SQL_RESET_PARAMS);
+}
+
+void OdbcStatement::Close() noexcept {
+  const WatchedCall watched = statement_.Watched("a statement was closed");
+  SQLFreeStmt(statement_.Get(), SQL_CLOSE);
   isRunning_ = false;
 }
 

@@ -6,17 +6,16 @@
 
 #include <chrono>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/database_driver.h"
-#include "platform/odbc/handle.h"
+#include "platform/odbc/statement_handle.h"
 #include "platform/odbc/unicode.h"
 
 namespace qmx {
-
-class OdbcConnection;
 
 // A parameter's values in many rows. Texts are UTF-8 and stand `width` bytes apart.
 struct ParameterArray {
@@ -57,6 +56,7 @@ class OdbcStatement : public DriverStatement {
   void Prepare();
   void Execute();
   bool Fetch();
+  void Close() noexcept;
   ColumnDescription Describe(SQLUSMALLINT column) const;
   std::optional<std::string> Text(SQLUSMALLINT column);
   template <typename Char>
@@ -65,7 +65,8 @@ class OdbcStatement : public DriverStatement {
 
   const OdbcConnection& connection_;
   WideText text_;
-  OdbcHandle<SQL_HANDLE_STMT> statement_;
+  std::shared_ptr<const std::string> shownText_;
+  StatementHandle statement_;
   Clock::time_point prepared_;
   std::chrono::seconds limit_{0};                                  // that the driver was asked for
   std::deque<Parameter> parameters_;                               // at addresses that stay

@@ -1,5 +1,7 @@
 // Carries bytes between clients on a port of loopback and a server on another, until the line is cut: then both ends
 // find their connection reset, and nobody can connect any more.
+//
+// It can swallow bytes instead: connections stay open and new ones are accepted, but nothing arrives.
 #pragma once
 
 #include <arpa/inet.h>
@@ -12,14 +14,21 @@
 #include <atomic>
 #include <cstdint>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace qmx::test {
 
 class TcpProxy {
  public:
-  explicit TcpProxy(std::uint16_t serverPort) : server_(Address(serverPort)) {
+  enum class Swallowed { Nothing, Answers, Everything };
+
+  // Swallows from the first piece on that a client sends with this text in it; "" is in none.
+  explicit TcpProxy(std::uint16_t serverPort, std::string trigger = "", Swallowed swallowed = Swallowed::Everything)
+      : server_(Address(serverPort)), trigger_(std::move(trigger)), atTheTrigger_(swallowed) {
     sockaddr_in own = Address(0);
     socklen_t length = sizeof own;
     if (bind(listener_, reinterpret_cast<sockaddr*>(&own), length) != 0 || listen(listener_, 8) != 0 ||
@@ -35,6 +44,9 @@ class TcpProxy {
   TcpProxy& operator=(const TcpProxy&) = delete;
 
   std::uint16_t Port() const { return port_; }
+
+  void Swallow(Swallowed what) { swallowed_ = what; }  // from now on
+  bool Swallows() const { return swallowed_ != Swallowed::Nothing; }
 
   void Cut() {
     isCut_ = true;
@@ -69,8 +81,8 @@ class TcpProxy {
       std::erase_if(lines_, [&](const Line& line) {
         const bool fromClient = waiting[next++].revents != 0;
         const bool fromServer = waiting[next++].revents != 0;
-        const bool stays =
-            (!fromClient || Pass(line.client, line.server)) && (!fromServer || Pass(line.server, line.client));
+        const bool stays = (!fromClient || PassOn(line.client, line.server, true)) &&
+                           (!fromServer || PassOn(line.server, line.client, false));
         if (!stays) Reset(line);
         return !stays;
       });
@@ -90,9 +102,14 @@ class TcpProxy {
   }
 
   // False once an end has closed.
-  static bool Pass(int from, int to) {
+  bool PassOn(int from, int to, bool isQuestion) {
     std::array<char, 65536> bytes;
     const ssize_t length = recv(from, bytes.data(), bytes.size(), 0);
+    const std::string_view piece(bytes.data(), static_cast<std::size_t>(length < 0 ? 0 : length));
+    const bool isTrigger = isQuestion && !trigger_.empty() && piece.find(trigger_) != std::string_view::npos;
+    if (isTrigger) swallowed_ = atTheTrigger_;
+    const Swallowed swallowed = swallowed_;
+    if (swallowed == Swallowed::Everything || (swallowed == Swallowed::Answers && !isQuestion)) return length > 0;
     for (ssize_t sent = 0; sent < length;) {
       const ssize_t next = send(to, bytes.data() + sent, static_cast<std::size_t>(length - sent), MSG_NOSIGNAL);
       if (next < 0) return false;
@@ -110,6 +127,9 @@ class TcpProxy {
   }
 
   sockaddr_in server_;
+  std::string trigger_;
+  Swallowed atTheTrigger_;
+  std::atomic<Swallowed> swallowed_ = Swallowed::Nothing;
   int listener_ = Socket();
   std::uint16_t port_ = 0;
   std::vector<Line> lines_;

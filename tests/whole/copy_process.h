@@ -22,6 +22,8 @@ class CopyProcesses {
     std::filesystem::create_directory(folder_ / "log");
   }
 
+  void Environment(const std::string& name, std::string value) { environment_[name] = std::move(value); }
+
   std::unique_ptr<RunningProcess> Start(const std::string& table) const {
     return std::make_unique<RunningProcess>(QMXDATACOPY, std::vector{CommandLine(table)}, environment_, folder_.Path());
   }

@@ -1,0 +1,52 @@
+// A statement's handle of a connection. Calls that may wait for the server go through it, so that the watchdog sees
+// them.
+#pragma once
+
+#include <optional>
+
+#include "platform/odbc/connection.h"
+#include "platform/odbc/handle.h"
+
+namespace qmx {
+
+class StatementHandle {
+ public:
+  explicit StatementHandle(const OdbcConnection& connection)  // borrowed
+      : connection_(connection), handle_(std::in_place, connection.Handle()) {}
+  ~StatementHandle() {
+    const WatchedCall watched = Watched("a statement was closed");
+    handle_.reset();
+  }
+  StatementHandle(const StatementHandle&) = delete;
+  StatementHandle& operator=(const StatementHandle&) = delete;
+
+  SQLHANDLE Get() const { return handle_->Get(); }
+  void Check(SQLRETURN result) const { handle_->Check(result); }
+
+  // For calls whose failure does not matter.
+  WatchedCall Watched(const char* action) const { return connection_.WatchedAsStatement(action); }
+
+  // Calls function(handle, arguments...). Raises where the watchdog ended the connection, whatever the call returned.
+  template <typename Function, typename... Arguments>
+  SQLRETURN Call(const char* action, Function&& function, Arguments... arguments) const {
+    SQLRETURN result;
+    {
+      const WatchedCall watched = Watched(action);
+      result = function(Get(), arguments...);
+    }
+    connection_.RequireNoSilence(*handle_, result);
+    return result;
+  }
+
+  // The same, and raises what the diagnostic records say when the call did not succeed.
+  template <typename Function, typename... Arguments>
+  void Require(const char* action, Function&& function, Arguments... arguments) const {
+    Check(Call(action, function, arguments...));
+  }
+
+ private:
+  const OdbcConnection& connection_;
+  std::optional<OdbcHandle<SQL_HANDLE_STMT>> handle_;
+};
+
+}  // namespace qmx

@@ -1,0 +1,15 @@
+// The end of a run whose database driver does not return any more.
+#pragma once
+
+#include <string_view>
+
+#include "platform/error.h"
+#include "platform/failure_report.h"
+
+namespace qmx {
+
+// Writes the start-up failure log, reports the failure with what to do, and ends the process as a failed start-up. Uses
+// nothing of the run, which may hold it for ever: to be called from another thread.
+[[noreturn]] void EndSilentRun(std::string_view commandLine, const Error& failure, FailureReport& failures) noexcept;
+
+}  // namespace qmx

@@ -1,0 +1,98 @@
+// The server falls silent: it keeps the connection and never answers again. The run ends by itself, as after a lost
+// server, and says how long it waited and for what.
+#include "tests/support/tcp_proxy.h"
+#include "tests/whole/server_copy.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+constexpr const char* kTable = "tssoc200";
+constexpr const char* kAdvice =
+    "so the program ended the connection. Check the server and the network; a table that stays in progress is released "
+    "with \"qmxadmin release TABLE\".";
+
+class SilentServer : public CopyIntoAServer {
+ protected:
+  SilentServer() : CopyIntoAServer({{"orders", 500}}) {
+    company_.Change(DateTime::FromDate(2002, 1, 1), "update tssoc200 set crit = 'NEW'");
+  }
+
+  std::uint16_t ServerPort() { return static_cast<std::uint16_t>(std::stoi(OdbcKeyword(ConnectionText(), "PORT"))); }
+  CopyProcesses ProgramBehind(const TcpProxy& line) {
+    return {company_, WithOdbcKeyword(ConnectionText(), "PORT", std::to_string(line.Port())), ""};
+  }
+  static Process EndOf(CopyProcesses& program) {
+    program.Environment("QMX_SILENCE_LIMIT", "5");
+    const auto run = program.Start(kTable);
+    WaitUntil("the program has ended", [&] { return run->HasEnded(); });
+    return run->Wait();
+  }
+
+  // Where the server falls silent while the program does `action`.
+  void ExpectTheSilenceToBeTold(const CopyProcesses& program, const Process& ended, const std::string& action) {
+    ExpectFailureOfTheReleaseToo(program, ended, kTable);
+    const std::string text = "The server did not answer for 5 seconds while " + action + ", " + kAdvice;
+    EXPECT_THAT(ended.err, AllOf(HasSubstr("because of error -2147467259, ODBC: " + text), HasSubstr("table: tssoc200"),
+                                 HasSubstr("key: ")));
+    EXPECT_THAT(program.Log(kTable),
+                AllOf(HasSubstr("Copy of Service Orders from Orvan to Local DB failed\"\r\n"), HasSubstr(text)));
+    EXPECT_EQ(InUse(), "1");
+    EXPECT_EQ(Lutm(), kLutm);
+  }
+  std::string FirstOrder() { return company_.Value("select min(orno) from tssoc200"); }
+};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(SilentServer);
+INSTANTIATE_TEST_SUITE_P(Over, SilentServer, testing::ValuesIn(ServersUnderTest()), ServerName);
+
+TEST_P(SilentServer, AtTheLogInFailsTheStart) {
+  ControlRecord(kTable, kFullCopy);
+  TcpProxy line(ServerPort());
+  line.Swallow(TcpProxy::Swallowed::Everything);
+  CopyProcesses program = ProgramBehind(line);
+  const Process ended = EndOf(program);
+  EXPECT_EQ(ended.status, 2) << ended.err;
+  const std::string text =
+      std::string("The server did not answer for 5 seconds while the program logged in, ") + kAdvice;
+  EXPECT_THAT(ended.err, HasSubstr(text));
+  EXPECT_THAT(program.Log(kTable), HasSubstr(text));
+  EXPECT_THAT(program.File("QMXDBSynclog.txt"), HasSubstr("Data Copy Failed:\r\nError is - "));
+  EXPECT_EQ(InUse(), "0");
+}
+
+TEST_P(SilentServer, InASelectEndsTheCopyAndLeavesTheTableInProgress) {
+  ControlRecord(kTable, kOnlyChanged);
+  TcpProxy line(ServerPort(), FirstOrder());
+  CopyProcesses program = ProgramBehind(line);
+  const Process ended = EndOf(program);
+  EXPECT_TRUE(line.Swallows());
+  ExpectTheSilenceToBeTold(program, ended, "a statement was executed");
+  EXPECT_THAT(ended.err, HasSubstr("statement: select * from tssoc200 where orno='" + FirstOrder() + "'"));
+  EXPECT_EQ(Value("select count(*) from tssoc200"), "0");
+}
+
+TEST_P(SilentServer, InABatchOfInsertsEndsTheCopyAndLeavesTheTableInProgress) {
+  ControlRecord(kTable, kFullCopy);
+  TcpProxy line(ServerPort(), FirstOrder());
+  CopyProcesses program = ProgramBehind(line);
+  const Process ended = EndOf(program);
+  EXPECT_TRUE(line.Swallows());
+  ExpectTheSilenceToBeTold(program, ended, "a statement was executed");
+  EXPECT_EQ(Value("select count(*) from tssoc200"), "0");
+}
+
+// The server did commit; the program cannot know.
+TEST_P(SilentServer, InACommitEndsTheCopyAndLeavesTheTableInProgress) {
+  ControlRecord(kTable, kOnlyChanged);
+  TcpProxy line(ServerPort(), "COMMIT", TcpProxy::Swallowed::Answers);
+  CopyProcesses program = ProgramBehind(line);
+  const Process ended = EndOf(program);
+  EXPECT_TRUE(line.Swallows());
+  ExpectTheSilenceToBeTold(program, ended, "a transaction was ended");
+  EXPECT_NE(Value("select count(*) from tssoc200"), "0");
+}
+
+}  // namespace
+}  // namespace qmx::test
