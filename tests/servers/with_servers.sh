@@ -17,11 +17,12 @@ set -euo pipefail
 export LSAN_OPTIONS="${LSAN_OPTIONS:+$LSAN_OPTIONS:}suppressions=$(cd "$(dirname "$0")" && pwd)/driver_leaks.txt:print_suppressions=0"
 
 folder=$(mktemp --directory "${TMPDIR:-/tmp}/qmx-servers-XXXXXX")
+mkdir "$folder/tmp"  # for the servers' own temporary files: two MariaDB servers disturb each other in a shared one
 password="wild;{}rose"  # needs quoting in a connection text: what quotes it badly fails here
 unprivileged=()
 if [ "$(id -u)" -eq 0 ]; then
   unprivileged=(--reuid nobody --regid "$(id -g nobody)" --clear-groups)
-  chown nobody "$folder"
+  chown nobody "$folder" "$folder/tmp"
 fi
 servers=()
 command=
@@ -36,7 +37,7 @@ fi
 # quit when its parent dies (a second setpriv, since changing the user forgets that).
 become() {
   cd "$folder"
-  HOME=$folder exec setpriv "${unprivileged[@]}" setpriv --pdeathsig QUIT "$@"
+  HOME=$folder TMPDIR=$folder/tmp exec setpriv "${unprivileged[@]}" setpriv --pdeathsig QUIT "$@"
 }
 
 running() { grep -q '^State:\s*[^Z]' "/proc/$1/status" 2>/dev/null; }  # not one that has ended and waits to be reaped
@@ -70,13 +71,14 @@ free_port() {
   echo "$port"
 }
 
-# answers PID PROBE...: waits until the probe succeeds; fails when the process ends or half a minute passes.
+# answers PID DATA PROBE...: waits until the probe prints DATA, the folder of the server's data; fails when the process ends or
+# half a minute passes. Where another server took the port first, the probe reaches that one, and this process ends.
 answers() {
-  local pid=$1
-  shift
+  local pid=$1 data=$2
+  shift 2
   for _ in {1..300}; do
     running "$pid" || return 1
-    "$@" >/dev/null 2>&1 && return
+    [ "$("$@" 2>/dev/null)" != "$data" ] || return 0
     sleep 0.1
   done
   return 1
@@ -96,8 +98,8 @@ start_postgresql() {
     -c unix_socket_directories="$folder" "${fastPostgresql[@]}" -c log_min_messages=fatal >>"$folder/postgresql.log" 2>&1 &
   pid=$!
   servers+=("$pid")
-  PGPASSWORD=$password answers "$pid" "$programs/psql" --host=127.0.0.1 --port="$port" --username=qmx \
-    --dbname=postgres --command='select 1' || return 1
+  PGPASSWORD=$password answers "$pid" "$folder/postgresql" "$programs/psql" --host=127.0.0.1 --port="$port" --username=qmx \
+    --dbname=postgres --tuples-only --no-align --command='show data_directory' || return 1
   export QMX_TEST_POSTGRESQL="DRIVER=PostgreSQL Unicode;SERVER=127.0.0.1;PORT=$port;DATABASE=postgres;UID=qmx;PWD={wild;{}}rose};Protocol=7.4-1"
   export QMX_TEST_POSTGRESQL_PID=$pid
 }
@@ -117,14 +119,15 @@ SQL
     --character-set-server=utf8mb4 "${fastMariadb[@]}" --init-file="$folder/users.sql" >>"$folder/mariadb.log" 2>&1 &
   pid=$!
   servers+=("$pid")
-  MYSQL_PWD=$password answers "$pid" mariadb --no-defaults --host=127.0.0.1 --port="$port" --user=qmx \
-    --execute='select 1' || return 1
+  MYSQL_PWD=$password answers "$pid" "$folder/mariadb/" mariadb --no-defaults --host=127.0.0.1 --port="$port" --user=qmx \
+    --skip-column-names --batch --execute='select @@datadir' || return 1
   export QMX_TEST_MARIADB="DRIVER=MariaDB Unicode;SERVER=127.0.0.1;PORT=$port;UID=qmx;PWD={wild;{}}rose}"
   export QMX_TEST_MARIADB_PID=$pid
 }
 
+# Another program may have taken the port meanwhile: a second try takes another one.
 for server in postgresql mariadb; do
-  if ! "start_$server"; then
+  if ! "start_$server" && ! { rm -rf "${folder:?}/$server"; "start_$server"; }; then
     cat "$folder/$server.log" >&2 2>/dev/null || true
     echo "the $server server did not start; its messages stand above" >&2
     [ "${CI:-}" != true ] || exit 1
