@@ -10,6 +10,8 @@
 namespace qmx {
 namespace {
 
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 std::string_view Trimmed(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r";
   const std::size_t first = text.find_first_not_of(kBlanks);
@@ -36,6 +38,7 @@ Manifest ReadManifest(const std::filesystem::path& path) {
   std::string line;
   while (std::getline(file, line)) {
     ++number;
+    if (number == 1 && line.starts_with(kByteOrderMark)) line.erase(0, kByteOrderMark.size());
     const std::string_view text = Trimmed(line);
     if (text.empty() || text.front() == '#') continue;
     const std::size_t equals = text.find('=');
@@ -44,6 +47,9 @@ Manifest ReadManifest(const std::filesystem::path& path) {
     const std::string_view value = Trimmed(text.substr(equals + 1));
     if (value.empty()) fail("nothing stands after \"=\"");
     if (SameName(key, "progid")) {
+      if (value.find_first_of(" \t,;") != std::string_view::npos) {
+        fail("\"" + std::string(value) + "\" is no single identifier; write a line \"progid = NAME\" for each");
+      }
       manifest.progIds.emplace_back(value);
     } else if (!SameName(key, "library")) {
       fail("unknown word \"" + std::string(key) + "\"; \"library\" and \"progid\" are known");

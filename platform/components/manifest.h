@@ -1,7 +1,8 @@
 // A manifest: which library serves which ProgIDs, so that a library is loaded only when it is asked for.
 //
 // A file *.component of simple lines: "library = FILE" once, relative to the manifest's own folder, and "progid = X" at
-// least once. Blanks around, empty lines and lines that begin with "#" don't count.
+// least once, each with one ProgID. Blanks around, empty lines, lines that begin with "#" and a byte-order mark at the
+// beginning of the file don't count.
 #pragma once
 
 #include <filesystem>

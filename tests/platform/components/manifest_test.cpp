@@ -44,6 +44,14 @@ TEST_F(Manifests, PassOverCommentsEmptyLinesBlanksAndLineEnds) {
   EXPECT_THAT(manifest.progIds, ElementsAre("java:java.util.Date"));
 }
 
+TEST_F(Manifests, MayBeginWithAByteOrderMark) {
+  const Manifest manifest = Read("\xEF\xBB\xBFlibrary = a.so\nprogid = A\n");
+  EXPECT_EQ(manifest.library, folder / "a.so");
+  EXPECT_THAT(manifest.progIds, ElementsAre("A"));
+  EXPECT_EQ(Complaint("library = a.so\n\xEF\xBB\xBFprogid = A\n"),
+            path + ", line 2: unknown word \"\xEF\xBB\xBFprogid\"; \"library\" and \"progid\" are known");
+}
+
 TEST_F(Manifests, ClaimProgIdsWithoutRegardToCase) {
   const Manifest manifest = Read("library = a.so\nprogid = Skills.SkillsManager\n");
   EXPECT_TRUE(manifest.Claims("SKILLS.skillsmanager"));
@@ -57,6 +65,10 @@ TEST_F(Manifests, AreRefusedWithFileAndLine) {
   EXPECT_EQ(Complaint("lib = a.so\n"), path + ", line 1: unknown word \"lib\"; \"library\" and \"progid\" are known");
   EXPECT_EQ(Complaint("library = a.so\nprogid =  \n"), path + ", line 2: nothing stands after \"=\"");
   EXPECT_EQ(Complaint("library = a.so\nlibrary = b.so\n"), path + ", line 2: a second library; a manifest names one");
+  EXPECT_EQ(Complaint("library = a.so\nprogid = A, B\n"),
+            path + ", line 2: \"A, B\" is no single identifier; write a line \"progid = NAME\" for each");
+  EXPECT_EQ(Complaint("library = a.so\nprogid = A B\n"),
+            path + ", line 2: \"A B\" is no single identifier; write a line \"progid = NAME\" for each");
   EXPECT_EQ(Complaint("progid = a\n"), path + ": no line \"library = FILE\"");
   EXPECT_EQ(Complaint("library = a.so\n"), path + ": no line \"progid = NAME\"");
   EXPECT_EQ(Complaint(""), path + ": no line \"library = FILE\"");
