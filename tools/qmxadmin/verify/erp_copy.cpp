@@ -13,6 +13,7 @@
 #include "platform/progress/progress.h"
 #include "platform/sqlite/driver.h"
 #include "schema/dialect.h"
+#include "tools/qmxadmin/verify/temporary_folder.h"
 
 namespace qmx {
 namespace {
@@ -98,18 +99,7 @@ const LocalTable& TableNamed(const std::string& name) {
   throw Error(errors::kInternal, kSource, "There is no table " + name + ".");
 }
 
-}  // namespace
-
-ErpCopy::ErpCopy(const LocalTable& table, const std::string& component, const std::vector<std::string>& calendars) {
-  MakeTables(table, calendars);
-  Copy(table, component);
-}
-
-std::string ErpCopy::ConnectionText() const {
-  return qmx::ConnectionText("Provider=SQLite").With("Data Source", (folder_.Path() / "erp.db").string()).Text();
-}
-
-void ErpCopy::MakeTables(const LocalTable& table, const std::vector<std::string>& calendars) {
+void MakeTables(const ConnectionText& text, const LocalTable& table, const std::vector<std::string>& calendars) {
   LocalTable withoutKey = table;
   withoutKey.key.clear();
   withoutKey.indexed = table.key;
@@ -117,8 +107,7 @@ void ErpCopy::MakeTables(const LocalTable& table, const std::vector<std::string>
   SqliteDriver sqlite;
   Database database({&sqlite});
   const auto connection = database.CreateConnection("ADODB.Connection");
-  connection->Open(ConnectionText() + ";Mode=Create", "", "");
-  connection->Execute("pragma synchronous = off");
+  connection->Open(text.Text() + ";Mode=Create", "", "");
   connection->Execute(SqliteDialect().CreateTable(withoutKey));
   for (const std::string& index : SqliteDialect().CreateIndexes(withoutKey)) connection->Execute(index);
   connection->Execute(SqliteDialect().CreateTable(TableNamed("tstables")));
@@ -136,21 +125,54 @@ void ErpCopy::MakeTables(const LocalTable& table, const std::vector<std::string>
   connection->Close();
 }
 
-void ErpCopy::Copy(const LocalTable& table, const std::string& component) {
+std::unique_ptr<DriverSession> OpenSession(const ConnectionText& text) {
+  std::unique_ptr<DriverSession> session = SqliteDriver().Open(text);
+  session->Prepare("pragma synchronous = off")->Step();
+  return session;
+}
+
+// Gives the one session that it has.
+class OpenedDriver : public Driver {
+ public:
+  explicit OpenedDriver(std::unique_ptr<DriverSession> session) : session_(std::move(session)) {}
+  std::string Form() const override { return "\"Provider=SQLite\""; }
+  bool Serves(const ConnectionText&) const override { return session_ != nullptr; }
+  std::unique_ptr<DriverSession> Open(const ConnectionText&) override { return std::move(session_); }
+
+ private:
+  std::unique_ptr<DriverSession> session_;
+};
+
+}  // namespace
+
+ErpCopy::ErpCopy(const LocalTable& table, const std::string& component, const std::vector<std::string>& calendars) {
+  std::unique_ptr<DriverSession> engines;
+  {
+    const TemporaryFolder folder;
+    const ConnectionText text =
+        ConnectionText("Provider=SQLite").With("Data Source", (folder.Path() / "erp.db").string());
+    MakeTables(text, table, calendars);
+    rows_ = OpenSession(text);
+    engines = OpenSession(text);
+  }
+  Copy(std::move(engines), table, component);
+}
+
+void ErpCopy::Copy(std::unique_ptr<DriverSession> session, const LocalTable& table, const std::string& component) {
   PosixClock clock;
   FilesWithoutLogs files;
   NoEventLog eventLog;
   InstalledComponents components(clock);
   WatchedComponents watched(components, firstStartDate_);
-  SqliteDriver sqlite;
-  BatchingDriver batched(sqlite);
+  OpenedDriver opened(std::move(session));
+  BatchingDriver batched(opened);
   const std::unique_ptr<Progress> progress = Progress::FromEnvironment(table.name);
   Database database({&batched}, progress ? &progress->Observer(nullptr) : nullptr);
   KeptFailure failures;
   Platform platform{clock, files, eventLog, watched, database, failures};
   modDeclarations declarations;
   Outcome outcome;
-  clsDataCopy(platform, declarations, outcome).StartDataCopy(ConnectionText(), "", table.name, "", component);
+  clsDataCopy(platform, declarations, outcome).StartDataCopy("Provider=SQLite", "", table.name, "", component);
   if (failures.failure) throw *failures.failure;
   if (!outcome.isComplete) throw Error(errors::kInternal, kSource, "The copy of " + table.name + " was not complete.");
 }

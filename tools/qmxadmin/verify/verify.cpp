@@ -65,11 +65,9 @@ bool VerifyTable(LocalDatabase& local, DriverSession& localRows, const LocalTabl
     }
   }
   const ErpCopy erp(table, component, calendars);
-  SqliteDriver sqlite;
-  const auto erpRows = OpenSession({&sqlite}, erp.ConnectionText(), "");
   report.Begin(table);
-  const ComparedRows rows = Compare(table, localRows, *erpRows, erp.FirstStartDate(), report);
-  erpRows->Close();
+  const ComparedRows rows = Compare(table, localRows, erp.Rows(), erp.FirstStartDate(), report);
+  erp.Rows().Close();
   return report.End(rows);
 }
 

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <thread>
@@ -77,6 +78,32 @@ TEST_F(QmxAdminVerify, LeavesNoTraceEvenWhereTheErpFails) {
   EXPECT_TRUE(std::filesystem::is_empty(folder_ / "tmp"));
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_ / "logs"), {}), 1);
   EXPECT_EQ(Rows("tstables where in_use = 0"), 1);
+}
+
+// Crashes in the middle of the listing, when rows of the ERP are written already.
+class CrashingErp : public QmxAdminVerify {
+ protected:
+  CrashingErp() {
+    std::filesystem::create_directory(folder_ / "components");
+    std::string manifest = std::string("library = ") + CRASHING_ERP + "\n";
+    for (const char* progId : {"ServiceTypes.ServiceTypesManager", "ServiceTypes.ServiceTypes"})
+      manifest += std::string("progid = ") + progId + "\n";
+    WriteFile(folder_ / "components/crashing.component", manifest);
+    environment_["QMX_COMPONENTS"] = folder_ / "components";
+  }
+};
+
+TEST_F(CrashingErp, LeavesNoFileBehind) {
+  const Process run = Verify({"tsmdm030"});
+  EXPECT_EQ(run.status, 128 + SIGABRT) << run.err;
+  EXPECT_TRUE(std::filesystem::is_empty(folder_ / "tmp"));
+}
+
+TEST_F(CrashingErp, LeavesNoFileBehindWhereTheProgramIsKilled) {
+  environment_["QMX_TEST_KILL"] = "1";
+  const Process run = Verify({"tsmdm030"});
+  EXPECT_EQ(run.status, 128 + SIGKILL) << run.err;
+  EXPECT_TRUE(std::filesystem::is_empty(folder_ / "tmp"));
 }
 
 TEST_F(QmxAdminVerify, ListsCalendarsAsACopyDoes) {
