@@ -3,7 +3,8 @@
 demoPackages=(g++ cmake ninja-build libsqlite3-dev sqlite3 unixodbc-dev libcli11-dev nlohmann-json3-dev)
 serverPackages=(unixodbc odbc-postgresql odbc-mariadb postgresql mariadb-server-core mariadb-client-core)
 testPackages=("${demoPackages[@]}" "${serverPackages[@]}" libgtest-dev libgmock-dev libbenchmark-dev locales clang-14 clang-format-14
-              clang-tidy-14 default-jdk-headless dpkg-dev file groff-base libsqliteodbc python3 valgrind)
+              clang-tidy-14 default-jdk-headless dpkg-dev file groff-base junit4 libsqliteodbc
+              libxerial-sqlite-jdbc-java python3 valgrind)
 benchPackages=("${demoPackages[@]}" "${serverPackages[@]}" libbenchmark-dev python3 strace)
 
 # install_packages PACKAGE...: installs what is missing; without need of a network when nothing is.

@@ -1,0 +1,97 @@
+import java.io.File;
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.sql.Connection;
+import java.sql.DriverManager;
+import java.sql.ResultSet;
+import java.sql.SQLException;
+import java.sql.Statement;
+import java.util.ArrayList;
+import java.util.Comparator;
+import java.util.List;
+import java.util.stream.Stream;
+
+/** A sandbox file in a folder of its own, made by orvan-sandbox, and the SQL that other programs run on it. */
+final class Sandbox {
+  private final Path folder;
+  private final Connection connection;
+
+  /** A file with a small company in it, and nothing in the audit trail. The data is about 2026-11-20. */
+  Sandbox() throws Exception {
+    folder = Files.createTempDirectory("orvan");
+    tool("make", file(), "--seed", "1", "--today", "2026-11-20", "--employees", "12", "--orders", "40",
+        "--addresses", "20", "--calendars", "4", "--calendar-days", "130", "--configurations", "15");
+    connection = DriverManager.getConnection("jdbc:sqlite:" + file());
+    run("PRAGMA synchronous = OFF");
+  }
+
+  /** The same with nothing in its tables. */
+  static Sandbox empty() throws Exception {
+    Sandbox sandbox = new Sandbox();
+    for (NativeTable table : NativeTable.all()) {
+      sandbox.run("DELETE FROM " + table.code());
+      sandbox.run("DELETE FROM audit_" + table.code());
+    }
+    return sandbox;
+  }
+
+  String file() {
+    return folder.resolve("orvan.db").toString();
+  }
+
+  String component() {
+    return "OrvanSandbox, " + file();
+  }
+
+  /** A day of work that begins at 8 on 2026-11-20. */
+  void work() throws Exception {
+    tool("work", file(), "--seed", "3", "--today", "2026-11-20", "--from", "2026-11-20 08:00:00");
+  }
+
+  void run(String sql) throws SQLException {
+    try (Statement statement = connection.createStatement()) {
+      statement.execute(sql);
+    }
+  }
+
+  /** Runs SQL at a time that the audit trail is made to believe. */
+  void runAt(String moment, String sql) throws SQLException {
+    run("INSERT INTO sandbox_clock VALUES ('" + moment + "')");
+    run(sql);
+    run("DELETE FROM sandbox_clock");
+  }
+
+  /** The rows of a query, each as the texts of its values, with all digits of a number; null stays null. */
+  List<List<String>> query(String sql) throws SQLException {
+    List<List<String>> rows = new ArrayList<>();
+    try (Statement statement = connection.createStatement();
+        ResultSet row = statement.executeQuery(sql)) {
+      while (row.next()) {
+        List<String> values = new ArrayList<>();
+        for (int i = 1; i <= row.getMetaData().getColumnCount(); ++i) {
+          Object value = row.getObject(i);
+          values.add(value == null ? null : value.toString());
+        }
+        rows.add(values);
+      }
+    }
+    return rows;
+  }
+
+  /** Closes the file and removes the folder. */
+  void close() throws Exception {
+    connection.close();
+    try (Stream<Path> files = Files.walk(folder)) {
+      files.sorted(Comparator.reverseOrder()).map(Path::toFile).forEach(File::delete);
+    }
+  }
+
+  private static void tool(String... arguments) throws IOException, InterruptedException {
+    List<String> command = new ArrayList<>(List.of(System.getProperty("orvan.tool")));
+    command.addAll(List.of(arguments));
+    Process process = new ProcessBuilder(command).redirectErrorStream(true).start();
+    String said = new String(process.getInputStream().readAllBytes());
+    if (process.waitFor() != 0) throw new IOException(command + ": " + said);
+  }
+}
