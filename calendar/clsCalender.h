@@ -15,6 +15,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -54,6 +55,8 @@ class clsCalender {
   std::int16_t arraycount = 0;  // days in use
   Connection* DBConnection = nullptr;
   Recordset* DBRecordSet = nullptr;
+
+  std::function<void()> BeforeCalendar;  // may be empty; what it raises ends Startprocess before Calcode is expanded
 
   Variant Startprocess();
   Variant getCalender();

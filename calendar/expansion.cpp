@@ -46,6 +46,7 @@ Variant clsCalender::Startprocess() {
   getCalender();
   for (std::int16_t i = 0; i < calcount; ++i) {
     Calcode = At(CalArray, i, "calendar");
+    if (BeforeCalendar) BeforeCalendar();
     arraycount = 0;
     MainArray.clear();
     deletecalender();

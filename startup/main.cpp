@@ -17,6 +17,7 @@
 #include "platform/posix/event_log.h"
 #include "platform/posix/exit_guard.h"
 #include "platform/posix/failure_report.h"
+#include "platform/posix/interrupt_signals.h"
 #include "platform/posix/text_files.h"
 #include "platform/progress/progress.h"
 #include "platform/sqlite/driver.h"
@@ -47,6 +48,8 @@ ExitStatus Answer(const std::string& text) {
 }
 
 ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
+  const qmx::InterruptSignals signals(
+      "the copy ends at its next call to the ERP. A second signal ends it at once and leaves the table in progress.");
   qmx::PosixClock clock;
   qmx::PosixTextFiles files;
   qmx::PosixEventLog eventLog(clock, files);

@@ -3,8 +3,10 @@
 #include "platform/components/abi_values.h"
 #include "platform/components/date_object.h"
 #include "platform/components/server_library.h"
+#include "platform/interruption.h"
 #include "platform/names.h"
 #include "platform/running_call.h"
+#include "platform/scheduling_server.h"
 
 namespace qmx {
 namespace {
@@ -67,6 +69,8 @@ const std::vector<ManifestFolder>& InstalledComponents::Folders() {
 void InstalledComponents::Load(const Manifest& manifest) { ServerLibrary::Load(manifest.library, kHost); }
 
 Object InstalledComponents::CreateObject(std::string_view progId) {
+  const bool mayBeInterrupted = !IsSchedulingServers(std::string(progId).c_str()) && !RunningCall::Member();
+  if (mayBeInterrupted) Interruption::RaiseIfRequested();
   Search search;
   bool claimed = false;
   for (const ManifestFolder& folder : Folders()) {

@@ -1,6 +1,9 @@
 #include "platform/components/server_object.h"
 
+#include "platform/interruption.h"
+#include "platform/names.h"
 #include "platform/running_call.h"
+#include "platform/scheduling_server.h"
 
 namespace qmx {
 namespace {
@@ -57,7 +60,8 @@ inline Variant ServerObject::Described(const Member& member, Body&& body) const 
 
 Variant ServerObject::Invoke(const Member& member, std::span<const Argument> arguments) {
   const Member::Site& site = member.LastFound();
-  if (site.type != object_->type || !arguments.empty()) return InvokeOther(member, arguments);
+  if (site.type != object_->type || !arguments.empty() || Interruption::IsRequested())
+    return InvokeOther(member, arguments);
   return Described(member, [&] {
     const RunningCall running(fromProgId_, site.name);
     qmx_value result;
@@ -68,6 +72,7 @@ Variant ServerObject::Invoke(const Member& member, std::span<const Argument> arg
 
 Variant ServerObject::InvokeOther(const Member& member, std::span<const Argument> arguments) {
   return Described(member, [&] {
+    if (MayBeInterrupted(member)) Interruption::RaiseIfRequested();
     Member::Site& site = member.LastFound();
     if (site.type != object_->type) site = Find(member);
     AbiArguments list(arguments);
@@ -77,6 +82,11 @@ Variant ServerObject::InvokeOther(const Member& member, std::span<const Argument
     list.WriteBack();
     return FromAbi(result, Reference::Given);
   });
+}
+
+// Not a call to the scheduling server, not the one that gives the ERP's manager back, and not a call within a call.
+bool ServerObject::MayBeInterrupted(const Member& member) const {
+  return !IsSchedulingServers(fromProgId_) && !SameName(member.Name(), "Close") && !RunningCall::Member();
 }
 
 Member::Site ServerObject::Find(const Member& member) {

@@ -3,6 +3,8 @@
 // A member is looked up in the server once per call site and type. What the server raises keeps its number, source and
 // description, with the details "member", "progid" (where the object was made from one) and "type" (where the server
 // names its types).
+//
+// A request to end (platform/interruption.h) is raised by the next call to an object of the ERP other than Close.
 #pragma once
 
 #include "platform/components/abi_values.h"
@@ -25,6 +27,7 @@ class ServerObject final : public Dispatch {
  private:
   // Not inlined: a getter that was called before takes the short way.
   [[gnu::noinline]] Variant InvokeOther(const Member& member, std::span<const Argument> arguments);
+  bool MayBeInterrupted(const Member& member) const;
   Member::Site Find(const Member& member);
   void Call(std::int32_t id, qmx_value* const* arguments, std::size_t count, qmx_value& result);
   template <typename Body>

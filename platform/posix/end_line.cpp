@@ -1,17 +1,13 @@
 #include "platform/posix/end_line.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 
+#include "platform/posix/standard_error.h"
 #include "platform/running_call.h"
 #include "platform/scheduling_server.h"
 
 namespace qmx {
 namespace {
-
-constexpr const char* kClearLine = "\r\x1b[K";  // takes away a progress line that may stand there
 
 std::array<char, 64> table{};
 
@@ -29,7 +25,7 @@ EndLine::EndLine(const char* reason) noexcept {
 }
 
 void EndLine::Add(const char* text) noexcept {
-  for (; *text && length_ < text_.size() - 1; ++text) {
+  for (; *text && length_ < text_.size(); ++text) {
     const bool isControl = static_cast<unsigned char>(*text) < 0x20 || *text == 0x7f;
     text_[length_++] = isControl ? ' ' : *text;
   }
@@ -54,21 +50,6 @@ void EndLine::AddTable() noexcept {
   Add(table.data());
 }
 
-void EndLine::Write() noexcept {
-  const int errorBefore = errno;
-  const auto write = [](const char* text, std::size_t length) {
-    while (length > 0) {
-      const ssize_t written = ::write(STDERR_FILENO, text, length);
-      if (written < 0 && errno == EINTR) continue;
-      if (written <= 0) return;
-      text += written;
-      length -= static_cast<std::size_t>(written);
-    }
-  };
-  if (isatty(STDERR_FILENO) == 1) write(kClearLine, std::string_view(kClearLine).size());
-  text_[length_++] = '\n';
-  write(text_.data(), length_);
-  errno = errorBefore;
-}
+void EndLine::Write() const noexcept { WriteToStandardError({std::string_view(text_.data(), length_), "\n"}); }
 
 }  // namespace qmx

@@ -17,14 +17,14 @@ class EndLine {
 
   // `reason` begins the line: "SIGSEGV ended the run".
   explicit EndLine(const char* reason) noexcept;
-  void Write() noexcept;
+  void Write() const noexcept;
 
  private:
   void Add(const char* text) noexcept;
   void AddCall() noexcept;
   void AddTable() noexcept;
 
-  std::array<char, 1024> text_;
+  std::array<char, 1023> text_;
   std::size_t length_ = 0;
 };
 

@@ -20,6 +20,23 @@ class ExpansionFailure : public ::testing::Test {
   CalendarDatabase local;
 };
 
+TEST_F(ExpansionFailure, OfWhatIsCalledBeforeACalendarLeavesItAndThoseAfterItAsTheyWere) {
+  local.Employee("1002", "NIGHT");
+  local.Record("NIGHT", {"2001-03-05", "2001-03-05", 2000, 2400});
+  local.Execute("INSERT INTO tscalender VALUES ('NIGHT', '1999-01-01', '1999-01-02')");
+  clsCalender calender = local.Calender();
+  std::vector<std::string> begun;
+  calender.BeforeCalendar = [&] {
+    begun.push_back(calender.Calcode);
+    if (begun.size() == 2) throw Error(18, "Interrupted", "Enough.");
+  };
+  const Error error = Raised([&] { calender.Startprocess(); });
+  EXPECT_EQ(error.Description(), "Enough.");
+  EXPECT_THAT(begun, ElementsAre("DAY", "NIGHT"));
+  EXPECT_EQ(local.Intervals("DAY").size(), 3U);
+  EXPECT_THAT(local.Intervals("NIGHT"), ElementsAre("1999-01-01 > 1999-01-02"));
+}
+
 TEST_F(ExpansionFailure, LosesOnlyTheRowWhoseInsertFails) {
   local.Execute(
       "CREATE TRIGGER refuse BEFORE INSERT ON tscalender WHEN NEW.sttm LIKE '2001-03-06%' "

@@ -6,6 +6,9 @@
 #include <vector>
 
 #include "calendar/clsCalender.h"
+#include "platform/error.h"
+#include "platform/interruption.h"
+#include "platform/posix/interrupt_signals.h"
 #include "tools/qmxadmin/local_database.h"
 
 namespace qmx {
@@ -34,6 +37,16 @@ void Report(const std::vector<std::string>& inUse, std::map<std::string, std::in
   }
 }
 
+void LookForAnInterruption(const clsCalender& calender, int expanded) {
+  try {
+    Interruption::RaiseIfRequested();
+  } catch (Error& error) {
+    error.With("expanded", std::to_string(expanded) + " of " + std::to_string(calender.calcount) + " calendars, not " +
+                               calender.Calcode + " and those after it; expand again");
+    throw;
+  }
+}
+
 }  // namespace
 
 AdminStatus Expand(const DatabaseArguments& arguments) {
@@ -47,6 +60,11 @@ AdminStatus Expand(const DatabaseArguments& arguments) {
   clsCalender calender(local.Layer());
   calender.DBConnection = &connection;
   calender.DBRecordSet = records.get();
+  const InterruptSignals signals("the expansion ends before the next calendar. A second signal ends it at once.");
+  calender.BeforeCalendar = [&calender, expanded = 0]() mutable {
+    LookForAnInterruption(calender, expanded);
+    ++expanded;
+  };
   calender.Startprocess();
 
   std::vector<std::string> inUse;

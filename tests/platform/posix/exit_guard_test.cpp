@@ -1,6 +1,7 @@
 // An exit that is not main's: the status is 2, whoever calls it.
 #include "platform/posix/exit_guard.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,6 +17,8 @@ namespace qmx::test {
 namespace {
 
 using testing::ExitedWithCode;
+using testing::HasSubstr;
+using testing::Not;
 
 constexpr const char* kLine = "exit was called by something other than the program during List of A.Manager";
 
@@ -47,8 +50,8 @@ TEST(ExitGuard, LetsTheHandlersRunThatWereRegisteredLater) {
 
 TEST(ExitGuard, LetsMainEndAsItWants) {
   const auto endOfMain = [](int status) { std::exit(EndOfMain(status)); };
-  EXPECT_EXIT(ExitInACall(endOfMain, 3), ExitedWithCode(3), "^$");
-  EXPECT_EXIT(ExitInACall(endOfMain, 0), ExitedWithCode(0), "^$");
+  EXPECT_EXIT(ExitInACall(endOfMain, 3), ExitedWithCode(3), Not(HasSubstr(kLine)));
+  EXPECT_EXIT(ExitInACall(endOfMain, 0), ExitedWithCode(0), Not(HasSubstr(kLine)));
 }
 
 TEST(ExitGuard, LeavesAForkedProcessAlone) {
@@ -59,7 +62,7 @@ TEST(ExitGuard, LeavesAForkedProcessAlone) {
     waitpid(child, &state, 0);
     _exit(WIFEXITED(state) ? WEXITSTATUS(state) : 1);
   };
-  EXPECT_EXIT(ExitInACall(exitOfAChild, 0), ExitedWithCode(7), "^$");
+  EXPECT_EXIT(ExitInACall(exitOfAChild, 0), ExitedWithCode(7), Not(HasSubstr(kLine)));
 }
 
 }  // namespace

@@ -20,8 +20,9 @@ struct CopyArguments : DatabaseArguments {
   OutputForm form = OutputForm::Table;
 };
 
-// Progress stands on standard error, the summary on standard output. Wrong when any table was not copied. An interrupt
-// or a termination is passed on to the copies that run, and no further one is started.
+// Progress stands on standard error, the summary on standard output. Wrong when any table was not copied. SIGINT,
+// SIGTERM and SIGHUP are passed on to the copies that run, and no further one is started. The summary has each table's
+// fate all the same.
 AdminStatus CopyTables(const CopyArguments& arguments);
 
 }  // namespace qmx

@@ -18,6 +18,7 @@ namespace {
 
 constexpr const char* kName = "qmxdatacopy";
 constexpr int kProgressDescriptor = 3;
+constexpr int kCopyFailed = 1;
 constexpr std::size_t kMostSaid = 64 * 1024;  // of a chain of causes, the beginning
 
 struct Pipe {
@@ -149,6 +150,10 @@ void CopyProcess::Signal(int signal) const {
 
 int CopyProcess::ExitStatus() const {
   return WIFEXITED(state_) && WEXITSTATUS(state_) == toldStatus_ ? toldStatus_ : -1;
+}
+
+bool CopyProcess::WasInterrupted() const {
+  return ExitStatus() == kCopyFailed && said_.find(", Interrupted: ") != std::string::npos;
 }
 
 int CopyProcess::EndingSignal() const { return WIFSIGNALED(state_) ? WTERMSIG(state_) : 0; }

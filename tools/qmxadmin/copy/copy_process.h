@@ -32,8 +32,9 @@ class CopyProcess {
 
   std::int64_t Rows() const { return rows_; }
   const std::string& Said() const { return said_; }
-  int ExitStatus() const;    // as its main told; -1 when something else ended it
-  int EndingSignal() const;  // 0 when no signal ended it
+  int ExitStatus() const;       // as its main told; -1 when something else ended it
+  int EndingSignal() const;     // 0 when no signal ended it
+  bool WasInterrupted() const;  // by a signal that made the copy fail; its table is released
 
  private:
   enum { kProgress, kSaid };

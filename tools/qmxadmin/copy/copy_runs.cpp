@@ -42,6 +42,7 @@ struct Running {
 std::string ResultOf(const CopyProcess& process, bool hasCounts) {
   if (const int signal = process.EndingSignal())
     return "ended by signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";
+  if (process.WasInterrupted()) return "interrupted";
   switch (process.ExitStatus()) {
     case 0:
       return "copied";
@@ -99,8 +100,11 @@ class Runs {
   }
 
   void Stop(int signal) {
+    lines_.Say(std::string(strsignal(signal)) +
+               (isStopped_ ? ": those that run are told again."
+                           : ": no further copy is started, those that run end at their next call to the ERP. A second "
+                             "signal ends them at once."));
     isStopped_ = true;
-    lines_.Say(std::string(strsignal(signal)) + ": no further copy is started, those that run are told.");
     for (const Running& running : running_) running.process.Signal(signal);
   }
 
@@ -126,6 +130,7 @@ class Runs {
     lines_.Say(line);
     std::istringstream said(process.Said());
     for (std::string words; std::getline(said, words);) lines_.Say("  " + words);
+    if (process.WasInterrupted()) lines_.Say("  The table is released: the next copy can start.");
     if (process.ExitStatus() >= 0) return;
     const bool isKilled = process.EndingSignal() != 0;
     if (!isKilled) lines_.Say("  Something other than qmxdatacopy itself ended the process.");

@@ -104,11 +104,27 @@ TEST_F(WatchedCopies, AreToldToEndWhereQmxAdminIs) {
     run.Signal(signal);
     const TerminalRun end = run.Wait();
     EXPECT_EQ(end.status, 1);
-    EXPECT_THAT(end.shown, AllOf(HasSubstr(": no further copy is started, those that run are told.\r\n"),
+    EXPECT_THAT(end.shown, AllOf(HasSubstr(": no further copy is started, those that run end at their next call to "
+                                           "the ERP. A second signal ends them at once."),
                                  HasSubstr("tsmdm030: ended by signal " + std::to_string(signal) + " "),
                                  HasSubstr("Not run: tsmdm100, tsmdm105.\r\n"),
                                  HasSubstr("tsmdm100  Service Centers  full    not run")));
   }
+}
+
+TEST_F(WatchedCopies, AreToldAsReleasedWhereTheyWereInterrupted) {
+  DataCopyIs(
+      "trap 'echo \"error 118, Copy\" >&2; echo \"  because of error 18, Interrupted: SIGTERM\" >&2; "
+      "echo end 1 >&3; exit 1' TERM; echo rows 5 >&3; while :; do sleep 0.05; done");
+  TerminalProcess& run = OnATerminal({"tsmdm030", "tsmdm100"});
+  run.WaitFor("5 rows");
+  run.Signal(SIGTERM);
+  const TerminalRun end = run.Wait();
+  EXPECT_EQ(end.status, 1);
+  EXPECT_THAT(end.shown,
+              AllOf(HasSubstr("tsmdm030: interrupted\r\n  error 118, Copy\r\n"),
+                    HasSubstr("  The table is released: the next copy can start.\r\n"),
+                    HasSubstr("tsmdm030  Service Types    full    interrupted  "), HasSubstr("Not run: tsmdm100.")));
 }
 
 TEST_F(WatchedCopies, AreToldToEndByAKeyAtTheTerminal) {
