@@ -11,7 +11,8 @@ namespace qmx {
 
 void EndSilentRun(std::string_view commandLine, const Error& failure, FailureReport& failures) noexcept {
   try {
-    throw Error(failure).With("what to do", "qmxadmin release " + TableCode(commandLine) + ", then copy again");
+    throw Error(failure).With("what to do", "\"qmxadmin release " + TableCode(commandLine) +
+                                                "\" where the table is still in progress, then copy again");
   } catch (...) {
     failures.Report(CurrentError());
     try {

@@ -135,7 +135,7 @@ std::optional<Error> Watch::Look(Duration passed) {
   if (waited_ < longest) return std::nullopt;
   Error error(
       errors::kProviderUnspecified, "ODBC",
-      SilenceText(waited_, action) + ", and the driver did not return when its connection was ended. " + kAdvice);
+      SilenceText(longest, action) + ", and the driver did not return when its connection was ended. " + kAdvice);
   const std::lock_guard lock(mutex_);
   if (statement_) error.With("statement", *statement_);
   return error;

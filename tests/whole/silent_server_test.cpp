@@ -7,7 +7,9 @@ namespace qmx::test {
 namespace {
 
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 constexpr const char* kTable = "tssoc200";
 constexpr const char* kAdvice =
@@ -92,6 +94,27 @@ TEST_P(SilentServer, InACommitEndsTheCopyAndLeavesTheTableInProgress) {
   EXPECT_TRUE(line.Swallows());
   ExpectTheSilenceToBeTold(program, ended, "a transaction was ended");
   EXPECT_NE(Value("select count(*) from tssoc200"), "0");
+}
+
+TEST(AStuckDriver, IsNotWaitedForFiveSecondsAfterTheEndOfItsConnection) {
+  const Company company;
+  CopyProcesses program(company, "Driver=" STUCK_DRIVER, "");
+  program.Environment("QMX_SILENCE_LIMIT", "1");
+  const auto run = program.Start(kTable);
+  WaitUntil("the program has ended", [&] { return run->HasEnded(); });
+  const Process ended = run->Wait();
+  EXPECT_EQ(ended.status, 2);
+  const std::string text =
+      "The server did not answer for 6 seconds while the program logged in, and the driver did not return when its "
+      "connection was ended. Check the server and the network; a table that stays in progress is released with "
+      "\"qmxadmin release TABLE\".";
+  EXPECT_EQ(ended.err,
+            "error -2147467259, ODBC: " + text +
+                " [what to do: \"qmxadmin release tssoc200\" where the table is still in progress, then copy "
+                "again]\n");
+  EXPECT_THAT(
+      program.File("QMXDBSynclog.txt"),
+      AllOf(StartsWith("Date-Time :"), EndsWith("\r\nData Copy Failed:\r\nError is - -2147467259: " + text + "\r\n")));
 }
 
 }  // namespace
