@@ -102,9 +102,12 @@ TEST_F(WatchedConnection, IsNotEndedWhileNothingIsCalled) {
 
 TEST_F(WatchedConnection, IsNeverEndedWithoutALimit) {
   const WatchedCall call(watch_, kAction, seconds(0));
+  const LoopbackConnection connection(server_);
   LookAfter(seconds(0));
   LookAfter(hours(9));
   EXPECT_FALSE(watch_.HasEnded());
+  EXPECT_TRUE(connection.Stands());
+  EXPECT_THAT(givenUp_, IsEmpty());
 }
 
 TEST_F(WatchedConnection, DoesNotCountTheTimeInWhichTheProcessWasStopped) {
