@@ -130,8 +130,13 @@ static qmx_status create(const char* prog_id, size_t length, qmx_object** object
   return QMX_OK;
 }
 
-static const qmx_component_server server = {sizeof(qmx_component_server), QMX_ABI_VERSION, create,
-                                            "messages example 1.0"};
+static const qmx_component_server server = {sizeof(qmx_component_server),
+                                            QMX_ABI_VERSION,
+                                            create,
+                                            "messages example 1.0",
+                                            NULL, /* it has no settings, and nothing to describe or to check */
+                                            NULL,
+                                            NULL};
 
 const qmx_component_server* QMX_COMPONENT_SERVER_ENTRY(const qmx_component_host* host, qmx_error* error) {
   (void)host;

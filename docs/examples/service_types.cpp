@@ -184,8 +184,13 @@ qmx_status Create(const char* progId, std::size_t length, qmx_object** object, q
   });
 }
 
-const qmx_component_server kServer = {sizeof(qmx_component_server), QMX_ABI_VERSION, Create,
-                                      "service types example 1.0"};
+const qmx_component_server kServer = {sizeof(qmx_component_server),
+                                      QMX_ABI_VERSION,
+                                      Create,
+                                      "service types example 1.0",
+                                      nullptr,  // it has no settings, and nothing to describe or to check
+                                      nullptr,
+                                      nullptr};
 
 }  // namespace
 

@@ -164,8 +164,12 @@ void GiveValue(const Variant& value, qmx_value& out) {
 Error FromAbi(const qmx_error& error, const std::string& source) {
   const std::string_view givenSource = TextFromAbi(error.source, error.source_length);
   const std::string_view description = TextFromAbi(error.description, error.description_length);
-  return {error.number != 0 ? error.number : errors::kInternal, givenSource.empty() ? source : std::string(givenSource),
-          description.empty() ? "The component failed without a description." : std::string(description)};
+  Error result(error.number != 0 ? error.number : errors::kInternal,
+               givenSource.empty() ? source : std::string(givenSource),
+               description.empty() ? "The component failed without a description." : std::string(description));
+  const std::string_view details = TextFromAbi(error.details, error.details_length);
+  if (!details.empty()) result.With("details", std::string(details));
+  return result;
 }
 
 qmx_status FailWithCurrentError(qmx_error* error) noexcept {

@@ -62,7 +62,7 @@ class AbiArguments {
 // `value`.
 void GiveValue(const Variant& value, qmx_value& out);
 
-inline qmx_error EmptyAbiError() { return {sizeof(qmx_error), 0, nullptr, 0, nullptr, 0}; }
+inline qmx_error EmptyAbiError() { return {sizeof(qmx_error), 0, nullptr, 0, nullptr, 0, nullptr, 0}; }
 Error FromAbi(const qmx_error& error, const std::string& source);  // `source` and stock texts where it has none
 
 // The exception in flight as the other side's error; the texts live until the next one.

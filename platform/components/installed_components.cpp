@@ -33,20 +33,30 @@ const qmx_component_host kHost = {sizeof(qmx_component_host), QMX_ABI_VERSION, C
 // Every place that was looked at and why it did not serve.
 class Search {
  public:
+  // The details of the first failure that has any are kept.
+  void Failed(const Error& error, const Manifest& manifest) {
+    Failed(manifest.path.string() + ", library " + manifest.library.string() + ": " + error.Description());
+    for (const auto& [what, value] : error.Details()) {
+      if (what == "details" && details_.empty()) details_ = value;
+    }
+  }
+
   void Failed(std::string what) {
     if (what.ends_with('.')) what.pop_back();
     report_ += "; " + what;
   }
 
   [[noreturn]] void Fail(std::string_view progId) const {
-    throw Error(errors::kCannotCreateObject, "Components",
+    Error error(errors::kCannotCreateObject, "Components",
                 "Cannot create an object of \"" + std::string(progId) + "\"" + report_ +
-                    ". Component manifests are looked for in the folders of QMX_COMPONENTS.")
-        .With("progid", std::string(progId));
+                    ". Component manifests are looked for in the folders of QMX_COMPONENTS.");
+    error.With("progid", std::string(progId));
+    throw details_.empty() ? error : error.With("details", details_);
   }
 
  private:
   std::string report_;
+  std::string details_;
 };
 
 }  // namespace
@@ -66,7 +76,9 @@ const std::vector<ManifestFolder>& InstalledComponents::Folders() {
   return *folders_;
 }
 
-void InstalledComponents::Load(const Manifest& manifest) { ServerLibrary::Load(manifest.library, kHost); }
+const ServerLibrary& InstalledComponents::Load(const Manifest& manifest) {
+  return ServerLibrary::Load(manifest.library, kHost);
+}
 
 Object InstalledComponents::CreateObject(std::string_view progId) {
   const bool mayBeInterrupted = !IsSchedulingServers(std::string(progId).c_str()) && !RunningCall::Member();
@@ -79,9 +91,9 @@ Object InstalledComponents::CreateObject(std::string_view progId) {
       if (!manifest.Claims(progId)) continue;
       claimedHere = claimed = true;
       try {
-        return ServerLibrary::Load(manifest.library, kHost).Create(progId);
+        return ServerLibrary::Load(manifest.library, kHost).Create(manifest, progId);
       } catch (const Error& error) {
-        search.Failed(manifest.path.string() + ", library " + manifest.library.string() + ": " + error.Description());
+        search.Failed(error, manifest);
       }
     }
     for (const std::string& problem : folder.problems) search.Failed(problem);

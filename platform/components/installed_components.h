@@ -14,6 +14,7 @@
 
 #include "platform/components.h"
 #include "platform/components/manifest.h"
+#include "platform/components/server_library.h"
 
 namespace qmx {
 
@@ -31,7 +32,7 @@ class InstalledComponents : public Components {
   const std::vector<ManifestFolder>& Folders();
 
   // Loads a manifest's library without making anything. Raises 429 when it cannot serve, saying why.
-  static void Load(const Manifest& manifest);
+  static const ServerLibrary& Load(const Manifest& manifest);
 
  private:
   Clock& clock_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <optional>
 
 #include "platform/error.h"
 #include "platform/names.h"
@@ -19,11 +20,24 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
+// The name in "setting NAME"; nothing for another word.
+std::optional<std::string_view> SettingName(std::string_view key) {
+  const std::string_view word = key.substr(0, key.find_first_of(" \t"));
+  if (!SameName(word, "setting")) return {};
+  return Trimmed(key.substr(word.size()));
+}
+
 }  // namespace
 
-bool Manifest::Claims(std::string_view progId) const {
-  return std::any_of(progIds.begin(), progIds.end(),
-                     [&](const std::string& claimed) { return SameName(claimed, progId); });
+const std::string* Manifest::Claim(std::string_view progId) const {
+  const auto same = [&](const std::string& claim) { return SameName(claim, progId); };
+  const auto begins = [&](const std::string& claim) {
+    const std::string_view start = std::string_view(claim).substr(0, claim.size() - 1);
+    return IsPattern(claim) && SameName(start, progId.substr(0, start.size()));
+  };
+  auto found = std::find_if(progIds.begin(), progIds.end(), same);
+  if (found == progIds.end()) found = std::find_if(progIds.begin(), progIds.end(), begins);
+  return found == progIds.end() ? nullptr : &*found;
 }
 
 Manifest ReadManifest(const std::filesystem::path& path) {
@@ -33,7 +47,7 @@ Manifest ReadManifest(const std::filesystem::path& path) {
     throw Error(errors::kInvalidCall, "Components", place + ": " + what).With("manifest", path.string());
   };
 
-  Manifest manifest{path, {}, {}};
+  Manifest manifest{path, {}, {}, {}};
   std::ifstream file(path);
   std::string line;
   while (std::getline(file, line)) {
@@ -51,8 +65,11 @@ Manifest ReadManifest(const std::filesystem::path& path) {
         fail("\"" + std::string(value) + "\" is no single identifier; write a line \"progid = NAME\" for each");
       }
       manifest.progIds.emplace_back(value);
+    } else if (const auto setting = SettingName(key)) {
+      if (setting->empty()) fail("a setting has no name; \"setting NAME = VALUE\" expected");
+      manifest.settings.push_back({std::string(*setting), std::string(value)});
     } else if (!SameName(key, "library")) {
-      fail("unknown word \"" + std::string(key) + "\"; \"library\" and \"progid\" are known");
+      fail("unknown word \"" + std::string(key) + "\"; \"library\", \"progid\" and \"setting NAME\" are known");
     } else if (!manifest.library.empty()) {
       fail("a second library; a manifest names one");
     } else {

@@ -44,6 +44,58 @@ Entered Enter(void* library, const qmx_component_host& host) {
   return {server, {}};
 }
 
+// Calls the server with an error to fill in. Raises 429 for what it answers besides QMX_OK.
+template <typename Call>
+void Answered(const std::string& source, Call&& call) {
+  const auto refuse = [](const std::string& why, const std::string& details = {}) {
+    Error error(errors::kCannotCreateObject, "Components", why);
+    throw details.empty() ? error : error.With("details", details);
+  };
+  qmx_error error = EmptyAbiError();
+  qmx_status status = QMX_OK;
+  try {
+    status = call(&error);
+  } catch (...) {
+    refuse("it let an exception out: " + CurrentError().Description());
+  }
+  if (status == QMX_FAILED) {
+    const std::string_view details = TextFromAbi(error.details, error.details_length);
+    refuse("it refused with " + Described(FromAbi(error, source)), std::string(details));
+  }
+  if (status != QMX_OK) refuse("it returned status " + std::to_string(status) + ", neither QMX_OK nor QMX_FAILED");
+}
+
+// A manifest as the server sees it. Borrows its texts.
+class AbiManifest {
+ public:
+  AbiManifest(const Manifest& manifest, std::string_view claim) {
+    for (const Manifest::Setting& setting : manifest.settings) {
+      settings_.push_back({sizeof(qmx_setting), 0, setting.name.data(), setting.name.size(), setting.value.data(),
+                           setting.value.size()});
+    }
+    for (const qmx_setting& setting : settings_) pointers_.push_back(&setting);
+    const std::string& path = manifest.path.native();
+    manifest_ = {sizeof(qmx_manifest), 0,           path.data(), path.size(), pointers_.data(), pointers_.size(),
+                 claim.data(),         claim.size()};
+  }
+  AbiManifest(const AbiManifest&) = delete;
+  AbiManifest& operator=(const AbiManifest&) = delete;
+
+  const qmx_manifest* Get() const { return &manifest_; }
+
+ private:
+  std::vector<qmx_setting> settings_;
+  std::vector<const qmx_setting*> pointers_;
+  qmx_manifest manifest_;
+};
+
+// The ProgID in the spelling of the claim; behind its "*" as it was asked for.
+std::string Spelled(const std::string& claim, std::string_view progId) {
+  if (!IsPattern(claim)) return claim;
+  const std::size_t start = claim.size() - 1;
+  return claim.substr(0, start) + std::string(progId.substr(start));
+}
+
 }  // namespace
 
 const ServerLibrary& ServerLibrary::Load(const std::filesystem::path& path, const qmx_component_host& host) {
@@ -68,21 +120,44 @@ const ServerLibrary& ServerLibrary::Load(const std::filesystem::path& path, cons
   return known->second.library;
 }
 
-Object ServerLibrary::Create(std::string_view progId) const {
+Object ServerLibrary::Create(const Manifest& manifest, std::string_view progId) const {
   const auto refuse = [&](const std::string& why) { throw Error(errors::kCannotCreateObject, "Components", why); };
-  qmx_object* object = nullptr;
-  qmx_error error = EmptyAbiError();
-  qmx_status status = QMX_OK;
-  try {
-    const RunningCall running(RunningCall::KeepText(progId), "the creation");
-    status = server_->create(progId.data(), progId.size(), &object, &error);
-  } catch (...) {
-    refuse("it let an exception out: " + CurrentError().Description());
+  const bool configurable = QMX_HAS(server_, create_for) && server_->create_for;
+  if (!configurable && !manifest.settings.empty()) {
+    refuse("it takes no settings, but its manifest has \"setting " + manifest.settings.front().name +
+           "\"; remove the setting, or install a version of the library that takes it");
   }
-  if (status == QMX_FAILED) refuse("it refused with " + Described(FromAbi(error, std::string(progId))));
-  if (status != QMX_OK) refuse("it returned status " + std::to_string(status) + ", neither QMX_OK nor QMX_FAILED");
+  qmx_object* object = nullptr;
+  const RunningCall running(RunningCall::KeepText(progId), "the creation");
+  Answered(std::string(progId), [&](qmx_error* error) {
+    if (!configurable) return server_->create(progId.data(), progId.size(), &object, error);
+    const AbiManifest abi(manifest, *manifest.Claim(progId));
+    const std::string spelled = Spelled(*manifest.Claim(progId), progId);
+    return server_->create_for(abi.Get(), spelled.data(), spelled.size(), &object, error);
+  });
   if (!object) refuse("it succeeded without giving an object");
   return Object(std::make_shared<ServerObject>(object, progId));
+}
+
+std::vector<ServerFact> ServerLibrary::Describe(const Manifest& manifest) const {
+  std::vector<ServerFact> facts;
+  if (!QMX_HAS(server_, describe) || !server_->describe) return facts;
+  const auto sink = [](void* context, const char* name, std::size_t nameLength, const char* value,
+                       std::size_t valueLength) {
+    static_cast<std::vector<ServerFact>*>(context)->push_back(
+        {std::string(TextFromAbi(name, nameLength)), std::string(TextFromAbi(value, valueLength))});
+  };
+  const AbiManifest abi(manifest, {});
+  const RunningCall running(RunningCall::KeepText(manifest.path.native()), "the description");
+  Answered("the server", [&](qmx_error* error) { return server_->describe(abi.Get(), sink, &facts, error); });
+  return facts;
+}
+
+void ServerLibrary::Check(const Manifest& manifest, const std::string& progId) const {
+  if (!QMX_HAS(server_, check) || !server_->check) return;
+  const AbiManifest abi(manifest, progId);
+  const RunningCall running(RunningCall::KeepText(progId), "the check");
+  Answered(progId, [&](qmx_error* error) { return server_->check(abi.Get(), progId.data(), progId.size(), error); });
 }
 
 }  // namespace qmx

@@ -5,10 +5,17 @@
 
 #include <filesystem>
 #include <string_view>
+#include <vector>
 
+#include "platform/components/manifest.h"
 #include "platform/object.h"
 
 namespace qmx {
+
+// What a server says about itself, for people: what it is ("version") and its value.
+struct ServerFact {
+  std::string name, value;
+};
 
 class ServerLibrary {
  public:
@@ -16,8 +23,14 @@ class ServerLibrary {
   // once is not asked again.
   static const ServerLibrary& Load(const std::filesystem::path& path, const qmx_component_host& host);
 
-  // Raises 429 when the server does not make the object, saying why.
-  Object Create(std::string_view progId) const;
+  // Makes an object of a ProgID that the manifest claims. Raises 429 when the server does not make it, saying why.
+  Object Create(const Manifest& manifest, std::string_view progId) const;
+
+  // What serves the manifest; nothing from a server that does not say. Raises 429 when the server cannot serve.
+  std::vector<ServerFact> Describe(const Manifest& manifest) const;
+
+  // Raises 429 when the server would not find the ProgID. Servers that cannot tell raise nothing.
+  void Check(const Manifest& manifest, const std::string& progId) const;
 
  private:
   explicit ServerLibrary(const qmx_component_server* server) : server_(server) {}

@@ -67,7 +67,11 @@ Json TraceValue(const Variant& value) {
 }
 
 Json TraceError(const Error& error) {
-  return {{"number", error.Number()}, {"source", error.Source()}, {"description", error.Description()}};
+  Json shown = {{"number", error.Number()}, {"source", error.Source()}, {"description", error.Description()}};
+  for (const auto& [what, value] : error.Details()) {
+    if (what == "details") shown["details"] = value;
+  }
+  return shown;
 }
 
 }  // namespace qmx

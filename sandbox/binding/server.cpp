@@ -28,7 +28,7 @@ qmx_status Create(const char* progId, std::size_t length, qmx_object** object, q
 
 const qmx_component_server* Serve(const qmx_component_host* host, qmx_error* error, const char* description,
                                   std::vector<ServedClass> classes) noexcept {
-  static qmx_component_server server{sizeof server, QMX_ABI_VERSION, Create, nullptr};
+  static qmx_component_server server{sizeof server, QMX_ABI_VERSION, Create, nullptr, nullptr, nullptr, nullptr};
   const qmx_status status = Guarded(error, [&] {
     if (host->abi_version != QMX_ABI_VERSION)
       throw Failure(QMX_E_INVALID_CALL, description,

@@ -7,35 +7,48 @@
 #include "platform/components/date_object.h"
 #include "platform/components/installed_components.h"
 #include "platform/error.h"
-#include "platform/names.h"
 #include "platform/posix/clock.h"
 
 namespace qmx {
 namespace {
 
-// Why the library does not load; empty where it does.
-std::string WhyNotLoaded(const Manifest& manifest) {
-  try {
-    InstalledComponents::Load(manifest);
-    return {};
-  } catch (const Error& error) {
-    return error.Description();
-  }
-}
-
 struct Registered {
   Manifest manifest;
-  std::string problem;  // of its library; empty where it loads
+  std::string problem;                         // of its library; empty where it loads
+  std::vector<ServerFact> facts;               // what the library says about itself
+  std::map<std::string, std::string> missing;  // by ProgID: why the library would not make it
 };
 
-struct Registry {
-  std::vector<Registered> manifests;          // in the order in which they are asked
-  std::vector<std::string> problems;          // of folders and of manifests that cannot be read
-  std::map<std::string, std::string> served;  // by folded ProgID: the manifest whose library is asked
+// Loads the library and asks it about itself and its ProgIDs.
+Registered Examine(const Manifest& manifest) {
+  Registered registered{manifest, {}, {}, {}};
+  try {
+    const ServerLibrary& library = InstalledComponents::Load(manifest);
+    registered.facts = library.Describe(manifest);
+    for (const std::string& progId : manifest.progIds) {
+      if (IsPattern(progId)) continue;
+      try {
+        library.Check(manifest, progId);
+      } catch (const Error& error) {
+        registered.missing.emplace(progId, error.Description());
+      }
+    }
+  } catch (const Error& error) {
+    registered.problem = error.Description();
+  }
+  return registered;
+}
 
-  bool IsServedBy(const std::string& progId, const Manifest& manifest) const {
-    const auto server = served.find(FoldName(progId));
-    return server != served.end() && server->second == manifest.path;
+struct Registry {
+  std::vector<Registered> manifests;  // in the order in which they are asked
+  std::vector<std::string> problems;  // of folders and of manifests that cannot be read
+
+  // The first manifest whose library loads and that claims the ProgID; null for none.
+  const Manifest* ServerOf(std::string_view progId) const {
+    for (const Registered& registered : manifests) {
+      if (registered.problem.empty() && registered.manifest.Claims(progId)) return &registered.manifest;
+    }
+    return nullptr;
   }
 };
 
@@ -45,45 +58,50 @@ Registry ReadRegistry() {
   Registry registry;
   for (const ManifestFolder& folder : components.Folders()) {
     registry.problems.insert(registry.problems.end(), folder.problems.begin(), folder.problems.end());
-    for (const Manifest& manifest : folder.manifests) {
-      registry.manifests.push_back({manifest, WhyNotLoaded(manifest)});
-      if (!registry.manifests.back().problem.empty()) continue;
-      for (const std::string& progId : manifest.progIds) registry.served.emplace(FoldName(progId), manifest.path);
-    }
+    for (const Manifest& manifest : folder.manifests) registry.manifests.push_back(Examine(manifest));
   }
   return registry;
 }
 
 void PrintText(const Registry& registry) {
-  for (const auto& [manifest, problem] : registry.manifests) {
+  for (const auto& [manifest, problem, facts, missing] : registry.manifests) {
     std::cout << manifest.path.string() << "\n  library " << manifest.library.string() << ": "
               << (problem.empty() ? "loads" : "does not load: " + problem) << '\n';
+    for (const ServerFact& fact : facts) std::cout << "  " << fact.name << ": " << fact.value << '\n';
     for (const std::string& progId : manifest.progIds) {
-      const bool other = problem.empty() && !registry.IsServedBy(progId, manifest);
-      std::cout << "  " << progId << (other ? "  (served by " + registry.served.at(FoldName(progId)) + ")" : "")
-                << '\n';
+      const Manifest* const server = registry.ServerOf(progId);
+      const bool other = problem.empty() && server->path != manifest.path;
+      std::cout << "  " << progId << (other ? "  (served by " + server->path.string() + ")" : "");
+      if (const auto why = missing.find(progId); why != missing.end()) std::cout << ": " << why->second;
+      std::cout << '\n';
     }
   }
-  if (!registry.served.contains(FoldName(kDateProgId))) std::cout << "built in\n  " << kDateProgId << '\n';
+  if (!registry.ServerOf(kDateProgId)) std::cout << "built in\n  " << kDateProgId << '\n';
   for (const std::string& problem : registry.problems) std::cout << problem << ".\n";
 }
 
+Variant TextOrNull(const std::string& text) { return text.empty() ? Variant::Null() : Variant(text); }
+
 void PrintJson(const Registry& registry) {
   Listing listing;
-  for (const char* key : {"progid", "manifest", "library", "loads", "serves", "problem"}) {
+  for (const char* key : {"progid", "manifest", "library", "loads", "serves", "server", "problem"}) {
     listing.columns.push_back({.key = key, .title = ""});
   }
-  for (const auto& [manifest, problem] : registry.manifests) {
+  for (const auto& [manifest, problem, facts, missing] : registry.manifests) {
+    std::string server;
+    for (const auto& [name, value] : facts) server += (server.empty() ? "" : "; ") + name + ": " + value;
     for (const std::string& progId : manifest.progIds) {
-      listing.rows.push_back({progId, manifest.path.string(), manifest.library.string(), problem.empty(),
-                              registry.IsServedBy(progId, manifest), problem.empty() ? Variant::Null() : problem});
+      const auto why = missing.find(progId);
+      const Manifest* const asked = registry.ServerOf(progId);
+      const bool serves = asked && asked->path == manifest.path && why == missing.end();
+      listing.rows.push_back({progId, manifest.path.string(), manifest.library.string(), problem.empty(), serves,
+                              TextOrNull(server), TextOrNull(why == missing.end() ? problem : why->second)});
     }
   }
-  if (!registry.served.contains(FoldName(kDateProgId))) {
-    listing.rows.push_back({kDateProgId, Variant::Null(), Variant::Null(), true, true, Variant::Null()});
-  }
+  const Variant null = Variant::Null();
+  if (!registry.ServerOf(kDateProgId)) listing.rows.push_back({kDateProgId, null, null, true, true, null, null});
   for (const std::string& problem : registry.problems) {
-    listing.rows.push_back({Variant::Null(), Variant::Null(), Variant::Null(), false, false, problem});
+    listing.rows.push_back({null, null, null, false, false, null, problem});
   }
   Print(listing, OutputForm::Json);
 }
@@ -94,7 +112,8 @@ AdminStatus ShowComponents(const ComponentsArguments& arguments) {
   const Registry registry = ReadRegistry();
   arguments.form == OutputForm::Json ? PrintJson(registry) : PrintText(registry);
   bool fine = registry.problems.empty();
-  for (const Registered& registered : registry.manifests) fine &= registered.problem.empty();
+  for (const Registered& registered : registry.manifests)
+    fine &= registered.problem.empty() && registered.missing.empty();
   return fine ? AdminStatus::Done : AdminStatus::Wrong;
 }
 

@@ -48,8 +48,9 @@ TEST_F(Manifests, MayBeginWithAByteOrderMark) {
   const Manifest manifest = Read("\xEF\xBB\xBFlibrary = a.so\nprogid = A\n");
   EXPECT_EQ(manifest.library, folder / "a.so");
   EXPECT_THAT(manifest.progIds, ElementsAre("A"));
-  EXPECT_EQ(Complaint("library = a.so\n\xEF\xBB\xBFprogid = A\n"),
-            path + ", line 2: unknown word \"\xEF\xBB\xBFprogid\"; \"library\" and \"progid\" are known");
+  EXPECT_EQ(
+      Complaint("library = a.so\n\xEF\xBB\xBFprogid = A\n"),
+      path + ", line 2: unknown word \"\xEF\xBB\xBFprogid\"; \"library\", \"progid\" and \"setting NAME\" are known");
 }
 
 TEST_F(Manifests, ClaimProgIdsWithoutRegardToCase) {
@@ -59,11 +60,45 @@ TEST_F(Manifests, ClaimProgIdsWithoutRegardToCase) {
   EXPECT_FALSE(manifest.Claims("Skills.SkillsManagers"));
 }
 
+TEST_F(Manifests, ClaimWhatBeginsAsTheirPatternsDo) {
+  const Manifest manifest = Read("library = a.so\nprogid = Skills.*\nprogid = Addresses.Addresses\n");
+  EXPECT_TRUE(manifest.Claims("Skills.SkillsManager"));
+  EXPECT_TRUE(manifest.Claims("skills.s"));
+  EXPECT_TRUE(manifest.Claims("Skills."));
+  EXPECT_TRUE(manifest.Claims("Skills.*"));
+  EXPECT_FALSE(manifest.Claims("Skills"));
+  EXPECT_FALSE(manifest.Claims("SkillsByEmployee.SkillsByEmployee"));
+  EXPECT_FALSE(manifest.Claims("Addresses.AddressesManager"));
+  EXPECT_TRUE(Read("library = a.so\nprogid = *\n").Claims("anything"));
+}
+
+TEST_F(Manifests, PreferTheLineOfAProgIdToAPattern) {
+  const Manifest manifest = Read("library = a.so\nprogid = Skills.*\nprogid = Skills.SKILLS\n");
+  EXPECT_EQ(*manifest.Claim("Skills.Skills"), "Skills.SKILLS");
+  EXPECT_EQ(*manifest.Claim("Skills.SkillsManager"), "Skills.*");
+  EXPECT_EQ(manifest.Claim("Addresses.Addresses"), nullptr);
+}
+
+TEST_F(Manifests, KeepTheSettingsOfTheirLibraryInOrder) {
+  const Manifest manifest = Read(
+      "library = a.so\nprogid = A\nsetting classpath = lib/*:classes\nSetting\toption=-Dname=a b\n"
+      "setting option = -Xmx64m\nsetting class A = com.acme.A\n");
+  EXPECT_THAT(manifest.settings,
+              ElementsAre(Manifest::Setting{"classpath", "lib/*:classes"}, Manifest::Setting{"option", "-Dname=a b"},
+                          Manifest::Setting{"option", "-Xmx64m"}, Manifest::Setting{"class A", "com.acme.A"}));
+  EXPECT_THAT(Read("library = a.so\nprogid = A\n").settings, testing::IsEmpty());
+}
+
 TEST_F(Manifests, AreRefusedWithFileAndLine) {
   EXPECT_EQ(Complaint("library = a.so\n# fine\nSkills.Skills\n"),
             path + ", line 3: \"library = FILE\" or \"progid = NAME\" expected");
-  EXPECT_EQ(Complaint("lib = a.so\n"), path + ", line 1: unknown word \"lib\"; \"library\" and \"progid\" are known");
+  EXPECT_EQ(Complaint("lib = a.so\n"),
+            path + ", line 1: unknown word \"lib\"; \"library\", \"progid\" and \"setting NAME\" are known");
   EXPECT_EQ(Complaint("library = a.so\nprogid =  \n"), path + ", line 2: nothing stands after \"=\"");
+  EXPECT_EQ(Complaint("setting = a\n"), path + ", line 1: a setting has no name; \"setting NAME = VALUE\" expected");
+  EXPECT_EQ(Complaint("setting a =\n"), path + ", line 1: nothing stands after \"=\"");
+  EXPECT_EQ(Complaint("settings a = b\n"),
+            path + ", line 1: unknown word \"settings a\"; \"library\", \"progid\" and \"setting NAME\" are known");
   EXPECT_EQ(Complaint("library = a.so\nlibrary = b.so\n"), path + ", line 2: a second library; a manifest names one");
   EXPECT_EQ(Complaint("library = a.so\nprogid = A, B\n"),
             path + ", line 2: \"A, B\" is no single identifier; write a line \"progid = NAME\" for each");

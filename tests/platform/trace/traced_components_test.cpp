@@ -127,6 +127,20 @@ TEST_F(TracedCalls, ThatFailShowTheErrorInPlaceOfTheResult) {
           R"({"kind":"component","op":"create","progid":"Test.Missing","error":{"number":429,"source":"ScriptedErp","description":"Cannot create object Test.Missing."}})"));
 }
 
+TEST_F(TracedCalls, ThatFailShowTheDetailsThatTheComponentGave) {
+  erp.Serves("Test.Broken", [&] {
+    const auto broken = erp.Make("broken");
+    broken->On("read", 0, [](ScriptedObject::Arguments) -> Variant {
+      throw Error(5, "Orvan", "Locked.").With("member", "read").With("details", "at a\nat b");
+    });
+    return Object(broken);
+  });
+  Raised([&] { components.CreateObject("Test.Broken").Call("read"); });
+  EXPECT_EQ(
+      Lines().back(),
+      R"({"kind":"component","op":"call","object":1,"progid":"Test.Broken","member":"read","args":[],"error":{"number":5,"source":"Orvan","description":"Locked.","details":"at a\nat b"}})");
+}
+
 TEST_F(TracedCalls, ThatFailLeaveTheirVariablesAsTheyWere) {
   erp.Serves("Test.Broken", [&] {
     const auto broken = erp.Make("broken");

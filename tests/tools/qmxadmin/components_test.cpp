@@ -86,6 +86,41 @@ TEST_F(QmxAdminComponents, ShowsTheDateObjectOfAServerInPlaceOfTheBuiltInOne) {
   EXPECT_THAT(Components().out, Not(HasSubstr("built in")));
 }
 
+TEST_F(QmxAdminComponents, ShowsWhatALibrarySaysAboutItselfAndItsProgIds) {
+  const std::string path = folder_ / "a.component";
+  const std::string library = CONFIGURED_SERVER;
+  WriteFile(path, "library = " + library +
+                      "\nsetting place = here\nprogid = Test.Thing\nprogid = Test.Missing\nprogid = Missing.*\n");
+  Process run = Components();
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, path + "\n  library " + library +
+                         ": loads\n  version: 1.5\n  place: here\n  Test.Thing\n"
+                         "  Test.Missing: it refused with error 429, Configured: No Test.Missing is there.\n"
+                         "  Missing.*\n" +
+                         kDate);
+  const auto rows = nlohmann::json::parse(Components({"--json"}).out);
+  EXPECT_EQ(rows[0]["server"], "version: 1.5; place: here");
+  EXPECT_EQ(rows[0]["serves"], true);
+  EXPECT_EQ(rows[1]["serves"], false);
+  EXPECT_EQ(rows[1]["problem"], "it refused with error 429, Configured: No Test.Missing is there.");
+
+  WriteFile(path, "library = " + library + "\nsetting place = here\nprogid = Test.Thing\n");
+  EXPECT_EQ(Components().status, 0);
+  WriteFile(path, "library = " + library + "\nprogid = Test.Thing\n");
+  run = Components();
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, HasSubstr(": does not load: it refused with error 1, Configured: No ERP is set.\n"));
+}
+
+TEST_F(QmxAdminComponents, ShowsWhoseProgIdsAPatternOfAnotherTakes) {
+  const std::string first = Add("a.component", sandbox_ + "/orvan_sandbox.so", "Skills.*");
+  Add("b.component", sandbox_ + "/orvan_sandbox.so", "Skills.Skills");
+  EXPECT_THAT(Components().out,
+              AllOf(HasSubstr("\n  Skills.*\n"), HasSubstr("\n  Skills.Skills  (served by " + first + ")\n")));
+  Add("a.component", sandbox_ + "/orvan_sandbox.so", "java:*");
+  EXPECT_THAT(Components().out, Not(HasSubstr("built in")));
+}
+
 TEST_F(QmxAdminComponents, TellsAllOfItAsJson) {
   const std::string first = Add("a.component", sandbox_ + "/orvan_sandbox.so", "Skills.Skills");
   const std::string second = Add("b.component", "missing.so", "Skills.Skills");
@@ -99,6 +134,7 @@ TEST_F(QmxAdminComponents, TellsAllOfItAsJson) {
                                      {"library", sandbox_ + "/orvan_sandbox.so"},
                                      {"loads", true},
                                      {"serves", true},
+                                     {"server", nullptr},
                                      {"problem", nullptr}}));
   EXPECT_EQ(rows[1]["manifest"], second);
   EXPECT_EQ(rows[1]["loads"], false);

@@ -92,6 +92,11 @@ typedef struct qmx_error {
   size_t source_length;
   const char* description; /* one sentence: what, where, what to do */
   size_t description_length;
+
+  /* Since struct_size grew once: more for whoever looks for the cause, such as a stack trace. It may have many lines.
+   * Logs do not show it; the trace and the program's standard error do. */
+  const char* details;
+  size_t details_length;
 } qmx_error;
 
 /* The kinds of value, and the member of qmx_value that holds each. */
@@ -156,6 +161,33 @@ typedef struct qmx_object {
   const qmx_type* type;
 } qmx_object;
 
+/* One "setting NAME = VALUE" of a manifest. */
+typedef struct qmx_setting {
+  uint32_t struct_size;
+  uint32_t reserved; /* 0 */
+  const char* name;
+  size_t name_length;
+  const char* value;
+  size_t value_length;
+} qmx_setting;
+
+/* The manifest on whose behalf the host calls a server. It is the host's, valid during the call. One library may serve
+ * several manifests, each with settings of its own. */
+typedef struct qmx_manifest {
+  uint32_t struct_size;
+  uint32_t reserved; /* 0 */
+  const char* path;  /* of the file, absolute; paths in settings are usually relative to its folder */
+  size_t path_length;
+  const qmx_setting* const* settings; /* in the order of their lines */
+  size_t setting_count;
+  const char* claim; /* the "progid" line that claims the ProgID, as it is spelled there; ends in "*" for a pattern */
+  size_t claim_length;
+} qmx_manifest;
+
+/* Receives one fact for people: what it is ("version") and its value. */
+typedef void (*qmx_fact_sink)(void* context, const char* name, size_t name_length, const char* value,
+                              size_t value_length);
+
 typedef struct qmx_component_server {
   uint32_t struct_size;
   uint32_t abi_version; /* QMX_ABI_VERSION */
@@ -166,6 +198,20 @@ typedef struct qmx_component_server {
 
   /* Since struct_size grew once: a name and version for people, zero-terminated, or null. */
   const char* description;
+
+  /* Since struct_size grew twice: the following three, each of which may be null. */
+
+  /* Makes an object as create does, and is called in its place. prog_id is spelled as the manifest's line spells it;
+   * what a "*" stands for is spelled as the caller did. A server without it is refused when its manifest has settings.
+   */
+  qmx_status (*create_for)(const qmx_manifest* manifest, const char* prog_id, size_t prog_id_length,
+                           qmx_object** object, qmx_error* error);
+
+  /* Describes to `sink` what serves the manifest, for people. May load what an object would need. */
+  qmx_status (*describe)(const qmx_manifest* manifest, qmx_fact_sink sink, void* context, qmx_error* error);
+
+  /* Whether create_for would find the ProgID, without making an object. Not called for patterns. */
+  qmx_status (*check)(const qmx_manifest* manifest, const char* prog_id, size_t prog_id_length, qmx_error* error);
 } qmx_component_server;
 
 /* What the host offers to servers. */

@@ -221,7 +221,8 @@ qmx_status CreateProbe(const char* progId, std::size_t length, qmx_object** obje
   return QMX_OK;
 }
 
-const qmx_component_server kServer = {sizeof(qmx_component_server), QMX_ABI_VERSION, CreateProbe, "probe"};
+const qmx_component_server kServer = {
+    sizeof(qmx_component_server), QMX_ABI_VERSION, CreateProbe, "probe", nullptr, nullptr, nullptr};
 
 }  // namespace
 
