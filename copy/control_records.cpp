@@ -2,6 +2,7 @@
 //
 // Every routine opens a record set of its own on the run's connection, touches one record and closes it. Check and set
 // of the flag are two steps: two runs that start at the same instant can both pass the check.
+#include "copy/clean_up.h"
 #include "copy/clsDataCopy.h"
 #include "platform/error.h"
 #include "platform/failure_report.h"
@@ -65,8 +66,9 @@ std::int16_t clsDataCopy::OnControlRecord(Text tableCode, const FailureTexts& fa
   } catch (...) {
     const Error trapped = CurrentError();
     WriteErrorLog();
-    CloseAfterFailure(record);
-    throw Error(trapped.Number(), failure.source, failure.description + tableCode + " Failed");
+    CleanUp cleanUp;
+    cleanUp.Take([&] { CloseAfterFailure(record); });
+    cleanUp.Raise(Error(trapped.Number(), failure.source, failure.description + tableCode + " Failed"));
   }
 }
 
@@ -135,7 +137,7 @@ void clsDataCopy::WriteLastUpdateTime(Text tableCode, DateTime moment) {
     // not end as if all were well.
     const Error failure = CurrentError();
     WriteErrorLog();
-    CloseAfterFailure(record);
+    CleanUp().Take([&] { CloseAfterFailure(record); });
     declarations_.statusWhenFinished = ExitStatus::StartUpFailed;
     platform_.failures.Report(
         Error(failure.Number(), "clsDataCopy", "The last update time of table " + tableCode + " was not written.")

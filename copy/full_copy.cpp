@@ -1,6 +1,7 @@
 // The steps of a full copy: empty the local table, add every record that the ERP lists.
 //
 // Rows are saved as the copy goes, without a transaction: what was deleted or added before a failure stays so.
+#include "copy/clean_up.h"
 #include "copy/clsDataCopy.h"
 #include "platform/error.h"
 
@@ -85,12 +86,17 @@ void clsDataCopy::AddRecords(const Object& enumeration, const std::vector<Column
 }
 
 void clsDataCopy::FailFullCopy(const Object& manager, const FailureTexts& failure) {
-  if (LocalRecordSet->State() != kStateClosed) {
+  const std::int32_t trapped = CurrentError().Number();
+  CleanUp cleanUp;
+  cleanUp.Take([&] {
+    if (LocalRecordSet->State() == kStateClosed) return;
     LocalRecordSet->CancelUpdate();  // Close would save the half-filled row
-    LocalRecordSet->Close();
-  }
-  if (manager) manager.Call("Close");
-  FailPlus100(failure);
+    LocalRecordSet->Close();         // raises what became of rows that waited
+  });
+  cleanUp.Take([&] {
+    if (manager) manager.Call("Close");
+  });
+  cleanUp.Raise(Error(NumberPlus100(trapped), failure.source, failure.description));
 }
 
 }  // namespace qmx

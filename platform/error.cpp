@@ -50,6 +50,23 @@ Error& Error::With(const std::string& what, std::string value) {
   return *this;
 }
 
+Error& Error::AddCauses(const Error& error) {
+  for (const Error* link = &error; link; link = link->Cause()) AddCause(*link);
+  return *this;
+}
+
+void Error::AddCause(const Error& error) {
+  const bool isThis = number_ == error.number_ && source_ == error.source_ && description_ == error.description_;
+  if (isThis) return;
+  Error next = cause_ ? *cause_ : error;
+  if (cause_) {
+    next.AddCause(error);
+  } else {
+    next.cause_ = nullptr;
+  }
+  cause_ = std::make_shared<const Error>(std::move(next));
+}
+
 Error CurrentError() {
   try {
     if (std::current_exception()) throw;

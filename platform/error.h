@@ -64,6 +64,9 @@ class Error : public std::exception {
   // Adds a detail, unless one of that name is there already: whoever is nearest to the failure knows best.
   Error& With(const std::string& what, std::string value);
 
+  // Adds this error and its causes behind the causes that there are, leaving out those that are among them.
+  Error& AddCauses(const Error& error);
+
   std::int32_t Number() const { return number_; }
   const std::string& Source() const { return source_; }
   const std::string& Description() const { return description_; }
@@ -76,6 +79,7 @@ class Error : public std::exception {
   friend Error CurrentError();
   struct NoCause {};  // for the exception in flight itself, told as an Error
   Error(NoCause, std::int32_t number, std::string source, std::string description);
+  void AddCause(const Error& error);  // without its own causes
 
   std::int32_t number_;
   std::string source_;

@@ -6,10 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/batches/driver.h"
 #include "platform/components/installed_components.h"
 #include "platform/database.h"
-#include "platform/odbc/driver.h"
+#include "platform/drivers/local_drivers.h"
 #include "platform/platform.h"
 #include "platform/posix/clock.h"
 #include "platform/posix/crash_report.h"
@@ -20,7 +19,6 @@
 #include "platform/posix/interrupt_signals.h"
 #include "platform/posix/text_files.h"
 #include "platform/progress/progress.h"
-#include "platform/sqlite/driver.h"
 #include "platform/trace/database_trace.h"
 #include "platform/trace/trace.h"
 #include "platform/trace/traced_components.h"
@@ -54,12 +52,9 @@ ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
   qmx::PosixTextFiles files;
   qmx::PosixEventLog eventLog(clock, files);
   qmx::InstalledComponents components(clock);
-  qmx::SqliteDriver sqlite;
   qmx::Watchdog watchdog(qmx::SilenceLimits::FromEnvironment(),
                          [&](const qmx::Error& silence) { qmx::EndSilentRun(commandLine, silence, failures); });
-  qmx::OdbcDriver odbc(watchdog);
-  qmx::BatchingDriver batchedSqlite(sqlite);
-  qmx::BatchingDriver batchedOdbc(odbc);
+  qmx::LocalDrivers drivers({}, watchdog);
 
   const std::unique_ptr<qmx::Trace> trace = qmx::Trace::FromEnvironment();
   std::optional<qmx::TracedComponents> tracedComponents;
@@ -77,7 +72,7 @@ ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
   if (progress) observer = &progress->Observer(observer);
   qmx::ReportAfterProgress clearedFailures(failures, progress.get());
 
-  qmx::Database database({&batchedSqlite, &batchedOdbc}, observer);
+  qmx::Database database(drivers.All(), observer);
   qmx::Platform platform{clock, files, eventLog, seenComponents, database, clearedFailures};
 
   qmx::modDeclarations declarations;

@@ -2,9 +2,13 @@
 
 #include <stdexcept>
 
+#include "tests/support/decorated_drivers.h"
+
 namespace qmx::test {
 
-CalendarDatabase::CalendarDatabase(Driver* driver) : database_({driver ? driver : &plainDriver_}, &observer_) {
+CalendarDatabase::CalendarDatabase(LocalDrivers::Decorate aboveBatches, LocalDrivers::Decorate belowBatches)
+    : drivers_(OnlyFor(connectionText_, std::move(belowBatches))),
+      database_(Decorated(drivers_, OnlyFor(connectionText_, std::move(aboveBatches))), &observer_) {
   const std::string file = folder_ / "local.db";
   if (sqlite3_open(file.c_str(), &own_) != SQLITE_OK) throw std::runtime_error("cannot open " + file);
   sqlite3_busy_timeout(own_, 5000);
@@ -16,8 +20,14 @@ CalendarDatabase::CalendarDatabase(Driver* driver) : database_({driver ? driver 
   Execute("CREATE TABLE tscalender (ccal VARCHAR(9), sttm DATETIME, entm DATETIME)");
   connection_ = database_.CreateConnection("ADODB.Connection");
   recordset_ = database_.CreateRecordset("ADODB.Recordset");
-  connection_->Open("Provider=SQLite;Data Source=" + file, "", "");
+  connection_->Open(connectionText_, "", "");
   log.Clear();
+}
+
+void CalendarDatabase::Reopen() {
+  recordset_ = database_.CreateRecordset("ADODB.Recordset");
+  connection_ = database_.CreateConnection("ADODB.Connection");
+  connection_->Open(connectionText_, "", "");
 }
 
 CalendarDatabase::~CalendarDatabase() { sqlite3_close(own_); }

@@ -10,7 +10,7 @@
 
 #include "calendar/clsCalender.h"
 #include "platform/database.h"
-#include "platform/sqlite/driver.h"
+#include "platform/drivers/local_drivers.h"
 #include "tests/support/call_log.h"
 #include "tests/support/recording_observer.h"
 #include "tests/support/temp_folder.h"
@@ -27,8 +27,8 @@ struct CalendarRecord {
 
 class CalendarDatabase {
  public:
-  // With a driver given, it is used in place of the plain one.
-  explicit CalendarDatabase(Driver* driver = nullptr);
+  // Through the product's drivers, which may be decorated above and below the batches.
+  explicit CalendarDatabase(LocalDrivers::Decorate aboveBatches = {}, LocalDrivers::Decorate belowBatches = {});
   ~CalendarDatabase();
 
   void Employee(const std::string& emno, const std::string& ccal);
@@ -40,6 +40,8 @@ class CalendarDatabase {
   // they were written. Read through the same connection, which sees its own rows first, but not logged.
   std::vector<std::string> Intervals(const std::string& ccal);
 
+  void Reopen();  // on a new connection, with a new record set
+
   // An expansion on this database's connection and record set.
   clsCalender Calender();
 
@@ -49,8 +51,9 @@ class CalendarDatabase {
   Database& database() { return database_; }
 
  private:
-  TempFolder folder_;
-  SqliteDriver plainDriver_;
+  TempFolder folder_{TempFolder::Place::InMemory};
+  const std::string connectionText_ = "Provider=SQLite;Data Source=" + folder_ / "local.db";
+  LocalDrivers drivers_;
   RecordingObserver observer_{log};
   Database database_;
   sqlite3* own_ = nullptr;

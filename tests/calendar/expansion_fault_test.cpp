@@ -1,9 +1,13 @@
-// Every operation of the database fails once, wherever in the expansion it stands.
+// Every operation of the database fails, wherever in the expansion it stands: above the batches and below them, before
+// it is done, after it was done, and with what was not committed yet taken back.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/batches/driver.h"
+#include <algorithm>
+#include <memory>
+
 #include "tests/calendar/calendar_database.h"
+#include "tests/support/decorated_drivers.h"
 #include "tests/support/faulty_driver.h"
 
 namespace qmx::test {
@@ -15,12 +19,18 @@ const std::vector<std::string> kDay = {"2001-03-05 08:00:00 > 2001-03-05 17:00:0
 const std::vector<std::string> kNight = {"2001-03-05 22:00:00 > 2001-03-06"};
 
 struct Faulty {
-  SqliteDriver sqlite;
-  FaultyDriver driver{sqlite};
-  BatchingDriver batching{driver};
+  std::unique_ptr<FaultyDriver> faults;
+  LocalDrivers::Decorate decorate = [this](Driver& inner) -> Driver& {
+    faults = std::make_unique<FaultyDriver>(inner);
+    return *faults;
+  };
   CalendarDatabase local;
+  FaultyDriver& driver;
 
-  explicit Faulty(bool inGroups = false) : local(inGroups ? static_cast<Driver*>(&batching) : &driver) {
+  explicit Faulty(Place place)
+      : local(place == Place::AboveTheBatches ? decorate : nullptr,
+              place == Place::BelowTheBatches ? decorate : nullptr),
+        driver(*faults) {
     local.Employee("1001", "DAY");
     local.Employee("1002", "NIGHT");
     local.Records("DAY", {{"2001-03-05", "2001-03-06", 800, 1700}, {"2001-06-20", "2001-06-20", 800, 1700}});
@@ -40,29 +50,29 @@ struct Faulty {
     }
   }
 
+  // The faults are over, and the program starts anew.
   void Recover() {
     driver.FailAt(0);
-    if (local.recordset().State() != kStateClosed) local.recordset().Close();
+    local.Reopen();
+  }
+
+  void ExpectEverything() {
+    EXPECT_EQ(local.Intervals("DAY"), kDay);
+    EXPECT_EQ(local.Intervals("NIGHT"), kNight);
   }
 };
 
-std::int64_t Operations() {
-  Faulty faulty;
-  EXPECT_TRUE(faulty.Expand());
-  const std::int64_t operations = faulty.driver.Operations();
-  EXPECT_EQ(faulty.local.Intervals("DAY"), kDay);
-  EXPECT_EQ(faulty.local.Intervals("NIGHT"), kNight);
-  return operations;
-}
-
+// Each interval once at most.
 void ExpectNothingButTheseIn(const std::vector<std::string>& found, std::vector<std::string> allowed) {
   allowed.push_back("1999-01-01 > 1999-01-02");
-  for (const std::string& interval : found) EXPECT_THAT(allowed, ::testing::Contains(interval));
-  EXPECT_LE(found.size(), allowed.size());
+  for (const std::string& interval : found) {
+    EXPECT_THAT(allowed, ::testing::Contains(interval));
+    EXPECT_EQ(std::count(found.begin(), found.end(), interval), 1) << interval;
+  }
 }
 
 TEST(ExpansionFaults, RowsThatCannotBeCommittedAreLostAsThoseThatCannotBeInserted) {
-  Faulty faulty(true);
+  Faulty faulty(Place::BelowTheBatches);
   bool isFull = false;
   faulty.driver.before = [&](const std::string& operation) {
     isFull = isFull || operation == "Commit";
@@ -76,20 +86,27 @@ TEST(ExpansionFaults, RowsThatCannotBeCommittedAreLostAsThoseThatCannotBeInserte
 
   faulty.driver.before = nullptr;
   EXPECT_TRUE(faulty.Expand());
-  EXPECT_EQ(faulty.local.Intervals("DAY"), kDay);
-  EXPECT_EQ(faulty.local.Intervals("NIGHT"), kNight);
+  faulty.ExpectEverything();
 }
 
-TEST(ExpansionFaults, OneFailureAnywhereLeavesNoWrongRowAndTheNextExpansionMendsIt) {
-  const std::int64_t operations = Operations();
-  ASSERT_GT(operations, 30);
+class ExpansionFaults : public testing::TestWithParam<std::tuple<Place, FaultKind>> {
+ protected:
+  Place place_ = std::get<0>(GetParam());
+  FaultKind kind_ = std::get<1>(GetParam());
+};
+
+TEST_P(ExpansionFaults, OneFailureAnywhereLeavesNoWrongRowAndTheNextExpansionMendsIt) {
   int ended = 0;
-  for (std::int64_t failing = 1; failing <= operations; ++failing) {
+  std::int64_t failing = 1;
+  for (;; ++failing) {
     SCOPED_TRACE(failing);
-    Faulty faulty;
+    Faulty faulty(place_);
+    faulty.driver.FailAs(kind_);
+    if (kind_ == FaultKind::TakenBack) faulty.driver.FailOnly("Commit");
     faulty.driver.FailAt(failing);
     const bool quiet = faulty.Expand();
-    EXPECT_TRUE(faulty.driver.HasFailed());
+    if (!faulty.driver.HasFailed()) break;
+    SCOPED_TRACE(faulty.driver.FirstFailed());
     if (quiet) {
       EXPECT_EQ(faulty.local.recordset().State(), kStateClosed);
     } else {
@@ -100,24 +117,38 @@ TEST(ExpansionFaults, OneFailureAnywhereLeavesNoWrongRowAndTheNextExpansionMends
     ExpectNothingButTheseIn(faulty.local.Intervals("NIGHT"), kNight);
 
     EXPECT_TRUE(faulty.Expand());
-    EXPECT_EQ(faulty.local.Intervals("DAY"), kDay);
-    EXPECT_EQ(faulty.local.Intervals("NIGHT"), kNight);
+    faulty.ExpectEverything();
+    if (HasFailure()) return;
   }
-  EXPECT_LT(ended, operations / 2) << "most failures are passed over";
+  EXPECT_GT(failing, kind_ == FaultKind::TakenBack ? 2 : 30);
+  EXPECT_LE(ended, failing / 2) << "most failures are passed over";
 }
 
-TEST(ExpansionFaults, ADatabaseThatIsGoneEndsTheExpansionAndNothingElse) {
-  const std::int64_t operations = Operations();
-  for (std::int64_t failing = 1; failing <= operations; failing += 3) {
+TEST_P(ExpansionFaults, ADatabaseThatIsGoneEndsTheExpansionAndNothingElse) {
+  for (std::int64_t failing = 1;; failing += 3) {
     SCOPED_TRACE(failing);
-    Faulty faulty;
+    Faulty faulty(place_);
+    faulty.driver.FailAs(kind_);
     faulty.driver.FailFrom(failing);
     faulty.Expand();
+    if (!faulty.driver.HasFailed()) break;
     faulty.Recover();
     ExpectNothingButTheseIn(faulty.local.Intervals("DAY"), kDay);
     ExpectNothingButTheseIn(faulty.local.Intervals("NIGHT"), kNight);
+    if (HasFailure()) return;
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(AtEveryPlace, ExpansionFaults,
+                         testing::Values(std::tuple(Place::AboveTheBatches, FaultKind::Before),
+                                         std::tuple(Place::AboveTheBatches, FaultKind::After),
+                                         std::tuple(Place::BelowTheBatches, FaultKind::Before),
+                                         std::tuple(Place::BelowTheBatches, FaultKind::After),
+                                         std::tuple(Place::BelowTheBatches, FaultKind::TakenBack)),
+                         [](const auto& instance) {
+                           const bool isAbove = std::get<0>(instance.param) == Place::AboveTheBatches;
+                           return (isAbove ? "Above" : "Below") + NameOf(std::get<1>(instance.param));
+                         });
 
 }  // namespace
 }  // namespace qmx::test

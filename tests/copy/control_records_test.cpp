@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/copy_rig.h"
+#include "tests/support/faulty_driver.h"
 #include "tests/support/raised.h"
 
 namespace qmx::test {
@@ -26,6 +27,33 @@ class ControlRecords : public testing::Test {
 
   CopyRig rig;
 };
+
+TEST(ControlRecordsTrap, KeepsTheRoutinesTextsWhenTheRecordSetCannotBeClosed) {
+  std::unique_ptr<FaultyDriver> driver;
+  CopyRig rig([&](Driver& inner) -> Driver& {
+    driver = std::make_unique<FaultyDriver>(inner);
+    return *driver;
+  });
+  rig.inside.LogFile() = "C:\\log\\tsmdm030.log";
+  rig.inside.Connect(rig.ConnectionText());
+  const Error error = Raised([&] {
+    rig.inside.OnControlRecord("tsmdm030", {"Routine", "Touching the record of "}, [&](Recordset& record, bool) {
+      record.AddNew();
+      record.Fields("TableName") = "tsmdm030";
+      record.Update();
+      driver->before = [](const std::string& operation) {
+        if (operation == "Commit") throw Error(errors::kDiskFull, "Test", "No space is left.");
+      };
+      throw Error(500, "Test", "The step fails.");
+      return std::int16_t{0};
+    });
+  });
+  EXPECT_EQ(DescribeChain(error),
+            "error 500, Routine: Touching the record of tsmdm030 Failed\n"
+            "  because of error 500, Test: The step fails.\n"
+            "  because of error 61, Test: No space is left.");
+  EXPECT_EQ(rig.CopyLog("tsmdm030"), "\"Date-Time :2026-11-20 : 14:05:09\"\r\n\"Test\",\"The step fails.\"\r\n");
+}
 
 TEST_F(ControlRecords, TakeATableWithoutARecordAsNotInProgress) {
   EXPECT_FALSE(rig.inside.IsCopyInProgress("tsmdm030"));

@@ -11,6 +11,7 @@
 namespace qmx::test {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -206,7 +207,7 @@ TEST_F(FailingFullCopy, KeepsItsTextsWhenThereIsNoManagerToClose) {
                                               "ServiceTypes.ServiceTypesManager. [progid: ServiceTypes.ServiceTypesM"));
 }
 
-TEST_F(FailingFullCopy, RaisesTheManagersOwnFailureWhenItsCloseFailsInTheTrap) {
+TEST_F(FailingFullCopy, KeepsTheTablesTextsWhenTheManagersCloseFailsInTheTrap) {
   rig.erp.Serves(kServiceTypesManager, [&] {
     const auto manager = rig.erp.Make("manager");
     manager->Takes("initialize", 1).On("List", 2, [](auto) -> Variant { throw Error(77, "Orvan", "No licence."); });
@@ -214,9 +215,31 @@ TEST_F(FailingFullCopy, RaisesTheManagersOwnFailureWhenItsCloseFailsInTheTrap) {
     return Object(manager);
   });
   const Error error = Failure();
-  EXPECT_EQ(error.Number(), 78);
-  EXPECT_EQ(error.Source(), "Orvan");
-  EXPECT_THAT(DescribeChain(error), HasSubstr("because of error 77, Orvan: No licence."));
+  EXPECT_EQ(error.Number(), 177);
+  ExpectTheTablesTexts(error);
+  EXPECT_EQ(DescribeChain(error),
+            "error 177, Copy Service Types:  Copy of Service Types from Orvan to Local DB failed\n"
+            "  because of error 77, Orvan: No licence.\n"
+            "  because of error 78, Orvan: The server is gone.");
+}
+
+// A row waits to be sent with others when the ERP fails, and is refused when the record set is closed.
+TEST_F(FailingFullCopy, KeepsItsTextsAndTheRefusedRowWhenARowThatWaitedIsRefused) {
+  rig.erp.Lists(kServiceTypesManager, {ServiceType("A"),
+                                       ServiceType("B"),
+                                       ServiceType("C"),
+                                       ServiceType("B"),
+                                       {{"getServiceType", Error(500, "Orvan", "The link was lost.")}}});
+  Error error = Failure();
+  // A machine that stood still for 50 ms lets no row wait.
+  for (int tries = 0; error.Number() == errors::kIntegrity + 100 && tries < 50; ++tries) error = Failure();
+  EXPECT_EQ(error.Number(), 600);
+  ExpectTheTablesTexts(error);
+  EXPECT_THAT(DescribeChain(error),
+              AllOf(HasSubstr("because of error 500, Orvan: The link was lost."),
+                    HasSubstr("because of error -2147217873, "), HasSubstr("table: tsmdm030; key: cstp='B'")));
+  EXPECT_THAT(rig.Rows("tsmdm030", {"cstp"}), ElementsAre("\"A\"", "\"B\"", "\"C\""));
+  EXPECT_EQ(rig.calls.Lines().back(), "manager.Close()");
 }
 
 TEST_F(FailingFullCopy, TakesAFailedCloseAfterTheCopyForAFailedCopy) {

@@ -23,6 +23,7 @@ may() {
 interfaces='platform/[a-zA-Z_]+\.h"'
 may 'platform/[^/]+$' "$interfaces"
 may 'platform/batches/' "$interfaces|platform/batches/"
+may 'platform/drivers/' "$interfaces|platform/drivers/|platform/(batches|odbc|sqlite)/driver\.h\"|platform/odbc/watchdog\.h\""
 may 'platform/sqlite/' "$interfaces|platform/sqlite/"
 may 'platform/odbc/' "$interfaces|platform/odbc/"
 may 'platform/posix/' "$interfaces|platform/posix/"

@@ -69,6 +69,26 @@ TEST(Error, KeepsTheCauseAliveAfterTheHandlerThatHeldIt) {
   EXPECT_EQ(kept->Cause()->Description(), "Not found");
 }
 
+TEST(Error, AddsFurtherCausesBehindItsOwnAndNoneTwice) {
+  try {
+    throw Error(53, "Files", "Not found");
+  } catch (const Error& first) {
+    Error error(1, "A", "b");
+    Error other(70, "Files", "Denied");  // has the same cause
+    other.With("path", "/x");
+    EXPECT_EQ(DescribeChain(error.AddCauses(other).AddCauses(first)),
+              "error 1, A: b\n"
+              "  because of error 53, Files: Not found\n"
+              "  because of error 70, Files: Denied [path: /x]");
+  }
+}
+
+TEST(Error, WithoutACauseTakesTheOneThatIsAdded) {
+  Error error(1, "A", "b");
+  error.AddCauses(Error(2, "C", "d"));
+  EXPECT_EQ(DescribeChain(error), "error 1, A: b\n  because of error 2, C: d");
+}
+
 TEST(Error, TakesAForeignExceptionAsItsCauseInItsOwnForm) {
   try {
     try {

@@ -4,6 +4,7 @@
 
 #include "schema/dialect.h"
 #include "schema/local_tables.h"
+#include "tests/support/decorated_drivers.h"
 
 namespace qmx::test {
 namespace {
@@ -12,8 +13,8 @@ namespace {
 std::string EmptyDatabase() {
   static const TempFolder folder;
   static const std::string file = [] {
-    SqliteDriver sqlite;
-    Database database({&sqlite});
+    LocalDrivers drivers;
+    Database database(drivers.All());
     const auto connection = database.CreateConnection("ADODB.Connection");
     connection->Open("Provider=SQLite;Mode=Create;Data Source=" + (folder / "empty.db"), "", "");
     for (const LocalTable& table : LocalTables()) connection->Execute(SqliteDialect().CreateTable(table));
@@ -42,11 +43,11 @@ void RecordingEvents::Add(const std::string& event, std::initializer_list<Varian
   if (failOn == event) throw Error(1234, "Scheduling server", "The server refused the event " + event + ".");
 }
 
-CopyRig::CopyRig(std::function<Driver&(Driver&)> decorateDriver,
-                 std::function<Components&(Components&)> decorateComponents)
+CopyRig::CopyRig(LocalDrivers::Decorate aboveBatches, DecorateComponents decorateComponents,
+                 LocalDrivers::Decorate belowBatches)
     : lent_(LentDatabase::OfTheSystemUnderTest()),
-      driver_(lent_ ? lent_->Base().GetDriver() : sqlite_),
-      database_({decorateDriver ? &decorateDriver(driver_) : &driver_, &sqlite_}, &observer_),
+      drivers_(OnlyFor(ConnectionText(), std::move(belowBatches))),
+      database_(Decorated(drivers_, OnlyFor(ConnectionText(), std::move(aboveBatches))), &observer_),
       platform{clock, files, eventLog, decorateComponents ? decorateComponents(erp) : erp, database_, failures},
       engine(platform, declarations, events) {
   std::filesystem::copy_file(EmptyDatabase(), folder / "local.db");

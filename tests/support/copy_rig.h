@@ -1,6 +1,6 @@
 // Everything that a copy needs: a scripted ERP, a clock that stands at 2026-11-20 14:05:09, text files in memory, and
 // a database of its own with the local tables in it. All that happens goes into one call log. The database is SQLite's,
-// or one of the system which QMX_TEST_COPY_OVER names (lent_database.h).
+// or one of the system which QMX_TEST_COPY_OVER names (lent_database.h); it is reached through the product's drivers.
 #pragma once
 
 #include <functional>
@@ -10,9 +10,9 @@
 
 #include "copy/clsDataCopy.h"
 #include "platform/database.h"
+#include "platform/drivers/local_drivers.h"
 #include "platform/event_log.h"
 #include "platform/failure_report.h"
-#include "platform/sqlite/driver.h"
 #include "startup/modDeclarations.h"
 #include "tests/support/call_log.h"
 #include "tests/support/data_copy_inside.h"
@@ -64,9 +64,11 @@ class RecordingFailures : public FailureReport {
 
 class CopyRig {
  public:
-  // Drivers and components may be decorated.
-  explicit CopyRig(std::function<Driver&(Driver&)> decorateDriver = {},
-                   std::function<Components&(Components&)> decorateComponents = {});
+  using DecorateComponents = std::function<Components&(Components&)>;
+
+  // The database's driver may be decorated above and below the batches, the components as a whole.
+  explicit CopyRig(LocalDrivers::Decorate aboveBatches = {}, DecorateComponents decorateComponents = {},
+                   LocalDrivers::Decorate belowBatches = {});
 
   static constexpr const char* kComponent = "Orvan, main";
   static constexpr const char* kLogFolder = "C:\\log";
@@ -97,12 +99,12 @@ class CopyRig {
   modDeclarations declarations;
 
  private:
-  SqliteDriver sqlite_;
   std::unique_ptr<LentDatabase> lent_;
-  Driver& driver_;
+  LocalDrivers drivers_;
   RecordingObserver observer_{calls};
   Database database_;
-  Connection quietConnection_{{&sqlite_}, nullptr};
+  LocalDrivers quietDrivers_;
+  Connection quietConnection_{quietDrivers_.All(), nullptr};
   Connection& QuietConnection();
 
  public:

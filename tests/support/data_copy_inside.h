@@ -24,6 +24,10 @@ struct DataCopyInside {
     engine.LocalRecordSet->ActiveConnection(*engine.LocalConnection);
   }
 
+  std::int16_t OnControlRecord(const std::string& code, const FailureTexts& failure,
+                               const clsDataCopy::ControlStep& step) {
+    return engine.OnControlRecord(code, failure, step);
+  }
   bool IsCopyInProgress(const std::string& code) { return engine.IsCopyInProgress(code); }
   void SetCopyInProgress(const std::string& code) { engine.SetCopyInProgress(code); }
   std::int16_t ReadSyncMethod(const std::string& code) { return engine.ReadSyncMethod(code); }

@@ -1,15 +1,22 @@
-// A driver around another one that counts every operation, keeps a record of them, and can make the Nth one fail.
+// A driver around another one that counts every operation, keeps a record of them, and makes chosen ones fail.
 //
-// A failing operation does nothing but raise; those after it work again, unless everything is to fail from there on, as
-// when a server is gone. Quiet operations (Columns, RowsAffected, Most, QuoteIdentifier, Reset, destruction) cannot
-// fail and are not counted. A test may also be told of every operation before it is done.
+// An operation fails before it is done, after it was done (its answer is lost), or, for a Commit, by taking back what
+// it should have committed, as a database does that refuses it. The session behaves as real ones do: a Begin that fails
+// has opened nothing, and once the answer to the Commit after it is lost, the session serves nothing any more. Other
+// operations work, unless everything is to fail from one on, as when a server is gone.
+//
+// Quiet operations (Columns, RowsAffected, Most, QuoteIdentifier, Reset, destruction) cannot fail and are not counted.
+// A test may also see every operation before it is done. Sessions may be used by several threads in turn.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <set>
 #include <span>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -18,15 +25,30 @@
 
 namespace qmx::test {
 
+enum class FaultKind { Before, After, TakenBack };
+
+inline std::string NameOf(FaultKind kind) {
+  return kind == FaultKind::Before ? "Before" : kind == FaultKind::After ? "After" : "TakenBack";
+}
+
 class FaultyDriver : public Driver {
  public:
   explicit FaultyDriver(Driver& inner) : inner_(inner) {}
 
-  void FailAt(std::int64_t operation) { failAt_ = operation, failFrom_ = 0; }    // counted from 1; 0 for none
-  void FailFrom(std::int64_t operation) { failFrom_ = operation, failAt_ = 0; }  // that one and all after it
+  // Operations count from 1.
+  void FailAt(std::int64_t operation) { FailAt(std::set<std::int64_t>{operation}); }  // 0 for none
+  void FailAt(std::set<std::int64_t> operations) { failAt_ = std::move(operations), failFrom_ = 0; }
+  void FailFrom(std::int64_t operation) { failFrom_ = operation, failAt_.clear(); }  // that one and all after it
+  void FailAs(FaultKind kind) { kind_ = kind; }
+  void FailWith(std::int32_t number) { number_ = number; }
+  // Only operations that begin so are counted for FailAt and FailFrom.
+  void FailOnly(std::string beginning) { only_ = std::move(beginning); }
+
   std::int64_t Operations() const { return static_cast<std::int64_t>(record_.size()); }
-  bool HasFailed() const { return hasFailed_; }
-  void Restart() { record_.clear(), hasFailed_ = false; }
+  bool HasFailed() const { return failures_ > 0; }
+  std::int64_t Failures() const { return failures_; }
+  std::string FirstFailed() const { return firstFailed_; }
+  void Restart() { record_.clear(), counted_ = failures_ = 0, firstFailed_.clear(), isLost_ = false; }
 
   std::function<void(const std::string& operation)> before;  // "Prepare select ...", "Bind select ...", "Step", ...
   std::function<void(std::span<const Variant> values)> beforeAdd;  // of rows that go out together
@@ -41,19 +63,47 @@ class FaultyDriver : public Driver {
   std::string Form() const override { return inner_.Form(); }
   bool Serves(const ConnectionText& text) const override { return inner_.Serves(text); }
   std::unique_ptr<DriverSession> Open(const ConnectionText& text) override {
-    Count("Open");
-    return std::make_unique<Session>(*this, inner_.Open(text));
+    isLost_ = false;
+    return Do("Open",
+              [&]() -> std::unique_ptr<DriverSession> { return std::make_unique<Session>(*this, inner_.Open(text)); });
   }
 
  private:
-  void Count(std::string operation, const std::string& statement = "") {
+  enum class Fate { Works, FailsBefore, FailsAfter, IsTakenBack };
+
+  Fate Count(const std::string& operation, const std::string& statement) {
     if (before) before(statement.empty() ? operation : operation + " " + statement);
-    record_.push_back(std::move(operation));
-    const std::int64_t number = Operations();
-    if (number != failAt_ && (failFrom_ == 0 || number < failFrom_)) return;
-    hasFailed_ = true;
-    throw Error(errors::kProviderUnspecified, "Faulty driver",
-                "Operation " + std::to_string(number) + " was made to fail: " + record_.back());
+    const std::lock_guard lock(mutex_);
+    record_.push_back(operation);
+    const bool isCounted = operation.starts_with(only_);
+    if (isCounted) ++counted_;
+    const bool isGone = isLost_ || (failFrom_ > 0 && counted_ > failFrom_);
+    if (!isGone && !(isCounted && (counted_ == failFrom_ || failAt_.contains(counted_)))) return Fate::Works;
+    if (failures_++ == 0) firstFailed_ = Failed(operation);
+    if (isGone || kind_ == FaultKind::Before) return Fate::FailsBefore;
+    return kind_ == FaultKind::After ? Fate::FailsAfter : Fate::IsTakenBack;
+  }
+
+  std::string Failed(const std::string& operation) const {
+    return "Operation " + std::to_string(Operations()) + " was made to fail: " + operation;
+  }
+
+  [[noreturn]] void Fail(const std::string& operation) const {
+    throw Error(number_, "Faulty driver", Failed(operation));
+  }
+
+  template <typename Work>
+  auto Do(const std::string& operation, Work&& work, const std::string& statement = "") -> std::invoke_result_t<Work> {
+    const Fate fate = Count(operation, statement);
+    if (fate == Fate::FailsBefore || fate == Fate::IsTakenBack) Fail(operation);
+    if constexpr (std::is_void_v<std::invoke_result_t<Work>>) {
+      work();
+      if (fate == Fate::FailsAfter) Fail(operation);
+    } else {
+      auto result = work();
+      if (fate == Fate::FailsAfter) Fail(operation);
+      return result;
+    }
   }
 
   class Statement : public DriverStatement {
@@ -62,16 +112,14 @@ class FaultyDriver : public Driver {
         : owner_(owner), text_(std::move(text)), inner_(std::move(inner)) {}
     const std::vector<ColumnDescription>& Columns() const override { return inner_->Columns(); }
     void Bind(std::size_t parameter, const Variant& value) override {
-      owner_.Count("Bind", text_);
-      inner_->Bind(parameter, value);
+      owner_.Do(
+          "Bind", [&] { inner_->Bind(parameter, value); }, text_);
     }
     bool Step() override {
-      owner_.Count("Step");
-      return inner_->Step();
+      return owner_.Do("Step", [&] { return inner_->Step(); });
     }
     Variant Value(std::size_t column) override {
-      owner_.Count("Value");
-      return inner_->Value(column);
+      return owner_.Do("Value", [&] { return inner_->Value(column); });
     }
     std::int64_t RowsAffected() const override { return inner_->RowsAffected(); }
     void Reset() noexcept override { inner_->Reset(); }
@@ -88,9 +136,10 @@ class FaultyDriver : public Driver {
     Rows(FaultyDriver& owner, std::unique_ptr<DriverRows> inner) : owner_(owner), inner_(std::move(inner)) {}
     std::size_t Most() const override { return inner_->Most(); }
     std::size_t Add(std::span<const Variant> values) override {
-      owner_.Count("Add");
-      if (owner_.beforeAdd) owner_.beforeAdd(values);
-      return inner_->Add(values);
+      return owner_.Do("Add", [&] {
+        if (owner_.beforeAdd) owner_.beforeAdd(values);
+        return inner_->Add(values);
+      });
     }
 
    private:
@@ -102,63 +151,85 @@ class FaultyDriver : public Driver {
    public:
     Session(FaultyDriver& owner, std::unique_ptr<DriverSession> inner) : owner_(owner), inner_(std::move(inner)) {}
     std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override {
-      owner_.Count("Prepare " + statement);
-      return std::make_unique<Statement>(owner_, statement, inner_->Prepare(statement));
+      return owner_.Do("Prepare " + statement, [&]() -> std::unique_ptr<DriverStatement> {
+        return std::make_unique<Statement>(owner_, statement, inner_->Prepare(statement));
+      });
     }
     std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) override {
-      owner_.Count("Prepare " + insert.Text());
-      return std::make_unique<Statement>(owner_, insert.Text(), inner_->PrepareInsert(insert));
+      return owner_.Do("Prepare " + insert.Text(), [&]() -> std::unique_ptr<DriverStatement> {
+        return std::make_unique<Statement>(owner_, insert.Text(), inner_->PrepareInsert(insert));
+      });
     }
     std::unique_ptr<DriverRows> PrepareRows(const RowInsert& insert) override {
-      owner_.Count("PrepareRows " + insert.into);
-      return std::make_unique<Rows>(owner_, inner_->PrepareRows(insert));
+      return owner_.Do("PrepareRows " + insert.into, [&]() -> std::unique_ptr<DriverRows> {
+        return std::make_unique<Rows>(owner_, inner_->PrepareRows(insert));
+      });
     }
     std::string IntegerParameter() const override { return inner_->IntegerParameter(); }
     TableDescription Describe(const std::string& table) override {
-      owner_.Count("Describe " + table);
-      return inner_->Describe(table);
+      return owner_.Do("Describe " + table, [&] { return inner_->Describe(table); });
     }
     std::string QuoteIdentifier(const std::string& name) const override { return inner_->QuoteIdentifier(name); }
     std::string System() const override { return inner_->System(); }
     std::string Catalog() override {
-      owner_.Count("Catalog");
-      return inner_->Catalog();
+      return owner_.Do("Catalog", [&] { return inner_->Catalog(); });
     }
     void SelectCatalog(const std::string& name) override {
-      owner_.Count("SelectCatalog " + name);
-      inner_->SelectCatalog(name);
+      owner_.Do("SelectCatalog " + name, [&] { inner_->SelectCatalog(name); });
     }
     void Timeout(std::chrono::seconds limit) override {
-      owner_.Count("Timeout");
-      inner_->Timeout(limit);
+      owner_.Do("Timeout", [&] { inner_->Timeout(limit); });
     }
     void Begin() override {
-      owner_.Count("Begin");
+      if (owner_.Count("Begin", "") != Fate::Works) owner_.Fail("Begin");
       inner_->Begin();
+      isWithinBegin_ = true;
     }
     void Rollback() override {
-      owner_.Count("Rollback");
-      inner_->Rollback();
+      owner_.Do("Rollback", [&] {
+        inner_->Rollback();
+        isWithinBegin_ = false;
+      });
     }
     void Commit() override {
-      owner_.Count("Commit");
-      inner_->Commit();
+      const Fate fate = owner_.Count("Commit", "");
+      if (fate == Fate::IsTakenBack) inner_->Rollback();
+      if (fate == Fate::Works || fate == Fate::FailsAfter) inner_->Commit();
+      owner_.isLost_ |= isWithinBegin_ && fate == Fate::FailsAfter;
+      if (fate != Fate::FailsBefore) isWithinBegin_ = false;
+      if (fate != Fate::Works) owner_.Fail("Commit");
     }
     void Close() override {
-      owner_.Count("Close");
-      inner_->Close();
+      owner_.Do("Close", [&] { inner_->Close(); });
     }
-    GroupLimits Grouping() override { return inner_->Grouping(); }
+    GroupLimits Grouping() override {
+      return owner_.Do("Grouping", [&] { return inner_->Grouping(); });
+    }
+    // One that fails to commit what is open has stopped grouping all the same.
+    void MayGroup(bool may) override {
+      const std::string operation = std::string("MayGroup ") + (may ? "true" : "false");
+      const Fate fate = owner_.Count(operation, "");
+      if (fate == Fate::Works || fate == Fate::FailsAfter || !may) inner_->MayGroup(may);
+      if (fate != Fate::Works) owner_.Fail(operation);
+    }
 
    private:
     FaultyDriver& owner_;
     std::unique_ptr<DriverSession> inner_;
+    bool isWithinBegin_ = false;
   };
 
   Driver& inner_;
-  std::int64_t failAt_ = 0;
+  std::mutex mutex_;
+  std::set<std::int64_t> failAt_;
   std::int64_t failFrom_ = 0;
-  bool hasFailed_ = false;
+  FaultKind kind_ = FaultKind::Before;
+  std::int32_t number_ = errors::kProviderUnspecified;
+  std::string only_;
+  bool isLost_ = false;
+  std::int64_t counted_ = 0;
+  std::int64_t failures_ = 0;
+  std::string firstFailed_;
   std::vector<std::string> record_;
 };
 

@@ -5,6 +5,7 @@
 
 #include "schema/dialect.h"
 #include "schema/local_tables.h"
+#include "tests/support/decorated_drivers.h"
 
 namespace qmx::test {
 namespace {
@@ -50,10 +51,9 @@ LocalCopy::LocalCopy(const Company& company, FakeClock& clock)
   connection->Close();
 }
 
-void LocalCopy::Copy(const std::string& table) { Copy(table, sqlite_); }
-
-void LocalCopy::Copy(const std::string& table, Driver& driver) {
-  Database database({&driver});
+void LocalCopy::Copy(const std::string& table, LocalDrivers::Decorate belowBatches) {
+  LocalDrivers drivers(OnlyFor(ConnectionText(), std::move(belowBatches)));
+  Database database(drivers.All());
   modDeclarations declarations;
   RecordingFailures failures;
   Platform platform{clock_, files_, eventLog_, components_, database, failures};

@@ -10,7 +10,7 @@
 
 #include "platform/components/installed_components.h"
 #include "platform/database.h"
-#include "platform/sqlite/driver.h"
+#include "platform/drivers/local_drivers.h"
 #include "tests/support/copy_rig.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/memory_files.h"
@@ -32,10 +32,9 @@ class LocalCopy {
   std::string File() const { return folder_ / "local.db"; }
   std::string ConnectionText() const { return "Provider=SQLite;Data Source=" + File(); }
 
-  // One run, with an engine of its own; the driver of its connection may be decorated. Raises std::runtime_error with
-  // the chain of causes unless the run is told as complete.
-  void Copy(const std::string& table);
-  void Copy(const std::string& table, Driver& driver);
+  // One run, with an engine and drivers of its own; the driver below the batches may be decorated. Raises
+  // std::runtime_error with the chain of causes unless the run reports that it is complete.
+  void Copy(const std::string& table, LocalDrivers::Decorate belowBatches = {});
   void CopyAll();
   void ByChange();  // all tables, from now on
 
@@ -55,8 +54,8 @@ class LocalCopy {
   CallLog calls_;
   MemoryFiles files_{calls_};
   RecordingEventLog eventLog_;
-  SqliteDriver sqlite_;
-  Database database_{{&sqlite_}};
+  LocalDrivers drivers_;
+  Database database_{drivers_.All()};
   InstalledComponents components_;
   std::vector<std::string> counts_;
 };

@@ -7,6 +7,7 @@
 
 #include <filesystem>
 
+#include "platform/sqlite/driver.h"
 #include "tests/whole/local_copy.h"
 #include "tests/whole/not_by_change.h"
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <optional>
 
 #include "tests/support/faulty_driver.h"
 #include "tests/whole/copy_process.h"
@@ -105,23 +106,25 @@ class SecondRunWithinTheFirst : public SimultaneousCopies {
  protected:
   // Before the nth operation of the first run that begins so.
   void Run(const std::string& operation, int nth) {
-    SqliteDriver sqlite;
-    FaultyDriver first(sqlite);
-    first.before = [&](const std::string& next) {
-      if (!next.starts_with(operation) || --nth != 0) return;
-      inProgressBefore_ = CopiesInProgress();
-      secondEnd_ = EndOf(sqlite);
-    };
-    firstEnd_ = EndOf(first);
+    std::optional<FaultyDriver> first;
+    firstEnd_ = EndOf([&](Driver& inner) -> Driver& {
+      first.emplace(inner);
+      first->before = [&](const std::string& next) {
+        if (!next.starts_with(operation) || --nth != 0) return;
+        inProgressBefore_ = CopiesInProgress();
+        secondEnd_ = EndOf({});
+      };
+      return *first;
+    });
   }
 
   int inProgressBefore_ = -1;
   std::string firstEnd_, secondEnd_ = "never began";
 
  private:
-  std::string EndOf(Driver& driver) {
+  std::string EndOf(const LocalDrivers::Decorate& belowBatches) {
     try {
-      local_.Copy("tsmdm030", driver);
+      local_.Copy("tsmdm030", belowBatches);
     } catch (const std::runtime_error& end) {
       return end.what();
     }

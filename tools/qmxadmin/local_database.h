@@ -3,10 +3,8 @@
 
 #include <memory>
 
-#include "platform/batches/driver.h"
 #include "platform/database.h"
-#include "platform/odbc/driver.h"
-#include "platform/sqlite/driver.h"
+#include "platform/drivers/local_drivers.h"
 #include "tools/qmxadmin/database_arguments.h"
 
 namespace qmx {
@@ -20,11 +18,8 @@ class LocalDatabase {
   qmx::Connection& Connection() { return *connection_; }
 
  private:
-  SqliteDriver sqlite_;
-  OdbcDriver odbc_;
-  BatchingDriver batchedSqlite_{sqlite_};
-  BatchingDriver batchedOdbc_{odbc_};
-  Database database_{{&batchedSqlite_, &batchedOdbc_}};
+  LocalDrivers drivers_;
+  Database database_{drivers_.All()};
   std::unique_ptr<qmx::Connection> connection_;
 };
 

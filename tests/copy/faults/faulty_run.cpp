@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace qmx::test {
 namespace {
 
@@ -22,11 +24,11 @@ constexpr Guard kGuards[] = {
 
 }  // namespace
 
-FaultyRun::FaultyRun(const CopiedTable& table, std::int16_t syncMethod)
-    : table_(table), full_(syncMethod == kFullCopy), rig([this](Driver& base) -> Driver& {
-        driver = std::make_unique<FaultyDriver>(base);
-        return *driver;
-      }) {
+FaultyRun::FaultyRun(const CopiedTable& table, std::int16_t syncMethod, Place place)
+    : table_(table),
+      full_(syncMethod == kFullCopy),
+      rig(place == Place::AboveTheBatches ? decorate_ : nullptr, nullptr,
+          place == Place::BelowTheBatches ? decorate_ : nullptr) {
   rig.ControlRecord(table.code, syncMethod, kOldTime);
   rig.Sql(std::string("insert into ") + table.code + ' ' + table.localRows);
   rig.erp.ListsBy(
@@ -137,6 +139,14 @@ Outcome FaultyRun::Expected(const Fault& fault) const {
   return outcome;
 }
 
+Outcome FaultyRun::ExpectedIfDone(const Fault& fault) const {
+  Outcome outcome = Expected(fault);
+  outcome.rows = AppliedRows(1);
+  if (FirstFailure().starts_with(full_ ? "rs5." : "rs6.")) outcome.lutm = kNewTime;
+  outcome.inUse = "0";
+  return outcome;
+}
+
 std::string FaultyRun::FirstFailure() const {
   for (const std::string& line : rig.calls.Lines()) {
     if (line.find(" -> error ") != std::string::npos) return line;
@@ -170,27 +180,21 @@ std::size_t FaultyRun::Succeeded(std::string_view call) const {
   return count;
 }
 
+// A full copy deletes all rows and saves each listed one; a changed copy inserts A, updates B and deletes D.
+std::vector<std::vector<std::string>> FaultyRun::States() const {
+  const auto row = [&](const char* name, const char* value) { return table_.shown(name, value); };
+  const std::string a = row("A", "7"), b = row("B", "7"), oldB = row("B", "old"), oldD = row("D", "old");
+  if (full_) return {{oldB, oldD}, {}, {a}, {a, b}};
+  return {{oldB, oldD}, {a, oldB, oldD}, {a, b, oldD}, {a, b}};
+}
+
 // The rows as the calls that succeeded have left them: a full copy saves a row with the AddNew or Update after it, a
 // changed copy applies an entry with one Update or Execute.
-std::vector<std::string> FaultyRun::AppliedRows() const {
-  const auto row = [&](const char* name, const char* value) { return table_.shown(name, value); };
-  if (full_) {
-    if (Succeeded("connection.Execute") == 0) return {row("B", "old"), row("D", "old")};
-    const std::vector<std::string> listed = {row("A", "7"), row("B", "7")};
-    const std::size_t added = Succeeded("rs1.AddNew");
-    const std::size_t saved = added == 0 ? 0 : added - 1 + Succeeded("rs1.Update");
-    return {listed.begin(), listed.begin() + static_cast<std::ptrdiff_t>(saved)};
-  }
-  switch (Succeeded("rs1.Update") + Succeeded("connection.Execute")) {
-    case 0:
-      return {row("B", "old"), row("D", "old")};
-    case 1:
-      return {row("A", "7"), row("B", "old"), row("D", "old")};
-    case 2:
-      return {row("A", "7"), row("B", "7"), row("D", "old")};
-    default:
-      return {row("A", "7"), row("B", "7")};
-  }
+std::vector<std::string> FaultyRun::AppliedRows(std::size_t more) const {
+  std::size_t steps = Succeeded("connection.Execute") + Succeeded("rs1.Update");
+  if (full_ && steps > 0) steps += std::max(Succeeded("rs1.AddNew"), std::size_t{1}) - 1;
+  const std::vector<std::vector<std::string>> states = States();
+  return states.at(std::min(steps + more, states.size() - 1));
 }
 
 }  // namespace qmx::test

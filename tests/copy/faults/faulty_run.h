@@ -9,6 +9,7 @@
 
 #include "tests/copy/faults/copied_tables.h"
 #include "tests/support/copy_rig.h"
+#include "tests/support/decorated_drivers.h"
 #include "tests/support/faulty_driver.h"
 
 namespace qmx::test {
@@ -33,11 +34,13 @@ struct Fault {
 
 class FaultyRun {
  public:
-  FaultyRun(const CopiedTable& table, std::int16_t syncMethod);
+  FaultyRun(const CopiedTable& table, std::int16_t syncMethod, Place place = Place::AboveTheBatches);
 
   std::string Raised();  // runs, and gives what was raised
   Outcome Found(std::string raised);
   Outcome Expected(const Fault& fault) const;  // by the place where the first call that failed stands in the call log
+  Outcome ExpectedIfDone(const Fault& fault) const;      // the same, where that call was done though it failed
+  std::vector<std::vector<std::string>> States() const;  // of the table, in a copy that saves one row after the other
   std::string FirstFailure() const;
 
   std::unique_ptr<FaultyDriver> driver;
@@ -47,10 +50,14 @@ class FaultyRun {
   std::string Event(const std::string& event) const;
   std::vector<std::string> CountLines() const;
   std::size_t Succeeded(std::string_view call) const;
-  std::vector<std::string> AppliedRows() const;
+  std::vector<std::string> AppliedRows(std::size_t more = 0) const;  // after so many calls more
 
   const CopiedTable& table_;
   const bool full_;
+  LocalDrivers::Decorate decorate_ = [this](Driver& inner) -> Driver& {
+    driver = std::make_unique<FaultyDriver>(inner);
+    return *driver;
+  };
 
  public:
   CopyRig rig;

@@ -9,12 +9,13 @@ namespace {
 
 // When the database is gone for good, the release fails as well: the flag stays as it is, and the release's error ends
 // the run, unless the copy had ended well before.
-class LostDatabase : public testing::TestWithParam<std::int16_t> {};
+class LostDatabase : public testing::TestWithParam<std::tuple<std::int16_t, Place>> {};
 
 TEST_P(LostDatabase, LeavesTheFlagAndRaisesTheReleasesErrorUnlessTheCopyHadEnded) {
-  const bool full = GetParam() == kFullCopy;
+  const auto& [syncMethod, place] = GetParam();
+  const bool full = syncMethod == kFullCopy;
   for (std::int64_t operation = 1;; ++operation) {
-    FaultyRun run(TablesUnderFaults()[0], GetParam());
+    FaultyRun run(TablesUnderFaults()[0], syncMethod, place);
     run.driver->FailFrom(operation);
     const std::string raised = run.Raised();
     if (!run.driver->HasFailed()) break;
@@ -41,8 +42,16 @@ TEST_P(LostDatabase, LeavesTheFlagAndRaisesTheReleasesErrorUnlessTheCopyHadEnded
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(InBothModes, LostDatabase, testing::Values(kFullCopy, kOnlyChanged),
-                         [](const auto& instance) { return instance.param == kFullCopy ? "full" : "changed"; });
+std::string NameOfInstance(const testing::TestParamInfo<LostDatabase::ParamType>& instance) {
+  const auto& [syncMethod, place] = instance.param;
+  return std::string(syncMethod == kFullCopy ? "full" : "changed") +
+         (place == Place::AboveTheBatches ? "_above" : "_below");
+}
+
+INSTANTIATE_TEST_SUITE_P(InBothModes, LostDatabase,
+                         testing::Combine(testing::Values(kFullCopy, kOnlyChanged),
+                                          testing::Values(Place::AboveTheBatches, Place::BelowTheBatches)),
+                         NameOfInstance);
 
 }  // namespace
 }  // namespace qmx::test

@@ -1,8 +1,10 @@
-// Every call of the ERP and every operation of the database fails once, on each way in which calendars are copied.
+// Every call of the ERP and every operation of the database fails once, on each way in which calendars are copied. The
+// database fails above the batches and below them, before an operation and after it.
 #include <functional>
 #include <memory>
 
 #include "tests/copy/tables/calendar_rig.h"
+#include "tests/support/decorated_drivers.h"
 #include "tests/support/faulty_driver.h"
 
 namespace qmx::test {
@@ -25,6 +27,7 @@ const std::string kOther = "\"OTHER\", 2026-11-01, 800, 1700";
 
 // One way to copy calendars: how it is asked for, what the tables hold after it and what its failure says.
 struct Way {
+  const char* name;
   const char* tableName;
   std::int16_t syncMethod;
   std::vector<std::string> rows;
@@ -32,19 +35,27 @@ struct Way {
   bool mendedByTheNextRun = true;
 };
 
-std::ostream& operator<<(std::ostream& out, const Way& way) { return out << way.tableName << " " << way.syncMethod; }
+std::ostream& operator<<(std::ostream& out, const Way& way) { return out << way.name; }
 
 const Way kWays[] = {
-    {kCalendars, kFullCopy, {kDay1, kDay2, kNight}, {"error 7100, Copy Calenders:"}},
+    {"full", kCalendars, kFullCopy, {kDay1, kDay2, kNight}, {"error 7100, Copy Calenders:"}},
     // A calendar of which a failed run left a part behind counts as local from then on.
-    {kCalendars, kOnlyChanged, {kDay1, kDay2, kNight, kOther}, {"error 7100, Copy Calenders - Only Changed:"}, false},
-    {"tcccp030=4711=E", kFullCopy, {kDay1, kDay2, kOther}, {"error 7200, Copy Calendar of Employee:"}},
-    {"tcccp030=DAY=C", kFullCopy, {kDay1, kDay2, kOther}, {"error 7100, Copy Calender Of Employee:"}},
+    {"changed",
+     kCalendars,
+     kOnlyChanged,
+     {kDay1, kDay2, kNight, kOther},
+     {"error 7100, Copy Calenders - Only Changed:"},
+     false},
+    {"employee", "tcccp030=4711=E", kFullCopy, {kDay1, kDay2, kOther}, {"error 7200, Copy Calendar of Employee:"}},
+    {"code", "tcccp030=DAY=C", kFullCopy, {kDay1, kDay2, kOther}, {"error 7100, Copy Calender Of Employee:"}},
 };
 
 class OneRun {
  public:
-  explicit OneRun(const Way& way) : way_(way) {
+  explicit OneRun(const Way& way, Place place = Place::AboveTheBatches)
+      : rig(place == Place::AboveTheBatches ? decorate_ : nullptr, nullptr,
+            place == Place::BelowTheBatches ? decorate_ : nullptr),
+        way_(way) {
     rig.ControlRecord(kCalendars, way.syncMethod, kOldLutm);
     rig.Employee("4711", "DAY");
     rig.Employee("4712", "NIGHT");
@@ -88,18 +99,54 @@ class OneRun {
     EXPECT_EQ(rig.InUse(kCalendars), "0");
   }
 
-  std::unique_ptr<FaultyDriver> driver;
-  CalendarRig rig{[this](Driver& inner) -> Driver& {
+ private:
+  LocalDrivers::Decorate decorate_ = [this](Driver& inner) -> Driver& {
     driver = std::make_unique<FaultyDriver>(inner);
     return *driver;
-  }};
+  };
+
+ public:
+  std::unique_ptr<FaultyDriver> driver;
+  CalendarRig rig;
   std::int32_t raised = 0;
 
  private:
   const Way& way_;
 };
 
-class CalendarFaults : public testing::TestWithParam<Way> {};
+class CalendarFaults : public testing::TestWithParam<Way> {
+ protected:
+  void ExpectFaultsOfTheDatabaseToBeMended(Place place, FaultKind kind) {
+    for (std::int64_t failing = 1;; ++failing) {
+      OneRun run(GetParam(), place);
+      run.driver->FailAs(kind);
+      run.driver->FailAt(failing);
+      const bool ends = run.Ends();
+      if (!run.driver->HasFailed()) {
+        ASSERT_GT(failing, 50);
+        break;
+      }
+      SCOPED_TRACE(run.driver->FirstFailed());
+      run.driver->FailAt(0);
+      run.ExpectNoWrongRow();
+      if (!ends) {  // the table could not be released; without a connection it never can
+        EXPECT_THAT(run.raised, AnyOf(errors::kProviderUnspecified, errors::kConnectionClosed));
+      }
+      for (const std::string& chain : run.rig.failures.chains) {
+        EXPECT_THAT(chain, StartsWith("error -21474"));
+        EXPECT_THAT(chain, HasSubstr("error -2147467259, Faulty driver: Operation "));
+      }
+      EXPECT_THAT(run.rig.Lutm(kCalendars), AnyOf(kOldLutm, kNewLutm));
+
+      if (GetParam().mendedByTheNextRun) {
+        run.rig.Sql("update tstables set in_use = 0");
+        EXPECT_TRUE(run.Ends());
+        run.ExpectEverythingCopied();
+      }
+      if (HasFailure()) return;
+    }
+  }
+};
 
 TEST_P(CalendarFaults, NoneCopiesEverything) {
   OneRun run(GetParam());
@@ -141,36 +188,19 @@ TEST_P(CalendarFaults, OfAnErpCallFailsTheCopyAndNothingElse) {
 }
 
 TEST_P(CalendarFaults, OfTheDatabaseLeaveNoWrongRowAndAreMendedByTheNextRun) {
-  for (std::int64_t failing = 1;; ++failing) {
-    SCOPED_TRACE(failing);
-    OneRun run(GetParam());
-    run.driver->FailAt(failing);
-    const bool ends = run.Ends();
-    if (!run.driver->HasFailed()) {
-      ASSERT_GT(failing, 50);
-      break;
-    }
-    SCOPED_TRACE(run.driver->Record().at(static_cast<std::size_t>(failing) - 1));
-    run.driver->FailAt(0);
-    run.ExpectNoWrongRow();
-    if (!ends) {  // the table could not be released; without a connection it never can
-      EXPECT_THAT(run.raised, AnyOf(errors::kProviderUnspecified, errors::kConnectionClosed));
-    }
-    for (const std::string& chain : run.rig.failures.chains) {
-      EXPECT_THAT(chain, StartsWith("error -21474"));
-      EXPECT_THAT(chain, HasSubstr("error -2147467259, Faulty driver: Operation " + std::to_string(failing)));
-    }
-    EXPECT_THAT(run.rig.Lutm(kCalendars), AnyOf(kOldLutm, kNewLutm));
-
-    if (GetParam().mendedByTheNextRun) {
-      run.rig.Sql("update tstables set in_use = 0");
-      EXPECT_TRUE(run.Ends());
-      run.ExpectEverythingCopied();
-    }
-  }
+  ExpectFaultsOfTheDatabaseToBeMended(Place::AboveTheBatches, FaultKind::Before);
 }
 
-INSTANTIATE_TEST_SUITE_P(OnEveryWay, CalendarFaults, testing::ValuesIn(kWays));
+TEST_P(CalendarFaults, OfTheDatabaseBelowTheBatchesLeaveNoWrongRowAndAreMendedByTheNextRun) {
+  ExpectFaultsOfTheDatabaseToBeMended(Place::BelowTheBatches, FaultKind::Before);
+}
+
+TEST_P(CalendarFaults, OfTheDatabaseWhoseAnswersAreLostLeaveNoWrongRowAndAreMendedByTheNextRun) {
+  ExpectFaultsOfTheDatabaseToBeMended(Place::BelowTheBatches, FaultKind::After);
+}
+
+INSTANTIATE_TEST_SUITE_P(OnEveryWay, CalendarFaults, testing::ValuesIn(kWays),
+                         [](const auto& instance) { return std::string(instance.param.name); });
 
 }  // namespace
 }  // namespace qmx::test
