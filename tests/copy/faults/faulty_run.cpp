@@ -64,7 +64,7 @@ Outcome FaultyRun::Found(std::string raised) {
     start = end + 2;
   }
   found.raised = std::move(raised);
-  if (!rig.failures.chains.empty()) found.reported = rig.failures.chains[0];
+  if (!rig.failures.chains.empty()) found.reported = rig.failures.chains.back();
   EXPECT_LE(rig.failures.chains.size(), 2u);  // the last update time's, then the release's
   return found;
 }
