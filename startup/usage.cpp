@@ -10,7 +10,8 @@ std::string Usage() {
 std::string Help() {
   return Usage() + R"(
 Copies one table of the ERP into the local database, and exits. The arguments are joined by one blank and
-split at every comma; blanks around a piece do not count.
+split at every comma; blanks around a piece do not count. One file takes LOGDIR as it stands, with such
+blanks: QMXDBSynclog.txt, the log of a start-up failure. So write none around LOGDIR.
 
   CONNECTION  connection text of the local database: "Provider=SQLite;Data Source=FILE-OR-FOLDER",
               or an ODBC text with Driver=, DSN= or FILEDSN=
