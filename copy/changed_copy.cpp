@@ -2,6 +2,8 @@
 //
 // The local rows decide whether an entry inserts or updates, not the ERP's flag. The new lutm is the end of the audited
 // period, not the end of the copy, so that what the ERP changes meanwhile is read next time.
+#include <algorithm>
+
 #include "copy/clsDataCopy.h"
 #include "platform/error.h"
 #include "platform/failure_report.h"
@@ -91,13 +93,17 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
                                     Text tableCode, const ChangeMapper& setFields) {
   const std::string select = "select * from " + tableCode;
   const std::string remove = "DELETE FROM " + tableCode;
-  std::string key;  // of the entry at hand, for the report of a failure
+  std::string key;          // of the entry at hand, for the report of a failure
+  std::int64_t number = 0;  // of that entry, from 1; 0 behind the last
   const auto apply = [&] {
-    while (audit.reader.Call(kHasMoreElements).ToBoolean()) {
+    for (;;) {
       key.clear();
-      const Variant entry = audit.reader.Call(kNextElement);
+      ++number;
+      if (!audit.reader.Call(kHasMoreElements).ToBoolean()) break;
+      const Variant entry = RequiredObject(audit.reader, kNextElement, audit.reader.Call(kNextElement));
       const Variant tuple = entry.ToObject().Call(kGetTuple);
-      const Object current = audit.reader.Call(kGetCurrentObject, tuple).ToObject();
+      const Object current =
+          RequiredObject(audit.reader, kGetCurrentObject, audit.reader.Call(kGetCurrentObject, tuple));
 
       if (audit.status.Call(kIsDeleted, entry).ToBoolean()) {
         const SqlText removal = StatementOnKey(remove, deleteKey, current);
@@ -120,12 +126,18 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
       LocalRecordSet->Update();
       LocalRecordSet->Close();
     }
+    number = 0;
   };
   try {
     OpenedConnection().Together(apply);
   } catch (Error& error) {
     error.With("table", tableCode);
-    if (!key.empty()) error.With("key", key);
+    // An error that names its key already may be of an entry before this one: rows are sent several at a time.
+    const auto isKey = [](const Error::Detail& detail) { return detail.first == "key"; };
+    if (number > 0 && std::none_of(error.Details().begin(), error.Details().end(), isKey)) {
+      error.With("audit entry", std::to_string(number));
+      if (!key.empty()) error.With("key", key);
+    }
     throw;
   }
 }

@@ -118,7 +118,8 @@ class clsDataCopy {
   // shared_steps.cpp
   DateTime Now();
   [[noreturn]] static void FailPlus100(const FailureTexts& failure);  // in a handler only
-  static Object List(const Object& manager, const Member& list, const std::vector<Variant>& bounds);
+  static Object List(const Object& manager, const Member& list, const std::vector<Variant>& bounds, Text table = {});
+  static Object RequiredObject(const Object& callee, const Member& member, Variant result);  // raises 91 for none
   static Object FirstRecord(const Object& enumeration);  // no object where there is none
   void SetFields(const FieldMaps& fields, Recordset& row, const Object& record);
   void SetField(const FieldMap& field, Recordset& row, const Object& record);

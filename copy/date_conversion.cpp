@@ -75,7 +75,7 @@ std::int16_t clsDataCopy::ReadCalendarLookBack() {
     platform_.files.OpenForInput(platform_.files.CurrentDirectory() + "\\QMX_CAL.INI", kFileNumber);
     const std::string setting = platform_.files.InputField(kFileNumber);
     platform_.files.Close(kFileNumber);
-    return Variant(std::floor(LeadingNumber(PieceAt(SplitAtEquals(setting), 1, setting)))).ToInt16();
+    return Variant(std::floor(LeadingNumber(PieceAt(SplitAtEquals(setting), 1, setting, "the setting")))).ToInt16();
   } catch (...) {
     return kDefaultLookBack;
   }

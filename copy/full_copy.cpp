@@ -11,6 +11,10 @@ namespace {
 const Member kHasMoreElements = "hasMoreElements";
 const Member kNextElement = "nextElement";
 
+std::string PlaceInListing(std::int32_t recordsBefore) {
+  return "of the listing's record " + std::to_string(std::int64_t{recordsBefore} + 1);
+}
+
 // What names a record in the report of a failure: the key columns that were filled before it, or the record's place in
 // the listing when the key itself could not be read.
 std::string DescribeRecord(Recordset& row, const std::vector<Column>& key, std::int32_t recordsBefore) {
@@ -24,7 +28,7 @@ std::string DescribeRecord(Recordset& row, const std::vector<Column>& key, std::
     }
   } catch (const Error&) {  // the local table lacks the key's column: the failure to be reported is that one
   }
-  return text.empty() ? "of the listing's record " + std::to_string(std::int64_t{recordsBefore} + 1) : text;
+  return text.empty() ? PlaceInListing(recordsBefore) : text;
 }
 
 }  // namespace
@@ -35,7 +39,7 @@ void clsDataCopy::CopyFull(const FullCopy& table, Text tableCode, Text busCompon
   try {
     manager = platform_.components.CreateObject(table.manager);
     manager.Call("initialize", busComponent);
-    enumeration = List(manager, table.list, table.bounds);
+    enumeration = List(manager, table.list, table.bounds, tableCode);
     RunTimeStamp = Now();
     if (enumeration) {
       // An empty listing leaves the local rows alone: an ERP that lists nothing is taken to be unwell.
@@ -73,7 +77,13 @@ void clsDataCopy::OpenTable(Text tableCode) {
 void clsDataCopy::AddRecords(const Object& enumeration, const std::vector<Column>& key, Text tableCode,
                              const Mapper& setFields) {
   while (enumeration.Call(kHasMoreElements).ToBoolean()) {
-    const Object record = enumeration.Call(kNextElement).ToObject();
+    Object record;
+    try {
+      record = RequiredObject(enumeration, kNextElement, enumeration.Call(kNextElement));
+    } catch (Error& error) {
+      error.With("table", tableCode).With("key", PlaceInListing(InsertCount));
+      throw;
+    }
     LocalRecordSet->AddNew();
     try {
       setFields(*LocalRecordSet, record);

@@ -34,7 +34,7 @@ void clsDataCopy::StartDataCopy(std::string ConnectionString, std::string LocalD
                                 std::string LogFilePath, std::string BOWBusComponent) {
   const std::int16_t outcome =
       RunCopy(ConnectionString, LocalDataBase, TableName, LogFilePath, Variant(BOWBusComponent));
-  const std::string table = PieceAt(SplitAtEquals(TableName), 0, TableName);
+  const std::string table = PieceAt(SplitAtEquals(TableName), 0, TableName, "the table code");
   const DateTime now = Now();
   if (outcome == kAlreadyInProgress) {
     events_.DataCopyAlreadyInProgress(now, table);
@@ -115,7 +115,7 @@ void clsDataCopy::CopyTable(Text tableName, Text tableCode, bool extendedForm, T
   if (!extendedForm) return CopyCalendars(tableCode, busComponent, syncMethod);
 
   const std::vector<std::string> parts = SplitAtEquals(tableName);
-  const std::string& kind = PieceAt(parts, 2, tableName);
+  const std::string& kind = PieceAt(parts, 2, tableName, "the table code");
   if (kind != "E" && kind != "C")
     return ReportNothingToCopy("There is no calendar kind \"" + kind + "\": nothing was copied.",
                                "end the table with =E for an employee's calendar, with =C for one by its code");

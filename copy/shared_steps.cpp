@@ -20,14 +20,28 @@ void clsDataCopy::FailPlus100(const FailureTexts& failure) {
   throw Error(NumberPlus100(CurrentError().Number()), failure.source, failure.description);
 }
 
-Object clsDataCopy::List(const Object& manager, const Member& list, const std::vector<Variant>& bounds) {
-  const std::vector<Argument> arguments(bounds.begin(), bounds.end());
-  return Invoke(manager, list, arguments).ToObject();
+Object clsDataCopy::List(const Object& manager, const Member& list, const std::vector<Variant>& bounds, Text table) {
+  try {
+    const std::vector<Argument> arguments(bounds.begin(), bounds.end());
+    return ObjectGivenBy(manager, list, Invoke(manager, list, arguments));
+  } catch (Error& error) {
+    if (!table.empty()) error.With("table", table);
+    throw;
+  }
+}
+
+Object clsDataCopy::RequiredObject(const Object& callee, const Member& member, Variant result) {
+  Object object = ObjectGivenBy(callee, member, std::move(result));
+  if (object) return object;
+  Error missing(errors::kObjectNotSet, "clsDataCopy",
+                "Object variable not set: " + std::string(member.Name()) + " gave no object.");
+  callee.Target()->Describe(missing, member);
+  throw missing;
 }
 
 Object clsDataCopy::FirstRecord(const Object& enumeration) {
   if (!enumeration || !enumeration.Call(kHasMoreElements).ToBoolean()) return {};
-  return enumeration.Call(kNextElement).ToObject();
+  return RequiredObject(enumeration, kNextElement, enumeration.Call(kNextElement));
 }
 
 void clsDataCopy::SetFields(const FieldMaps& fields, Recordset& row, const Object& record) {

@@ -21,11 +21,14 @@ inline std::vector<std::string> SplitAtEquals(std::string_view text) {
   return pieces;
 }
 
-inline const std::string& PieceAt(const std::vector<std::string>& pieces, std::size_t index, std::string_view text) {
+// `what` names the text in the error.
+inline const std::string& PieceAt(const std::vector<std::string>& pieces, std::size_t index, std::string_view text,
+                                  std::string_view what) {
   if (index < pieces.size()) return pieces[index];
   throw Error(errors::kSubscriptOutOfRange, "clsDataCopy",
-              "Subscript out of range: \"" + std::string(text) + "\" has " + std::to_string(pieces.size()) +
-                  " piece(s) between \"=\" signs, piece " + std::to_string(index + 1) + " is wanted.");
+              "Subscript out of range: " + std::string(what) + " \"" + std::string(text) + "\" has " +
+                  std::to_string(pieces.size()) + " piece(s) between \"=\" signs, piece " + std::to_string(index + 1) +
+                  " is wanted.");
 }
 
 }  // namespace qmx

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/components.h"
+#include "platform/error.h"
 #include "platform/event_log.h"
 #include "platform/trim.h"
 #include "schema/local_tables.h"
@@ -97,7 +98,13 @@ void clsDataCopyHandler::UpdateStatus(Variant& tableName, std::int16_t status) {
   if (!declarations_.HasStatusRequestId) return;
   Variant request = declarations_.StatusRequestId;
   objClientRequests.Call("UpdateStatusByTalbe", Ref(request), Ref(tableName), status);
-  declarations_.StatusRequestId = request.ToInt32();
+  try {
+    declarations_.StatusRequestId = request.ToInt32();
+  } catch (Error& error) {
+    error.With("argument", "the request number, which the server wrote");
+    objClientRequests.Target()->Describe(error, "UpdateStatusByTalbe");
+    throw;
+  }
 }
 
 void clsDataCopyHandler::DataCopyStarted(Variant iTime, Variant iTableName) {

@@ -19,6 +19,8 @@
 
 namespace qmx {
 
+class Error;
+
 // A member's name together with where it was last found. Kept as a constant at the call site, the name is looked up
 // once and not once per call. The text is borrowed: a literal, or one that outlives the call.
 class Member {
@@ -64,6 +66,11 @@ inline Argument Ref(Variant& variable) { return Argument::Reference(variable); }
 class Dispatch {
  public:
   virtual ~Dispatch() = default;
+
+  // Adds what is known of a call of the member: its name, and where the adapter knows them the object's ProgID and
+  // type.
+  virtual void Describe(Error& error, const Member& member) const;
+
   virtual Variant Invoke(const Member& member, std::span<const Argument> arguments) = 0;
 };
 
@@ -75,6 +82,9 @@ class Components {
 };
 
 [[noreturn]] void RaiseObjectNotSet(const Member& member);
+
+// What a call gave, as an object; none for no object. What is no object is error 13, which names the call.
+Object ObjectGivenBy(const Object& callee, const Member& member, Variant result);
 
 // The call behind Object::Call. Raises 91 on no object.
 inline Variant Invoke(const Object& object, const Member& member, std::span<const Argument> arguments) {

@@ -45,7 +45,8 @@ class CommandLine {
     if (piece < pieces_.size()) return pieces_[piece];
     throw Error(errors::kSubscriptOutOfRange, "QMX Data Copy - Start",
                 "Subscript out of range: the command line has " + std::to_string(pieces_.size()) +
-                    " piece(s) between commas, and none numbered " + std::to_string(piece));
+                    " piece(s) between commas, and none numbered " + std::to_string(piece) +
+                    "; the one numbered 3 is the log directory, into which the failure would be written");
   }
 
   std::string Trimmed(Piece piece) const { return std::string(qmx::Trimmed(At(piece))); }

@@ -21,6 +21,7 @@ class ServerObject final : public Dispatch {
   ServerObject& operator=(const ServerObject&) = delete;
 
   Variant Invoke(const Member& member, std::span<const Argument> arguments) override;
+  void Describe(Error& error, const Member& member) const override;
 
   qmx_object* Pointer() const { return object_; }
 
@@ -34,7 +35,6 @@ class ServerObject final : public Dispatch {
   Variant Described(const Member& member, Body&& body) const;
   [[noreturn]] void Raise(qmx_status status, const qmx_error& error) const;
   std::string Name() const;
-  void Describe(Error& error, const Member& member) const;
 
   qmx_object* object_;
   const char* progId_;      // null for an object that a call returned

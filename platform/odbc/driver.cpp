@@ -2,6 +2,7 @@
 
 #include <odbcinst.h>
 
+#include <fstream>
 #include <string>
 
 #include "platform/error.h"
@@ -12,6 +13,23 @@ namespace qmx {
 namespace {
 
 constexpr const char* kFile = "FILEDSN";
+
+// The driver manager joins the file's lines with ";": a value that holds one would end there.
+void RequireBracedValues(const std::string& file) {
+  std::ifstream lines(file);
+  std::string line;
+  for (int number = 1; std::getline(lines, line); ++number) {
+    const std::size_t equals = line.find('=');
+    const std::size_t first = line.find_first_not_of(" \t");
+    if (equals == std::string::npos || line[first] == ';' || line[first] == '#') continue;
+    const std::size_t value = line.find_first_not_of(" \t", equals + 1);
+    if (value == std::string::npos || line[value] == '{' || line.find(';', value) == std::string::npos) continue;
+    throw Error(errors::kInvalidCall, "ODBC",
+                "The data source file " + file + ", line " + std::to_string(number) +
+                    ": the value holds a \";\". Put it in braces, with \"}\" doubled inside.")
+        .With("file", file);
+  }
+}
 
 // The driver manager reads the file for texts of bytes only. What the text says too is not taken from the file.
 std::string WithFileRead(const ConnectionText& text) {
@@ -27,6 +45,7 @@ std::string WithFileRead(const ConnectionText& text) {
                 "The data source file " + *file + " cannot be read or has no section [ODBC].")
         .With("file", *file);
   }
+  RequireBracedValues(*file);
   std::string whole = WithoutOdbcKeyword(text.Text(), kFile);
   const ConnectionText inFile(pairs);
   for (const auto& [keyword, value] : inFile.Pairs()) {

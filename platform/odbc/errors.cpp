@@ -18,6 +18,7 @@ constexpr int kAnyCode = 0;
 constexpr const char* kGrant = "Let the user be granted that right (docs/databases.md lists what is needed).";
 constexpr const char* kWaited =
     "It took longer than the command time-out allows; where somebody else holds a lock, let that be released.";
+constexpr const char* kNoDatabase = "Check the database's name.";
 constexpr const char* kUnreachable = "Check the server's address and whether it runs.";
 constexpr const char* kLost = "The connection to the server is lost; look whether the server runs, then copy again.";
 constexpr const char* kFull = "The server has no room left; make room, then copy again.";
@@ -46,7 +47,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"", 1227, "", errors::kPermissionDenied, kGrant},
     {"", 1044, "", errors::kPermissionDenied, kGrant},
     {"", 1045, "", errors::kLogInFailed, "Check the user and the password."},
-    {"", 1049, "", errors::kProviderUnspecified, "Check the database's name."},
+    {"", 1049, "", errors::kProviderUnspecified, kNoDatabase},
     {"", 1290, "", errors::kPermissionDenied, kReadOnly},
     {"", 1792, "", errors::kPermissionDenied, kReadOnly},
     {"", 1836, "", errors::kPermissionDenied, kReadOnly},
@@ -72,6 +73,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"HY000", kAnyCode, "syntax error", errors::kCommand, ""},
     {"HY000", kAnyCode, "no such column", errors::kCommand, ""},
     // PostgreSQL; a refused log-in is only a text to its driver, and so is a cut connection
+    {"08001", kAnyCode, "FATAL:  database \"", errors::kProviderUnspecified, kNoDatabase},
     {"08001", kAnyCode, "password authentication failed", errors::kLogInFailed, "Check the user and the password."},
     {"HY000", kAnyCode, "server closed the connection", errors::kProviderUnspecified, kLost},
     {"HY000", kAnyCode, "no connection to the server", errors::kProviderUnspecified, kLost},
@@ -83,7 +85,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"25006", kAnyCode, "", errors::kPermissionDenied, kReadOnly},
     {"53100", kAnyCode, "", errors::kDiskFull, kFull},
     {"53200", kAnyCode, "", errors::kOutOfMemory, ""},
-    {"3D000", kAnyCode, "", errors::kProviderUnspecified, "Check the database's name."},
+    {"3D000", kAnyCode, "", errors::kProviderUnspecified, kNoDatabase},
     // every system
     {"42S02", kAnyCode, "", errors::kNoSuchTable, kNoTable},
     {"HYT0", kAnyCode, "", errors::kTimeout, kWaited},

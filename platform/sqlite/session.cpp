@@ -1,8 +1,10 @@
 #include "platform/sqlite/session.h"
 
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <map>
 #include <thread>
 
@@ -78,8 +80,10 @@ SqliteSession::Handle SqliteSession::OpenFile(const fs::path& file) {
   sqlite3_busy_handler(opened, WaitForLock, &deadline_);
   sqlite3_progress_handler(opened, kInstructionsBetweenLooks, StopWhenLate, &deadline_);
   if (sqlite3_db_readonly(opened, "main") == 1) {
+    const bool isReadOnlyDisk = access(file.c_str(), W_OK) != 0 && errno == EROFS;
     throw Error(errors::kPermissionDenied, "SQLite",
-                "The database " + file.string() + " cannot be written: permission is missing on the file.")
+                "The database " + file.string() + " cannot be written: " +
+                    (isReadOnlyDisk ? "its file system is read-only." : "permission is missing on the file."))
         .With("file", file.string());
   }
   try {

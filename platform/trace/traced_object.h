@@ -25,6 +25,7 @@ class TracedObject final : public Dispatch {
 
   TracedObject(const Object& target, std::string progId, std::shared_ptr<TraceContext> context);
   Variant Invoke(const Member& member, std::span<const Argument> arguments) override;
+  void Describe(Error& error, const Member& member) const override { target_.Target()->Describe(error, member); }
 
  private:
   Variant Wrapped(Variant value) const;

@@ -126,8 +126,66 @@ TEST(BadInput, OfARecordThatIsNoObjectFails) {
     return Object(manager);
   });
   rig.Run("tsmdm030");
-  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error 191, Copy Service Types: "), HasSubstr("member: getServiceType"),
-                                HasSubstr("table: tsmdm030"), HasSubstr("key: of the listing's record 1")));
+  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error 191, Copy Service Types: "), HasSubstr("member: nextElement"),
+                                HasSubstr("nextElement gave no object."), HasSubstr("table: tsmdm030"),
+                                HasSubstr("key: of the listing's record 1")));
+}
+
+TEST(BadInput, OfAListingThatIsATextNamesMemberAndTable) {
+  CopyRig rig;
+  rig.erp.Serves(kServiceTypesManager, [&] {
+    const auto manager = rig.erp.Make("manager");
+    manager->Takes("initialize", 1).Takes("Close", 0);
+    manager->On("List", 2, [](auto) { return Variant("A;B;C"); });
+    return Object(manager);
+  });
+  rig.Run("tsmdm030");
+  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error 113, Copy Service Types: "),
+                                HasSubstr("because of error 13, Values: Type mismatch: a text is not an object. "
+                                          "[member: List; table: tsmdm030]")));
+}
+
+TEST(BadInput, OfAnAuditEntryThatIsNoObjectTellsItsNumber) {
+  CopyRig rig;
+  rig.ControlRecord("tsmdm030", 2, "2026-11-19");
+  rig.erp.Lists(kServiceTypesManager, {});
+  rig.erp.Audits(kServiceTypesRecord, {});
+  rig.erp.Serves("audit.AuditReader", [&] {
+    const auto reader = rig.erp.Make("reader");
+    reader->Takes("initialize", 3).Gives("hasMoreElements", true).Gives("nextElement", Variant());
+    return Object(reader);
+  });
+  rig.Run("tsmdm030");
+  EXPECT_THAT(Chain(rig), HasSubstr("because of error 91, clsDataCopy: Object variable not set: nextElement gave no "
+                                    "object. [member: nextElement; table: tsmdm030; audit entry: 1]"));
+}
+
+TEST(BadInput, OfAnAuditEntryWithoutItsObjectBlamesTheReader) {
+  CopyRig rig;
+  rig.ControlRecord("tsmdm030", 2, "2026-11-19");
+  rig.erp.Lists(kServiceTypesManager, {});
+  rig.erp.Audits(kServiceTypesRecord, {});
+  rig.erp.Serves("audit.AuditReader", [&] {
+    const auto reader = rig.erp.Make("reader");
+    const auto entry = rig.erp.Make("entry");
+    entry->Gives("getTuple", 1);
+    reader->Takes("initialize", 3).Gives("hasMoreElements", true).Gives("nextElement", Object(entry));
+    reader->On("getCurrentObject", 1, [](auto) { return Variant(Object()); });
+    return Object(reader);
+  });
+  rig.Run("tsmdm030");
+  EXPECT_THAT(Chain(rig), HasSubstr("Object variable not set: getCurrentObject gave no object. [member: "
+                                    "getCurrentObject; table: tsmdm030; audit entry: 1]"));
+}
+
+TEST(BadInput, OfAnAuditEntryWhoseKeyCannotBeReadTellsItsNumber) {
+  CopyRig rig;
+  rig.ControlRecord("tsmdm030", 2, "2026-11-19");
+  rig.erp.Lists(kServiceTypesManager, {});
+  rig.erp.Audits(kServiceTypesRecord,
+                 {Inserted(ServiceType("A")), Inserted({{"getServiceType", Error(900, "Orvan", "No.")}})});
+  rig.Run("tsmdm030");
+  EXPECT_THAT(Chain(rig), HasSubstr("because of error 900, Orvan: No. [table: tsmdm030; audit entry: 2]"));
 }
 
 TEST(BadInput, OfAGetterThatRaisesFailsTheReReadingToo) {
@@ -137,9 +195,10 @@ TEST(BadInput, OfAGetterThatRaisesFailsTheReReadingToo) {
                 {{{"getServiceEmployeeName", Error(900, "Orvan", "No right to read names.")}, {kAnyOther, "7"}}});
   rig.erp.Audits("ServiceEmployees.ServiceEmployees", {Updated({{kAnyOther, "7"}})});
   rig.Run("tsmdm140");
-  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error 1000, Copy Service Employees: "),
-                                HasSubstr("because of error 900, Orvan: No right to read names. [column: dsca; member: "
-                                          "getServiceEmployeeName; table: tsmdm140; key: where emno='7']")));
+  EXPECT_THAT(Chain(rig),
+              AllOf(StartsWith("error 1000, Copy Service Employees: "),
+                    HasSubstr("because of error 900, Orvan: No right to read names. [column: dsca; member: "
+                              "getServiceEmployeeName; table: tsmdm140; audit entry: 1; key: where emno='7']")));
 }
 
 TEST(BadInput, OfAnAuditReaderThatRaisesHalfwayKeepsWhatWasApplied) {
@@ -149,10 +208,9 @@ TEST(BadInput, OfAnAuditReaderThatRaisesHalfwayKeepsWhatWasApplied) {
   rig.erp.Audits(kServiceTypesRecord, {Inserted(ServiceType("A"))});
   rig.erp.auditFailure = Error(300, "Audit", "The trail is broken.");
   rig.Run("tsmdm030");
-  EXPECT_THAT(
-      Chain(rig),
-      AllOf(StartsWith("error 400, Copy Service Types - Only Changed: "),
-            HasSubstr("because of error 300, Audit: The trail is broken. [table: tsmdm030; key: where cstp='A']")));
+  EXPECT_THAT(Chain(rig),
+              AllOf(StartsWith("error 400, Copy Service Types - Only Changed: "),
+                    HasSubstr("because of error 300, Audit: The trail is broken. [table: tsmdm030; audit entry: 2]")));
   EXPECT_EQ(rig.Rows("tsmdm030", {"cstp"}).size(), 1u);
   EXPECT_EQ(rig.Lutm("tsmdm030"), "2026-11-19");
 }

@@ -227,8 +227,9 @@ TEST_F(FailingChangedCopy, LeavesTheRecordSetOpenAndTheHalfFilledRowUnsaved) {
   EXPECT_EQ(error.Number(), 538);
   EXPECT_EQ(rig.inside.LocalRecordSet().State(), kStateOpen);
   EXPECT_THAT(Rows(), IsEmpty());
-  EXPECT_THAT(DescribeChain(error),
-              HasSubstr("[member: getServiceProcedure; column: prod; table: tsmdm030; key: where cstp='A']"));
+  EXPECT_THAT(
+      DescribeChain(error),
+      HasSubstr("[member: getServiceProcedure; column: prod; table: tsmdm030; audit entry: 1; key: where cstp='A']"));
 }
 
 TEST_F(FailingChangedCopy, IsToleratedByTheDriverWithItsRecordSetOpen) {

@@ -183,7 +183,8 @@ TEST(Run, FailsOnACalendarWithoutAKind) {
               ElementsAre("event Started 2026-11-20 14:05:09, \"tcccp030\"", Failed("tcccp030"), "event done"));
   EXPECT_EQ(rig.InUse("tcccp030"), "0");
   ASSERT_EQ(rig.failures.chains.size(), 1u);
-  EXPECT_THAT(rig.failures.chains[0], HasSubstr("error 9, clsDataCopy: Subscript out of range: \"tcccp030=4711\""));
+  EXPECT_THAT(rig.failures.chains[0],
+              HasSubstr("error 9, clsDataCopy: Subscript out of range: the table code \"tcccp030=4711\""));
 }
 
 TEST(Run, EndsInASubscriptErrorAfterTheRunOfAnEmptyTableName) {

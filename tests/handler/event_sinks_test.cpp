@@ -53,6 +53,23 @@ TEST_F(EventSinks, TellThatACopyStarted) {
                   "requests.UpdateStatusByTalbe(17, \"tsmdm030\", 10)"));
 }
 
+TEST_F(EventSinks, NameTheMemberThatWroteNoNumberIntoTheRequestNumber) {
+  components_.Serves("QMXServer20.ClientRequests", [this] {
+    const auto requests = components_.Make("requests");
+    requests->On("UpdateStatusByTalbe", 3, [](auto arguments) {
+      arguments[0].Write("nonsense");
+      return Variant();
+    });
+    return Object(requests);
+  });
+  Begin();
+  const Error error = Raised([&] { handler_.MyDataCopy_DataCopyStarted(kTime, "tsmdm030"); });
+  EXPECT_EQ(
+      DescribeChain(error),
+      "error 13, Values: Type mismatch: the text 'nonsense' is not a number. [argument: the request number, which "
+      "the server wrote; member: UpdateStatusByTalbe]");
+}
+
 TEST_F(EventSinks, TellTheResultWithItsCounts) {
   Begin();
   handler_.MyDataCopy_DataCopyComplete(kTime, "tssoc200", 1000000, 0, 12);

@@ -88,6 +88,20 @@ TEST_F(BadInput, AMissingDatabaseIsNamedAndNotMade) {
   EXPECT_FALSE(std::filesystem::exists(folder_ / "none.db"));
 }
 
+TEST_F(BadInput, ADatabaseOnAReadOnlyFileSystemLacksNoPermission) {
+  std::filesystem::create_directory(folder_ / "mounted");
+  const std::string readOnly = "mount --bind \"$2\" \"$2\" && mount -o remount,ro,bind \"$2\" && exec \"$0\" \"$1\"";
+  std::filesystem::rename(folder_ / "local.db", folder_ / "mounted/local.db");
+  pieces_.connection = "Provider=SQLite;Data Source=" + (folder_ / "mounted/local.db");
+  if (test::Run("/usr/bin/unshare", {"--mount", "true"}).status != 0) GTEST_SKIP() << "This user may mount nothing.";
+  const Process copy = test::Run(
+      "/usr/bin/unshare", {"--mount", "/bin/sh", "-c", readOnly, QMXDATACOPY, pieces_.Line(), folder_ / "mounted"},
+      environment_, folder_.Path());
+  EXPECT_EQ(copy.status, 2);
+  EXPECT_THAT(copy.err, HasSubstr("The database " + (folder_ / "mounted/local.db") +
+                                  " cannot be written: its file system is read-only."));
+}
+
 TEST_F(BadInput, AFileThatIsNoDatabaseIsNamedAndLeftAlone) {
   const std::string letter(2000, 'x');
   WriteFile(folder_ / "letter.txt", letter);

@@ -161,7 +161,8 @@ TEST_F(ProcessEntry, WithoutArgumentsTellsWhatIsWantedAndEndsWithTwo) {
   EXPECT_EQ(copy.status, 2);
   EXPECT_EQ(copy.out, "");
   EXPECT_THAT(copy.err, StartsWith("error 9, QMX Data Copy - Start: Subscript out of range: the command line has 0 "
-                                   "piece(s) between commas, and none numbered 3\n"
+                                   "piece(s) between commas, and none numbered 3; the one numbered 3 is the log "
+                                   "directory, into which the failure would be written\n"
                                    "  because of error 9999, QMX Data Copy - Start: Invalid Number of Arguments, "
                                    "Expected 5 or More.  Application cannot Start [pieces: 0 of at least 6; "));
   EXPECT_THAT(copy.err, HasSubstr("\nUsage: qmxdatacopy 'CONNECTION,DATABASE,TABLE,LOGDIR,COMPONENT1,COMPONENT2"));

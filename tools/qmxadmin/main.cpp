@@ -1,5 +1,8 @@
 // qmxadmin: what an operator does around the copies. One source a subcommand.
 
+#include <poll.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <iostream>
 
@@ -11,10 +14,17 @@
 
 namespace {
 
+// Whether it is a pipe that its reader has closed, as "head" does when it has seen enough.
+bool NobodyReads(int descriptor) {
+  pollfd pipe{descriptor, POLLOUT, 0};
+  return poll(&pipe, 1, 0) == 1 && (pipe.revents & POLLERR) != 0;
+}
+
 qmx::AdminStatus Run(const std::vector<std::string>& arguments) {
   const qmx::AdminStatus status = qmx::RunCommandLine(arguments);
   std::cout.flush();
-  if (!std::cout) throw qmx::Error(qmx::errors::kDeviceIo, "qmxadmin", "Standard output cannot be written.");
+  if (!std::cout && !NobodyReads(STDOUT_FILENO))
+    throw qmx::Error(qmx::errors::kDeviceIo, "qmxadmin", "Standard output cannot be written.");
   return status;
 }
 

@@ -67,6 +67,12 @@ TEST_F(ServerObjects, SeeKindsAndReferences) {
   EXPECT_EQ(probe().Call("kind", Ref(variable)), Variant(104));
 }
 
+TEST_F(ServerObjects, ThatGiveATextForAnObjectAreNamedWithMemberProgIdAndType) {
+  const Error error = Raised([&] { ObjectGivenBy(probe(), "echo", probe().Call("echo", "text")); });
+  EXPECT_THAT(DescribeChain(error), HasSubstr("Type mismatch: a text is not an object. [member: echo; progid: "
+                                              "Test.Probe; type: "));
+}
+
 TEST_F(ServerObjects, GiveEmptyFromAMemberWithoutAResult) { EXPECT_TRUE(probe().Call("nothing").IsEmpty()); }
 
 TEST_F(ServerObjects, GiveNoObjectThatCanBeTested) {

@@ -112,6 +112,32 @@ TEST_P(OpeningAServer, WhatTheTextSaysGoesBeforeWhatTheFileSays) {
   EXPECT_THAT(error.Description(), HasSubstr("nobody"));
 }
 
+TEST_P(OpeningOverOdbc, AValueWithASemicolonInAFileNeedsBraces) {
+  const TempFolder folder;
+  WriteFile(folder / "local.dsn", "[ODBC]\n; a note\n" + AsLines() + "PWD = hush;hush=hush\n");
+  const Error error = RaisedByOpening("FILEDSN=" + folder / "local.dsn");
+  EXPECT_EQ(error.Number(), 5);
+  EXPECT_THAT(
+      error.Description(),
+      testing::MatchesRegex("The data source file .*/local\\.dsn, line [0-9]+: the value holds a \";\"\\. Put it in "
+                            "braces, with \"}\" doubled inside\\."));
+  EXPECT_THAT(DescribeChain(error), Not(HasSubstr("hush")));
+
+  CreatePeople();
+  AddPerson("A", "Ann");
+  WriteFile(folder / "braced.dsn", "[ODBC]\n" + AsLines() + (IsServer() ? "PWD = {wild;{}}rose}\n" : ""));
+  Connection other({&base->GetDriver()}, nullptr);
+  other.Open("FILEDSN=" + folder / "braced.dsn", "", "");
+  EXPECT_EQ(other.Execute("update people set name='Bob'"), 1);
+}
+
+TEST_P(OpeningAServer, AMissingDatabaseIsNoMissingServer) {
+  const Error error = RaisedByOpening(WithOdbcKeyword(base->ConnectionText(), "DATABASE", "nowhere"));
+  EXPECT_EQ(error.Number(), -2147467259);
+  EXPECT_THAT(error.Description(), HasSubstr("nowhere"));
+  EXPECT_THAT(error.Description(), HasSubstr("Check the database's name."));
+}
+
 TEST_P(OpeningOverOdbc, AMissingFileIsNamed) {
   const Error error = RaisedByOpening("FILEDSN=/nowhere/local.dsn");
   EXPECT_EQ(error.Number(), -2147467259);
