@@ -203,6 +203,23 @@ public class ListingTest {
     return assertThrows(Exception.class, () -> new ServiceTypesManager().initialize(component)).getMessage();
   }
 
+  // The tests run in a heap of 24 MiB.
+  @Test
+  public void isReadInAHeapThatCannotHoldItsRecords() throws Exception {
+    assertTrue("" + Runtime.getRuntime().maxMemory(), Runtime.getRuntime().maxMemory() <= 24 << 20);
+    sandbox.run("DROP TRIGGER audit_tsmdm030_insert");
+    sandbox.run("WITH RECURSIVE n(i) AS (VALUES (100000) UNION ALL SELECT i + 1 FROM n WHERE i < 299999) "
+        + "INSERT INTO tsmdm030 (cstp, \"desc\") SELECT i, 'a description of forty letters, number ' || i FROM n");
+    Enumeration<ServiceTypes> types = opened(new ServiceTypesManager()).List("", "Z");
+    int read = 0;
+    while (types.hasMoreElements()) {
+      ServiceTypes type = types.nextElement();
+      assertEquals("a description of forty letters, number " + type.getServiceType(), type.getServiceTypeDescription());
+      ++read;
+    }
+    assertEquals(200000, read);
+  }
+
   @Test
   public void leavesNoFileOpenBehindListingsOfOneRecord() throws Exception {
     sandbox.run("INSERT INTO tsmdm030 (cstp) VALUES ('A')");

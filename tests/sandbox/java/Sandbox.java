@@ -19,11 +19,22 @@ final class Sandbox {
 
   /** A file with a small company in it, and nothing in the audit trail. The data is about 2026-11-20. */
   Sandbox() throws Exception {
+    this("--today", "2026-11-20");
+  }
+
+  private Sandbox(String... about) throws Exception {
     folder = Files.createTempDirectory("orvan");
-    tool("make", file(), "--seed", "1", "--today", "2026-11-20", "--employees", "12", "--orders", "40",
-        "--addresses", "20", "--calendars", "4", "--calendar-days", "130", "--configurations", "15");
+    List<String> make = new ArrayList<>(List.of("make", file(), "--seed", "1", "--employees", "12", "--orders", "40",
+        "--addresses", "20", "--calendars", "4", "--calendar-days", "130", "--configurations", "15"));
+    make.addAll(List.of(about));
+    tool(make.toArray(String[]::new));
     connection = DriverManager.getConnection("jdbc:sqlite:" + file());
     run("PRAGMA synchronous = OFF");
+  }
+
+  /** The same with data about today. */
+  static Sandbox ofToday() throws Exception {
+    return new Sandbox(new String[0]);
   }
 
   /** The same with nothing in its tables. */
@@ -47,6 +58,11 @@ final class Sandbox {
   /** A day of work that begins at 8 on 2026-11-20. */
   void work() throws Exception {
     tool("work", file(), "--seed", "3", "--today", "2026-11-20", "--from", "2026-11-20 08:00:00");
+  }
+
+  /** A day of work, all of it done now. */
+  void workToday() throws Exception {
+    tool("work", file(), "--seed", "3");
   }
 
   void run(String sql) throws SQLException {
@@ -88,7 +104,7 @@ final class Sandbox {
   }
 
   private static void tool(String... arguments) throws IOException, InterruptedException {
-    List<String> command = new ArrayList<>(List.of(System.getProperty("orvan.tool")));
+    List<String> command = new ArrayList<>(List.of(System.getProperty("orvan.programs") + "/orvan-sandbox"));
     command.addAll(List.of(arguments));
     Process process = new ProcessBuilder(command).redirectErrorStream(true).start();
     String said = new String(process.getInputStream().readAllBytes());
