@@ -40,7 +40,10 @@ class OdbcConnection {
   void WatchStatement(const std::shared_ptr<const std::string>& statement) const { watch_.Statement(statement); }
   WatchedCall WatchedAsStatement(const char* action) const { return {watch_, action, statementLimit_}; }
 
-  // Raises where the watchdog ended the connection; what the call on the handle returned is the cause.
+  void RequireNoSilence() const {  // raises where the watchdog ended the connection
+    if (watch_.HasEnded()) throw watch_.Silence();
+  }
+  // The same after a call; what the call on the handle returned is the cause.
   template <SQLSMALLINT type>
   void RequireNoSilence(const OdbcHandle<type>& handle, SQLRETURN result) const {
     if (watch_.HasEnded()) RaiseSilence(type, handle.Get(), result);

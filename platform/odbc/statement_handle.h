@@ -11,8 +11,10 @@ namespace qmx {
 
 class StatementHandle {
  public:
-  explicit StatementHandle(const OdbcConnection& connection)  // borrowed
-      : connection_(connection), handle_(std::in_place, connection.Handle()) {}
+  explicit StatementHandle(const OdbcConnection& connection) : connection_(connection) {  // borrowed
+    connection_.RequireNoSilence();
+    handle_.emplace(connection.Handle());
+  }
   ~StatementHandle() {
     const WatchedCall watched = Watched("a statement was closed");
     handle_.reset();

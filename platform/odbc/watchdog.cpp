@@ -55,7 +55,7 @@ Duration SilenceLimits::Statement(std::chrono::seconds timeout) const {
 
 // Never destroyed: connections may be, when the process ends, in any order.
 Watchdog& Watchdog::Usual() {
-  static Watchdog& usual = *new Watchdog(SilenceLimits());
+  static Watchdog& usual = *new Watchdog(SilenceLimits::FromEnvironment());
   return usual;
 }
 

@@ -50,7 +50,7 @@ class Watchdog {
   using Clock = std::chrono::steady_clock;
   using GiveUp = std::function<void(const Error&)>;  // called on the watchdog's thread; not expected to return
 
-  static Watchdog& Usual();  // with the usual limits
+  static Watchdog& Usual();  // with the limits of the environment
 
   // Without `giveUp` the error is printed and the process ends with status 2.
   explicit Watchdog(SilenceLimits limits, GiveUp giveUp = PrintAndEnd);
