@@ -92,10 +92,13 @@ class DriverSession {
   virtual std::string Catalog() = 0;
   virtual void SelectCatalog(const std::string& name) = 0;
   virtual void Timeout(std::chrono::seconds limit) = 0;  // for every statement from now on; 0 waits forever
+
+  // A transaction, one at a time. When Commit raises, Rollback decides: it returns only if nothing since Begin is
+  // saved. When Rollback raises, that is not known, and every further call raises.
   virtual void Begin() = 0;     // what was written before is the database's; what follows can be taken back
   virtual void Rollback() = 0;  // takes back what was written since Begin
   virtual void Commit() = 0;    // what was written is the database's from here on, Begin or not
-  virtual void Close() = 0;     // once; statements are gone by then
+  virtual void Close() = 0;     // once; statements are gone by then; raises if a transaction is open
 
   // Between Begin and Commit. None where a rollback does not take everything back.
   virtual GroupLimits Grouping() { return {}; }

@@ -31,51 +31,65 @@ bool Group::IsPossible() {
 }
 
 std::int64_t Group::Run(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values) {
-  if (!isOpen_) {
-    inner_.Begin();
-    isOpen_ = true;
-    due_ = Clock::now() + limits_->time;
-  }
+  if (!IsOpen()) Open();
+  Keep(text, values);  // first: without memory for it the statement is not executed
   std::optional<std::int64_t> affected;
   try {
     affected = Executed(statement, values);
   } catch (const Error& error) {
+    --count_;
     Redo();
     if (error.Number() == errors::kTimeout) throw;  // it would take as long again
+  } catch (...) {
+    --count_;
+    Redo();
+    throw;
   }
   if (!affected) return Executed(statement, values);
-  Keep(text, values);
   if (count_ == limits_->statements) Commit();
   return *affected;
 }
 
+void Group::Open() {
+  state_.RequireKnown();
+  inner_.Begin();
+  state_.Opened();
+  due_ = Clock::now() + limits_->time;
+}
+
 void Group::Commit() {
-  if (!isOpen_) return;
+  state_.RequireKnown();
+  if (!IsOpen()) return;
   try {
     inner_.Commit();
-    isOpen_ = false;
-    count_ = 0;
+  } catch (...) {  // a refusal that one of the statements will meet again
+    Redo();
     return;
-  } catch (const Error&) {  // what it was, one of the statements will meet again
   }
-  Redo();
+  state_.Ended();
+  count_ = 0;
 }
 
 void Group::Keep(const std::string& text, std::span<const Variant* const> values) {
   if (written_.size() == count_) written_.emplace_back();
-  Written& written = written_[count_++];
+  Written& written = written_[count_];
   written.text = text;
   written.values.resize(values.size());
   for (std::size_t parameter = 0; parameter < values.size(); ++parameter) {
     written.values[parameter] = *values[parameter];
   }
+  ++count_;
 }
 
 void Group::Redo() {
-  if (!isOpen_) return;
-  due_ = Clock::now() + limits_->time;  // to try again, where this fails
-  inner_.Rollback();
-  isOpen_ = false;
+  if (!IsOpen()) return;
+  try {
+    inner_.Rollback();
+  } catch (...) {
+    Lose();
+    throw;
+  }
+  state_.Ended();
   const std::span again = std::span(written_).first(std::exchange(count_, 0));
   for (const Written& written : again) {
     try {
@@ -90,5 +104,7 @@ void Group::Redo() {
     }
   }
 }
+
+void Group::Lose() noexcept { state_.Lose(); }
 
 }  // namespace qmx

@@ -27,6 +27,7 @@ bool BatchingInsert::Step() {
   if (mayWait_ && !many_) {
     const auto lock = session_.Ready();
     many_ = session_.Inner().PrepareRows(insert_);
+    AskMostRows();
   }
   if (mayWait_ && session_.Waits(*this, bound_)) return false;
   session_.Write(*one_, text_, bound_);

@@ -22,8 +22,11 @@ class BatchingInsert : public DriverStatement {
   void Reset() noexcept override { mayWait_ = false; }
   void MayWait() noexcept override { mayWait_ = true; }
 
-  std::size_t Width() const { return bound_.size(); }     // values of one row
-  std::size_t MostRows() const { return many_->Most(); }  // of one batch
+  std::size_t Width() const { return bound_.size(); }  // values of one row
+  std::size_t MostRows() const { return mostRows_; }   // of one batch
+
+  // While nobody sends: a batch may have shown that others are better smaller.
+  void AskMostRows() { mostRows_ = many_->Most(); }
 
   // Sends rows whose values follow each other, on whichever thread the session says.
   void Send(std::span<const Variant> values);
@@ -38,6 +41,7 @@ class BatchingInsert : public DriverStatement {
   std::unique_ptr<DriverStatement> one_;  // for a row alone
   std::unique_ptr<DriverRows> many_;      // from the first row on that may wait
   std::vector<const Variant*> bound_;     // of the row that is being added
+  std::size_t mostRows_ = 0;
   bool mayWait_ = false;
   std::vector<ColumnDescription> noColumns_;
 };

@@ -59,14 +59,22 @@ void BatchingSession::Begin() {
 }
 
 void BatchingSession::Rollback() {
-  const Lock lock = Ready();
-  isWithinBegin_ = false;
-  inner_->Rollback();
+  Lock lock(mutex_);
+  SendAll(lock);
+  if (std::exchange(isWithinBegin_, false)) failure_ = nullptr;  // of rows that are taken back
+  try {
+    inner_->Rollback();
+  } catch (...) {
+    group_.Lose();
+    throw;
+  }
+  RaiseFailure();
 }
 
 void BatchingSession::Commit() {
   const Lock lock = Ready();
   if (mayGroup_ && !isWithinBegin_) return;
+  group_.Commit();  // none is open, but a lost one raises
   isWithinBegin_ = false;
   inner_->Commit();
 }
@@ -147,10 +155,8 @@ std::int64_t BatchingSession::Write(DriverStatement& statement, const std::strin
   const bool inGroup = mayGroup_ && !isWithinBegin_ && group_.IsPossible();
   if (!inGroup) group_.Commit();  // one that could not be committed before
   if (!inGroup) return Executed(statement, values);
-  const bool wasOpen = group_.IsOpen();
-  const std::int64_t affected = group_.Run(statement, text, values);
-  if (group_.IsOpen() && !wasOpen) StartHelper();
-  return affected;
+  if (!group_.IsOpen()) StartHelper();  // to commit it in time, whatever fails in it
+  return group_.Run(statement, text, values);
 }
 
 void BatchingSession::Forget(const BatchingInsert& insert) {
@@ -183,6 +189,7 @@ void BatchingSession::SendOldest(Lock& lock) {
   ForgetLongTexts(batch.values);
   lock.lock();
   isSending_ = false;
+  batch.insert->AskMostRows();
   batch.rows = 0;
   oldest_ = (oldest_ + 1) % kBatches;
   --full_;

@@ -61,7 +61,7 @@ class BatchingSession : public DriverSession {
   decltype(auto) Read(const Lock&, Use&& use) {
     try {
       return use();
-    } catch (const Error&) {
+    } catch (...) {
       group_.Redo();
       throw;
     }

@@ -19,30 +19,6 @@ using Kind = Variant::Kind;
 constexpr std::size_t kMostRows = 1000;      // with 500 a copy takes up to a tenth longer, for 2 MiB less
 constexpr std::size_t kMostBytes = 4 << 20;  // of all arrays: a long text makes its whole array wide
 
-// Taken back unless it is committed.
-class Transaction {
- public:
-  explicit Transaction(OdbcConnection& connection) : connection_(connection) { connection_.AutoCommit(false); }
-  ~Transaction() {
-    try {
-      if (!isCommitted_) connection_.End(SQL_ROLLBACK);
-      connection_.AutoCommit(true);
-    } catch (const Error&) {  // the connection is lost, and the transaction with it
-    }
-  }
-  Transaction(const Transaction&) = delete;
-  Transaction& operator=(const Transaction&) = delete;
-
-  void Commit() {
-    connection_.End(SQL_COMMIT);
-    isCommitted_ = true;
-  }
-
- private:
-  OdbcConnection& connection_;
-  bool isCommitted_ = false;
-};
-
 ParameterArray ArrayFor(Kind kind) {
   switch (kind) {
     case Kind::Boolean:
@@ -101,14 +77,20 @@ class ArrayRows : public DriverRows {
  private:
   // Should the driver send the rows one by one, those before a bad one must not stay.
   std::size_t AddOnTrial(std::span<const Variant> values) {
-    Transaction transaction(connection_);
-    const std::int64_t before = InsertsSent();
-    const std::size_t rows = AddArrays(values);
-    const bool isOneStatement = InsertsSent() == before + 1;
-    transaction.Commit();
-    isTrusted_ = rows > 1 && isOneStatement;
-    isRefused_ = !isOneStatement;
-    return rows;
+    if (connection_.Transaction().IsOpen()) return otherwise_->Add(values);  // it is not ours to take back
+    connection_.Begin();
+    try {
+      const std::int64_t before = InsertsSent();
+      const std::size_t rows = AddArrays(values);
+      const bool isOneStatement = InsertsSent() == before + 1;
+      connection_.Commit();
+      isTrusted_ = rows > 1 && isOneStatement;
+      isRefused_ = !isOneStatement;
+      return rows;
+    } catch (...) {
+      connection_.Rollback();
+      throw;
+    }
   }
 
   std::int64_t InsertsSent() {

@@ -118,7 +118,7 @@ std::vector<std::string> UniqueIndex(OdbcConnection& connection, const std::stri
   return {};
 }
 
-std::vector<ColumnDescription> ColumnsOf(const OdbcConnection& connection, const std::string& table) {
+std::vector<ColumnDescription> ColumnsOf(OdbcConnection& connection, const std::string& table) {
   OdbcStatement query(connection, "select * from " + QuotedName(connection, table) + " where 1=0");
   std::vector<ColumnDescription> columns = query.Columns();
   query.Step();  // some drivers look for the table only now

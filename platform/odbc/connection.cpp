@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "platform/execution.h"
+#include "platform/odbc/answers.h"
 #include "platform/odbc/statement.h"
 #include "platform/odbc/unicode.h"
 
@@ -100,6 +101,55 @@ void OdbcConnection::Timeout(std::chrono::seconds limit) {
   std::string setting = dialect_->timeoutSetting;
   setting.replace(setting.find('#'), 1, limit.count() == 0 ? dialect_->noTimeout : units);
   Run(setting);
+}
+
+void OdbcConnection::Begin() {
+  transaction_.RequireNone("A transaction cannot begin");
+  try {
+    AutoCommit(false);
+  } catch (...) {
+    ReturnToAutoCommit();
+    throw;
+  }
+  transaction_.Opened();
+}
+
+void OdbcConnection::Commit() {
+  transaction_.RequireKnown();
+  if (!transaction_.IsOpen()) return;
+  try {
+    End(SQL_COMMIT);
+  } catch (const Error& error) {
+    if (!IsRefusal(error, dialect_->refusals)) Lose();
+    throw;
+  } catch (...) {
+    Lose();
+    throw;
+  }
+  ReturnToAutoCommit();
+}
+
+void OdbcConnection::Rollback() {
+  transaction_.RequireKnown();
+  if (!transaction_.IsOpen()) return;
+  try {
+    End(SQL_ROLLBACK);
+  } catch (...) {
+    Lose();
+    throw;
+  }
+  ReturnToAutoCommit();
+}
+
+// Only after the transaction has ended: it would commit what is left.
+void OdbcConnection::ReturnToAutoCommit() {
+  try {
+    AutoCommit(true);
+  } catch (...) {
+    Lose();
+    throw;
+  }
+  transaction_.Ended();
 }
 
 void OdbcConnection::AutoCommit(bool on) {

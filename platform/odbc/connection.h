@@ -8,6 +8,7 @@
 #include "platform/odbc/dialect.h"
 #include "platform/odbc/handle.h"
 #include "platform/odbc/watchdog.h"
+#include "platform/transaction_state.h"
 
 namespace qmx {
 
@@ -26,6 +27,13 @@ class OdbcConnection {
 
   void Timeout(std::chrono::seconds limit);                     // for every statement from now on; 0 for none
   std::chrono::seconds QueryTimeout() const { return limit_; }  // that each statement must ask the driver for
+
+  // A transaction, as DriverSession has it.
+  void Begin();
+  void Commit();
+  void Rollback();
+  const TransactionState& Transaction() const { return transaction_; }
+  void Lose() noexcept { transaction_.Lose(); }  // an answer was lost: the error is being handled
 
   void AutoCommit(bool on);
   void End(SQLSMALLINT completion);  // SQL_COMMIT or SQL_ROLLBACK
@@ -62,6 +70,7 @@ class OdbcConnection {
     Watch& watch_;
   };
 
+  void ReturnToAutoCommit();
   std::string Info(SQLUSMALLINT what) const;
   template <typename Function>
   void Require(const char* action, SilenceLimits::Duration limit, Function&& function) const;
@@ -79,6 +88,7 @@ class OdbcConnection {
   const OdbcDialect* dialect_;
   std::string identifierQuote_;
   bool isUtf8_ = false;
+  TransactionState transaction_;
   std::chrono::seconds limit_{0};
 };
 

@@ -37,6 +37,7 @@ std::vector<OdbcDialect> MakeDialects() {
   mariadb.remarksAreErrors = true;
   mariadb.rowsTogether = RowsTogether::ByArrays;
   mariadb.grouping = kOfWrittenRows;
+  mariadb.refusals = Refusals::ByNativeCode;
   mariadb.keepsPartsQuery =
       "select 1 from information_schema.tables t join information_schema.engines e on e.engine = t.engine"
       " where t.table_schema = database() and e.transactions <> 'YES'";
@@ -48,6 +49,7 @@ std::vector<OdbcDialect> MakeDialects() {
   sqlite.system = "SQLite";
   // The driver takes a query time-out and ignores it, and waits for locks as its own connection text says (Timeout=).
   sqlite.catalogIsFile = true;
+  sqlite.refusals = Refusals::Always;
 
   OdbcDialect other;
   other.switchesCatalog = true;

@@ -15,6 +15,13 @@ enum class RowsTogether {
   ByArrays,  // an array for each parameter
 };
 
+// How an error of a commit shows that the database refused it and saved nothing.
+enum class Refusals {
+  ByState,       // a server's own SQLSTATE
+  ByNativeCode,  // a server's own error code; its driver's codes begin at 2000
+  Always,        // no connection lies between
+};
+
 struct OdbcDialect {
   std::string_view system;  // the beginning of what the driver calls its database system; "" fits every one
 
@@ -59,6 +66,9 @@ struct OdbcDialect {
   // Has a row for each table t of the catalog in which a refused statement leaves some of its rows and which a rollback
   // does not change; "" where there is none such ever.
   std::string keepsPartsQuery;
+
+  // Without such a sign the answer may be lost and the transaction saved.
+  Refusals refusals = Refusals::ByState;
 
   // Where only the written rows are locked, a group is as large as the time allows.
   GroupLimits grouping;

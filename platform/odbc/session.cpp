@@ -28,7 +28,7 @@ OdbcSession::OdbcSession(std::string text, Watchdog& watchdog)
 
 std::unique_ptr<DriverStatement> OdbcSession::Prepare(const std::string& statement) {
   // One driver takes whatever stands behind a ";" for a second statement.
-  return std::make_unique<OdbcStatement>(*connection_, std::string(StatementAlone(statement)));
+  return std::make_unique<OdbcStatement>(Known(), std::string(StatementAlone(statement)));
 }
 
 std::unique_ptr<DriverRows> OdbcSession::PrepareRows(const RowInsert& insert) {
@@ -49,17 +49,17 @@ bool OdbcSession::KeepsParts(const std::string& table) {
   const std::string& text = connection_->Dialect().keepsPartsQuery;
   if (text.empty()) return false;
   const Variant name(table);
-  OdbcStatement query(*connection_, table.empty() ? text : text + " and t.table_name = ?");
+  OdbcStatement query(Known(), table.empty() ? text : text + " and t.table_name = ?");
   if (!table.empty()) query.Bind(0, name);
   return query.Step();
 }
 
-TableDescription OdbcSession::Describe(const std::string& table) { return DescribeTable(*connection_, table); }
+TableDescription OdbcSession::Describe(const std::string& table) { return DescribeTable(Known(), table); }
 
 std::string OdbcSession::QuoteIdentifier(const std::string& name) const { return QuotedName(*connection_, name); }
 
 std::string OdbcSession::Catalog() {
-  const OdbcDialect& dialect = connection_->Dialect();
+  const OdbcDialect& dialect = Known().Dialect();
   if (dialect.catalogIsFile) return FileOf(text_).stem().string();
   if (!dialect.catalogQuery.empty()) return connection_->AskText(dialect.catalogQuery);
   return connection_->Attribute(SQL_ATTR_CURRENT_CATALOG);
@@ -67,6 +67,7 @@ std::string OdbcSession::Catalog() {
 
 void OdbcSession::SelectCatalog(const std::string& name) {
   if (name == Catalog()) return;
+  connection_->Transaction().RequireNone("The default database cannot be changed");
   if (connection_->Dialect().switchesCatalog) {
     connection_->Attribute(SQL_ATTR_CURRENT_CATALOG, name);
   } else {
@@ -106,29 +107,28 @@ void OdbcSession::ConnectTo(const std::string& catalog) {
 }
 
 void OdbcSession::Timeout(std::chrono::seconds limit) {
-  connection_->Timeout(limit);
+  Known().Timeout(limit);
   timeout_ = limit;
 }
 
-void OdbcSession::Begin() {
-  connection_->AutoCommit(false);
-  inTransaction_ = true;
-}
+void OdbcSession::Begin() { connection_->Begin(); }
 
-void OdbcSession::Rollback() { EndTransaction(SQL_ROLLBACK); }
+void OdbcSession::Rollback() { connection_->Rollback(); }
 
 // Every row is committed as it is written, so there is something to do after Begin only.
-void OdbcSession::Commit() { EndTransaction(SQL_COMMIT); }
-
-void OdbcSession::EndTransaction(SQLSMALLINT completion) {
-  if (!inTransaction_) return;
-  inTransaction_ = false;
-  connection_->End(completion);
-  connection_->AutoCommit(true);
-}
+void OdbcSession::Commit() { connection_->Commit(); }
 
 GroupLimits OdbcSession::Grouping() { return KeepsParts("") ? GroupLimits() : connection_->Dialect().grouping; }
 
-void OdbcSession::Close() { connection_.reset(); }
+void OdbcSession::Close() {
+  const TransactionState left = connection_->Transaction();
+  connection_.reset();
+  left.RequireNone("The connection was closed, and rows were lost,");
+}
+
+OdbcConnection& OdbcSession::Known() {
+  connection_->Transaction().RequireKnown();
+  return *connection_;
+}
 
 }  // namespace qmx

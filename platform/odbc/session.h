@@ -30,14 +30,13 @@ class OdbcSession : public DriverSession {
 
  private:
   bool KeepsParts(const std::string& table);  // "" for any table
-  void EndTransaction(SQLSMALLINT completion);
+  OdbcConnection& Known();                    // the connection; raises once its state is unknown
   void ConnectTo(const std::string& catalog);
 
   Watchdog& watchdog_;
   std::string text_;  // of the connection that stands
   std::unique_ptr<OdbcConnection> connection_;
   std::chrono::seconds timeout_{30};
-  bool inTransaction_ = false;
 };
 
 }  // namespace qmx

@@ -7,6 +7,7 @@
 #include <array>
 #include <utility>
 
+#include "platform/odbc/answers.h"
 #include "platform/odbc/types.h"
 
 namespace qmx {
@@ -23,7 +24,7 @@ SQLLEN Bytes(std::size_t characters) { return static_cast<SQLLEN>(characters * s
 
 }  // namespace
 
-OdbcStatement::OdbcStatement(const OdbcConnection& connection, const std::string& text)
+OdbcStatement::OdbcStatement(OdbcConnection& connection, const std::string& text)
     : connection_(connection),
       text_(ToWide(text)),
       shownText_(std::make_shared<const std::string>(text)),
@@ -31,9 +32,23 @@ OdbcStatement::OdbcStatement(const OdbcConnection& connection, const std::string
   Prepare();
 }
 
+// A statement whose answer was lost may have been committed: nothing may be sent again.
+template <typename Ask>
+auto OdbcStatement::Heard(Ask&& ask) const {
+  try {
+    return ask();
+  } catch (const Error& error) {
+    if (IsLoss(error)) connection_.Lose();
+    throw;
+  }
+}
+
 void OdbcStatement::Prepare() {
+  connection_.Transaction().RequireKnown();
   connection_.WatchStatement(shownText_);
-  statement_.Require("a statement was prepared", SQLPrepareW, text_.data(), static_cast<SQLINTEGER>(text_.size()));
+  Heard([&] {
+    statement_.Require("a statement was prepared", SQLPrepareW, text_.data(), static_cast<SQLINTEGER>(text_.size()));
+  });
   prepared_ = Clock::now();
   columns_.reset();
 }
@@ -147,6 +162,7 @@ bool OdbcStatement::Step() {
 }
 
 void OdbcStatement::Execute() {
+  connection_.Transaction().RequireKnown();
   if (const auto limit = connection_.QueryTimeout(); limit != std::exchange(limit_, limit)) {
     SQLSetStmtAttrW(statement_.Get(), SQL_ATTR_QUERY_TIMEOUT, reinterpret_cast<SQLPOINTER>(limit.count()),
                     SQL_IS_UINTEGER);
@@ -157,11 +173,14 @@ void OdbcStatement::Execute() {
     Columns();  // once a query without rows is over, not every driver can tell them
   }
   connection_.WatchStatement(shownText_);
-  const SQLRETURN result = statement_.Call("a statement was executed", SQLExecute);
+  const SQLRETURN result = Heard([&] {
+    const SQLRETURN answer = statement_.Call("a statement was executed", SQLExecute);
+    if (answer != SQL_NO_DATA) statement_.Check(answer);  // no data: it affected no row
+    return answer;
+  });
   if (result == SQL_SUCCESS_WITH_INFO && connection_.Dialect().remarksAreErrors) {
     throw OdbcError(SQL_HANDLE_STMT, statement_.Get());
   }
-  if (result != SQL_NO_DATA) statement_.Check(result);  // no data: it affected no row
   isRunning_ = true;
   SQLSMALLINT width = 0;
   statement_.Require(kDescribed, SQLNumResultCols, &width);
@@ -172,10 +191,12 @@ void OdbcStatement::Execute() {
 }
 
 bool OdbcStatement::Fetch() {
-  const SQLRETURN result = statement_.Call("a row was read", SQLFetch);
-  if (result == SQL_NO_DATA) return false;
-  statement_.Check(result);
-  return true;
+  return Heard([&] {
+    const SQLRETURN result = statement_.Call("a row was read", SQLFetch);
+    if (result == SQL_NO_DATA) return false;
+    statement_.Check(result);
+    return true;
+  });
 }
 
 Variant OdbcStatement::Value(std::size_t column) {

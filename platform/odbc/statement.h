@@ -28,7 +28,7 @@ struct ParameterArray {
 
 class OdbcStatement : public DriverStatement {
  public:
-  OdbcStatement(const OdbcConnection& connection, const std::string& text);  // the connection is borrowed
+  OdbcStatement(OdbcConnection& connection, const std::string& text);  // the connection is borrowed
 
   const std::vector<ColumnDescription>& Columns() const override;
   void Bind(std::size_t parameter, const Variant& value) override;
@@ -55,6 +55,8 @@ class OdbcStatement : public DriverStatement {
 
   void Prepare();
   void Execute();
+  template <typename Ask>
+  auto Heard(Ask&& ask) const;  // of the server, whose silence makes the connection's state unknown
   bool Fetch();
   void Close() noexcept;
   ColumnDescription Describe(SQLUSMALLINT column) const;
@@ -63,7 +65,7 @@ class OdbcStatement : public DriverStatement {
   std::optional<std::basic_string_view<Char>> Read(SQLUSMALLINT column, SQLSMALLINT type,
                                                    std::basic_string<Char>& buffer);
 
-  const OdbcConnection& connection_;
+  OdbcConnection& connection_;
   WideText text_;
   std::shared_ptr<const std::string> shownText_;
   StatementHandle statement_;

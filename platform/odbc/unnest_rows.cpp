@@ -18,7 +18,7 @@ constexpr std::size_t kMostRows = 1000;  // with 500 a copy takes up to a tenth 
 
 class UnnestRows : public DriverRows {
  public:
-  UnnestRows(const OdbcConnection& connection, const std::string& statement, std::size_t columns)
+  UnnestRows(OdbcConnection& connection, const std::string& statement, std::size_t columns)
       : arrays_(columns), statement_(connection, statement) {}
 
   std::size_t Most() const override { return kMostRows; }

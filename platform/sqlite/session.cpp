@@ -89,7 +89,7 @@ SqliteSession::Handle SqliteSession::OpenFile(const fs::path& file) {
   try {
     for (const char* setting : {"pragma schema_version", "pragma journal_mode=wal", "pragma synchronous=normal",
                                 "pragma wal_autocheckpoint=16000"}) {
-      SqliteStatement statement(opened, deadline_, setting);
+      SqliteStatement statement(opened, deadline_, transaction_, setting);
       Execution(statement).Run();
     }
   } catch (Error& error) {
@@ -105,12 +105,12 @@ SqliteSession::Handle SqliteSession::OpenFile(const fs::path& file) {
 }
 
 std::unique_ptr<DriverStatement> SqliteSession::Prepare(const std::string& statement) {
-  return std::make_unique<SqliteStatement>(Selected(), deadline_, statement);
+  return std::make_unique<SqliteStatement>(Selected(), deadline_, transaction_, statement);
 }
 
 TableDescription SqliteSession::Describe(const std::string& table) {
   constexpr const char* kColumns = "select name, type, \"notnull\", pk from pragma_table_xinfo(?) where hidden <> 1";
-  SqliteStatement query(Selected(), deadline_, kColumns);
+  SqliteStatement query(Selected(), deadline_, transaction_, kColumns);
   const Variant name(table);
   query.Bind(0, name);
   TableDescription description;
@@ -145,7 +145,7 @@ std::vector<std::string> SqliteSession::UniqueKey(const std::string& table, cons
   constexpr const char* kUniqueColumns =
       "select l.name, i.name from pragma_index_list(?) l, pragma_index_info(l.name) i"
       " where l.\"unique\" and not l.partial order by l.seq, i.seqno";
-  SqliteStatement query(Selected(), deadline_, kUniqueColumns);
+  SqliteStatement query(Selected(), deadline_, transaction_, kUniqueColumns);
   const Variant name(table);
   query.Bind(0, name);
   std::vector<std::pair<std::string, std::vector<std::string>>> indexes;
@@ -177,28 +177,53 @@ void SqliteSession::SelectCatalog(const std::string& name) {
                     ", whose database is \"" + catalog_ + "\". Name that one, or a folder as Data Source.")
         .With("file", source_.string());
   }
+  transaction_.RequireNone("The default database cannot be changed");
   handle_ = OpenFile(source_ / FileName(name));
   catalog_ = name;
 }
 
 void SqliteSession::Timeout(std::chrono::seconds limit) { deadline_.Limit(limit); }
 
-void SqliteSession::Begin() { Run("begin immediate"); }
+void SqliteSession::Begin() {
+  transaction_.RequireNone("A transaction cannot begin");
+  Run("begin immediate");
+  transaction_.Opened();
+}
 
 void SqliteSession::Rollback() {
-  if (sqlite3_get_autocommit(Selected()) == 0) Run("rollback");
+  transaction_.RequireKnown();
+  try {
+    if (HoldsTransaction()) Run("rollback");
+  } catch (...) {
+    transaction_.Lose();
+    throw;
+  }
+  transaction_.Ended();
 }
 
 // Every row is committed as it is written, so there is something to do after Begin only.
 void SqliteSession::Commit() {
-  if (handle_ && sqlite3_get_autocommit(handle_.get()) == 0) Run("commit");
+  transaction_.RequireKnown();
+  if (HoldsTransaction()) {
+    Run("commit");
+  } else if (transaction_.IsOpen()) {
+    throw Error(errors::kProviderUnspecified, "SQLite",
+                "The database took the transaction back; nothing of it is saved.");
+  }
+  transaction_.Ended();
 }
+
+bool SqliteSession::HoldsTransaction() const { return handle_ && sqlite3_get_autocommit(handle_.get()) == 0; }
 
 // Others wait for the one lock by looking whether it is free: there must be a gap every now and then. After 16
 // statements the commit is hardly seen any more in what each of them costs.
 GroupLimits SqliteSession::Grouping() { return {16, std::chrono::milliseconds(5)}; }
 
-void SqliteSession::Close() { handle_.reset(); }
+void SqliteSession::Close() {
+  if (HoldsTransaction()) transaction_.Opened();
+  handle_.reset();
+  transaction_.RequireNone("The database was closed, and rows were lost,");
+}
 
 sqlite3* SqliteSession::Selected() const {
   if (handle_) return handle_.get();
@@ -209,7 +234,7 @@ sqlite3* SqliteSession::Selected() const {
 }
 
 void SqliteSession::Run(const std::string& statement) {
-  SqliteStatement running(Selected(), deadline_, statement);
+  SqliteStatement running(Selected(), deadline_, transaction_, statement);
   Execution(running).Run();
 }
 

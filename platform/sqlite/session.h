@@ -9,6 +9,7 @@
 
 #include "platform/database_driver.h"
 #include "platform/sqlite/deadline.h"
+#include "platform/transaction_state.h"
 
 struct sqlite3;
 
@@ -38,7 +39,8 @@ class SqliteSession : public DriverSession {
   using Handle = std::unique_ptr<sqlite3, Closer>;
 
   Handle OpenFile(const std::filesystem::path& file);
-  sqlite3* Selected() const;  // raises where a folder is open and none of its files is selected
+  sqlite3* Selected() const;      // raises where a folder is open and none of its files is selected
+  bool HoldsTransaction() const;  // SQLite's own word; it ends one by itself where it has to
   void Run(const std::string& statement);
   std::vector<std::string> UniqueKey(const std::string& table, const std::set<std::string>& required);
 
@@ -47,6 +49,7 @@ class SqliteSession : public DriverSession {
   bool isFolder_;
   std::string catalog_;
   Deadline deadline_;
+  TransactionState transaction_;
   Handle handle_;
 };
 

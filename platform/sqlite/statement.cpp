@@ -9,6 +9,7 @@
 #include "platform/sqlite/deadline.h"
 #include "platform/sqlite/errors.h"
 #include "platform/sqlite/types.h"
+#include "platform/transaction_state.h"
 
 namespace qmx {
 namespace {
@@ -39,8 +40,10 @@ Variant FromText(std::string_view text, Kind type) {
 
 void SqliteStatement::Finalizer::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
-SqliteStatement::SqliteStatement(sqlite3* handle, Deadline& deadline, const std::string& text)
-    : handle_(handle), deadline_(deadline) {
+SqliteStatement::SqliteStatement(sqlite3* handle, Deadline& deadline, const TransactionState& transaction,
+                                 const std::string& text)
+    : handle_(handle), deadline_(deadline), transaction_(transaction) {
+  transaction_.RequireKnown();
   deadline_.Start();
   sqlite3_stmt* statement = nullptr;
   const int code = sqlite3_prepare_v2(handle_, text.c_str(), static_cast<int>(text.size() + 1), &statement, nullptr);
@@ -96,6 +99,7 @@ void SqliteStatement::Bind(std::size_t parameter, const Variant& value) {
 }
 
 bool SqliteStatement::Step() {
+  if (!isRunning_) transaction_.RequireKnown();
   const bool isFirst = !std::exchange(isRunning_, true);
   if (isFirst) {
     deadline_.Start();

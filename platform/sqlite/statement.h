@@ -14,10 +14,12 @@ struct sqlite3_stmt;
 namespace qmx {
 
 class Deadline;
+class TransactionState;
 
 class SqliteStatement : public DriverStatement {
  public:
-  SqliteStatement(sqlite3* handle, Deadline& deadline, const std::string& text);  // both borrowed
+  // All but the text are borrowed. Raises once the transaction's state is unknown, and so does Step.
+  SqliteStatement(sqlite3* handle, Deadline& deadline, const TransactionState& transaction, const std::string& text);
 
   const std::vector<ColumnDescription>& Columns() const override { return columns_; }
   void Bind(std::size_t parameter, const Variant& value) override;
@@ -37,6 +39,7 @@ class SqliteStatement : public DriverStatement {
 
   sqlite3* handle_;
   Deadline& deadline_;
+  const TransactionState& transaction_;
   std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
   std::vector<ColumnDescription> columns_;
   std::vector<std::string> texts_;  // of bound values that are no texts themselves, by parameter

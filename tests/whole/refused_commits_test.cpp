@@ -1,0 +1,177 @@
+// A COMMIT that is refused, and one whose answer is lost, by the servers themselves and by a driver that makes calls
+// fail: the exit status, the flag, the last update time and the rows must agree with each other after every run.
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+
+#include "tests/support/odbc_faults/odbc_faults.h"
+#include "tests/whole/server_copy.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::HasSubstr;
+
+constexpr const char* kTable = "tsmdm030";
+constexpr const char* kColumns = "cstp varchar(10) not null, dsca varchar(60), prod varchar(10), ract varchar(10)";
+
+using Rows = std::vector<std::string>;
+
+class RefusedCommit : public CopyIntoAServer {
+ protected:
+  // The ERP has six service types; three of them are in the local table, with another description.
+  RefusedCommit() {
+    final_ =
+        Split(company_.Value("select group_concat(cstp || '=New', ' ') from (select cstp from tsmdm030 order by "
+                             "cstp)"));
+    for (std::size_t place = 0; place < final_.size(); place += 2) old_.push_back(Key(final_[place]) + "=Old");
+    company_.Change(DateTime::FromDate(2002, 1, 1), "update tsmdm030 set \"desc\" = 'New'");
+  }
+
+  static Rows Split(const std::string& text) {
+    std::istringstream words(text);
+    Rows rows;
+    for (std::string word; words >> word;) rows.push_back(word);
+    return rows;
+  }
+  static std::string Key(const std::string& row) { return row.substr(0, row.find('=')); }
+
+  void MakeTable(bool hasKey, const std::string& more = "") {
+    Sql("drop table tsmdm030");
+    Sql(std::string("create table tsmdm030 (") + kColumns + (hasKey ? ", primary key (cstp)" : "") + more + ")");
+  }
+
+  void BeginAnew(std::int16_t syncMethod) {
+    Sql("delete from tsmdm030");
+    for (const std::string& row : old_) {
+      Sql("insert into tsmdm030 values ('" + Key(row) + "', 'Old', 'x', 'y')");
+    }
+    Sql("delete from tstables");
+    ControlRecord(kTable, syncMethod);
+  }
+
+  Rows LocalRows() { return Column("select concat(cstp, '=', dsca) from tsmdm030 order by 1"); }
+
+  // What a copy may leave that saves row after row and stops anywhere.
+  std::vector<Rows> PossibleRows(std::int16_t syncMethod) const {
+    std::vector<Rows> possible;
+    if (syncMethod == kFullCopy) possible.push_back(old_);
+    for (std::size_t saved = 0; saved <= final_.size(); ++saved) {
+      Rows rows(final_.begin(), final_.begin() + static_cast<std::ptrdiff_t>(saved));
+      for (const std::string& row : old_) {
+        if (syncMethod != kFullCopy && saved < final_.size() && Key(row) >= Key(final_[saved])) rows.push_back(row);
+      }
+      possible.push_back(rows);
+    }
+    return possible;
+  }
+
+  void Judge(const Process& ended, std::int16_t syncMethod) {
+    const Rows rows = LocalRows();
+    EXPECT_THAT(PossibleRows(syncMethod), Contains(rows));
+    EXPECT_THAT(ended.status, testing::AnyOf(0, 1, 2)) << ended.err;
+    const bool isToldComplete = ended.status == 0 || Lutm() != kLutm;
+    EXPECT_TRUE(!isToldComplete || rows == final_) << testing::PrintToString(rows) << ended.err;
+    EXPECT_TRUE(ended.status != 1 || InUse() == "0") << ended.err;
+    EXPECT_TRUE(ended.status == 0 || !ended.err.empty());
+  }
+
+  void CopyWith(const OdbcFault& fault, std::int16_t syncMethod, bool& wasTold) {
+    SCOPED_TRACE(fault.Text());
+    BeginAnew(syncMethod);
+    CopyProcesses program(company_, ThroughFaultyDriver(ConnectionText(), GetParam().name), "");
+    TempFolder folder;
+    const std::string told = folder / "told";
+    program.Environment("QMX_ODBC_FAULT", fault.Text());
+    program.Environment("QMX_ODBC_FAULT_TOLD", told);
+    const Process ended = program.Run(kTable);
+    wasTold = std::filesystem::exists(told);
+    Judge(ended, syncMethod);
+    EXPECT_TRUE(wasTold || ended.status == 0) << ended.err;
+  }
+
+  void CopyWithEach(OdbcFault fault) {
+    for (const bool hasKey : {true, false}) {
+      MakeTable(hasKey);
+      for (const std::int16_t syncMethod : {kFullCopy, kOnlyChanged}) {
+        SCOPED_TRACE((hasKey ? "with a key, sync method " : "without a key, sync method ") +
+                     std::to_string(syncMethod));
+        bool wasTold = true;
+        for (fault.first = 1; wasTold; ++fault.first) {
+          ASSERT_LT(fault.first, 200);
+          CopyWith(fault, syncMethod, wasTold);
+        }
+      }
+    }
+  }
+
+  void CopyWithEachSoOften(OdbcFault fault, const std::vector<int>& counts = {1, 2, 0}) {
+    for (const int count : counts) {
+      fault.count = count;
+      CopyWithEach(fault);
+    }
+  }
+
+  Rows final_;
+  Rows old_;
+};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(RefusedCommit);
+INSTANTIATE_TEST_SUITE_P(Over, RefusedCommit, testing::ValuesIn(ServersUnderTest()), ServerName);
+
+constexpr const char* kRefused = "40001 1213";
+constexpr const char* kLost = "08S01 2013";
+
+TEST_P(RefusedCommit, LeavesNoContradictionWhicheverIsRefused) {
+  CopyWithEachSoOften({.function = "SQLEndTran", .answer = kRefused});
+}
+
+TEST_P(RefusedCommit, LeavesNoContradictionWhereItNeverReachedTheServer) {
+  CopyWithEachSoOften({.function = "SQLEndTran", .answer = kLost});
+}
+
+TEST_P(RefusedCommit, LeavesNoContradictionWhereItWasDoneAndTheAnswerIsLost) {
+  CopyWithEachSoOften({.function = "SQLEndTran", .isDone = true, .answer = kLost});
+}
+
+TEST_P(RefusedCommit, LeavesNoContradictionWhereTheCommitModeCannotBeSet) {
+  CopyWithEachSoOften({.function = "SQLSetConnectAttr", .answer = "HY000 2000"});
+}
+
+TEST_P(RefusedCommit, LeavesNoContradictionWhereTheCommitModeIsSetAndTheAnswerIsLost) {
+  CopyWithEachSoOften({.function = "SQLSetConnectAttr", .isDone = true, .answer = kLost});
+}
+
+TEST_P(RefusedCommit, LeavesNoContradictionWhereAStatementIsRefused) {
+  CopyWithEachSoOften({.function = "SQLExecute", .answer = kRefused}, {1, 0});
+}
+
+TEST_P(RefusedCommit, LeavesNoContradictionWhereAStatementsAnswerIsLost) {
+  CopyWithEachSoOften({.function = "SQLExecute", .isDone = true, .answer = kLost}, {1, 0});
+}
+
+// The server checks such a constraint at the commit, not at the statement.
+TEST_P(RefusedCommit, OfADeferredConstraintFailsTheCopyAtTheRowThatBreaksIt) {
+  if (!IsPostgresql()) return;  // the other has no such constraint
+  Sql("create table allowed (dsca varchar(60) primary key)");
+  Sql("insert into allowed values ('Old'), ('New')");
+  for (const bool hasKey : {true, false}) {
+    for (const std::int16_t syncMethod : {kFullCopy, kOnlyChanged}) {
+      SCOPED_TRACE((hasKey ? "with a key, sync method " : "without a key, sync method ") + std::to_string(syncMethod));
+      MakeTable(hasKey, ", foreign key (dsca) references allowed deferrable initially deferred");
+      BeginAnew(syncMethod);
+      company_.Change(DateTime::FromDate(2002, 1, 2),
+                      "update tsmdm030 set \"desc\" = 'New'; update tsmdm030 set \"desc\" = 'Bad' where cstp = '" +
+                          Key(final_[3]) + "'");
+      const CopyProcesses program = Program();
+      const Process ended = program.Run(kTable);
+      ExpectFailure(program, ended, kTable);
+      EXPECT_THAT(ended.err, AllOf(HasSubstr("SQLSTATE 23503"), HasSubstr("table: tsmdm030"), HasSubstr("key: ")));
+      Judge(ended, syncMethod);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace qmx::test
