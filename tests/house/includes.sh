@@ -37,9 +37,11 @@ may 'handler/' "$interfaces|copy/clsDataCopy\.h\"|handler/|schema/local_tables\.
 may 'schema/' "$interfaces|schema/"
 may 'tools/qmxadmin/' "platform/|calendar/|copy/clsDataCopy\.h\"|schema/|tools/qmxadmin/"
 
-product=$(grep -rnE '#include [<"](platform|copy|handler|startup|calendar|schema)/' sandbox || true)
+may 'bridges/java/' '[a-z_]+\.h"'
+
+product=$(grep -rnE '#include [<"](platform|copy|handler|startup|calendar|schema)/' sandbox bridges || true)
 if [ -n "$product" ]; then
-  echo "sandbox/ may include nothing of the product but the public component-server header:"
+  echo "sandbox/ and bridges/ may include nothing of the product but the public component-server header:"
   echo "$product"
   failed=1
 fi

@@ -1,0 +1,71 @@
+#include "calls.h"
+
+#include <array>
+#include <vector>
+
+#include "inside.h"
+#include "text.h"
+
+namespace java_bridge {
+namespace {
+
+// The class's own words, or nothing where even those cannot be had.
+Failure Described(JNIEnv* env, jthrowable thrown, const Inside& inside) {
+  const Frame frame(env, 8);
+  Failure failure{kJavaException, {}, {}};
+  const jobject texts = CallObject(env, inside.bridge, inside.describe, static_cast<jobject>(thrown));
+  const auto list = static_cast<jobjectArray>(texts);
+  const auto text = [&](jsize i) {
+    return TextOf(env, static_cast<jstring>(Required(env, env->GetObjectArrayElement(list, i))));
+  };
+  failure.description = text(0);
+  failure.details = text(1);
+  return failure;
+}
+
+bool isDescribing = false;  // a failure of the description is not described in its turn
+
+}  // namespace
+
+void RaisePending(JNIEnv* env) {
+  const Local<jthrowable> thrown(env, env->ExceptionOccurred());
+  env->ExceptionClear();
+  const Inside* const inside = Prepared();
+  Failure failure{kJavaException, "Java raised an exception that cannot be described.", {}};
+  if (!inside || !thrown || isDescribing) throw failure;
+  const bool isMemory = env->IsInstanceOf(thrown.Get(), inside->outOfMemory) == JNI_TRUE;
+  const bool isStack = !isMemory && env->IsInstanceOf(thrown.Get(), inside->stackOverflow) == JNI_TRUE;
+  if (isMemory) failure.description = "java.lang.OutOfMemoryError";
+  if (isStack) failure.description = "java.lang.StackOverflowError";
+  isDescribing = true;
+  try {
+    failure = Described(env, thrown.Get(), *inside);
+  } catch (const Failure&) {
+    // what is known without a description has to do
+  }
+  isDescribing = false;
+  if (isMemory) failure.number = kOutOfMemory;
+  if (isStack) failure.number = kOutOfStack;
+  throw failure;
+}
+
+void ReadText(JNIEnv* env, jstring string, std::string& text) {
+  std::array<jchar, 256> usual;
+  const jsize length = env->GetStringLength(string);
+  if (static_cast<std::size_t>(length) <= usual.size()) {
+    env->GetStringRegion(string, 0, length, usual.data());
+    Check(env);
+    return ToUtf8(usual.data(), static_cast<std::size_t>(length), text);
+  }
+  std::vector<jchar> units(static_cast<std::size_t>(length));
+  env->GetStringRegion(string, 0, length, units.data());
+  Check(env);
+  ToUtf8(units.data(), units.size(), text);
+}
+
+jstring MakeText(JNIEnv* env, std::string_view text) {
+  const std::u16string units = ToUtf16(text);
+  return Required(env, env->NewString(reinterpret_cast<const jchar*>(units.data()), static_cast<jsize>(units.size())));
+}
+
+}  // namespace java_bridge

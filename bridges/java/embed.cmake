@@ -1,0 +1,12 @@
+# Writes class files as arrays of bytes: cmake -DOUTPUT=header -DFOLDER=classes -DNAMES="a/B;a/C" -P embed.cmake
+set(text "// Made by embed.cmake.\n#pragma once\n\n#include <cstddef>\n\nnamespace java_bridge {\n\n")
+string(APPEND text "struct InsideClass {\n  const char* name;\n  const unsigned char* data;\n  std::size_t size;\n};\n\n")
+foreach(name IN LISTS NAMES)
+  get_filename_component(short ${name} NAME)
+  file(READ ${FOLDER}/${name}.class bytes HEX)
+  string(REGEX REPLACE "(..)" "0x\\1," bytes "${bytes}")
+  string(APPEND text "inline constexpr unsigned char k${short}Bytes[] = {${bytes}};\n")
+  string(APPEND list "    {\"${name}\", k${short}Bytes, sizeof k${short}Bytes},\n")
+endforeach()
+string(APPEND text "\ninline constexpr InsideClass kInsideClasses[] = {\n${list}};\n\n}  // namespace java_bridge\n")
+file(WRITE ${OUTPUT} "${text}")

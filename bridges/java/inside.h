@@ -1,0 +1,27 @@
+// The bridge's half inside the JVM: the classes of inside/, and what of Java itself the bridge calls.
+#pragma once
+
+#include <jni.h>
+
+namespace java_bridge {
+
+// Classes are global references, kept until the process ends.
+struct Inside {
+  jclass bridge;
+  jmethodID kindOf, isValue, find, getter, choose, nullOf, resultOf, invoke;  // static ones of the class Bridge
+  jmethodID loader, load, flaw, make, version;
+  jmethodID box, text, moment, fields, date, iterator, describe;
+
+  jclass object, string, outOfMemory, stackOverflow;
+  jmethodID typeName, systemLoader;                                     // of java.lang.Class and ClassLoader
+  jmethodID booleanValue, charValue, intValue, longValue, doubleValue;  // of Boolean, Character and Number
+  jmethodID hasNext, next;                                              // of Iterator
+};
+
+// Brings the classes in, unless they are there. Raises what Java raises; the next call tries again.
+const Inside& Prepare(JNIEnv* env);
+
+// Null before Prepare has succeeded.
+const Inside* Prepared();
+
+}  // namespace java_bridge

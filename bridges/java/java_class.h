@@ -1,0 +1,57 @@
+// A Java class as the C interface sees it: a type, with the members that were asked for so far.
+#pragma once
+
+#include <jni.h>
+#include <qmx/component_server.h>
+
+#include <deque>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace java_bridge {
+
+// What a value of the class is to the program. The numbers are those of Bridge.java.
+enum class Kind { Object, Text, Boolean, Character, Integer, Long, Double, BigNumber, Moment, Date, Array, Map };
+
+struct Member {
+  enum class Way {
+    Method,
+    HasMoreElements,  // of what is no java.util.Enumeration, through its Iterator
+    NextElement,
+    DateField  // of a java.util.Date
+  };
+  std::string name;  // as it was asked for
+  Way way = Way::Method;
+  jobjectArray methods = nullptr;  // all of that name
+  jmethodID getter = nullptr;      // the one without arguments, where there is one
+  char result = 'L';               // of the getter: a primitive type's letter, T for a String, L for another object
+  bool nullIsValue = false;
+  int field = 0;  // of a date, from 0 for the year to 5 for the second
+};
+
+class JavaClass : public qmx_type {
+ public:
+  // The class of an object. Lives until the process ends.
+  static const JavaClass& Of(JNIEnv* env, jobject object);
+
+  Kind GetKind() const { return kind_; }
+  const std::string& Name() const { return name_; }
+
+  // The member's id. Raises 438 where the class has none.
+  std::int32_t Resolve(JNIEnv* env, std::string_view member) const;
+  const Member& At(std::int32_t id) const;
+
+ private:
+  JavaClass(JNIEnv* env, jclass type);
+  Member Find(JNIEnv* env, const std::string& name) const;
+
+  jclass type_;
+  std::string name_;
+  Kind kind_;
+  bool isSeveral_;  // an Iterator, an Iterable or a Stream
+  mutable std::map<std::string, std::int32_t, std::less<>> ids_;
+  mutable std::deque<Member> members_;
+};
+
+}  // namespace java_bridge

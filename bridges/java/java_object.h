@@ -1,0 +1,52 @@
+// A Java object as the C interface sees it. It keeps the object from Java's collector until its last release.
+#pragma once
+
+#include <jni.h>
+#include <qmx/component_server.h>
+
+#include <cstdint>
+#include <string>
+
+#include "calls.h"
+#include "java_class.h"
+
+namespace java_bridge {
+
+// The functions of every JavaClass.
+qmx_type ObjectFunctions();
+
+class JavaObject : public qmx_object {
+ public:
+  JavaObject(JNIEnv* env, jobject object, const JavaClass& type);
+  ~JavaObject();
+  JavaObject(const JavaObject&) = delete;
+  JavaObject& operator=(const JavaObject&) = delete;
+
+  // Null for an object of somebody else.
+  static JavaObject* From(qmx_object* object);
+
+  jobject Get() const { return object_; }
+  const JavaClass& Class() const { return static_cast<const JavaClass&>(*type); }
+  void AddReference() { ++references_; }
+  void Release();
+
+  void Call(JNIEnv* env, const Member& member, qmx_value* const* arguments, std::size_t count, qmx_value& result);
+
+ private:
+  void CallGetter(JNIEnv* env, const Member& member, qmx_value& result);
+  void CallWithArguments(JNIEnv* env, const Member& member, qmx_value* const* arguments, std::size_t count,
+                         qmx_value& result);
+  jobject Iterator(JNIEnv* env);
+  jint DateField(JNIEnv* env, int field);
+
+  jobject object_;
+  std::uint32_t references_ = 1;
+  std::string text_;            // of the last result
+  jobject iterator_ = nullptr;  // of an object that is no java.util.Enumeration and was asked for elements
+
+  // The fields of a java.util.Date, read in one call of Java. They hold as long as nothing else runs in Java.
+  std::uint64_t fieldsReadAt_ = 0;
+  std::int64_t fields_ = 0;
+};
+
+}  // namespace java_bridge

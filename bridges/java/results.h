@@ -1,0 +1,36 @@
+// Values from Java, as results of the C interface.
+#pragma once
+
+#include <jni.h>
+#include <qmx/component_server.h>
+
+#include <string>
+
+namespace java_bridge {
+
+inline void GiveInteger(jint number, qmx_value& result) {
+  result.kind = QMX_INT32;
+  result.as.integer = number;
+}
+inline void GiveBoolean(jboolean boolean, qmx_value& result) {
+  result.kind = QMX_BOOLEAN;
+  result.as.boolean = boolean != JNI_FALSE ? 1 : 0;
+}
+inline void GiveDouble(double number, qmx_value& result) {
+  result.kind = QMX_DOUBLE;
+  result.as.number = number;
+}
+void GiveLong(jlong number, qmx_value& result);  // raises 6 where no 32-bit integer and no double is the same number
+void GiveCharacter(jchar character, std::string& text, qmx_value& result);
+void GiveText(JNIEnv* env, jstring string, std::string& text, qmx_value& result);  // null where it is null
+
+// What a reference was given by.
+struct Origin {
+  const std::string& member;
+  bool nullIsValue;   // null is a missing value, not a missing object
+  std::string& text;  // keeps a text of the result
+};
+// An object comes with a reference for the receiver. Raises 13 for an array and a map.
+void GiveReference(JNIEnv* env, jobject reference, const Origin& origin, qmx_value& result);
+
+}  // namespace java_bridge

@@ -1,0 +1,25 @@
+package ServiceTypes;
+
+/** One service type: the getters that the program asks for, and nothing else. */
+public class ServiceTypes {
+  private final String code;
+  private final String description;
+
+  /** The program makes an empty one itself, to ask it for its class. */
+  public ServiceTypes() {
+    this("", "");
+  }
+
+  ServiceTypes(String code, String description) {
+    this.code = code;
+    this.description = description;
+  }
+
+  public String getServiceType() { return code; }
+
+  public String getServiceTypeDescription() { return description; }
+
+  public String getServiceProcedure() { return null; } // becomes null in the database
+
+  public String getAvailabilityType() { return "STD"; }
+}

@@ -1,0 +1,6 @@
+package other;
+
+/** A class of another jar. */
+public class Lonely {
+  public Lonely() {}
+}
