@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
@@ -153,6 +155,13 @@ TEST_P(QmxAdminCheckOnSqlite, TellsALogThatCannotBeWritten) {
                              HasSubstr("\nwrong        log tsmdm030.log: it cannot be written: Is a directory. ")));
   EXPECT_EQ(Lines(run.out, "wrong"), 1U);
   EXPECT_EQ(ReadFile(Logs() + "/tsmdm100.log"), "kept");
+}
+
+TEST_P(QmxAdminCheckOnSqlite, ANamedPipeInPlaceOfALogIsWrongAndNothingWaits) {
+  ASSERT_EQ(mkfifo((Logs() + "/tsmdm100.log").c_str(), 0600), 0);
+  const Process run = Check({"--logs", Logs()});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, HasSubstr("\nwrong        log tsmdm100.log: it is a named pipe, not a regular file. "));
 }
 
 TEST_P(QmxAdminCheckOnSqlite, TellsManagersThatDoNotAnswer) {

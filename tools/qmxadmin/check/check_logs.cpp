@@ -1,6 +1,5 @@
 #include "tools/qmxadmin/check/check_logs.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,6 +8,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "platform/plain_file.h"
 #include "platform/posix/paths.h"
 #include "tools/qmxadmin/copied_tables.h"
 
@@ -33,12 +33,12 @@ int MakeAFile(const std::string& folder) {
   return 0;
 }
 
-// Errno of the failure; 0 where it can be written or is not there yet.
-int OpenToAppend(const std::string& path) {
-  const int file = open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
-  if (file < 0) return errno == ENOENT ? 0 : errno;
-  close(file);
-  return 0;
+// Why a copy could not write the file; empty if it can, or if the file does not exist yet.
+std::string Obstacle(const std::string& path) {
+  if (access(path.c_str(), F_OK) != 0 && errno == ENOENT) return {};
+  const PlainFile file = OpenPlainFile(path, FileUse::Append);
+  if (file.stream) return {};
+  return file.reason.empty() ? std::string("cannot be written: ") + std::strerror(file.code) : file.reason;
 }
 
 }  // namespace
@@ -52,14 +52,14 @@ void CheckLogs(const std::string& folder, Findings& findings) {
   }
   if (const int problem = MakeAFile(path)) {
     findings.Wrong(kFolder, "no file can be made in " + path + ": " + std::strerror(problem),
-                   "Let the user that runs the copies write there.");
+                   problem == EROFS ? "Mount its file system for writing, or name another folder."
+                                    : "Let the user that runs the copies write there.");
     return;
   }
   findings.Good(kFolder, path + " can be written");
   for (const std::string& name : LogNames()) {
-    if (const int problem = OpenToAppend(std::filesystem::path(path) / name)) {
-      findings.Wrong("log " + name, std::string("it cannot be written: ") + std::strerror(problem),
-                     "Let the user that runs the copies write it, or move it away.");
+    if (const std::string problem = Obstacle(std::filesystem::path(path) / name); !problem.empty()) {
+      findings.Wrong("log " + name, "it " + problem, "Let the user that runs the copies write it, or move it away.");
     }
   }
 }

@@ -71,6 +71,7 @@ class WatchedManager : public Dispatch {
       firstStartDate_ = DateTime::Parse(arguments[kFirstStartDate].Value().ToText());
     return qmx::Invoke(manager_, member, arguments);
   }
+  void Describe(Error& error, const Member& member) const override { manager_.Target()->Describe(error, member); }
 
  private:
   Object manager_;
