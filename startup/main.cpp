@@ -12,6 +12,7 @@
 #include "platform/platform.h"
 #include "platform/posix/clock.h"
 #include "platform/posix/crash_report.h"
+#include "platform/posix/early_memory.h"
 #include "platform/posix/end_line.h"
 #include "platform/posix/event_log.h"
 #include "platform/posix/exit_guard.h"
@@ -45,15 +46,16 @@ ExitStatus Answer(const std::string& text) {
   return written ? ExitStatus::Complete : ExitStatus::StartUpFailed;
 }
 
-ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
+ExitStatus Run(const std::string& commandLine, int listener, qmx::FailureReport& failures) {
   const qmx::InterruptSignals signals(
       "the copy ends at its next call to the ERP. A second signal ends it at once and leaves the table in progress.");
   qmx::PosixClock clock;
   qmx::PosixTextFiles files;
   qmx::PosixEventLog eventLog(clock, files);
   qmx::InstalledComponents components(clock);
-  qmx::Watchdog watchdog(qmx::SilenceLimits::FromEnvironment(),
-                         [&](const qmx::Error& silence) { qmx::EndSilentRun(commandLine, silence, failures); });
+  qmx::Watchdog watchdog(qmx::SilenceLimits::FromEnvironment(), [&](const qmx::Error& silence) {
+    qmx::EndSilentRun(commandLine, listener, silence, failures);
+  });
   qmx::LocalDrivers drivers({}, watchdog);
 
   const std::unique_ptr<qmx::Trace> trace = qmx::Trace::FromEnvironment();
@@ -80,9 +82,20 @@ ExitStatus Run(const std::string& commandLine, qmx::FailureReport& failures) {
   return declarations.exitStatus;
 }
 
+// The exception in flight. Without memory for its text there is a shorter one.
+void ReportStartUpFailure(qmx::FailureReport& failures) noexcept {
+  try {
+    failures.Report(qmx::CurrentError());
+    std::fputs(qmx::Usage().c_str(), stderr);
+  } catch (...) {
+    std::fputs("Out of memory: the program could not start.\n", stderr);
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  qmx::MainHasBegun();
   // Whoever read our standard error may be gone; the copy is not to die of that.
   std::signal(SIGPIPE, SIG_IGN);
   const int listener = qmx::Progress::ListenerFromEnvironment();  // before its number can mean another file
@@ -97,11 +110,10 @@ int main(int argc, char** argv) {
     } else if (arguments == std::vector<std::string>{"--version"}) {
       status = Answer(qmx::Version());
     } else {
-      status = Run(JoinedByBlanks(arguments), failures);
+      status = Run(JoinedByBlanks(arguments), listener, failures);
     }
   } catch (...) {
-    failures.Report(qmx::CurrentError());
-    std::fputs(qmx::Usage().c_str(), stderr);
+    ReportStartUpFailure(failures);
     status = ExitStatus::StartUpFailed;
   }
   qmx::Progress::TellEnd(listener, static_cast<int>(status));

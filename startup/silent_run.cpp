@@ -4,12 +4,13 @@
 
 #include "platform/posix/clock.h"
 #include "platform/posix/text_files.h"
+#include "platform/progress/progress.h"
 #include "startup/modDeclarations.h"
 #include "startup/modStartUp.h"
 
 namespace qmx {
 
-void EndSilentRun(std::string_view commandLine, const Error& failure, FailureReport& failures) noexcept {
+void EndSilentRun(std::string_view commandLine, int listener, const Error& failure, FailureReport& failures) noexcept {
   try {
     throw Error(failure).With("what to do", "\"qmxadmin release " + TableCode(commandLine) +
                                                 "\" where the table is still in progress, then copy again");
@@ -23,7 +24,9 @@ void EndSilentRun(std::string_view commandLine, const Error& failure, FailureRep
       failures.Report(CurrentError());
     }
   }
-  std::_Exit(static_cast<int>(ExitStatus::StartUpFailed));
+  const int status = static_cast<int>(ExitStatus::StartUpFailed);
+  Progress::TellEnd(listener, status);
+  std::_Exit(status);
 }
 
 }  // namespace qmx

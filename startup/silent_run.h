@@ -8,8 +8,10 @@
 
 namespace qmx {
 
-// Writes the start-up failure log, reports the failure with what to do, and ends the process as a failed start-up. Uses
-// nothing of the run, which may hold it for ever: to be called from another thread.
-[[noreturn]] void EndSilentRun(std::string_view commandLine, const Error& failure, FailureReport& failures) noexcept;
+// Writes the start-up failure log, tells the progress descriptor (or Progress::kNobody) of the end, reports the failure
+// with what to do, and ends the process as a failed start-up. Uses nothing of the run, which may hold it for ever: to
+// be called from another thread.
+[[noreturn]] void EndSilentRun(std::string_view commandLine, int listener, const Error& failure,
+                               FailureReport& failures) noexcept;
 
 }  // namespace qmx
