@@ -18,6 +18,7 @@ set(QMX_INSTALLED_COMPONENT_DIR ${CMAKE_INSTALL_PREFIX}/${QMX_COMPONENT_DESTINAT
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME qmxdatacopy)
 
 option(QMX_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(QMX_SANITIZE_THREADS "Build with ThreadSanitizer, which excludes the other two" OFF)
 option(QMX_JOIN_TEST_SOURCES "Compile several sources of a test program at once, which takes a third of the time" OFF)
 
 # What every target of ours has: warnings are errors.
@@ -39,6 +40,11 @@ if(QMX_SANITIZE)
   target_compile_options(qmx_test_options INTERFACE -fsanitize=address -fno-omit-frame-pointer)
   target_link_options(qmx_options INTERFACE -fsanitize=address,undefined)
   target_link_options(qmx_test_options INTERFACE -fsanitize=address,undefined)
+elseif(QMX_SANITIZE_THREADS)
+  foreach(options qmx_options qmx_test_options)
+    target_compile_options(${options} INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+    target_link_options(${options} INTERFACE -fsanitize=thread)
+  endforeach()
 endif()
 
 # qmx_room(NAME SOURCES file... [LINKS library...]): a static library whose headers are included from the root of the tree.
