@@ -32,6 +32,16 @@ TEST_F(Expansion, StartsWithTheZeroDateTimeAndNothingInUse) {
   EXPECT_EQ(calender.calcount, 0);
 }
 
+TEST_F(Expansion, CountsTheCalendarsAnewEachTime) {
+  local.Employee("1002", "NIGHT");
+  clsCalender calender = local.Calender();
+  calender.getCalender();
+  EXPECT_EQ(calender.calcount, 2);
+  local.Execute("delete from tsmdm140 where emno = '1002'");
+  calender.getCalender();
+  EXPECT_EQ(calender.calcount, 1);
+}
+
 TEST_F(Expansion, RepeatsARecordsTimesOnEachOfItsDays) {
   EXPECT_THAT(Expanded({{"2001-03-05", "2001-03-07", 800, 1700}}),
               ElementsAre("2001-03-05 08:00:00 > 2001-03-05 17:00:00", "2001-03-06 08:00:00 > 2001-03-06 17:00:00",

@@ -51,6 +51,18 @@ TEST_F(IntervalMerging, MovesTheStartForAnIntervalThatStartsBeforeAndEndsAtTheSa
   EXPECT_THAT(After({{800, 1200}, {700, 1200}}), ElementsAre(SubEntry{700, 1200}));
 }
 
+TEST_F(IntervalMerging, MovesTheStartOfALaterIntervalAsWell) {
+  EXPECT_THAT(After({{800, 1000}, {1300, 1700}, {1200, 1700}}), ElementsAre(SubEntry{800, 1000}, SubEntry{1200, 1700}));
+}
+
+TEST_F(IntervalMerging, JoinsAnIntervalWhoseStartWasMovedToTheOneBefore) {
+  EXPECT_THAT(After({{800, 1200}, {1300, 1700}, {1200, 1700}}), ElementsAre(SubEntry{800, 1700}));
+}
+
+TEST_F(IntervalMerging, LeavesTheIntervalsAfterOneWhoseStartWasMoved) {
+  EXPECT_THAT(After({{800, 1200}, {1300, 1700}, {700, 1200}}), ElementsAre(SubEntry{700, 1200}, SubEntry{1300, 1700}));
+}
+
 TEST_F(IntervalMerging, GrowsBothWaysForAnIntervalThatCovers) {
   EXPECT_THAT(After({{800, 1200}, {700, 1300}}), ElementsAre(SubEntry{700, 1300}));
 }

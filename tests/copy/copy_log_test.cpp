@@ -23,6 +23,14 @@ class CopyLogFile : public testing::Test {
   CopyRig rig;
 };
 
+TEST_F(CopyLogFile, IsOpenedUnderFileNumber1) {
+  LogError("Source", "Description");
+  EXPECT_EQ(rig.files.numbers["C:\\log\\tsmdm030.log"], std::set<int>{1});
+  rig.files.numbers.clear();
+  rig.inside.WriteCountLog("tsmdm030", 0, 0, 0);
+  EXPECT_EQ(rig.files.numbers["C:\\log\\tsmdm030.log"], std::set<int>{1});
+}
+
 TEST_F(CopyLogFile, HasATimeHeaderAndTheInsertedLineForACopyWithoutRows) {
   rig.inside.WriteCountLog("tsmdm030", 0, 0, 0);
   EXPECT_EQ(Log(),

@@ -110,6 +110,13 @@ TEST(CalendarLookBack, IsTheNumberAfterTheFirstFieldsEqualsSign) {
   EXPECT_EQ(LookBack("days=32767"), 32767);
 }
 
+TEST(CalendarLookBack, IsReadUnderFileNumber1) {
+  CopyRig rig;
+  rig.files.texts["\\home\\qmx\\QMX_CAL.INI"] = "days=30";
+  EXPECT_EQ(rig.inside.ReadCalendarLookBack(), 30);
+  EXPECT_EQ(rig.files.numbers["\\home\\qmx\\QMX_CAL.INI"], std::set<int>{1});
+}
+
 TEST(CalendarLookBack, IsRoundedDown) {
   EXPECT_EQ(LookBack("days=30.9"), 30);
   EXPECT_EQ(LookBack("days=-1.5"), -2);

@@ -43,6 +43,26 @@ TEST_F(StartUp, WithSixPiecesCopiesWithoutTellingTheServer) {
   EXPECT_THAT(rig_.failures.chains, IsEmpty());
 }
 
+// The message handler's object is held by the handler alone.
+TEST_F(StartUp, ReleasesTheHandlerBeforeAFailureIsLoggedUnderFileNumber1) {
+  std::weak_ptr<Dispatch> messages;
+  rig_.erp.Serves("QMXServer20.clsMessHandler", [&] {
+    const auto made = rig_.erp.Make("messages");
+    messages = made;
+    return Object(made);
+  });
+  bool isReleased = false;
+  rig_.files.beforeOpening = [&](const std::string& path) {
+    isReleased = path == "C:\\log\\QMXDBSynclog.txt" && messages.expired();
+  };
+  rig_.erp.Serves("QMXServer20.ClientRequests", []() -> Object { throw Error(429, "Server", "It cannot be made."); });
+  StartWith(",17");
+  EXPECT_EQ(declarations_.exitStatus, ExitStatus::StartUpFailed);
+  EXPECT_EQ(rig_.calls.Count("create QMXServer20.clsMessHandler"), 1u);
+  EXPECT_TRUE(isReleased);
+  EXPECT_EQ(rig_.files.numbers["C:\\log\\QMXDBSynclog.txt"], std::set<int>{1});
+}
+
 TEST_F(StartUp, WithARequestNumberSendsMessagesAndStatus) {
   StartWith(",17");
   EXPECT_FALSE(declarations_.ServerMessagesOff);

@@ -1,8 +1,10 @@
 // Text files kept in memory, with the error numbers of real ones. A test can make one operation fail.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "platform/error.h"
@@ -19,6 +21,8 @@ class MemoryFiles : public TextFiles {
   std::string failOn;      // "Open", "OpenForInput", "Write", "Close": that operation fails with error 61
   bool failsOnce = false;  // only the next time
   std::string currentDirectory = "\\home\\qmx";
+  std::map<std::string, std::set<int>> numbers;                // under which each path was opened
+  std::function<void(const std::string& path)> beforeOpening;  // if set
   bool IsOpen() const { return open_.has_value(); }
 
   void OpenForAppend(const std::string& path, int number) override { Open(path, number); }
@@ -58,9 +62,11 @@ class MemoryFiles : public TextFiles {
     int number;
   };
   void Open(const std::string& path, int number) {
+    if (beforeOpening) beforeOpening(path);
     if (open_) throw Error(errors::kFileAlreadyOpen, "MemoryFiles", "File already open: " + open_->path);
     FailOn("Open");
     open_ = {path, number};
+    numbers[path].insert(number);
     texts[path];
   }
   std::string& Text(int number) {

@@ -150,8 +150,36 @@ TEST(CalendarsInFull, KeepWhatWasAddedWhenARecordFails) {
   EXPECT_THAT(rig.failures.chains[0],
               testing::StartsWith("error 600, Copy Calenders:  Copy of Calenders from Orvan to Local DB failed"));
   EXPECT_THAT(rig.failures.chains[0], testing::HasSubstr("key: ccal='DAY', ract='WRK', stdt=2026-11-21, sttm=800"));
-  EXPECT_THAT(rig.CopyLog(kCalendars),
-              testing::HasSubstr("\"Copy Calenders\",\" Copy of Calenders from Orvan to Local DB failed\""));
+  EXPECT_EQ(rig.CopyLog(kCalendars),
+            "\"Date-Time :2026-11-20 : 14:05:09\"\r\n"
+            "\"Copy Calenders\",\" Copy of Calenders from Orvan to Local DB failed\"\r\n");
+}
+
+TEST(CalendarsInFull, TakeTheMomentBeforeTheFirstListingAsTheNewLastUpdateTime) {
+  CalendarRig rig;
+  rig.Employee("1001", "DAY");
+  rig.clock.step = 1;
+  rig.erp.ListsBy(
+      kCalendarManager,
+      [&](ScriptedObject::Arguments) {
+        rig.clock.now = rig.clock.now.PlusTime(1, 0, 0);
+        return std::vector<Getters>{Interval("DAY", "2026-11-20", 800, "2026-11-20", 1630)};
+      },
+      "listActualCalendar");
+  rig.Run(kCalendars);
+  // Readings: 09 the start event, 10 the dates to list, 11 the stamp.
+  EXPECT_EQ(rig.Lutm(kCalendars), "2026-11-20 14:05:11");
+}
+
+TEST(CalendarsInFull, HaveTheirStampTakenAfterTheTableIsOpen) {
+  CalendarRig rig;
+  rig.Employee("1001", "DAY");
+  rig.clock.step = 1;
+  rig.Sql("drop table tcccp030");
+  rig.ErpHas({{"DAY", {}}});
+  rig.Run(kCalendars);
+  // Readings: 09 the start event, 10 the dates to list, 11 and 12 the copy log, 13 the event. None is a stamp.
+  EXPECT_THAT(rig.Events().at(1), testing::StartsWith("event Error 2026-11-20 14:05:13"));
 }
 
 TEST(CalendarsInFull, FailTwiceOverWhenTheTableCannotBeEmptied) {

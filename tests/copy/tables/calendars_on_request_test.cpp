@@ -109,6 +109,9 @@ TEST_F(OnRequest, FailsAndDeletesNothingForACalendarThatTheErpDoesNotList) {
   EXPECT_THAT(
       Failure(),
       StartsWith("error 3804, Copy Calender Of Employee:  Copy of Calender Of Employee from Orvan to Local DB failed"));
+  EXPECT_EQ(rig.CopyLog(kCalendars),
+            "\"Date-Time :2026-11-20 : 14:05:09\"\r\n"
+            "\"Copy Calender Of Employee\",\" Copy of Calender Of Employee from Orvan to Local DB failed\"\r\n");
   EXPECT_EQ(rig.LocalRecords().size(), 2u);
   EXPECT_EQ(rig.calls.Count("manager.Close()"), 1u);
   EXPECT_EQ(rig.Events().at(2),

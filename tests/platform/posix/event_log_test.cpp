@@ -124,6 +124,14 @@ TEST_F(EventLogTest, DoesNotStartWhereTheTargetsFolderIsNotWritable) {
   EXPECT_TRUE(error.Number() == 70 || error.Number() == 75) << error.Number();
 }
 
+// The copy logs go to the same folder, and the system log may stop.
+TEST_F(EventLogTest, DoesNotStartThereThoughASystemLogListens) {
+  SystemLog systemLog(socket_);
+  const Error error = Raised([&] { log_.StartLogging("\\proc\\sys\\evtlog.txt", 0); });
+  EXPECT_TRUE(error.Number() == 70 || error.Number() == 75) << error.Number();
+  EXPECT_EQ(Raised([&] { log_.StartLogging(PathText(folder_ / "none/evtlog.txt"), 0); }).Number(), 76);
+}
+
 TEST_F(EventLogTest, CreatesNoFileBeforeThereIsAnEntry) {
   Start();
   EXPECT_TRUE(std::filesystem::is_empty(folder_.Path()));
