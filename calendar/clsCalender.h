@@ -8,7 +8,8 @@
 //
 // Failures: a calendar that cannot be read is skipped or ends where it is, a delete or an insert that fails is passed
 // over, all without a word. What the arrays raise is loud: the 16-bit counters overflow with error 6, a time that does
-// not fit 16 bits as well, and Startprocess ends there. Nothing is logged here.
+// not fit 16 bits as well, a record without an end is error 94, and Startprocess ends there. The error names calendar
+// and record. Nothing is logged here.
 //
 // The caller sets DBConnection and DBRecordSet before Startprocess; both are borrowed, and the record set is left
 // closed unless Startprocess raised.

@@ -30,6 +30,20 @@ const Entry& At(const std::vector<Entry>& entries, std::int16_t index, const cha
   return entries[static_cast<std::size_t>(index)];
 }
 
+// The record's key but for the calendar: "stdt=2001-03-05, sttm=800, ract='W'".
+std::string DescribeRecord(Recordset& records) {
+  std::string text;
+  for (const char* name : {"stdt", "sttm", "ract"}) {
+    try {
+      const Variant value = records.Fields(name).Value();
+      const std::string shown = value.IfText() ? "'" + value.ToText() + "'" : value.ToText();
+      text += (text.empty() ? "" : ", ") + std::string(name) + "=" + shown;
+    } catch (const Error&) {  // a table without that column: the rest names the record well enough
+    }
+  }
+  return text;
+}
+
 // Hours and minutes of a time of day; rounded down, so that the minutes are never negative.
 struct HoursMinutes {
   explicit HoursMinutes(std::int32_t time)
@@ -171,7 +185,7 @@ Variant clsCalender::process() {
   static const Column stdt("stdt"), endt("endt"), sttm("sttm"), entm("entm");
   Recordset& records = SharedRecordSet();
   records.MoveFirst();
-  while (!records.Eof()) {
+  const auto spread = [&] {
     const DateTime start = records.Fields(stdt).Value().ToDateTime();
     const std::int32_t days = GetCount(start, records.Fields(endt).Value().ToDateTime());
     for (std::int32_t k = 0; k < days; ++k) {
@@ -188,6 +202,16 @@ Variant clsCalender::process() {
       } else {
         InsertInMainArray(day, month, year, stime, etime);
       }
+    }
+  };
+  while (!records.Eof()) {
+    try {
+      spread();
+    } catch (Error& error) {
+      error.With("calendar", Calcode)
+          .With("record", DescribeRecord(records))
+          .With("what to do", "copy this calendar again as tcccp030=" + Calcode + "=C, then expand again");
+      throw;
     }
     records.MoveNext();
   }

@@ -9,6 +9,16 @@
 namespace qmx {
 namespace {
 
+// The ERP's codes for yes and no.
+constexpr std::int16_t kYes = 1;
+constexpr std::int16_t kNo = 2;
+
+// A component may answer with a boolean, whose true would be -1 as a number.
+std::int16_t YesNoCode(const Variant& value) {
+  if (value.GetKind() == Variant::Kind::Boolean) return value.ToBoolean() ? kYes : kNo;
+  return value.ToInt16();
+}
+
 const Member kHasMoreElements = "hasMoreElements";
 const Member kNextElement = "nextElement";
 
@@ -58,7 +68,7 @@ void clsDataCopy::SetField(const FieldMap& field, Recordset& row, const Object& 
         value = RoundDecimals(value.ToDouble(), 2);
         break;
       case Conversion::YesNo:
-        value = YesNoToFlag(value.ToInt16());
+        value = YesNoToFlag(YesNoCode(value));
         break;
       case Conversion::DateTime:
         if (DateObjectToDate(std::move(value).ToObject())) {

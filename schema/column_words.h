@@ -10,6 +10,7 @@ namespace qmx {
 
 // Keys are made of codes, so a code must not be too wide for the indexes of any database system.
 inline LocalColumn Code(std::string name) { return {std::move(name), Variant::Kind::Text, 100}; }
+inline LocalColumn TableCode(std::string name) { return {std::move(name), Variant::Kind::Text, 100, false, true}; }
 inline LocalColumn Description(std::string name) { return {std::move(name), Variant::Kind::Text, 500}; }
 inline LocalColumn Number(std::string name) { return {std::move(name), Variant::Kind::Double}; }
 inline LocalColumn Line(std::string name) { return {std::move(name), Variant::Kind::Int32}; }

@@ -6,7 +6,7 @@ std::vector<LocalTable> ControlTables() {
   return {
       {"tstables",
        "",
-       {Code("TableName"), Setting("in_use"), Setting("freq"), Setting("reqd"), Setting("syme"), Moment("lutm")},
+       {TableCode("TableName"), Setting("in_use"), Setting("freq"), Setting("reqd"), Setting("syme"), Moment("lutm")},
        {"TableName"},
        {}},
       // The same interval may be written twice, so there is no key.

@@ -9,9 +9,12 @@ namespace {
 
 // Codes compare letter by letter and blank by blank, as the ERP's do. MariaDB's own way takes "a" for "A"; and its rows
 // are to be kept in an engine with transactions.
-constexpr Dialect kSqlite = {"datetime", ""};
-constexpr Dialect kPostgresql = {"timestamp(0)", ""};
-constexpr Dialect kMariadb = {"datetime", " engine = InnoDB character set utf8mb4 collate utf8mb4_nopad_bin"};
+constexpr Dialect kSqlite = {"datetime", "", " collate nocase", ""};
+constexpr Dialect kPostgresql = {
+    "timestamp(0)", "", " collate qmx_any_case",
+    "create collation if not exists qmx_any_case (provider = icu, locale = 'und-u-ks-level2', deterministic = false)"};
+constexpr Dialect kMariadb = {"datetime", " engine = InnoDB character set utf8mb4 collate utf8mb4_nopad_bin",
+                              " collate utf8mb4_general_nopad_ci", ""};
 
 std::string Type(const LocalColumn& column, const Dialect& dialect) {
   switch (column.type) {
@@ -36,11 +39,21 @@ std::string Joined(const std::vector<std::string>& names) {
 
 }  // namespace
 
-std::string Dialect::CreateTable(const LocalTable& table) const {
+std::string Dialect::CreateTable(const LocalTable& table) const { return CreateTable(table, ""); }
+
+std::vector<std::string> Dialect::CreateTableOfAnyCase(const LocalTable& table) const {
+  const auto isTableCode = [](const LocalColumn& column) { return column.isTableCode; };
+  if (std::none_of(table.columns.begin(), table.columns.end(), isTableCode)) return {};
+  if (*makesAnyCase == '\0') return {CreateTable(table, anyCase)};
+  return {makesAnyCase, CreateTable(table, anyCase)};
+}
+
+std::string Dialect::CreateTable(const LocalTable& table, const char* ofTableCodes) const {
   std::string text = "create table " + table.name + " (";
   const char* separator = "\n  ";
   for (const LocalColumn& column : table.columns) {
     text += separator + column.name + " " + Type(column, *this);
+    if (column.isTableCode) text += ofTableCodes;
     if (column.startsAtZero) text += " default 0";
     if (std::find(table.key.begin(), table.key.end(), column.name) != table.key.end()) text += " not null";
     separator = ",\n  ";

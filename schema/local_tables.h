@@ -19,6 +19,7 @@ struct LocalColumn {
   Variant::Kind type;         // Text, Int16, Int32, Double or DateTime
   int width = 0;              // of a text, in characters
   bool startsAtZero = false;  // in a row that says nothing of it
+  bool isTableCode = false;   // of a table of this system: capitals and small letters mean the same
 };
 
 struct LocalTable {

@@ -22,6 +22,12 @@ DateTime Moment(std::int64_t seconds) {
               "Overflow: a date-time of " + std::to_string(seconds) + " seconds lies outside the years 100 to 9999.");
 }
 
+std::string_view CheckedText(const char* data, std::size_t length) {
+  const std::string_view text = TextFromAbi(data, length);
+  RequireFlawless(text, "Components");
+  return text;
+}
+
 // How the other side sees the value. Objects are left to the caller: how they are counted depends on the direction.
 void Borrow(const Variant& value, qmx_value& out) {
   switch (value.GetKind()) {
@@ -88,7 +94,7 @@ Variant AnyFromAbi(const qmx_value& value, Reference reference) {
     case QMX_DATETIME:
       return Moment(value.as.seconds);
     case QMX_TEXT:
-      return TextFromAbi(value.as.text.data, value.as.text.length);
+      return CheckedText(value.as.text.data, value.as.text.length);
     case QMX_OBJECT:
       return ObjectFromAbi(value.as.object, reference);
     default:
@@ -162,13 +168,12 @@ void GiveValue(const Variant& value, qmx_value& out) {
 }
 
 Error FromAbi(const qmx_error& error, const std::string& source) {
-  const std::string_view givenSource = TextFromAbi(error.source, error.source_length);
-  const std::string_view description = TextFromAbi(error.description, error.description_length);
-  Error result(error.number != 0 ? error.number : errors::kInternal,
-               givenSource.empty() ? source : std::string(givenSource),
-               description.empty() ? "The component failed without a description." : std::string(description));
-  const std::string_view details = TextFromAbi(error.details, error.details_length);
-  if (!details.empty()) result.With("details", std::string(details));
+  const std::string givenSource = ShownText(error.source, error.source_length);
+  const std::string description = ShownText(error.description, error.description_length);
+  Error result(error.number != 0 ? error.number : errors::kInternal, givenSource.empty() ? source : givenSource,
+               description.empty() ? "The component failed without a description." : description);
+  const std::string details = ShownText(error.details, error.details_length);
+  if (!details.empty()) result.With("details", details);
   return result;
 }
 

@@ -12,6 +12,7 @@
 
 #include "platform/components.h"
 #include "platform/error.h"
+#include "platform/text_encoding.h"
 
 namespace qmx {
 
@@ -22,11 +23,20 @@ inline std::string_view TextFromAbi(const char* data, std::size_t length) {
   return data ? std::string_view(data, length) : std::string_view();
 }
 
-// The value as one of ours; texts are copied. Raises 13 for a kind that nobody knows, 6 for a number outside its kind.
+// A text that is only shown, in an error for example: what is no UTF-8 becomes U+FFFD.
+inline std::string ShownText(const char* data, std::size_t length) {
+  return WithReplacements(TextFromAbi(data, length));
+}
+
+// The value as one of ours; texts are copied. Raises 13 for a kind that nobody knows and for a text that is no UTF-8 or
+// holds a NUL, 6 for a number outside its kind.
 Variant AnyFromAbi(const qmx_value& value, Reference reference);
 inline Variant FromAbi(const qmx_value& value, Reference reference) {
   if (value.kind == QMX_INT32) return value.as.integer;
-  if (value.kind == QMX_TEXT) return TextFromAbi(value.as.text.data, value.as.text.length);
+  if (value.kind == QMX_TEXT && value.as.text.data) {
+    const std::string_view text(value.as.text.data, value.as.text.length);
+    if (IsPlainAscii(text)) return text;
+  }
   return AnyFromAbi(value, reference);
 }
 
@@ -63,7 +73,8 @@ class AbiArguments {
 void GiveValue(const Variant& value, qmx_value& out);
 
 inline qmx_error EmptyAbiError() { return {sizeof(qmx_error), 0, nullptr, 0, nullptr, 0, nullptr, 0}; }
-Error FromAbi(const qmx_error& error, const std::string& source);  // `source` and stock texts where it has none
+// `source` and stock texts where it has none. Flaws in its texts become U+FFFD: an error about an error helps nobody.
+Error FromAbi(const qmx_error& error, const std::string& source);
 
 // The exception in flight as the other side's error; the texts live until the next one.
 qmx_status FailWithCurrentError(qmx_error* error) noexcept;

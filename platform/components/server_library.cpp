@@ -59,7 +59,7 @@ void Answered(const std::string& source, Call&& call) {
     refuse("it let an exception out: " + CurrentError().Description());
   }
   if (status == QMX_FAILED) {
-    const std::string_view details = TextFromAbi(error.details, error.details_length);
+    const std::string details = ShownText(error.details, error.details_length);
     refuse("it refused with " + Described(FromAbi(error, source)), std::string(details));
   }
   if (status != QMX_OK) refuse("it returned status " + std::to_string(status) + ", neither QMX_OK nor QMX_FAILED");
@@ -145,7 +145,7 @@ std::vector<ServerFact> ServerLibrary::Describe(const Manifest& manifest) const 
   const auto sink = [](void* context, const char* name, std::size_t nameLength, const char* value,
                        std::size_t valueLength) {
     static_cast<std::vector<ServerFact>*>(context)->push_back(
-        {std::string(TextFromAbi(name, nameLength)), std::string(TextFromAbi(value, valueLength))});
+        {ShownText(name, nameLength), ShownText(value, valueLength)});
   };
   const AbiManifest abi(manifest, {});
   const RunningCall running(RunningCall::KeepText(manifest.path.native()), "the description");

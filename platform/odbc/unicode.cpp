@@ -1,8 +1,12 @@
 #include "platform/odbc/unicode.h"
 
+#include <utf8.h>
+
 #include <cstdint>
+#include <iterator>
 
 #include "platform/error.h"
+#include "platform/text_encoding.h"
 
 namespace qmx {
 namespace {
@@ -16,37 +20,15 @@ constexpr char32_t kReplacement = 0xFFFD;
 
 // The character that begins at `at`, which is moved behind it.
 char32_t NextCharacter(std::string_view text, std::size_t& at) {
-  const auto byte = [&](std::size_t index) { return static_cast<std::uint8_t>(text[index]); };
-  const std::uint8_t first = byte(at);
-  if (first < 0x80) return text[at++] & 0x7F;
-  const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-  if (first < 0xC2 || first > 0xF4 || at + length > text.size()) RaiseNotUtf8(at);
-  char32_t character = first & (0x7Fu >> length);
-  for (std::size_t index = at + 1; index < at + length; ++index) {
-    if ((byte(index) & 0xC0) != 0x80) RaiseNotUtf8(at);
-    character = (character << 6) | (byte(index) & 0x3Fu);
+  if (static_cast<std::uint8_t>(text[at]) < 0x80) return static_cast<std::uint8_t>(text[at++]);
+  auto place = text.begin() + static_cast<std::ptrdiff_t>(at);
+  try {
+    const char32_t character = utf8::next(place, text.end());
+    at = static_cast<std::size_t>(place - text.begin());
+    return character;
+  } catch (const utf8::exception&) {
+    RaiseNotUtf8(at);
   }
-  const bool tooLong = (length == 3 && character < 0x800) || (length == 4 && character < 0x10000);
-  if (tooLong || character > 0x10FFFF || (character >= 0xD800 && character < 0xE000)) RaiseNotUtf8(at);
-  at += length;
-  return character;
-}
-
-void AppendUtf8(char32_t character, std::string& text) {
-  const auto add = [&](char32_t bits) { text += static_cast<char>(bits); };
-  if (character < 0x80) return add(character);
-  if (character < 0x800) {
-    add(0xC0 | (character >> 6));
-  } else {
-    if (character < 0x10000) {
-      add(0xE0 | (character >> 12));
-    } else {
-      add(0xF0 | (character >> 18));
-      add(0x80 | ((character >> 12) & 0x3F));
-    }
-    add(0x80 | ((character >> 6) & 0x3F));
-  }
-  add(0x80 | (character & 0x3F));
 }
 
 }  // namespace
@@ -71,6 +53,7 @@ WideText ToWide(std::string_view utf8) {
 }
 
 void RequireUtf8(std::string_view text) {
+  if (IsPlainAscii(text)) return;
   for (std::size_t at = 0; at < text.size();) NextCharacter(text, at);
 }
 
@@ -85,7 +68,7 @@ std::string FromWide(std::basic_string_view<SQLWCHAR> wide) {
       character = isPair ? 0x10000 + ((character - 0xD800) << 10) + (second - 0xDC00) : kReplacement;
       if (isPair) ++at;
     }
-    AppendUtf8(character, text);
+    utf8::append(character, std::back_inserter(text));
   }
   return text;
 }

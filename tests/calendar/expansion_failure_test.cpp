@@ -126,7 +126,12 @@ TEST_F(ExpansionFailure, EndsLoudlyForATimeThatDoesNotFit16Bits) {
 
 TEST_F(ExpansionFailure, EndsLoudlyForARecordWithoutAnEnd) {
   local.Execute("INSERT INTO tcccp030 VALUES ('DAY', 'WRK', '2001-03-08', 800, NULL, 1700)");
-  EXPECT_EQ(Raised([&] { local.Calender().Startprocess(); }).Number(), 94);
+  const Error error = Raised([&] { local.Calender().Startprocess(); });
+  EXPECT_EQ(error.Number(), 94);
+  EXPECT_EQ(error.Details(), (std::vector<Error::Detail>{
+                                 {"calendar", "DAY"},
+                                 {"record", "stdt=2001-03-08, sttm=800, ract='WRK'"},
+                                 {"what to do", "copy this calendar again as tcccp030=DAY=C, then expand again"}}));
 }
 
 TEST_F(ExpansionFailure, KeepsTheIntervalsOfEarlierPeriodsWhenALaterOneFails) {

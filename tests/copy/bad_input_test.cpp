@@ -81,6 +81,24 @@ TEST(BadInput, OfANumberThatCannotBeRoundedNamesItsColumn) {
                                 HasSubstr("table: tsclm020"), HasSubstr("key: crtc='R1'")));
 }
 
+TEST(BadInput, OfANullWhereAValueIsNeededNamesItsColumn) {
+  for (const auto& [getter, number, column] :
+       {std::tuple("getBlocked", "94", "blyn"), std::tuple("getOrderDate", "91", "ordt")}) {
+    CopyRig rig;
+    Getters order = {{"getOrderDate", rig.erp.Date({126, 10, 20, 8, 0, 0})}, {kAnyOther, "7"}};
+    order.insert_or_assign(getter, Variant::Null());
+    rig.erp.Lists("ServiceOrders.ServiceOrdersManager", {order}, "listServiceOrders");
+    rig.Run("tssoc200");
+    EXPECT_THAT(Chain(rig), AllOf(HasSubstr(std::string("because of error ") + number + ", "),
+                                  HasSubstr(std::string("column: ") + column)));
+  }
+  CopyRig rig;
+  rig.erp.Lists("ResponseTimes.ResponseTimesManager",
+                {{{"getResponseTime", "R1"}, {"getReactionPeriod", Variant::Null()}, {kAnyOther, "7"}}});
+  rig.Run("tsclm020");
+  EXPECT_THAT(Chain(rig), AllOf(HasSubstr("because of error 94, "), HasSubstr("column: rctt")));
+}
+
 TEST(BadInput, OfATextThatTheDatabaseFindsTooLongFailsWhereTheRowIsSaved) {
   CopyRig rig;
   rig.Sql("drop table tsmdm030");

@@ -199,6 +199,22 @@ TEST_F(BadInput, ALinkOfAnotherUserInPlaceOfTheCopyLogIsNotFollowed) {
   EXPECT_EQ(ReadFile(folder_ / "precious"), "as it was");
 }
 
+TEST_F(BadInput, ATextOfTheErpThatIsNoUtf8NamesMemberByteAndRecord) {
+  std::filesystem::copy_file(pieces_.component2, folder_ / "latin1.db");
+  pieces_.component2 = folder_ / "latin1.db";
+  const Process changed =
+      test::Run("/usr/bin/sqlite3", {pieces_.component2,
+                                     "update tsmdm030 set \"desc\" = cast(x'4DFC6C6C6572' as text) where "
+                                     "cstp = (select max(cstp) from tsmdm030)"});
+  ASSERT_EQ(changed.status, 0) << changed.err;
+  const Process copy = Copy();
+  ExpectFailedCopy(copy);
+  EXPECT_THAT(copy.err, HasSubstr("because of error 13, Components: Type mismatch: the text is no valid UTF-8 from "
+                                  "byte 2 on. [member: getServiceTypeDescription; "));
+  EXPECT_THAT(copy.err, HasSubstr("column: dsca; table: tsmdm030; key: cstp='"));
+  EXPECT_EQ(ServiceTypes().size(), 2u);  // those before it
+}
+
 TEST_F(BadInput, AFailureLogOnAFullDiskIsToldOnStandardError) {
   FillDiskFor("logs/QMXDBSynclog.txt");
   const Process copy = RunOnFullDisk("x,y,tsmdm030," + pieces_.logs + ",OrvanSandbox");

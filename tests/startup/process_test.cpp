@@ -94,6 +94,20 @@ TEST_F(ProcessEntry, EndsWithThreeWhereTheTableIsInProgress) {
   EXPECT_THAT(InUse(), ElementsAre("1"));
 }
 
+TEST_F(ProcessEntry, RefusesACodeInCapitalsWhereTheControlTableIgnoresCase) {
+  Sql("drop table tstables");
+  for (const LocalTable& table : LocalTables()) {
+    for (const std::string& statement : SqliteDialect().CreateTableOfAnyCase(table)) Sql(statement);
+  }
+  Sql("insert into tstables (TableName, in_use) values ('tsmdm030', 1)");
+  pieces_.table = "TSMDM030";
+  EXPECT_EQ(Copy().status, 3);
+  Sql("update tstables set in_use = 0");
+  EXPECT_EQ(Copy().status, 0);
+  EXPECT_THAT(Column("select TableName from tstables where lutm is not null"), ElementsAre("tsmdm030"));
+  EXPECT_THAT(Column("select count(*) from tstables"), ElementsAre("1"));
+}
+
 TEST_F(ProcessEntry, EndsWithFourAndASentenceWhereThereIsNoSuchTableOrCalendarKind) {
   pieces_.rest = ",17";
   for (const auto& [table, sentence] : std::map<std::string, std::string>{

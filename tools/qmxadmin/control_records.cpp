@@ -1,5 +1,9 @@
 #include "tools/qmxadmin/control_records.h"
 
+#include <algorithm>
+
+#include "platform/names.h"
+
 namespace qmx {
 namespace {
 
@@ -27,6 +31,14 @@ std::unique_ptr<Recordset> OpenRecord(LocalDatabase& local, const std::string& t
   return OpenRecords(local, SqlText("select * from tstables where tablename = '").Value(tableCode).Append("'"));
 }
 
+std::map<std::string, ControlRecord> OfOneCase(LocalDatabase& local, std::map<std::string, ControlRecord> records) {
+  const auto isFolded = [](const auto& record) { return FoldName(record.first) == record.first; };
+  if (std::all_of(records.begin(), records.end(), isFolded) || !TableCodesIgnoreCase(local)) return records;
+  std::map<std::string, ControlRecord> folded;
+  for (const auto& [code, record] : records) folded.emplace(FoldName(code), record);
+  return folded;
+}
+
 }  // namespace
 
 std::map<std::string, ControlRecord> ReadControlRecords(LocalDatabase& local) {
@@ -38,7 +50,17 @@ std::map<std::string, ControlRecord> ReadControlRecords(LocalDatabase& local) {
                                                           Moment(records->Fields(kLutm).Value())};
   }
   records->Close();
-  return read;
+  return OfOneCase(local, std::move(read));
+}
+
+bool TableCodesIgnoreCase(LocalDatabase& local) {
+  const auto found =
+      OpenRecords(local,
+                  "select count(*) from (select TableName from tstables where 1=0 union all select 'a') t "
+                  "where TableName = 'A'");
+  const bool ignores = found->Fields(std::size_t{0}).Value().ToInt32() == 1;
+  found->Close();
+  return ignores;
 }
 
 void WriteSyncMethod(LocalDatabase& local, const std::string& tableCode, bool byChange) {

@@ -17,7 +17,11 @@ struct ControlRecord {
 };
 
 // By table code, as it is spelled there. Raises -2147217865 where there is no tstables.
+// By table code. Where tstables ignores case, a record stands under its code in small letters, however it is spelled.
 std::map<std::string, ControlRecord> ReadControlRecords(LocalDatabase& local);
+
+// Whether tstables takes a code in capitals for the same one in small letters. Tables of older releases do not.
+bool TableCodesIgnoreCase(LocalDatabase& local);
 
 // Makes the record where there is none.
 void WriteSyncMethod(LocalDatabase& local, const std::string& tableCode, bool byChange);

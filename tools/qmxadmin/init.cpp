@@ -25,15 +25,29 @@ bool IsEmbedded(const ConnectionText& text) { return SameName(text.Get("Provider
 
 void Print(const Dialect& dialect) {
   for (const LocalTable& table : LocalTables()) {
-    std::cout << dialect.CreateTable(table) << ";\n";
+    const std::vector<std::string> ofAnyCase = dialect.CreateTableOfAnyCase(table);
+    for (const std::string& statement : ofAnyCase) std::cout << statement << ";\n";
+    if (ofAnyCase.empty()) std::cout << dialect.CreateTable(table) << ";\n";
     for (const std::string& index : dialect.CreateIndexes(table)) std::cout << index << ";\n";
   }
+}
+
+// A server may lack the collation for table codes of any case, or the user the right to make it. Then a plain column
+// serves, as "check" reports.
+void Make(Connection& connection, const Dialect& dialect, const LocalTable& table) {
+  const std::vector<std::string> ofAnyCase = dialect.CreateTableOfAnyCase(table);
+  try {
+    for (const std::string& statement : ofAnyCase) connection.Execute(statement);
+    if (!ofAnyCase.empty()) return;
+  } catch (const Error&) {
+  }
+  connection.Execute(dialect.CreateTable(table));
 }
 
 // Makes the table or says how it differs; whether it is now as it should be.
 bool Provide(Connection& connection, const Dialect& dialect, const LocalTable& table) {
   const std::optional<TableDescription> found = FindTable(connection, table.name);
-  if (!found) connection.Execute(dialect.CreateTable(table));
+  if (!found) Make(connection, dialect, table);
   const std::vector<std::string> differences = found ? Differences(table, *found) : std::vector<std::string>();
   if (differences.empty()) {
     for (const std::string& index : dialect.CreateIndexes(table)) connection.Execute(index);

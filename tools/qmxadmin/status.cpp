@@ -68,7 +68,7 @@ AdminStatus Status(const StatusArguments& arguments) {
     listing.rows.push_back(Row(table.name, found ? &record->second : nullptr, std::move(rows), note));
     if (found) records.erase(record);
   }
-  // Whoever copied a table by another spelling of its code gets a control record of that spelling.
+  // A table code in another spelling gets a control record of its own where tstables does not ignore case.
   for (const auto& [table, record] : records) {
     listing.rows.push_back(Row(table, &record, Variant::Null(), "not a table's code, or not in small letters"));
   }

@@ -109,6 +109,26 @@ TEST(ServiceOrders, AreCopiedByChange) {
                           "DELETE FROM tssoc200 WHERE orno='SO3'"));
 }
 
+Getters OrderWithBooleans(CopyRig& rig) {
+  Getters order = Order(rig, "SO1", "BP1", "Bakery");
+  order.insert_or_assign("getBlocked", true);
+  order.insert_or_assign("getInterrupted", false);
+  order.insert_or_assign("getAppointment", true);
+  return order;
+}
+
+TEST(ServiceOrders, TakeABooleanForTheErpsYesOrNo) {
+  CopyRig full;
+  full.erp.Lists(kManager, {OrderWithBooleans(full)}, kListing);
+  full.Run(kTable);
+  EXPECT_THAT(full.Rows(kTable, {"blyn", "ityn", "appo"}), ElementsAre("1, 0, 1"));
+
+  CopyRig changed;
+  changed.erp.Lists(kManager, {OrderWithBooleans(changed)}, kListing);
+  RunChanged(changed, kTable, kRecord, {Inserted(OrderWithBooleans(changed))});
+  EXPECT_THAT(changed.Rows(kTable, {"blyn", "ityn", "appo"}), ElementsAre("1, 0, 1"));
+}
+
 // The stored name and how often the listing was read, after one order of partner "NEW" came by change.
 struct NameAfter {
   std::string stna;

@@ -43,13 +43,39 @@ TEST_F(ServerObjects, TakeAndGiveValuesOfEveryKind) {
                             DateTime::FromDate(2026, 11, 20).PlusTime(14, 5, 9),
                             "",
                             "Grüße",
-                            std::string("with\0zero", 9),
                             "a text that is much longer than what fits into a value itself",
                             Object()};
   for (const Variant& value : values) {
     EXPECT_EQ(probe().Call("echo", value), value) << "kind " << static_cast<int>(value.GetKind());
   }
   EXPECT_EQ(probe().Call("echo", Variant("kept")).ToText(), "kept");
+}
+
+TEST_F(ServerObjects, GiveNoTextThatIsNoUtf8OrHoldsANul) {
+  const Error notUtf8 = Failure("echo", "M\xFCller");
+  EXPECT_EQ(notUtf8.Number(), 13);
+  EXPECT_EQ(notUtf8.Source(), "Components");
+  EXPECT_EQ(notUtf8.Description(), "Type mismatch: the text is no valid UTF-8 from byte 2 on.");
+  EXPECT_EQ(notUtf8.Details(),
+            (std::vector<Error::Detail>{{"member", "echo"}, {"progid", "Test.Probe"}, {"type", "probe type"}}));
+  EXPECT_EQ(Failure("echo", std::string("with\0zero", 9)).Description(),
+            "Type mismatch: the text holds a NUL character at byte 5.");
+}
+
+TEST_F(ServerObjects, WriteNoSuchTextIntoAVariableEither) {
+  Variant variable = "before";
+  EXPECT_EQ(Failure("assign", Ref(variable), "\xE4").Description(),
+            "Type mismatch: the text is no valid UTF-8 from byte 1 on.");
+  EXPECT_EQ(variable, Variant("before"));
+}
+
+TEST_F(ServerObjects, FailWithReplacementCharactersForWhatIsNoUtf8) {
+  const Error error = Failure("fail", 9,
+                              "Br\xFC"
+                              "cke",
+                              std::string("M\xFCller\0", 7));
+  EXPECT_EQ(error.Source(), "Br\uFFFDcke");
+  EXPECT_EQ(error.Description(), "M\uFFFDller\uFFFD");
 }
 
 TEST_F(ServerObjects, SeeKindsAndReferences) {

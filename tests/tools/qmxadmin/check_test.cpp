@@ -77,6 +77,15 @@ TEST_P(QmxAdminCheckOnSqlite, SaysWhatWasNotLookedAt) {
                              HasSubstr("\nnot checked  ERP: no manager was asked, since --component is not given\n")));
 }
 
+TEST_P(QmxAdminCheck, RemarksThatAnOlderControlTableTellsCapitalsFromSmallLetters) {
+  EXPECT_THAT(Check().out,
+              HasSubstr("\nok           table tstables: 6 columns, as they should be; it tells capitals from "
+                        "small letters, so a copy of TSMDM030 does not see the flag of tsmdm030\n"));
+  Execute("drop table tstables");
+  EXPECT_EQ(Admin({"init"}).status, 0);
+  EXPECT_THAT(Check().out, HasSubstr("\nok           table tstables: 6 columns, as they should be\n"));
+}
+
 TEST_P(QmxAdminCheck, TellsEachColumnThatDiffersAndEachTableThatIsMissing) {
   Execute("drop table tsmdm030");
   Execute("create table tsmdm030 (cstp integer, dsca varchar(10), ract varchar(10))");

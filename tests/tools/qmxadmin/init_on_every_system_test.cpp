@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "platform/database.h"
+#include "platform/error.h"
 #include "tests/support/driver_under_test.h"
 #include "tests/support/process.h"
+#include "tests/support/raised.h"
 
 namespace qmx::test {
 namespace {
@@ -28,6 +30,14 @@ class QmxAdminInitOnASystem : public testing::TestWithParam<DriverUnderTest> {
     connection.Close();
   }
 
+  int Found(const char* query) {
+    Connection connection({&base->GetDriver()}, nullptr);
+    connection.Open(base->ConnectionText(), "", "");
+    Recordset records(nullptr);
+    records.Open(query, connection, kCursorKeyset, kLockOptimistic, kCommandText);
+    return records.recordcount();
+  }
+
   static int Count(const std::string& text, const std::string& piece) {
     int count = 0;
     for (std::size_t at = text.find(piece); at != std::string::npos; at = text.find(piece, at + 1)) ++count;
@@ -47,6 +57,16 @@ TEST_P(QmxAdminInitOnASystem, MakesAllTablesOnceAndLeavesThemAloneThen) {
   const Process again = Init();
   EXPECT_EQ(again.status, 0) << again.err;
   EXPECT_EQ(Count(again.out, ": there already\n"), 19);
+}
+
+TEST_P(QmxAdminInitOnASystem, MakesAControlTableWhoseTableCodesIgnoreCase) {
+  Init();
+  Execute("insert into tstables (TableName, in_use) values ('tsmdm030', 1)");
+  EXPECT_EQ(Found("select * from tstables where tablename = 'TSMDM030'"), 1);
+  EXPECT_EQ(Found("select * from tstables where tablename = 'TSMDM030 '"), 0);
+  EXPECT_EQ(Found("select * from tstables where tablename = 'tsmdm03'"), 0);
+  EXPECT_EQ(Raised([&] { Execute("insert into tstables (TableName) values ('TsMdM030')"); }).Number(),
+            errors::kIntegrity);
 }
 
 TEST_P(QmxAdminInitOnASystem, TellsWhatDiffersAndLeavesIt) {

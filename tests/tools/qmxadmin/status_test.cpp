@@ -101,6 +101,17 @@ TEST_P(QmxAdminStatusOnSqlite, ShowsControlRecordsOfOtherSpellings) {
             HasSubstr("\nxyz       -                         full    no      -               -  not a table's code")));
 }
 
+TEST_P(QmxAdminStatus, ShowsARecordInCapitalsAsTheTablesWhereTheControlTableIgnoresCase) {
+  Execute("drop table tstables");
+  EXPECT_EQ(Admin({"init"}).status, 0);
+  Execute("insert into tstables (tablename, in_use, syme) values ('TSSOC200', 1, 2)");
+  const Process run = Admin({"status"});
+  EXPECT_THAT(run.out, HasSubstr("\ntssoc200  Service Orders            changed  yes     -               0\n"));
+  EXPECT_THAT(run.out, Not(HasSubstr("TSSOC200")));
+  EXPECT_EQ(Admin({"release", "tssoc200", "--yes"}).status, 0);
+  EXPECT_THAT(Column("select in_use from tstables"), testing::ElementsAre("0"));
+}
+
 TEST_P(QmxAdminStatusOnSqlite, SaysThatThereIsNoControlTable) {
   Execute("drop table tstables");
   const Process run = Admin({"status"});

@@ -4,6 +4,7 @@
 
 #include "platform/error.h"
 #include "schema/local_tables.h"
+#include "tools/qmxadmin/control_records.h"
 #include "tools/qmxadmin/differences.h"
 #include "tools/qmxadmin/find_table.h"
 #include "tools/qmxadmin/local_database.h"
@@ -30,7 +31,14 @@ bool SelectDatabase(Connection& connection, const std::string& database, Finding
   }
 }
 
-void CheckTable(Connection& connection, const LocalTable& table, Findings& findings) {
+// A remark, since the copies work either way.
+std::string OnCase(LocalDatabase& local, const LocalTable& table) {
+  if (table.name != "tstables" || TableCodesIgnoreCase(local)) return "";
+  return "; it tells capitals from small letters, so a copy of TSMDM030 does not see the flag of tsmdm030";
+}
+
+void CheckTable(LocalDatabase& local, const LocalTable& table, Findings& findings) {
+  Connection& connection = local.Connection();
   const std::string what = "table " + table.name;
   try {
     const std::optional<TableDescription> found = FindTable(connection, table.name);
@@ -42,7 +50,9 @@ void CheckTable(Connection& connection, const LocalTable& table, Findings& findi
     for (const std::string& difference : differences) {
       findings.Wrong(what, difference, "\"qmxadmin init --print\" shows how it should be.");
     }
-    if (differences.empty()) findings.Good(what, std::to_string(found->columns.size()) + " columns, as they should be");
+    if (differences.empty()) {
+      findings.Good(what, std::to_string(found->columns.size()) + " columns, as they should be" + OnCase(local, table));
+    }
   } catch (const Error& error) {
     findings.Wrong(what, error, "Let the user be granted what is missing.");
   }
@@ -61,7 +71,7 @@ void CheckDatabase(const DatabaseArguments& arguments, Findings& findings) {
   Connection& connection = local->Connection();
   findings.Good(kConnection, connection.System());
   if (!SelectDatabase(connection, arguments.database, findings)) return;
-  for (const LocalTable& table : LocalTables()) CheckTable(connection, table, findings);
+  for (const LocalTable& table : LocalTables()) CheckTable(*local, table, findings);
 }
 
 }  // namespace qmx

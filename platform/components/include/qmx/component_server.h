@@ -35,7 +35,8 @@
  * as written when it is another pointer than the one passed in. A call that fails leaves its variables as they were.
  *
  * TEXTS
- * UTF-8 with a length in bytes, no terminating zero needed; data may be null when length is 0.
+ * UTF-8 with a length in bytes, no terminating zero needed; data may be null when length is 0. A text that is no UTF-8
+ * or holds a NUL is refused with error 13.
  *
  * ERRORS
  * A call returns QMX_OK or QMX_FAILED. On QMX_FAILED the callee has filled the qmx_error that it was given; its texts
