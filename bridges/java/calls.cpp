@@ -52,15 +52,19 @@ void RaisePending(JNIEnv* env) {
 void ReadText(JNIEnv* env, jstring string, std::string& text) {
   std::array<jchar, 256> usual;
   const jsize length = env->GetStringLength(string);
-  if (static_cast<std::size_t>(length) <= usual.size()) {
-    env->GetStringRegion(string, 0, length, usual.data());
-    Check(env);
-    return ToUtf8(usual.data(), static_cast<std::size_t>(length), text);
+  if (length == 0) return text.clear();
+  std::vector<jchar> many;
+  jchar* units = usual.data();
+  if (static_cast<std::size_t>(length) > usual.size()) {
+    many.resize(static_cast<std::size_t>(length));
+    units = many.data();
   }
-  std::vector<jchar> units(static_cast<std::size_t>(length));
-  env->GetStringRegion(string, 0, length, units.data());
-  Check(env);
-  ToUtf8(units.data(), units.size(), text);
+  // A call that fails leaves the last character a NUL. Every check is a call that a getter would pay for.
+  jchar& last = units[length - 1];
+  last = 0;
+  env->GetStringRegion(string, 0, length, units);
+  if (last == 0) Check(env);
+  ToUtf8(units, static_cast<std::size_t>(length), text);
 }
 
 jstring MakeText(JNIEnv* env, std::string_view text) {

@@ -1,0 +1,77 @@
+// Whole copies from an ERP in Java that fails: none hangs, crashes or leaves its table marked as being copied.
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <csignal>
+
+#include "tests/support/process.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::HasSubstr;
+
+class AFailingErpInJava : public testing::TestWithParam<const char*> {
+ protected:
+  AFailingErpInJava() {
+    std::filesystem::create_directory(folder.Path() / "log");
+    EXPECT_EQ(test::Run(QMX_ADMIN, {"init", connection + ";Mode=Create", "local"}).status, 0);
+  }
+
+  Process Copy(const std::string& failing) {
+    WriteFile(folder / "a.component", "library = " JAVA_BRIDGE "\nsetting classpath = " JAVA_TEST_CLASSES
+                                      "\nsetting class ServiceTypes.ServiceTypesManager = bridge.FailingErp"
+                                      "\nprogid = ServiceTypes.ServiceTypesManager\nsetting option = -Dbridge.fail=" +
+                                          (failing.empty() ? "nowhere" : failing) + "\n");
+    return test::Run(
+        QMX_DATA_COPY, {connection + ", local, tsmdm030, " + (folder / "log") + ", orvan, 100"},
+        {{"QMX_COMPONENTS", folder.Path()}, {"LSAN_OPTIONS", JAVA_LSAN_OPTIONS}, {"ASAN_OPTIONS", "handle_segv=0"}});
+  }
+
+  TempFolder folder;
+  const std::string connection = "Provider=SQLite;Data Source=" + (folder / "local.db");
+};
+
+TEST_P(AFailingErpInJava, FailsTheCopyAndReleasesItsTable) {
+  const Process failed = Copy(GetParam());
+  EXPECT_EQ(failed.status, 1) << failed.err;
+  EXPECT_THAT(failed.err, HasSubstr(std::string("java.lang.IllegalStateException: fails in ") + GetParam()));
+  EXPECT_THAT(failed.err, HasSubstr("at bridge.FailingErp.in(FailingErp.java:"));
+  const Process again = Copy("");
+  EXPECT_EQ(again.status, 0) << again.err;
+}
+
+INSTANTIATE_TEST_SUITE_P(InEachPlace, AFailingErpInJava,
+                         testing::Values("constructor", "initialize", "list", "hasMoreElements", "nextElement",
+                                         "getter"));
+
+TEST_F(AFailingErpInJava, WhoseStackOverflowsFailsTheCopy) {
+  const Process failed = Copy("deep in getter");
+  EXPECT_EQ(failed.status, 1) << failed.err;
+  EXPECT_THAT(failed.err, HasSubstr("java.lang.StackOverflowError"));
+  EXPECT_EQ(Copy("").status, 0);
+}
+
+TEST_F(AFailingErpInJava, WhichEndsTheProcessIsNamed) {
+  const Process ended = Copy("exit in getter");
+  EXPECT_EQ(ended.status, 2) << ended.err;
+  EXPECT_THAT(ended.err, HasSubstr("during getServiceType of ServiceTypes.ServiceTypesManager"));
+}
+
+// The program's crash handler was there before the JVM's, which uses SIGSEGV itself and hands on what is not its own.
+TEST_F(AFailingErpInJava, WhichCrashesIsNamed) {
+  const Process crashed = Copy("crash in getter");
+  EXPECT_EQ(crashed.status, 128 + SIGSEGV) << crashed.err;
+  EXPECT_THAT(crashed.err,
+              HasSubstr("SIGSEGV ended the run during getServiceType of ServiceTypes.ServiceTypesManager"));
+}
+
+TEST_F(AFailingErpInJava, WhoseThreadsRunOnDoesNotKeepTheProcess) {
+  const auto start = std::chrono::steady_clock::now();
+  const Process copied = Copy("thread in initialize");
+  EXPECT_EQ(copied.status, 0) << copied.err;
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
+}
+
+}  // namespace
+}  // namespace qmx::test
