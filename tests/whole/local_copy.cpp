@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "calendar/clsCalender.h"
+#include "platform/trace/trace.h"
 #include "schema/dialect.h"
 #include "schema/local_tables.h"
 #include "tests/support/decorated_drivers.h"
@@ -43,8 +45,8 @@ const std::vector<std::string>& CopiedTables() {
   return tables;
 }
 
-LocalCopy::LocalCopy(const Company& company, FakeClock& clock)
-    : company_(company), clock_(clock), components_(clock, {SANDBOX_COMPONENTS}) {
+LocalCopy::LocalCopy(const Company& company, FakeClock& clock, const std::string& componentFolder)
+    : company_(company), clock_(clock), components_(clock, {componentFolder}) {
   const auto connection = database_.CreateConnection("ADODB.Connection");
   connection->Open(ConnectionText() + ";Mode=Create", "", "");
   for (const LocalTable& table : LocalTables()) connection->Execute(SqliteDialect().CreateTable(table));
@@ -56,7 +58,8 @@ void LocalCopy::Copy(const std::string& table, LocalDrivers::Decorate belowBatch
   Database database(drivers.All());
   modDeclarations declarations;
   RecordingFailures failures;
-  Platform platform{clock_, files_, eventLog_, components_, database, failures};
+  Components& components = traced_ ? static_cast<Components&>(*traced_) : components_;
+  Platform platform{clock_, files_, eventLog_, components, database, failures};
   Outcome outcome;
   clsDataCopy(platform, declarations, outcome)
       .StartDataCopy(ConnectionText(), "", table, "C:\\log", company_.Component());
@@ -71,6 +74,22 @@ void LocalCopy::CopyAll() {
 }
 
 void LocalCopy::ByChange() { Sql("update tstables set syme = 2"); }
+
+void LocalCopy::Expand() {
+  const auto connection = database_.CreateConnection("ADODB.Connection");
+  connection->Open(ConnectionText(), "", "");
+  const auto records = database_.CreateRecordset("ADODB.Recordset");
+  clsCalender calender(database_);
+  calender.DBConnection = connection.get();
+  calender.DBRecordSet = records.get();
+  calender.Startprocess();
+  connection->Close();
+}
+
+void LocalCopy::TraceTo(const std::string& file) {
+  trace_ = std::make_unique<Trace>(file);
+  traced_ = std::make_unique<TracedComponents>(components_, *trace_);
+}
 
 void LocalCopy::Sql(const std::string& statement) {
   const auto connection = database_.CreateConnection("ADODB.Connection");

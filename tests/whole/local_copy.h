@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "platform/components/installed_components.h"
 #include "platform/database.h"
 #include "platform/drivers/local_drivers.h"
+#include "platform/trace/traced_components.h"
 #include "tests/support/copy_rig.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/memory_files.h"
@@ -27,7 +29,8 @@ using Rows = std::map<std::string, Row>;         // by key
 
 class LocalCopy {
  public:
-  LocalCopy(const Company& company, FakeClock& clock);  // both borrowed
+  // Company and clock are borrowed. The ERP's component servers are those of the folder.
+  LocalCopy(const Company& company, FakeClock& clock, const std::string& componentFolder = SANDBOX_COMPONENTS);
 
   std::string File() const { return folder_ / "local.db"; }
   std::string ConnectionText() const { return "Provider=SQLite;Data Source=" + File(); }
@@ -37,6 +40,10 @@ class LocalCopy {
   void Copy(const std::string& table, LocalDrivers::Decorate belowBatches = {});
   void CopyAll();
   void ByChange();  // all tables, from now on
+  void Expand();    // the calendars into tscalender
+
+  // Writes every call on components to a trace in that file from now on.
+  void TraceTo(const std::string& file);
 
   void Sql(const std::string& statement);
   std::string Value(const std::string& query);
@@ -57,6 +64,8 @@ class LocalCopy {
   LocalDrivers drivers_;
   Database database_{drivers_.All()};
   InstalledComponents components_;
+  std::unique_ptr<Trace> trace_;
+  std::unique_ptr<TracedComponents> traced_;
   std::vector<std::string> counts_;
 };
 

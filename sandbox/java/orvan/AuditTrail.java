@@ -67,7 +67,9 @@ public final class AuditTrail {
         Table.names(table.key()), table.code(), conditions);
   }
 
+  /** Whether there is a current entry. Releases the file behind the last one, because a reader has no Close. */
   public boolean onEntry() {
+    if (!entries.onRow()) close();
     return entries.onRow();
   }
 
@@ -94,7 +96,8 @@ public final class AuditTrail {
     for (Column part : table.key()) record.set(part, key.get(part));
     if (output.isEmpty()) return record;
     List<Column> columns = List.copyOf(output);
-    Rows found = new Rows(file, currentSql(columns), table.key().stream().map(key::get).toArray());
+    SandboxFile open = file != null ? file : manager.file();
+    Rows found = new Rows(open, currentSql(columns), table.key().stream().map(key::get).toArray());
     if (found.onRow()) found.read(record, columns, 1);
     found.close();
     return record;

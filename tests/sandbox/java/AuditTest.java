@@ -1,4 +1,5 @@
 import static org.junit.Assert.assertEquals;
+import static org.junit.Assert.assertFalse;
 import static org.junit.Assert.assertThrows;
 import static org.junit.Assert.assertTrue;
 
@@ -186,6 +187,26 @@ public class AuditTest {
     manager.Close();
     TableRecord current = reader.getCurrentObject(reader.nextElement().getTuple());
     assertEquals("one", ((ServiceTypes) current).getServiceTypeDescription());
+  }
+
+  @Test
+  public void letsTheFileGoBehindTheLastEntry() throws Exception {
+    sandbox.runAt("2026-11-20 09:00:00", "INSERT INTO tsmdm030 (cstp, \"desc\") VALUES ('A', 'one')");
+    criteria.addOutputField("desc");
+    readToTheEnd(); // SQLite keeps a file of a closed connection for the next one
+    long before = sandbox.openFiles();
+    for (int i = 0; i < 20; ++i) readToTheEnd();
+    assertEquals(before, sandbox.openFiles());
+  }
+
+  private void readToTheEnd() throws Exception {
+    ServiceTypesManager manager = opened(new ServiceTypesManager());
+    AuditReader reader = new AuditReader();
+    reader.initialize(manager, new ServiceTypes(), criteria);
+    TableRecord tuple = reader.nextElement().getTuple();
+    assertFalse(reader.hasMoreElements());
+    assertEquals("one", ((ServiceTypes) reader.getCurrentObject(tuple)).getServiceTypeDescription());
+    manager.Close();
   }
 
   @Test

@@ -224,28 +224,14 @@ public class ListingTest {
   public void leavesNoFileOpenBehindListingsOfOneRecord() throws Exception {
     sandbox.run("INSERT INTO tsmdm030 (cstp) VALUES ('A')");
     listOneRecord(); // SQLite keeps a file of a closed connection for the next one
-    long before = openFiles();
+    long before = sandbox.openFiles();
     for (int i = 0; i < 50; ++i) listOneRecord();
-    assertEquals(before, openFiles());
+    assertEquals(before, sandbox.openFiles());
   }
 
   private void listOneRecord() throws Exception {
     ServiceTypesManager manager = opened(new ServiceTypesManager());
     assertEquals("A", manager.List("A", "A").nextElement().getServiceType());
     manager.Close();
-  }
-
-  private long openFiles() throws Exception {
-    try (var open = Files.list(Path.of("/proc/self/fd"))) {
-      return open.filter(fd -> pointsTo(fd, sandbox.file())).count();
-    }
-  }
-
-  private static boolean pointsTo(Path link, String file) {
-    try {
-      return Files.readSymbolicLink(link).toString().startsWith(file);
-    } catch (java.io.IOException gone) {
-      return false;
-    }
   }
 }

@@ -95,6 +95,21 @@ final class Sandbox {
     return rows;
   }
 
+  /** How many of this process's open files are the sandbox file and its journal. */
+  long openFiles() throws IOException {
+    try (var open = Files.list(Path.of("/proc/self/fd"))) {
+      return open.filter(fd -> pointsTo(fd, file())).count();
+    }
+  }
+
+  private static boolean pointsTo(Path link, String file) {
+    try {
+      return Files.readSymbolicLink(link).toString().startsWith(file);
+    } catch (IOException gone) {
+      return false;
+    }
+  }
+
   /** Closes the file and removes the folder. */
   void close() throws Exception {
     connection.close();
