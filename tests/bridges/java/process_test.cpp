@@ -107,6 +107,19 @@ TEST_F(ItsEndDeathTest, WaitsTwoSecondsForThreadsOfJavaAndNoLonger) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
 }
 
+TEST_F(ItsEndDeathTest, LetsTheJvmEndInOrder) {
+  // The process that ends has a folder of its own, and this one's environment.
+  setenv("QMX_TEST_NOTE", (folder / "note").c_str(), 0);
+  const std::string note = std::getenv("QMX_TEST_NOTE");
+  const auto leaveNote = [&] {
+    components.CreateObject("bridge.Failures").Call("leaveNote", note);
+    std::exit(3);
+  };
+  EXPECT_EXIT(leaveNote(), ExitedWithCode(3), "");
+  EXPECT_TRUE(std::filesystem::exists(note));
+  unsetenv("QMX_TEST_NOTE");
+}
+
 TEST_F(ItsEndDeathTest, ComesWhileJavaObjectsAreStillHeld) {
   EXPECT_EXIT(CallAndExit(components, "getZone"), ExitedWithCode(3), "");
   const auto releaseLate = [&] {

@@ -48,6 +48,16 @@ public class Failures {
     thread.setDaemon(false);
     thread.start();
   }
+  /** Leaves a file when the JVM ends in order. */
+  public void leaveNote(String file) {
+    Runtime.getRuntime().addShutdownHook(new Thread(() -> {
+      try {
+        new java.io.File(file).createNewFile();
+      } catch (java.io.IOException e) {
+        e.printStackTrace();
+      }
+    }));
+  }
   public void exit() { System.exit(0); }
   public String getZone() { return java.util.TimeZone.getDefault().getID(); }
 }
