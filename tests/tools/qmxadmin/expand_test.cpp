@@ -103,7 +103,7 @@ TEST_F(QmxAdminExpand, NamesTheCalendarAndTheRecordThatHasNoEnd) {
   Execute({"update tcccp030 set endt = null where sttm = 1230"});
   const Process run = Expand(connectionText);
   EXPECT_EQ(run.status, 2);
-  EXPECT_THAT(run.err, HasSubstr("error 94, Variant: Invalid use of null where a date-time is wanted. [calendar: DAY; "
+  EXPECT_THAT(run.err, HasSubstr("error 94, Values: Invalid use of null where a date-time is wanted. [calendar: DAY; "
                                  "record: stdt=2026-11-23, sttm=1230, ract='WRK'; what to do: copy this calendar again "
                                  "as tcccp030=DAY=C, then expand again]"));
 }
