@@ -17,11 +17,17 @@ class OdbcHandle {
     if (parent == SQL_NULL_HANDLE) throw std::bad_alloc();
     throw OdbcError(type == SQL_HANDLE_STMT ? SQL_HANDLE_DBC : SQL_HANDLE_ENV, parent);
   }
-  ~OdbcHandle() { SQLFreeHandle(type, handle_); }
+  ~OdbcHandle() { Free(); }
   OdbcHandle(const OdbcHandle&) = delete;
   OdbcHandle& operator=(const OdbcHandle&) = delete;
 
   SQLHANDLE Get() const { return handle_; }
+
+  // Frees the handle before its destructor does.
+  void Free() {
+    if (handle_ != SQL_NULL_HANDLE) SQLFreeHandle(type, handle_);
+    handle_ = SQL_NULL_HANDLE;
+  }
 
   // Raises what the diagnostic records say when a call on this handle did not succeed.
   void Check(SQLRETURN result) const {

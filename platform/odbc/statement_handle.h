@@ -2,8 +2,6 @@
 // them.
 #pragma once
 
-#include <optional>
-
 #include "platform/odbc/connection.h"
 #include "platform/odbc/handle.h"
 
@@ -11,19 +9,17 @@ namespace qmx {
 
 class StatementHandle {
  public:
-  explicit StatementHandle(const OdbcConnection& connection) : connection_(connection) {  // borrowed
-    connection_.RequireNoSilence();
-    handle_.emplace(connection.Handle());
-  }
+  explicit StatementHandle(const OdbcConnection& connection)  // borrowed
+      : connection_(connection), handle_(HandleOf(connection)) {}
   ~StatementHandle() {
     const WatchedCall watched = Watched("a statement was closed");
-    handle_.reset();
+    handle_.Free();
   }
   StatementHandle(const StatementHandle&) = delete;
   StatementHandle& operator=(const StatementHandle&) = delete;
 
-  SQLHANDLE Get() const { return handle_->Get(); }
-  void Check(SQLRETURN result) const { handle_->Check(result); }
+  SQLHANDLE Get() const { return handle_.Get(); }
+  void Check(SQLRETURN result) const { handle_.Check(result); }
 
   // For calls whose failure does not matter.
   WatchedCall Watched(const char* action) const { return connection_.WatchedAsStatement(action); }
@@ -36,7 +32,7 @@ class StatementHandle {
       const WatchedCall watched = Watched(action);
       result = function(Get(), arguments...);
     }
-    connection_.RequireNoSilence(*handle_, result);
+    connection_.RequireNoSilence(handle_, result);
     return result;
   }
 
@@ -47,8 +43,14 @@ class StatementHandle {
   }
 
  private:
+  // Raises where the server is silent: the driver would wait for it.
+  static SQLHANDLE HandleOf(const OdbcConnection& connection) {
+    connection.RequireNoSilence();
+    return connection.Handle();
+  }
+
   const OdbcConnection& connection_;
-  std::optional<OdbcHandle<SQL_HANDLE_STMT>> handle_;
+  OdbcHandle<SQL_HANDLE_STMT> handle_;
 };
 
 }  // namespace qmx
