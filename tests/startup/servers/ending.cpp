@@ -119,7 +119,8 @@ qmx_status Create(const char*, size_t, qmx_object** object, qmx_error*) {
   return QMX_OK;
 }
 
-const qmx_component_server kServer = {sizeof(qmx_component_server), QMX_ABI_VERSION, Create, "ending 1"};
+const qmx_component_server kServer = {
+    sizeof(qmx_component_server), QMX_ABI_VERSION, Create, "ending 1", nullptr, nullptr, nullptr};
 
 }  // namespace
 
