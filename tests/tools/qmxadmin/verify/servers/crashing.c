@@ -51,7 +51,8 @@ static qmx_status Create(const char* prog_id, size_t length, qmx_object** object
   return QMX_OK;
 }
 
-static const qmx_component_server kServer = {sizeof(qmx_component_server), QMX_ABI_VERSION, Create, NULL};
+static const qmx_component_server kServer = {
+    sizeof(qmx_component_server), QMX_ABI_VERSION, Create, NULL, NULL, NULL, NULL};
 
 const qmx_component_server* QMX_COMPONENT_SERVER_ENTRY(const qmx_component_host* host, qmx_error* error) {
   (void)host, (void)error;
