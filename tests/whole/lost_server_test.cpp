@@ -187,5 +187,54 @@ TEST_P(KilledServer, InAChangedCopyIsToldAsLostAndThenAsOneThatDoesNotAnswer) {
   ExpectALossAndThenNoAnswer(kOnlyChanged);
 }
 
+// Read-only for everybody but administrators: each server refuses the transaction that is open with its COMMIT.
+class ReadOnlyServer : public LostServer {
+ protected:
+  ~ReadOnlyServer() override { Sql("set global read_only = 0"); }
+
+  CopyProcesses ProgramOfAClerk() {
+    Sql("create user clerk@'127.0.0.1' identified by 'clerk'");
+    for (const char* table : {"tssoc200", "tstables"}) {
+      Sql(std::string("grant select, insert, update, delete on ") + table + " to clerk@'127.0.0.1'");
+    }
+    return {company_, WithOdbcKeyword(WithOdbcKeyword(ConnectionText(), "UID", "clerk"), "PWD", "clerk"), ""};
+  }
+
+  // The server shows what it knew up to a tenth of a second ago.
+  bool IsATransactionOpen() {
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    return Value("select count(*) from information_schema.innodb_trx where trx_rows_modified > 0") != "0";
+  }
+};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ReadOnlyServer);
+// The other server can only be made read-only for the transactions to come.
+INSTANTIATE_TEST_SUITE_P(Over, ReadOnlyServer,
+                         testing::ValuesIn(std::getenv("QMX_TEST_MAY_KILL_SERVERS")
+                                               ? DriversUnderTest([](const auto& one) { return one.name == "MariaDB"; })
+                                               : std::vector<DriverUnderTest>()),
+                         ServerName);
+
+TEST_P(ReadOnlyServer, WhichRefusesTheCommitKeepsWhatWasSavedBeforeAndSaysSo) {
+  const CopyProcesses program = ProgramOfAClerk();
+  const auto run = HalfACopy(program, kOnlyChanged);
+  WaitUntil("a transaction is open", [&] {
+    if (IsATransactionOpen()) return true;
+    run->Signal(SIGCONT);
+    run->Signal(SIGSTOP);
+    return false;
+  });
+  const std::string saved = Value("select count(*) from tssoc200");
+  Sql("set global read_only = 1");
+  run->Signal(SIGCONT);
+  const Process ended = run->Wait();
+  ExpectFailureOfTheReleaseToo(program, ended, kTable);
+  EXPECT_THAT(ended.err, AllOf(HasSubstr("native code: 1290"), HasSubstr("table: tssoc200"), HasSubstr("key: ")));
+  ExpectTheFirstOrdersAndTheFlagAsWithinARun();
+  EXPECT_EQ(Value("select count(*) from tssoc200"), saved);
+
+  Sql("set global read_only = 0");
+  ExpectRefusalUntilTheFlagIsResetAndThenAllOrders();
+}
+
 }  // namespace
 }  // namespace qmx::test
