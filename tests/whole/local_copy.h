@@ -12,6 +12,7 @@
 #include "platform/components/installed_components.h"
 #include "platform/database.h"
 #include "platform/drivers/local_drivers.h"
+#include "platform/trace/trace.h"
 #include "platform/trace/traced_components.h"
 #include "tests/support/copy_rig.h"
 #include "tests/support/fake_clock.h"
