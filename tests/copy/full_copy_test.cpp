@@ -219,7 +219,7 @@ TEST_F(FailingFullCopy, KeepsTheTablesTextsWhenTheManagersCloseFailsInTheTrap) {
   ExpectTheTablesTexts(error);
   EXPECT_EQ(DescribeChain(error),
             "error 177, Copy Service Types:  Copy of Service Types from Orvan to Local DB failed\n"
-            "  because of error 77, Orvan: No licence.\n"
+            "  because of error 77, Orvan: No licence. [table: tsmdm030]\n"
             "  because of error 78, Orvan: The server is gone.");
 }
 

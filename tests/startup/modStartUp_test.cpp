@@ -37,10 +37,10 @@ TEST_F(StartUp, WithSixPiecesCopiesWithoutTellingTheServer) {
   StartWith("");
   EXPECT_TRUE(declarations_.ServerMessagesOff);
   EXPECT_FALSE(declarations_.HasStatusRequestId);
-  EXPECT_EQ(declarations_.exitStatus, ExitStatus::Complete);
+  EXPECT_EQ(declarations_.exitStatus, ExitStatus::NothingToCopy);
   EXPECT_THAT(rig_.calls.StartingWith({"create ", "messages.", "requests."}), IsEmpty());
   EXPECT_EQ(rig_.InUse("tsxyz999"), "0");
-  EXPECT_THAT(rig_.failures.chains, IsEmpty());
+  EXPECT_THAT(rig_.failures.chains, ElementsAre(HasSubstr("There is no table \"tsxyz999\"")));
 }
 
 // The message handler's object is held by the handler alone.
@@ -96,7 +96,7 @@ TEST_F(StartUp, WithAnEmptyRequestNumberTellsTheServerNothing) {
 TEST_F(StartUp, IgnoresPiecesAfterTheRequestNumber) {
   StartWith(",17,what,ever");
   EXPECT_EQ(declarations_.StatusRequestId, 17);
-  EXPECT_EQ(declarations_.exitStatus, ExitStatus::Complete);
+  EXPECT_EQ(declarations_.exitStatus, ExitStatus::NothingToCopy);
 }
 
 TEST_F(StartUp, RoundsTheRequestNumberHalvesToEven) {
@@ -116,7 +116,7 @@ TEST_F(StartUp, LeavesARequestNumberBeyond32BitsAtZero) {
   EXPECT_FALSE(declarations_.ServerMessagesOff);
   EXPECT_TRUE(declarations_.HasStatusRequestId);
   EXPECT_EQ(declarations_.StatusRequestId, 0);
-  EXPECT_EQ(declarations_.exitStatus, ExitStatus::Complete);
+  EXPECT_EQ(declarations_.exitStatus, ExitStatus::NothingToCopy);
 }
 
 TEST_F(StartUp, LeavesARequestNumberBeyondAllNumbersAtZero) {
@@ -261,7 +261,7 @@ TEST_F(StartUp, EndsRefusedWhereTheTableIsInProgress) {
   rig_.Sql("update tstables set in_use = 1");
   Start(rig_.ConnectionText() + ",,tsmdm030,C:\\log,a,b");
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::Refused);
-  EXPECT_THAT(rig_.failures.chains, IsEmpty());
+  EXPECT_THAT(rig_.failures.chains, ElementsAre(HasSubstr("The table tsmdm030 is in progress")));
 }
 
 }  // namespace

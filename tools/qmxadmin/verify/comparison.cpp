@@ -231,6 +231,7 @@ ComparedRows Compare(const LocalTable& table, DriverSession& local, DriverSessio
     ++compared.erp;
     differing.Missing(row);
   });
+  erp.Rollback();  // nobody needs what was asked for any more
   return compared;
 }
 
