@@ -88,7 +88,7 @@ class clsCalender {
  private:
   MainEntry& DayToChange(std::int16_t pos);
   std::int16_t CountOf(const MainEntry& entry) const;  // its intervals; raises 6 when 16 bits don't hold them
-  Connection& OpenConnection() const;                  // raises 91 when the caller set none
+  Connection& OpenedConnection() const;                // raises 91 when the caller set none
   Recordset& SharedRecordSet() const;
   void CloseAfterFailure() const noexcept;
 

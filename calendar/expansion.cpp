@@ -72,7 +72,7 @@ Variant clsCalender::Startprocess() {
 Variant clsCalender::getCalender() {
   try {
     Recordset& records = SharedRecordSet();
-    records.Open(kCodesInUse, OpenConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
+    records.Open(kCodesInUse, OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
     const std::int32_t found = records.recordcount();
     calcount = 0;
     CalArray.assign(static_cast<std::size_t>(found), std::string());
@@ -110,7 +110,7 @@ void clsCalender::getEmployeeCalenderList(Connection& cnDbConnection, std::vecto
 
 Variant clsCalender::deletecalender() {
   try {
-    Connection& connection = OpenConnection();
+    Connection& connection = OpenedConnection();
     connection.CommandTimeout(kDeleteTimeout);
     connection.Execute(SqlText(" delete from tscalender where tscalender.ccal = '").Value(Calcode).Append("'"));
   } catch (const std::exception&) {
@@ -139,7 +139,7 @@ bool clsCalender::GetFirstYearofCalcode() {
   try {
     Recordset& records = SharedRecordSet();
     records.Open(SqlText("select min(tcccp030.stdt)  from tcccp030 where tcccp030.ccal = '").Value(Calcode).Append("'"),
-                 OpenConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
+                 OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
     if (records.recordcount() > 0) {
       // The smallest of no dates is null, which is no date-time: the calendar is skipped.
       Mindate = records.Fields(std::size_t{0}).Value().ToDateTime().PlusDays(-1);
@@ -171,7 +171,7 @@ std::int32_t clsCalender::GetRecords() {
                      .Append("' and tcccp030.stdt <= '")
                      .Value(enddate)
                      .Append("' order by tcccp030.stdt, tcccp030.sttm "),
-                 OpenConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
+                 OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
     if (records.recordcount() > 0) return 1;
     records.Close();
     return 2;
@@ -275,13 +275,13 @@ Variant clsCalender::Insert(std::int16_t ct, std::int16_t dct) {
     const HoursMinutes to(interval.etime);
     const DateTime start = date.PlusTime(from.hours, from.minutes, 0);
     const DateTime end = to.hours == 24 ? date.PlusDays(1) : date.PlusTime(to.hours, to.minutes, 0);
-    OpenConnection().Execute(SqlText("insert into tscalender (ccal,sttm,entm) Values ('")
-                                 .Value(Calcode)
-                                 .Append("','")
-                                 .Value(start)
-                                 .Append("','")
-                                 .Value(end)
-                                 .Append("')"));
+    OpenedConnection().Execute(SqlText("insert into tscalender (ccal,sttm,entm) Values ('")
+                                   .Value(Calcode)
+                                   .Append("','")
+                                   .Value(start)
+                                   .Append("','")
+                                   .Value(end)
+                                   .Append("')"));
   } catch (const std::exception&) {
     // This row is lost; the next one is tried.
   }
@@ -300,7 +300,7 @@ std::int16_t clsCalender::CountOf(const MainEntry& entry) const {
   return static_cast<std::int16_t>(entry.SubArray.size());
 }
 
-Connection& clsCalender::OpenConnection() const {
+Connection& clsCalender::OpenedConnection() const {
   if (!DBConnection) {
     throw Error(errors::kObjectNotSet, "clsCalender", "Object variable not set: DBConnection has no connection.");
   }

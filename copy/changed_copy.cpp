@@ -28,8 +28,8 @@ SqlText StatementOnKey(const std::string& statement, const KeyCondition& key, co
 
 }  // namespace
 
-void clsDataCopy::CopyChanged(const ChangedCopy& table, Text tableCode, Text busComponent,
-                              const ChangeMapper& setFields) {
+void clsDataCopy::CopyChanged(const ChangedCopyPattern& table, const std::string& tableCode,
+                              const std::string& busComponent, const ChangeMapper& setFields) {
   Audit audit;
   InsertCount = UpdateCount = DeleteCount = 0;
   try {
@@ -62,7 +62,7 @@ void clsDataCopy::CreateAudit(Audit& audit, const char* manager, const char* rec
   audit.status = components.CreateObject("audit.RecordStatus");
 }
 
-void clsDataCopy::SetAuditPeriod(Audit& audit, Text tableCode) {
+void clsDataCopy::SetAuditPeriod(Audit& audit, const std::string& tableCode) {
   audit.from = LastUpdateAsDateObject(tableCode);
   audit.to = NowAsDateObject();
   RunTimeStamp = Now();
@@ -72,7 +72,7 @@ void clsDataCopy::SetAuditPeriod(Audit& audit, Text tableCode) {
   ReportReversedPeriod(tableCode);
 }
 
-void clsDataCopy::ReportReversedPeriod(Text tableCode) {
+void clsDataCopy::ReportReversedPeriod(const std::string& tableCode) {
   if (LastUpdateTime <= RunTimeStamp) return;
   platform_.failures.Report(
       Error(errors::kInvalidCall, "Changed copy",
@@ -90,7 +90,7 @@ void clsDataCopy::SetAuditParameter(const Object& parameter, const char* field, 
 }
 
 void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& selectKey, const KeyCondition& deleteKey,
-                                    Text tableCode, const ChangeMapper& setFields) {
+                                    const std::string& tableCode, const ChangeMapper& setFields) {
   const std::string select = "select * from " + tableCode;
   const std::string remove = "DELETE FROM " + tableCode;
   std::string key;          // of the entry at hand, for the report of a failure
@@ -142,7 +142,7 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
   }
 }
 
-void clsDataCopy::FinishChangedCopy(const Audit& audit, Text tableCode) {
+void clsDataCopy::FinishChangedCopy(const Audit& audit, const std::string& tableCode) {
   if (DateObjectToDate(audit.to)) {
     RunTimeStamp = ConvertedDate.ToDateTime();
     WriteLastUpdateTime(tableCode, RunTimeStamp);

@@ -18,10 +18,10 @@
 #include "copy/copy_pattern.h"
 #include "platform/database.h"
 #include "platform/datetime.h"
+#include "platform/modDeclarations.h"
 #include "platform/object.h"
 #include "platform/platform.h"
 #include "platform/variant.h"
-#include "startup/modDeclarations.h"
 
 namespace qmx {
 
@@ -53,31 +53,32 @@ class clsDataCopy {
 
  private:
   friend struct test::DataCopyInside;
-  using Text = const std::string&;
 
   // run_driver.cpp
-  std::int16_t RunCopy(Text ConnectionString, Text LocalDataBase, Text TableName, Text LogFilePath,
-                       const Variant& BusComponent);
-  void CopyTable(Text tableName, Text tableCode, bool extendedForm, Text busComponent, std::int16_t syncMethod);
-  void ReportRefusal(Text tableCode);
-  void ReportNothingToCopy(Text reason, Text whatToDo);
+  std::int16_t RunCopy(const std::string& ConnectionString, const std::string& LocalDataBase,
+                       const std::string& TableName, const std::string& LogFilePath, const Variant& BusComponent);
+  void CopyTable(const std::string& tableName, const std::string& tableCode, bool extendedForm,
+                 const std::string& busComponent, std::int16_t syncMethod);
+  void ReportRefusal(const std::string& tableCode);
+  void ReportNothingToCopy(const std::string& reason, const std::string& whatToDo);
   void CloseConnection();
 
   Connection& OpenedConnection();  // raises 91 before the run has made one
 
   // control_records.cpp
   using ControlStep = std::function<std::int16_t(Recordset& record, bool found)>;
-  std::int16_t OnControlRecord(Text tableCode, const FailureTexts& failure, const ControlStep& step);
-  bool IsCopyInProgress(Text tableCode);
-  void SetCopyInProgress(Text tableCode);
-  std::int16_t ReadSyncMethod(Text tableCode);
-  void ReleaseCopyInProgress(Text tableCode);
-  void WriteLastUpdateTime(Text tableCode, DateTime moment);
-  Object LastUpdateAsDateObject(Text tableCode);
+  std::int16_t OnControlRecord(const std::string& tableCode, const FailureTexts& failure, const ControlStep& step);
+  bool IsCopyInProgress(const std::string& tableCode);
+  void SetCopyInProgress(const std::string& tableCode);
+  std::int16_t ReadSyncMethod(const std::string& tableCode);
+  void ReleaseCopyInProgress(const std::string& tableCode);
+  void WriteLastUpdateTime(const std::string& tableCode, DateTime moment);
+  Object LastUpdateAsDateObject(const std::string& tableCode);
 
   // copy_log.cpp
   void WriteErrorLog();  // the error being handled
-  void WriteCountLog(Text TableName, std::int32_t InsertCount, std::int32_t UpdateCount, std::int32_t DeleteCount);
+  void WriteCountLog(const std::string& TableName, std::int32_t InsertCount, std::int32_t UpdateCount,
+                     std::int32_t DeleteCount);
   void WriteTimeHeader();
 
   // date_conversion.cpp
@@ -87,10 +88,12 @@ class clsDataCopy {
   std::int16_t ReadCalendarLookBack();
 
   // full_copy.cpp: the steps that every table's full copy calls
-  void CopyFull(const FullCopy& table, Text tableCode, Text busComponent, const Mapper& setFields);
-  void DeleteAllRecords(Text tableCode);
-  void OpenTable(Text tableCode);
-  void AddRecords(const Object& enumeration, const std::vector<Column>& key, Text tableCode, const Mapper& setFields);
+  void CopyFull(const FullCopyPattern& table, const std::string& tableCode, const std::string& busComponent,
+                const Mapper& setFields);
+  void DeleteAllRecords(const std::string& tableCode);
+  void OpenTable(const std::string& tableCode);
+  void AddRecords(const Object& enumeration, const std::vector<Column>& key, const std::string& tableCode,
+                  const Mapper& setFields);
   [[noreturn]] void FailFullCopy(const Object& manager, const FailureTexts& failure);  // in a handler only
 
   // changed_copy.cpp: the steps that every table's changed copy calls
@@ -101,14 +104,15 @@ class clsDataCopy {
     Variant recordClass;  // fetched and kept, as the ERP expects; not used further
     Object from, to;
   };
-  void CopyChanged(const ChangedCopy& table, Text tableCode, Text busComponent, const ChangeMapper& setFields);
+  void CopyChanged(const ChangedCopyPattern& table, const std::string& tableCode, const std::string& busComponent,
+                   const ChangeMapper& setFields);
   void CreateAudit(Audit& audit, const char* manager, const char* record, std::size_t parameters);
-  void SetAuditPeriod(Audit& audit, Text tableCode);
-  void ReportReversedPeriod(Text tableCode);  // where the period begins after its end
+  void SetAuditPeriod(Audit& audit, const std::string& tableCode);
+  void ReportReversedPeriod(const std::string& tableCode);  // where the period begins after its end
   static void SetAuditParameter(const Object& parameter, const char* field, const Variant& from, const Variant& to);
   void ApplyAuditEntries(const Audit& audit, const KeyCondition& selectKey, const KeyCondition& deleteKey,
-                         Text tableCode, const ChangeMapper& setFields);
-  void FinishChangedCopy(const Audit& audit, Text tableCode);
+                         const std::string& tableCode, const ChangeMapper& setFields);
+  void FinishChangedCopy(const Audit& audit, const std::string& tableCode);
   [[noreturn]] void FailChangedCopy(const FailureTexts& failure);  // in a handler only
 
   // calendar_expansion.cpp
@@ -118,7 +122,8 @@ class clsDataCopy {
   // shared_steps.cpp
   DateTime Now();
   [[noreturn]] static void FailPlus100(const FailureTexts& failure);  // in a handler only
-  static Object List(const Object& manager, const Member& list, const std::vector<Variant>& bounds, Text table = {});
+  static Object List(const Object& manager, const Member& list, const std::vector<Variant>& bounds,
+                     const std::string& table = {});
   static Object RequiredObject(const Object& callee, const Member& member, Variant result);  // raises 91 for none
   static Object FirstRecord(const Object& enumeration);  // no object where there is none
   void SetFields(const FieldMaps& fields, Recordset& row, const Object& record);
@@ -127,109 +132,111 @@ class clsDataCopy {
 
   // tables/: for each table its listing, dispatcher, full copy, changed copy and field mapper
   static ErpListing ServiceTypesInErp();
-  void CopyServiceTypes(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyServiceTypesFull(Text tableCode, Text busComponent);
-  void CopyServiceTypesChanged(Text tableCode, Text busComponent);
+  void CopyServiceTypes(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyServiceTypesFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyServiceTypesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceTypeFields(Recordset& row, const Object& record);
 
   static ErpListing ServiceCentersInErp();
-  void CopyServiceCenters(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyServiceCentersFull(Text tableCode, Text busComponent);
-  void CopyServiceCentersChanged(Text tableCode, Text busComponent);
+  void CopyServiceCenters(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyServiceCentersFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyServiceCentersChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceCenterFields(Recordset& row, const Object& record, bool fullRecord);
 
   static ErpListing ServiceAreasInErp();
-  void CopyServiceAreas(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyServiceAreasFull(Text tableCode, Text busComponent);
-  void CopyServiceAreasChanged(Text tableCode, Text busComponent);
+  void CopyServiceAreas(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyServiceAreasFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyServiceAreasChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceAreaFields(Recordset& row, const Object& record);
 
   static ErpListing SkillsInErp();
-  void CopySkills(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopySkillsFull(Text tableCode, Text busComponent);
-  void CopySkillsChanged(Text tableCode, Text busComponent);
+  void CopySkills(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopySkillsFull(const std::string& tableCode, const std::string& busComponent);
+  void CopySkillsChanged(const std::string& tableCode, const std::string& busComponent);
   void SetSkillFields(Recordset& row, const Object& record);
 
   static ErpListing SkillsByEmployeeInErp();
-  void CopySkillsByEmployee(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopySkillsByEmployeeFull(Text tableCode, Text busComponent);
-  void CopySkillsByEmployeeChanged(Text tableCode, Text busComponent);
+  void CopySkillsByEmployee(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopySkillsByEmployeeFull(const std::string& tableCode, const std::string& busComponent);
+  void CopySkillsByEmployeeChanged(const std::string& tableCode, const std::string& busComponent);
   void SetSkillByEmployeeFields(Recordset& row, const Object& record);
 
   static ErpListing ServiceEmployeesInErp();
-  void CopyServiceEmployees(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyServiceEmployeesFull(Text tableCode, Text busComponent);
-  void CopyServiceEmployeesChanged(Text tableCode, Text busComponent);
+  void CopyServiceEmployees(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyServiceEmployeesFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyServiceEmployeesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceEmployeeFields(Recordset& row, const Object& record, bool fullRecord);
 
   static ErpListing ConfigurationsInErp();
-  void CopyConfigurations(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyConfigurationsFull(Text tableCode, Text busComponent);
-  void CopyConfigurationsChanged(Text tableCode, Text busComponent);
+  void CopyConfigurations(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyConfigurationsFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyConfigurationsChanged(const std::string& tableCode, const std::string& busComponent);
   void SetConfigurationFields(Recordset& row, const Object& record);
 
   static ErpListing ObjectsInErp();
-  void CopyObjects(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyObjectsFull(Text tableCode, Text busComponent);
-  void CopyObjectsChanged(Text tableCode, Text busComponent);
+  void CopyObjects(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyObjectsFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyObjectsChanged(const std::string& tableCode, const std::string& busComponent);
   void SetObjectFields(Recordset& row, const Object& record);
 
   static ErpListing ServiceOrdersInErp();
-  void CopyServiceOrders(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyServiceOrdersFull(Text tableCode, Text busComponent);
-  void CopyServiceOrdersChanged(Text tableCode, Text busComponent);
+  void CopyServiceOrders(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyServiceOrdersFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyServiceOrdersChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceOrderFields(Recordset& row, const Object& record, bool withName);
 
   static ErpListing ServiceOrderEngineersInErp();
-  void CopyServiceOrderEngineers(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyServiceOrderEngineersFull(Text tableCode, Text busComponent);
-  void CopyServiceOrderEngineersChanged(Text tableCode, Text busComponent);
+  void CopyServiceOrderEngineers(const std::string& tableCode, const std::string& busComponent,
+                                 std::int16_t syncMethod);
+  void CopyServiceOrderEngineersFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyServiceOrderEngineersChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceOrderEngineerFields(Recordset& row, const Object& record);
 
   static ErpListing ServiceOrderActivitiesInErp();
-  void CopyServiceOrderActivities(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyServiceOrderActivitiesFull(Text tableCode, Text busComponent);
-  void CopyServiceOrderActivitiesChanged(Text tableCode, Text busComponent);
+  void CopyServiceOrderActivities(const std::string& tableCode, const std::string& busComponent,
+                                  std::int16_t syncMethod);
+  void CopyServiceOrderActivitiesFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyServiceOrderActivitiesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceOrderActivityFields(Recordset& row, const Object& record);
 
   static ErpListing PlannedActivitiesInErp();
-  void CopyPlannedActivities(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyPlannedActivitiesFull(Text tableCode, Text busComponent);
-  void CopyPlannedActivitiesChanged(Text tableCode, Text busComponent);
+  void CopyPlannedActivities(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyPlannedActivitiesFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyPlannedActivitiesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetPlannedActivityFields(Recordset& row, const Object& record);
 
   static ErpListing ResponseTimesInErp();
-  void CopyResponseTimes(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyResponseTimesFull(Text tableCode, Text busComponent);
-  void CopyResponseTimesChanged(Text tableCode, Text busComponent);
+  void CopyResponseTimes(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyResponseTimesFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyResponseTimesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetResponseTimeFields(Recordset& row, const Object& record);
 
   static ErpListing PriorityTimeScalesInErp();
-  void CopyPriorityTimeScales(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyPriorityTimeScalesFull(Text tableCode, Text busComponent);
-  void CopyPriorityTimeScalesChanged(Text tableCode, Text busComponent);
+  void CopyPriorityTimeScales(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyPriorityTimeScalesFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyPriorityTimeScalesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetPriorityTimeScaleFields(Recordset& row, const Object& record);
 
   static ErpListing AvailabilityTypesInErp();
-  void CopyAvailabilityTypes(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyAvailabilityTypesFull(Text tableCode, Text busComponent);
-  void CopyAvailabilityTypesChanged(Text tableCode, Text busComponent);
+  void CopyAvailabilityTypes(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyAvailabilityTypesFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyAvailabilityTypesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetAvailabilityTypeFields(Recordset& row, const Object& record);
 
   static ErpListing AddressesInErp();
-  void CopyAddresses(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyAddressesFull(Text tableCode, Text busComponent);
-  void CopyAddressesChanged(Text tableCode, Text busComponent);
+  void CopyAddresses(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyAddressesFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyAddressesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetAddressFields(Recordset& row, const Object& record);
 
   static ErpListing CalendarsInErp();
-  void CopyCalendars(Text tableCode, Text busComponent, std::int16_t syncMethod);
-  void CopyCalendarsFull(Text tableCode, Text busComponent);
-  void CopyCalendarsChanged(Text tableCode, Text busComponent);
-  void CopyCalendarOfEmployee(Text employee, Text busComponent);
-  void CopyCalendar(Text calendarCode, Text busComponent);
-  void DeleteCalendar(Text calendarCode);
-  bool CalendarIsLocal(Text calendarCode);
+  void CopyCalendars(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
+  void CopyCalendarsFull(const std::string& tableCode, const std::string& busComponent);
+  void CopyCalendarsChanged(const std::string& tableCode, const std::string& busComponent);
+  void CopyCalendarOfEmployee(const std::string& employee, const std::string& busComponent);
+  void CopyCalendar(const std::string& calendarCode, const std::string& busComponent);
+  void DeleteCalendar(const std::string& calendarCode);
+  bool CalendarIsLocal(const std::string& calendarCode);
   void AddCalendarRecords(const Object& records);
   void SetCalendarFields(Recordset& row, const Object& record);
 

@@ -55,7 +55,8 @@ void CloseAfterFailure(const std::unique_ptr<Recordset>& record) {
 
 }  // namespace
 
-std::int16_t clsDataCopy::OnControlRecord(Text tableCode, const FailureTexts& failure, const ControlStep& step) {
+std::int16_t clsDataCopy::OnControlRecord(const std::string& tableCode, const FailureTexts& failure,
+                                          const ControlStep& step) {
   std::unique_ptr<Recordset> record;
   try {
     record = platform_.database.CreateRecordset("ADODB.Recordset");
@@ -72,7 +73,7 @@ std::int16_t clsDataCopy::OnControlRecord(Text tableCode, const FailureTexts& fa
   }
 }
 
-bool clsDataCopy::IsCopyInProgress(Text tableCode) {
+bool clsDataCopy::IsCopyInProgress(const std::string& tableCode) {
   static constexpr FailureTexts kFailure = {"Data Copy In Progress",
                                             "Checking of whether Data Copy is in Progress for table "};
   return OnControlRecord(tableCode, kFailure, [&](Recordset& record, bool found) {
@@ -84,7 +85,7 @@ bool clsDataCopy::IsCopyInProgress(Text tableCode) {
          }) == kInProgress;
 }
 
-void clsDataCopy::SetCopyInProgress(Text tableCode) {
+void clsDataCopy::SetCopyInProgress(const std::string& tableCode) {
   static constexpr FailureTexts kFailure = {"Set Data Copy In Progress",
                                             "Setting Data Copy in Progress flag for table "};
   OnControlRecord(tableCode, kFailure, [&](Recordset& record, bool found) {
@@ -99,7 +100,7 @@ void clsDataCopy::SetCopyInProgress(Text tableCode) {
   });
 }
 
-std::int16_t clsDataCopy::ReadSyncMethod(Text tableCode) {
+std::int16_t clsDataCopy::ReadSyncMethod(const std::string& tableCode) {
   static constexpr FailureTexts kFailure = {"ReadSyncMethod", "Reading the synchronization Method for table "};
   return OnControlRecord(tableCode, kFailure, [](Recordset& record, bool found) {
     const Variant syncMethod = found ? record.Fields(kSyme).Value() : Variant();
@@ -107,7 +108,7 @@ std::int16_t clsDataCopy::ReadSyncMethod(Text tableCode) {
   });
 }
 
-void clsDataCopy::ReleaseCopyInProgress(Text tableCode) {
+void clsDataCopy::ReleaseCopyInProgress(const std::string& tableCode) {
   static constexpr FailureTexts kFailure = {"ReleaseCopyInProgress",
                                             "Release of Data copy in Progress flag for table "};
   try {
@@ -124,7 +125,7 @@ void clsDataCopy::ReleaseCopyInProgress(Text tableCode) {
   }
 }
 
-void clsDataCopy::WriteLastUpdateTime(Text tableCode, DateTime moment) {
+void clsDataCopy::WriteLastUpdateTime(const std::string& tableCode, DateTime moment) {
   std::unique_ptr<Recordset> record;
   try {
     record = platform_.database.CreateRecordset("ADODB.Recordset");
@@ -146,7 +147,7 @@ void clsDataCopy::WriteLastUpdateTime(Text tableCode, DateTime moment) {
   }
 }
 
-Object clsDataCopy::LastUpdateAsDateObject(Text tableCode) {
+Object clsDataCopy::LastUpdateAsDateObject(const std::string& tableCode) {
   const Object date = platform_.components.CreateObject("java:java.util.Date");
   const std::unique_ptr<Recordset> record = platform_.database.CreateRecordset("ADODB.Recordset");
   const bool found = OpenControlRecord(*record, OpenedConnection(), tableCode);

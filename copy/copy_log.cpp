@@ -24,7 +24,7 @@ void clsDataCopy::WriteErrorLog() {
   platform_.files.Close(kFileNumber);
 }
 
-void clsDataCopy::WriteCountLog(Text TableName, std::int32_t InsertCount, std::int32_t UpdateCount,
+void clsDataCopy::WriteCountLog(const std::string& TableName, std::int32_t InsertCount, std::int32_t UpdateCount,
                                 std::int32_t DeleteCount) {
   const auto writeCount = [&](std::int32_t count, const char* what) {
     platform_.files.Write(kFileNumber, {"Table : " + TableName + " - " + std::to_string(count) + " records " + what});

@@ -52,7 +52,7 @@ struct FailureTexts {
   const char* description;
 };
 
-struct FullCopy {
+struct FullCopyPattern {
   const char* manager;          // ProgID
   Member list;                  // the manager's listing call
   std::vector<Variant> bounds;  // its arguments
@@ -76,7 +76,7 @@ struct AuditParameter {
   const char* to;
 };
 
-struct ChangedCopy {
+struct ChangedCopyPattern {
   const char* manager;  // ProgID
   const char* record;   // ProgID of the record class, for the audit reader
   std::vector<AuditParameter> parameters;

@@ -33,7 +33,8 @@ std::string DescribeRecord(Recordset& row, const std::vector<Column>& key, std::
 
 }  // namespace
 
-void clsDataCopy::CopyFull(const FullCopy& table, Text tableCode, Text busComponent, const Mapper& setFields) {
+void clsDataCopy::CopyFull(const FullCopyPattern& table, const std::string& tableCode, const std::string& busComponent,
+                           const Mapper& setFields) {
   Object manager, enumeration;
   InsertCount = 0;
   try {
@@ -58,7 +59,7 @@ void clsDataCopy::CopyFull(const FullCopy& table, Text tableCode, Text busCompon
   }
 }
 
-void clsDataCopy::DeleteAllRecords(Text tableCode) {
+void clsDataCopy::DeleteAllRecords(const std::string& tableCode) {
   try {
     const SqlText statement("DELETE FROM " + tableCode + " WHERE 1=1");
     LocalConnection->CommandTimeout(kDeleteTimeout);
@@ -69,12 +70,12 @@ void clsDataCopy::DeleteAllRecords(Text tableCode) {
   }
 }
 
-void clsDataCopy::OpenTable(Text tableCode) {
+void clsDataCopy::OpenTable(const std::string& tableCode) {
   LocalRecordSet->Open(tableCode, *LocalConnection, kCursorKeyset, kLockOptimistic, kCommandTable);
 }
 
 // Each AddNew saves the row before it; the last one is left to the caller.
-void clsDataCopy::AddRecords(const Object& enumeration, const std::vector<Column>& key, Text tableCode,
+void clsDataCopy::AddRecords(const Object& enumeration, const std::vector<Column>& key, const std::string& tableCode,
                              const Mapper& setFields) {
   while (enumeration.Call(kHasMoreElements).ToBoolean()) {
     Object record;

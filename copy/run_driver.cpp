@@ -46,7 +46,8 @@ void clsDataCopy::StartDataCopy(std::string ConnectionString, std::string LocalD
   events_.DataCopydone();
 }
 
-std::int16_t clsDataCopy::RunCopy(Text ConnectionString, Text LocalDataBase, Text TableName, Text LogFilePath,
+std::int16_t clsDataCopy::RunCopy(const std::string& ConnectionString, const std::string& LocalDataBase,
+                                  const std::string& TableName, const std::string& LogFilePath,
                                   const Variant& BusComponent) {
   const bool extendedForm = CharacterCount(TableName) > kTableCodeLength;
   const std::string tableCode = extendedForm ? SplitAtEquals(TableName).front() : TableName;
@@ -92,9 +93,10 @@ std::int16_t clsDataCopy::RunCopy(Text ConnectionString, Text LocalDataBase, Tex
   return kFinished;
 }
 
-void clsDataCopy::CopyTable(Text tableName, Text tableCode, bool extendedForm, Text busComponent,
-                            std::int16_t syncMethod) {
-  using TableCopy = void (clsDataCopy::*)(Text tableCode, Text busComponent, std::int16_t syncMethod);
+void clsDataCopy::CopyTable(const std::string& tableName, const std::string& tableCode, bool extendedForm,
+                            const std::string& busComponent, std::int16_t syncMethod) {
+  using TableCopy =
+      void (clsDataCopy::*)(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   static constexpr std::pair<std::string_view, TableCopy> kTables[] = {
       {"tsmdm030", &clsDataCopy::CopyServiceTypes},           {"tsmdm100", &clsDataCopy::CopyServiceCenters},
       {"tsmdm105", &clsDataCopy::CopyServiceAreas},           {"tsmdm130", &clsDataCopy::CopySkills},
@@ -127,7 +129,7 @@ void clsDataCopy::CopyTable(Text tableName, Text tableCode, bool extendedForm, T
   }
 }
 
-void clsDataCopy::ReportRefusal(Text tableCode) {
+void clsDataCopy::ReportRefusal(const std::string& tableCode) {
   Error refusal(errors::kNotAllowedNow, "clsDataCopy",
                 "The table " + tableCode +
                     " is in progress, so it was not copied: another run copies it, or one ended without releasing it.");
@@ -137,7 +139,7 @@ void clsDataCopy::ReportRefusal(Text tableCode) {
 }
 
 // The engine takes such a run for finished. The process does not.
-void clsDataCopy::ReportNothingToCopy(Text reason, Text whatToDo) {
+void clsDataCopy::ReportNothingToCopy(const std::string& reason, const std::string& whatToDo) {
   declarations_.statusWhenFinished = ExitStatus::NothingToCopy;
   platform_.failures.Report(Error(errors::kInvalidCall, "clsDataCopy", reason).With("what to do", whatToDo));
 }

@@ -30,7 +30,8 @@ void clsDataCopy::FailPlus100(const FailureTexts& failure) {
   throw Error(NumberPlus100(CurrentError().Number()), failure.source, failure.description);
 }
 
-Object clsDataCopy::List(const Object& manager, const Member& list, const std::vector<Variant>& bounds, Text table) {
+Object clsDataCopy::List(const Object& manager, const Member& list, const std::vector<Variant>& bounds,
+                         const std::string& table) {
   try {
     const std::vector<Argument> arguments(bounds.begin(), bounds.end());
     return ObjectGivenBy(manager, list, Invoke(manager, list, arguments));

@@ -10,10 +10,10 @@
 #include <string>
 
 #include "copy/clsDataCopy.h"
+#include "platform/modDeclarations.h"
 #include "platform/object.h"
 #include "platform/platform.h"
 #include "platform/variant.h"
-#include "startup/modDeclarations.h"
 
 namespace qmx {
 

@@ -1,7 +1,7 @@
 #include "platform/database.h"
 #include "platform/database_observer.h"
-#include "platform/database_session.h"
 #include "platform/names.h"
+#include "platform/open_connection.h"
 #include "platform/sql_statement.h"
 
 namespace qmx {
@@ -33,7 +33,7 @@ Driver& DriverFor(const ConnectionText& text, const std::vector<Driver*>& driver
   RaiseUnserved(text, drivers);
 }
 
-std::int64_t Run(DatabaseSession& session, const std::string& text) {
+std::int64_t Run(OpenConnection& session, const std::string& text) {
   RequireOneStatement(text);
   try {
     TextStatement statement = session.Statement(text);
@@ -47,23 +47,23 @@ std::int64_t Run(DatabaseSession& session, const std::string& text) {
 
 }  // namespace
 
-DriverSession& DatabaseSession::Driver() const {
+DriverSession& OpenConnection::Driver() const {
   if (!driver_) throw Error(errors::kConnectionClosed, kSource, "The connection is closed.");
   return *driver_;
 }
 
-StoredTable& DatabaseSession::Table(const std::string& name) {
+StoredTable& OpenConnection::Table(const std::string& name) {
   std::unique_ptr<StoredTable>& table = tables_[FoldName(name)];
   if (!table) table = std::make_unique<StoredTable>(Driver(), name);
   return *table;
 }
 
-TextStatement DatabaseSession::Statement(const std::string& text) {
+TextStatement OpenConnection::Statement(const std::string& text) {
   Driver();
   return {statements_, text};
 }
 
-void DatabaseSession::SelectCatalog(const std::string& name) {
+void OpenConnection::SelectCatalog(const std::string& name) {
   if (openRecordsets_ > 0) {
     throw Error(errors::kNotAllowedNow, kSource,
                 "The default database cannot be changed to \"" + name + "\" while a record set is open.");
@@ -73,7 +73,7 @@ void DatabaseSession::SelectCatalog(const std::string& name) {
   Driver().SelectCatalog(name);
 }
 
-void DatabaseSession::Close() {
+void OpenConnection::Close() {
   tables_.clear();
   statements_.Clear();
   const std::unique_ptr<DriverSession> driver = std::move(driver_);
@@ -106,13 +106,13 @@ void Connection::Open(const std::string& connectionText, const std::string& user
         masked = text.Masked();
         std::unique_ptr<DriverSession> driver = DriverFor(text, drivers_).Open(text);
         driver->Timeout(std::chrono::seconds(timeout_));
-        session_ = std::make_shared<DatabaseSession>(std::move(driver));
+        session_ = std::make_shared<OpenConnection>(std::move(driver));
       },
       [&](const Error* error) { observer_->ConnectionOpened(masked, error); });
 }
 
 std::string Connection::defaultdatabase() const {
-  return AtTheWall([&] { return OpenSession().Catalog(); });
+  return TranslateExceptions([&] { return OpenSession().Catalog(); });
 }
 
 void Connection::defaultdatabase(const std::string& name) {
@@ -126,7 +126,7 @@ std::int64_t Connection::Execute(const SqlText& statement) {
   Observed(
       observer_,
       [&] {
-        DatabaseSession& session = OpenSession();
+        OpenConnection& session = OpenSession();
         statement.Check();
         affected = Run(session, statement.Text());
       },
@@ -135,18 +135,18 @@ std::int64_t Connection::Execute(const SqlText& statement) {
 }
 
 std::string Connection::System() const {
-  return AtTheWall([&] { return OpenSession().Driver().System(); });
+  return TranslateExceptions([&] { return OpenSession().Driver().System(); });
 }
 
 TableDescription Connection::Describe(const std::string& table) {
-  return AtTheWall([&] { return OpenSession().Driver().Describe(table); });
+  return TranslateExceptions([&] { return OpenSession().Driver().Describe(table); });
 }
 
 void Connection::Together(const std::function<void()>& work) {
-  const std::shared_ptr<DatabaseSession> session = session_;
+  const std::shared_ptr<OpenConnection> session = session_;
   if (!session) return work();
   const auto mayGroup = [&](bool may) {
-    if (session->IsOpen()) AtTheWall([&] { session->Driver().MayGroup(may); });
+    if (session->IsOpen()) TranslateExceptions([&] { session->Driver().MayGroup(may); });
   };
   mayGroup(true);
   try {
@@ -181,13 +181,13 @@ void Connection::Close() {
       observer_,
       [&] {
         OpenSession();
-        const std::shared_ptr<DatabaseSession> session = std::move(session_);
+        const std::shared_ptr<OpenConnection> session = std::move(session_);
         session->Close();
       },
       [&](const Error* error) { observer_->ConnectionClosed(error); });
 }
 
-DatabaseSession& Connection::OpenSession() const {
+OpenConnection& Connection::OpenSession() const {
   if (!session_) throw Error(errors::kClosed, kSource, "The connection is closed.");
   return *session_;
 }

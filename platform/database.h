@@ -41,7 +41,7 @@
 namespace qmx {
 
 class DatabaseObserver;
-class DatabaseSession;
+class OpenConnection;
 class Recordset;
 class RecordsetCursor;
 
@@ -102,10 +102,10 @@ class Connection {
 
  private:
   friend class Recordset;
-  DatabaseSession& OpenSession() const;  // 3704 when closed
+  OpenConnection& OpenSession() const;  // 3704 when closed
   std::vector<Driver*> drivers_;
   DatabaseObserver* observer_;
-  std::shared_ptr<DatabaseSession> session_;  // null when closed; record sets share it
+  std::shared_ptr<OpenConnection> session_;  // null when closed; record sets share it
   int timeout_ = 30;
 };
 

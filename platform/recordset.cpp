@@ -69,7 +69,7 @@ void Recordset::ActiveConnection(Connection& connection) {
 Connection* Recordset::ActiveConnection() const { return connection_; }
 
 std::int32_t Recordset::recordcount() {
-  return AtTheWall([&] {
+  return TranslateExceptions([&] {
     const std::int64_t count = OpenCursor().Count();
     if (count > std::numeric_limits<std::int32_t>::max()) {
       throw Error(errors::kOverflow, kSource, "Overflow: " + std::to_string(count) + " rows.");
@@ -79,11 +79,11 @@ std::int32_t Recordset::recordcount() {
 }
 
 bool Recordset::BOF() {
-  return AtTheWall([&] { return OpenCursor().IsEmpty(); });
+  return TranslateExceptions([&] { return OpenCursor().IsEmpty(); });
 }
 
 bool Recordset::Eof() {
-  return AtTheWall([&] { return OpenCursor().IsAtEnd(); });
+  return TranslateExceptions([&] { return OpenCursor().IsAtEnd(); });
 }
 
 void Recordset::MoveFirst() {
@@ -135,7 +135,7 @@ void Recordset::Close() {
 
 void Recordset::Assign(std::size_t index, Variant&& value) {
   if (columnObserver_) return AssignAndTell(index, std::move(value));
-  AtTheWall([&] { OpenCursor().Assign(index, std::move(value)); });
+  TranslateExceptions([&] { OpenCursor().Assign(index, std::move(value)); });
 }
 
 void Recordset::AssignAndTell(std::size_t index, Variant&& value) {
@@ -156,11 +156,11 @@ void Recordset::Tell(std::string_view operation, Step&& step) {
 }
 
 Variant Field::Value() const {
-  return AtTheWall([&] { return owner_.OpenCursor().Value(index_); });
+  return TranslateExceptions([&] { return owner_.OpenCursor().Value(index_); });
 }
 
 std::string Field::Name() const {
-  return AtTheWall([&] { return owner_.OpenCursor().ColumnAt(index_).name; });
+  return TranslateExceptions([&] { return owner_.OpenCursor().ColumnAt(index_).name; });
 }
 
 }  // namespace qmx

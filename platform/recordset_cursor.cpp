@@ -23,7 +23,7 @@ void ToColumnType(Variant& value, Variant::Kind type) {
 
 }  // namespace
 
-std::unique_ptr<RecordsetCursor> RecordsetCursor::OnTable(std::shared_ptr<DatabaseSession> session,
+std::unique_ptr<RecordsetCursor> RecordsetCursor::OnTable(std::shared_ptr<OpenConnection> session,
                                                           const std::string& table) {
   std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session)));
   cursor->source_ = table;
@@ -33,7 +33,7 @@ std::unique_ptr<RecordsetCursor> RecordsetCursor::OnTable(std::shared_ptr<Databa
   return cursor;
 }
 
-std::unique_ptr<RecordsetCursor> RecordsetCursor::OnStatement(std::shared_ptr<DatabaseSession> session,
+std::unique_ptr<RecordsetCursor> RecordsetCursor::OnStatement(std::shared_ptr<OpenConnection> session,
                                                               const std::string& statement) {
   std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session)));
   cursor->source_ = statement;

@@ -11,14 +11,14 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/database_session.h"
+#include "platform/open_connection.h"
 
 namespace qmx {
 
 class RecordsetCursor {
  public:
-  static std::unique_ptr<RecordsetCursor> OnTable(std::shared_ptr<DatabaseSession> session, const std::string& table);
-  static std::unique_ptr<RecordsetCursor> OnStatement(std::shared_ptr<DatabaseSession> session,
+  static std::unique_ptr<RecordsetCursor> OnTable(std::shared_ptr<OpenConnection> session, const std::string& table);
+  static std::unique_ptr<RecordsetCursor> OnStatement(std::shared_ptr<OpenConnection> session,
                                                       const std::string& statement);
   ~RecordsetCursor() { session_->RecordsetClosed(); }
   RecordsetCursor(const RecordsetCursor&) = delete;
@@ -58,7 +58,7 @@ class RecordsetCursor {
  private:
   enum class Pending { None, Edit, NewRow };
 
-  explicit RecordsetCursor(std::shared_ptr<DatabaseSession> session) : session_(std::move(session)) {
+  explicit RecordsetCursor(std::shared_ptr<OpenConnection> session) : session_(std::move(session)) {
     session_->RecordsetOpened();
   }
   void ReadRows(const std::string& statement);
@@ -73,7 +73,7 @@ class RecordsetCursor {
   }
   [[noreturn]] void RaiseNotWritable() const;
 
-  std::shared_ptr<DatabaseSession> session_;
+  std::shared_ptr<OpenConnection> session_;
   StoredTable* table_ = nullptr;  // the session's; null where the rows are read-only
   std::shared_ptr<const RowLayout> layout_;
   std::string source_;  // for errors

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/modDeclarations.h"
 #include "platform/platform.h"
-#include "startup/modDeclarations.h"
 
 namespace qmx {
 

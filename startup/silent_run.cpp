@@ -2,10 +2,10 @@
 
 #include <cstdlib>
 
+#include "platform/modDeclarations.h"
 #include "platform/posix/clock.h"
 #include "platform/posix/text_files.h"
 #include "platform/progress/progress.h"
-#include "startup/modDeclarations.h"
 #include "startup/modStartUp.h"
 
 namespace qmx {

@@ -13,7 +13,7 @@ const FieldMaps kFields = {
 
 const KeyCondition kKey = {{" where cadr='", "getAddressCode", "'"}};
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "List",
     .bounds = {"", "ZZZZZZZZZZZZ"},
@@ -21,7 +21,7 @@ const FullCopy kFull = {
     .failure = {"Copy Addresses", " Copy of Addresses from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "Addresses.Addresses",
     .parameters = {{"cadr", "", "ZZZZZZZZZ"}},
@@ -35,17 +35,18 @@ const ChangedCopy kChanged = {
 
 ErpListing clsDataCopy::AddressesInErp() { return {"tccom130", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
-void clsDataCopy::CopyAddresses(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyAddresses(const std::string& tableCode, const std::string& busComponent,
+                                std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyAddressesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyAddressesChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyAddressesFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyAddressesFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetAddressFields(row, record); });
 }
 
-void clsDataCopy::CopyAddressesChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyAddressesChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetAddressFields(change.row, change.current); });
 }

@@ -7,7 +7,7 @@ namespace {
 constexpr const char* kManager = "AvailabilityType.AvailabilityTypeManager";
 constexpr const char* kHighestType = "ZZZZZZ";
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "ListAllAvailable",
     .bounds = {"", kHighestType},
@@ -17,7 +17,7 @@ const FullCopy kFull = {
 
 const KeyCondition kKey = {{" where ract='", "getavailabilityType", "'"}};
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "AvailabilityType.AvailabilityType",
     .parameters = {{"ract", "", kHighestType}},
@@ -38,17 +38,18 @@ ErpListing clsDataCopy::AvailabilityTypesInErp() {
   return {"tcccp001", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopyAvailabilityTypes(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyAvailabilityTypes(const std::string& tableCode, const std::string& busComponent,
+                                        std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyAvailabilityTypesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyAvailabilityTypesChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyAvailabilityTypesFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyAvailabilityTypesFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetAvailabilityTypeFields(row, record); });
 }
 
-void clsDataCopy::CopyAvailabilityTypesChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyAvailabilityTypesChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetAvailabilityTypeFields(change.row, change.current); });
 }

@@ -113,12 +113,13 @@ ErpListing clsDataCopy::CalendarsInErp() {
   return {kTable, kManager, kRecord, kListActualCalendar, ListingBounds("", {"2038-1-1", "2038-12-31"})};
 }
 
-void clsDataCopy::CopyCalendars(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyCalendars(const std::string& tableCode, const std::string& busComponent,
+                                std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyCalendarsFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyCalendarsChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyCalendarsFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyCalendarsFull(const std::string& tableCode, const std::string& busComponent) {
   InsertCount = 0;
   Object manager;
   try {
@@ -146,7 +147,7 @@ void clsDataCopy::CopyCalendarsFull(Text tableCode, Text busComponent) {
   }
 }
 
-void clsDataCopy::CopyCalendarsChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyCalendarsChanged(const std::string& tableCode, const std::string& busComponent) {
   InsertCount = UpdateCount = DeleteCount = 0;
   try {
     Audit audit;
@@ -188,7 +189,7 @@ void clsDataCopy::CopyCalendarsChanged(Text tableCode, Text busComponent) {
   }
 }
 
-void clsDataCopy::CopyCalendarOfEmployee(Text employee, Text busComponent) {
+void clsDataCopy::CopyCalendarOfEmployee(const std::string& employee, const std::string& busComponent) {
   try {
     const std::unique_ptr<Recordset> row = platform_.database.CreateRecordset("ADODB.RECORDSET");
     row->Open(SqlText("select * from tsmdm140 where emno = '").Value(Trimmed(employee)).Append("'"), OpenedConnection(),
@@ -202,7 +203,7 @@ void clsDataCopy::CopyCalendarOfEmployee(Text employee, Text busComponent) {
   }
 }
 
-void clsDataCopy::CopyCalendar(Text calendarCode, Text busComponent) {
+void clsDataCopy::CopyCalendar(const std::string& calendarCode, const std::string& busComponent) {
   InsertCount = 0;
   Object manager;
   try {
@@ -225,7 +226,7 @@ void clsDataCopy::CopyCalendar(Text calendarCode, Text busComponent) {
   }
 }
 
-void clsDataCopy::DeleteCalendar(Text calendarCode) {
+void clsDataCopy::DeleteCalendar(const std::string& calendarCode) {
   try {
     OpenedConnection().CommandTimeout(kDeleteTimeout);
     OpenedConnection().Execute(SqlText("DELETE FROM tcccp030 WHERE ccal = '").Value(calendarCode).Append("'"));
@@ -234,7 +235,7 @@ void clsDataCopy::DeleteCalendar(Text calendarCode) {
   }
 }
 
-bool clsDataCopy::CalendarIsLocal(Text calendarCode) {
+bool clsDataCopy::CalendarIsLocal(const std::string& calendarCode) {
   const std::unique_ptr<Recordset> rows = platform_.database.CreateRecordset("ADODB.Recordset");
   rows->Open(SelectCalendar(calendarCode), OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
   const bool local = rows->recordcount() > 0;

@@ -17,7 +17,7 @@ const FieldMaps kFields = {
 const KeyCondition kSelectKey = {{" where ccfg='", "getConfiguration", "'"}};
 const KeyCondition kDeleteKey = {{" WHERE ccfg = '", "getConfiguration", "'"}};
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "List",
     .bounds = {"", "ZZZZZZZZZ", "", "ZZZZZZZZZ", "", "ZZZZZZZZZ", "", "ZZZZZZZZZ"},
@@ -25,7 +25,7 @@ const FullCopy kFull = {
     .failure = {"Copy Service Configurations", " Copy of Service Configurations from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "Configurations.Configurations",
     .parameters = {{"ccfg", "", "ZZZZZZZZ"}},
@@ -42,17 +42,18 @@ ErpListing clsDataCopy::ConfigurationsInErp() {
   return {"tscfg220", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopyConfigurations(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyConfigurations(const std::string& tableCode, const std::string& busComponent,
+                                     std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyConfigurationsFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyConfigurationsChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyConfigurationsFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyConfigurationsFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetConfigurationFields(row, record); });
 }
 
-void clsDataCopy::CopyConfigurationsChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyConfigurationsChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetConfigurationFields(change.row, change.current); });
 }

@@ -20,7 +20,7 @@ const KeyCondition kKey = {
     {" and oseq= ", "getObjectNumber", ""},
 };
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "List",
     .bounds = {"", "ZZZZZZZZZ", "", kLastObject, std::int16_t{0}, std::int16_t{9999}},
@@ -28,7 +28,7 @@ const FullCopy kFull = {
     .failure = {"Copy Service Objects", " Copy of Service Objects from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "ServiceObjects.ServiceObjects",
     .parameters = {{"ccfg", "", "ZZZZZZZZ"}, {"crob", "", kLastObject}, {"oseq", "0000", "9999"}},
@@ -42,17 +42,17 @@ const ChangedCopy kChanged = {
 
 ErpListing clsDataCopy::ObjectsInErp() { return {"tscfg200", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
-void clsDataCopy::CopyObjects(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyObjects(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyObjectsFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyObjectsChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyObjectsFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyObjectsFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetObjectFields(row, record); });
 }
 
-void clsDataCopy::CopyObjectsChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyObjectsChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetObjectFields(change.row, change.current); });
 }

@@ -37,7 +37,7 @@ const KeyCondition kKey = {
     {" and   aseq= ", "getActivityNumber", ""},
 };
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "List",
     .bounds = {"", "ZZZZZZZZZ", "", "ZZZZZZZZZ", std::int16_t{0}, std::int16_t{9999}},
@@ -45,7 +45,7 @@ const FullCopy kFull = {
     .failure = {"Copy Service Planned Activities", " Copy of Service Planned Activities from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "PlannedActivities.PlannedActivities",
     .parameters = {{"ccfg", "", "ZZZZZZZZZ"}, {"crac", "", "ZZZZZZZZZ"}, {"aseq", "0000", "9999"}},
@@ -63,17 +63,18 @@ ErpListing clsDataCopy::PlannedActivitiesInErp() {
   return {"tsspc200", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopyPlannedActivities(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyPlannedActivities(const std::string& tableCode, const std::string& busComponent,
+                                        std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyPlannedActivitiesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyPlannedActivitiesChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyPlannedActivitiesFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyPlannedActivitiesFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetPlannedActivityFields(row, record); });
 }
 
-void clsDataCopy::CopyPlannedActivitiesChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyPlannedActivitiesChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetPlannedActivityFields(change.row, change.current); });
 }

@@ -13,7 +13,7 @@ const FieldMaps kFields = {
 
 const KeyCondition kKey = {{" where sltt=", "getSolutionTimeInMinutes", ""}};
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "List",
     .bounds = {0.0, 99999.9999},
@@ -21,7 +21,7 @@ const FullCopy kFull = {
     .failure = {"Copy Priority Time Scales", " Copy of Priority Time Scales from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "PriorityTimeScale.PriorityTimeScale",
     .parameters = {{"sltt", "000.00", "999.99"}},
@@ -38,17 +38,18 @@ ErpListing clsDataCopy::PriorityTimeScalesInErp() {
   return {"tsclm024", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopyPriorityTimeScales(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyPriorityTimeScales(const std::string& tableCode, const std::string& busComponent,
+                                         std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyPriorityTimeScalesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyPriorityTimeScalesChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyPriorityTimeScalesFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyPriorityTimeScalesFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetPriorityTimeScaleFields(row, record); });
 }
 
-void clsDataCopy::CopyPriorityTimeScalesChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyPriorityTimeScalesChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetPriorityTimeScaleFields(change.row, change.current); });
 }

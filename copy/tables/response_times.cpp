@@ -17,7 +17,7 @@ const FieldMaps kFields = {
 
 const KeyCondition kKey = {{" where crtc='", "getResponseTime", "'"}};
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "List",
     .bounds = {"", "ZZZZZZZZZ"},
@@ -25,7 +25,7 @@ const FullCopy kFull = {
     .failure = {"Copy Response Times", " Copy of Response Times from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "ResponseTimes.ResponseTimes",
     .parameters = {{"crtc", "", "ZZZ"}},
@@ -42,17 +42,18 @@ ErpListing clsDataCopy::ResponseTimesInErp() {
   return {"tsclm020", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopyResponseTimes(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyResponseTimes(const std::string& tableCode, const std::string& busComponent,
+                                    std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyResponseTimesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyResponseTimesChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyResponseTimesFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyResponseTimesFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetResponseTimeFields(row, record); });
 }
 
-void clsDataCopy::CopyResponseTimesChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyResponseTimesChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetResponseTimeFields(change.row, change.current); });
 }

@@ -22,7 +22,7 @@ const FieldMaps kFields = {
 
 const KeyCondition kKey = {{" where csar='", "getServiceArea", "'"}};
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "List",
     .bounds = {"", "ZZZZZZZ"},
@@ -30,7 +30,7 @@ const FullCopy kFull = {
     .failure = {"Copy Service Areas", " Copy of Service Areas from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "ServiceAreas.ServiceAreas",
     .parameters = {{"csar", "", "ZZZZZZZZZ"}},
@@ -46,17 +46,18 @@ ErpListing clsDataCopy::ServiceAreasInErp() {
   return {"tsmdm105", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopyServiceAreas(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyServiceAreas(const std::string& tableCode, const std::string& busComponent,
+                                   std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceAreasFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceAreasChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyServiceAreasFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceAreasFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetServiceAreaFields(row, record); });
 }
 
-void clsDataCopy::CopyServiceAreasChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceAreasChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetServiceAreaFields(change.row, change.current); });
 }

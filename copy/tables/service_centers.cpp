@@ -21,7 +21,7 @@ const FieldMaps kFields = {
 
 const KeyCondition kKey = {{" where cwoc='", "getServiceCentersCode", "'"}};
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = kList,
     .bounds = {"", "ZZZZZZZZZ"},
@@ -29,7 +29,7 @@ const FullCopy kFull = {
     .failure = {"Copy Service Centers", " Copy of Service Centers from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "ServiceCenters.ServiceCenters",
     .parameters = {{"cwoc", "", "ZZZZZZ"}},
@@ -45,17 +45,18 @@ ErpListing clsDataCopy::ServiceCentersInErp() {
   return {"tsmdm100", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopyServiceCenters(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyServiceCenters(const std::string& tableCode, const std::string& busComponent,
+                                     std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceCentersFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceCentersChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyServiceCentersFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceCentersFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetServiceCenterFields(row, record, true); });
 }
 
-void clsDataCopy::CopyServiceCentersChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceCentersChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent, [this](const Change& change) {
     const Variant key = change.current.Call(kGetKey);
     const Object record = FirstRecord(List(change.manager, kList, {key, key}));

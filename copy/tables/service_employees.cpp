@@ -25,7 +25,7 @@ const FieldMaps kFields = {
 
 const KeyCondition kKey = {{" where emno='", "getserviceemployee", "'"}};
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = kList,
     .bounds = {"", "ZZZZZZZZZ", "", "ZZZZZZZZZ", "", "ZZZZZZZZZ"},
@@ -33,7 +33,7 @@ const FullCopy kFull = {
     .failure = {"Copy Service Employees", " Copy of Service Employees from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "ServiceEmployees.ServiceEmployees",
     .parameters = {{"emno", "", "ZZZZZZ"}},
@@ -49,17 +49,18 @@ ErpListing clsDataCopy::ServiceEmployeesInErp() {
   return {"tsmdm140", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopyServiceEmployees(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyServiceEmployees(const std::string& tableCode, const std::string& busComponent,
+                                       std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceEmployeesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceEmployeesChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyServiceEmployeesFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceEmployeesFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetServiceEmployeeFields(row, record, true); });
 }
 
-void clsDataCopy::CopyServiceEmployeesChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceEmployeesChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent, [this](const Change& change) {
     const Variant key = change.current.Call(kGetKey);
     const Object record = FirstRecord(List(change.manager, kList, {key, key, "", "ZZZZZZZZZ", "", "ZZZZZZZZZ"}));

@@ -42,7 +42,7 @@ const KeyCondition kKey = {
     {" and   acln= ", "getActivityLineNumber", ""},
 };
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "List",
     .bounds = {"", "ZZZZZZZZZ", std::int16_t{0}, std::int16_t{9999}},
@@ -50,7 +50,7 @@ const FullCopy kFull = {
     .failure = {"Copy Service Orders Activities - Full Copy", " Copy of Service Orders from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "ServiceOrderActivities.ServiceOrderActivities",
     .parameters = {{"orno", "", "ZZZZZZZZZ"}, {"acln", "0000", "9999"}},
@@ -69,17 +69,18 @@ ErpListing clsDataCopy::ServiceOrderActivitiesInErp() {
   return {"tssoc210", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopyServiceOrderActivities(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyServiceOrderActivities(const std::string& tableCode, const std::string& busComponent,
+                                             std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceOrderActivitiesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceOrderActivitiesChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyServiceOrderActivitiesFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceOrderActivitiesFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetServiceOrderActivityFields(row, record); });
 }
 
-void clsDataCopy::CopyServiceOrderActivitiesChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceOrderActivitiesChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetServiceOrderActivityFields(change.row, change.current); });
 }

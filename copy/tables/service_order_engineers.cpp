@@ -18,7 +18,7 @@ const KeyCondition kKey = {
     {" and   line= ", "getLineNumber", ""},
 };
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "List",
     .bounds = {"", "ZZZZZZZZZ", std::int16_t{0}, std::int16_t{9999}},
@@ -26,7 +26,7 @@ const FullCopy kFull = {
     .failure = {"Copy Service Order Engineers", " Copy of Service Order Engineers from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "ServiceOrderEngineers.ServiceOrderEngineers",
     .parameters = {{"orno", "", "ZZZZZZZZZ"}, {"line", "0000", "9999"}},
@@ -43,17 +43,18 @@ ErpListing clsDataCopy::ServiceOrderEngineersInErp() {
   return {"tssoc205", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopyServiceOrderEngineers(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyServiceOrderEngineers(const std::string& tableCode, const std::string& busComponent,
+                                            std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceOrderEngineersFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceOrderEngineersChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyServiceOrderEngineersFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceOrderEngineersFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetServiceOrderEngineerFields(row, record); });
 }
 
-void clsDataCopy::CopyServiceOrderEngineersChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceOrderEngineersChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetServiceOrderEngineerFields(change.row, change.current); });
 }

@@ -54,7 +54,7 @@ const FieldMaps kFieldsAfterName = {
 const KeyCondition kSelectKey = {{" where orno='", "getServiceOrder", "'"}};
 const KeyCondition kDeleteKey = {{" WHERE orno='", "getServiceOrder", "'"}};
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = kList,
     .bounds = {"", "ZZZZZZZZZ"},
@@ -62,7 +62,7 @@ const FullCopy kFull = {
     .failure = {"Copy Service Orders", " Copy of Service Orders from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "ServiceOrders.ServiceOrders",
     .parameters = {{"orno", "", "ZZZZZZZZZ"}},
@@ -80,17 +80,18 @@ ErpListing clsDataCopy::ServiceOrdersInErp() {
   return {"tssoc200", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopyServiceOrders(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyServiceOrders(const std::string& tableCode, const std::string& busComponent,
+                                    std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceOrdersFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceOrdersChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyServiceOrdersFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceOrdersFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetServiceOrderFields(row, record, true); });
 }
 
-void clsDataCopy::CopyServiceOrdersChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceOrdersChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent, [this](const Change& change) {
     const bool reread =
         change.isNew || change.row.Fields(kPartner).Value().ToText() != change.current.Call(kGetPartner).ToText();

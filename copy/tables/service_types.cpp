@@ -15,7 +15,7 @@ const FieldMaps kFields = {
 
 const KeyCondition kKey = {{" where cstp='", "getServiceType", "'"}};
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "List",
     .bounds = {"", "ZZZ"},
@@ -23,7 +23,7 @@ const FullCopy kFull = {
     .failure = {"Copy Service Types", " Copy of Service Types from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "ServiceTypes.ServiceTypes",
     .parameters = {{"cstp", "", "ZZZ"}},
@@ -39,17 +39,18 @@ ErpListing clsDataCopy::ServiceTypesInErp() {
   return {"tsmdm030", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopyServiceTypes(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopyServiceTypes(const std::string& tableCode, const std::string& busComponent,
+                                   std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyServiceTypesFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopyServiceTypesChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopyServiceTypesFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceTypesFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetServiceTypeFields(row, record); });
 }
 
-void clsDataCopy::CopyServiceTypesChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopyServiceTypesChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetServiceTypeFields(change.row, change.current); });
 }

@@ -14,7 +14,7 @@ const FieldMaps kFields = {
 
 const KeyCondition kKey = {{" where skll='", "getSkill", "'"}};
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "List",
     .bounds = {"", "ZZZZZZZZZ"},
@@ -22,7 +22,7 @@ const FullCopy kFull = {
     .failure = {"Copy Service Skills", " Copy of Service Skills from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "Skills.Skills",
     .parameters = {{"skll", "", "ZZZZ"}},
@@ -36,17 +36,17 @@ const ChangedCopy kChanged = {
 
 ErpListing clsDataCopy::SkillsInErp() { return {"tsmdm130", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
-void clsDataCopy::CopySkills(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopySkills(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopySkillsFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopySkillsChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopySkillsFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopySkillsFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetSkillFields(row, record); });
 }
 
-void clsDataCopy::CopySkillsChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopySkillsChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetSkillFields(change.row, change.current); });
 }

@@ -19,7 +19,7 @@ const KeyCondition kKey = {
     {" and   cogr='", "getObjectGroup", "'"},
 };
 
-const FullCopy kFull = {
+const FullCopyPattern kFull = {
     .manager = kManager,
     .list = "List",
     .bounds = {"", "ZZZZZZZZZ", "", "ZZZZZZZZZ", "", "ZZZZZZZZZ"},
@@ -27,7 +27,7 @@ const FullCopy kFull = {
     .failure = {"Copy Service Skills by Employee", " Copy of Service Skilsl by Employee from Orvan to Local DB failed"},
 };
 
-const ChangedCopy kChanged = {
+const ChangedCopyPattern kChanged = {
     .manager = kManager,
     .record = "SkillsByEmployee.SkillsByEmployee",
     .parameters = {{"emno", "", "ZZZZZZ"}, {"skll", "", "ZZZZ"}, {"cogr", "", "ZZZZZZ"}},
@@ -43,17 +43,18 @@ ErpListing clsDataCopy::SkillsByEmployeeInErp() {
   return {"tsmdm135", kManager, kChanged.record, kFull.list, kFull.bounds};
 }
 
-void clsDataCopy::CopySkillsByEmployee(Text tableCode, Text busComponent, std::int16_t syncMethod) {
+void clsDataCopy::CopySkillsByEmployee(const std::string& tableCode, const std::string& busComponent,
+                                       std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopySkillsByEmployeeFull(tableCode, busComponent);
   if (syncMethod == kOnlyChanged) CopySkillsByEmployeeChanged(tableCode, busComponent);
 }
 
-void clsDataCopy::CopySkillsByEmployeeFull(Text tableCode, Text busComponent) {
+void clsDataCopy::CopySkillsByEmployeeFull(const std::string& tableCode, const std::string& busComponent) {
   CopyFull(kFull, tableCode, busComponent,
            [this](Recordset& row, const Object& record) { SetSkillByEmployeeFields(row, record); });
 }
 
-void clsDataCopy::CopySkillsByEmployeeChanged(Text tableCode, Text busComponent) {
+void clsDataCopy::CopySkillsByEmployeeChanged(const std::string& tableCode, const std::string& busComponent) {
   CopyChanged(kChanged, tableCode, busComponent,
               [this](const Change& change) { SetSkillByEmployeeFields(change.row, change.current); });
 }

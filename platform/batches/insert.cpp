@@ -7,7 +7,7 @@
 
 namespace qmx {
 
-BatchingInsert::BatchingInsert(BatchingSession& session, RowInsert insert)
+BatchingInsert::BatchingInsert(BatchingDriverSession& session, RowInsert insert)
     : session_(session),
       insert_(std::move(insert)),
       text_(insert_.Text()),

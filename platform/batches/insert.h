@@ -9,7 +9,7 @@ namespace qmx {
 
 class BatchingInsert : public DriverStatement {
  public:
-  BatchingInsert(BatchingSession& session, RowInsert insert);
+  BatchingInsert(BatchingDriverSession& session, RowInsert insert);
   ~BatchingInsert() override;
   BatchingInsert(const BatchingInsert&) = delete;
   BatchingInsert& operator=(const BatchingInsert&) = delete;
@@ -35,7 +35,7 @@ class BatchingInsert : public DriverStatement {
   std::size_t SendTogether(std::span<const Variant> values);  // returns how many rows it did send
   void SendOneByOne(std::span<const Variant> values);
 
-  BatchingSession& session_;
+  BatchingDriverSession& session_;
   RowInsert insert_;
   std::string text_;
   std::unique_ptr<DriverStatement> one_;  // for a row alone

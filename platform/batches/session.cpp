@@ -16,49 +16,50 @@ void ForgetLongTexts(std::vector<Variant>& values) {
   for (const Variant& value : values) {
     if (const std::string* text = value.IfText()) room += text->capacity();
   }
-  if (room > 2 * BatchingSession::kMostBytes) values.clear();
+  if (room > 2 * BatchingDriverSession::kMostBytes) values.clear();
 }
 
 }  // namespace
 
-BatchingSession::BatchingSession(std::unique_ptr<DriverSession> inner) : inner_(std::move(inner)), group_(*inner_) {}
+BatchingDriverSession::BatchingDriverSession(std::unique_ptr<DriverSession> inner)
+    : inner_(std::move(inner)), group_(*inner_) {}
 
-BatchingSession::~BatchingSession() { StopHelper(); }
+BatchingDriverSession::~BatchingDriverSession() { StopHelper(); }
 
-std::unique_ptr<DriverStatement> BatchingSession::Prepare(const std::string& statement) {
+std::unique_ptr<DriverStatement> BatchingDriverSession::Prepare(const std::string& statement) {
   return Read(Ready(),
-              [&] { return std::make_unique<BatchingStatement>(*this, statement, inner_->Prepare(statement)); });
+              [&] { return std::make_unique<BatchingDriverStatement>(*this, statement, inner_->Prepare(statement)); });
 }
 
-std::unique_ptr<DriverStatement> BatchingSession::PrepareInsert(const RowInsert& insert) {
+std::unique_ptr<DriverStatement> BatchingDriverSession::PrepareInsert(const RowInsert& insert) {
   return Read(Ready(), [&] { return std::make_unique<BatchingInsert>(*this, insert); });
 }
 
-TableDescription BatchingSession::Describe(const std::string& table) {
+TableDescription BatchingDriverSession::Describe(const std::string& table) {
   return Read(Ready(), [&] { return inner_->Describe(table); });
 }
 
-std::string BatchingSession::Catalog() {
+std::string BatchingDriverSession::Catalog() {
   return Read(Ready(), [&] { return inner_->Catalog(); });
 }
 
-void BatchingSession::SelectCatalog(const std::string& name) {
+void BatchingDriverSession::SelectCatalog(const std::string& name) {
   const Lock lock = Settled();
   inner_->SelectCatalog(name);
 }
 
-void BatchingSession::Timeout(std::chrono::seconds limit) {
+void BatchingDriverSession::Timeout(std::chrono::seconds limit) {
   const Lock lock = Settled();
   inner_->Timeout(limit);
 }
 
-void BatchingSession::Begin() {
+void BatchingDriverSession::Begin() {
   const Lock lock = Settled();
   inner_->Begin();
   isWithinBegin_ = true;
 }
 
-void BatchingSession::Rollback() {
+void BatchingDriverSession::Rollback() {
   Lock lock(mutex_);
   SendAll(lock);
   if (std::exchange(isWithinBegin_, false)) failure_ = nullptr;  // of rows that are taken back
@@ -71,7 +72,7 @@ void BatchingSession::Rollback() {
   RaiseFailure();
 }
 
-void BatchingSession::Commit() {
+void BatchingDriverSession::Commit() {
   const Lock lock = Ready();
   if (mayGroup_ && !isWithinBegin_) return;
   group_.Commit();  // none is open, but a lost one raises
@@ -79,7 +80,7 @@ void BatchingSession::Commit() {
   inner_->Commit();
 }
 
-void BatchingSession::MayGroup(bool may) {
+void BatchingDriverSession::MayGroup(bool may) {
   Lock lock(mutex_);
   SendAll(lock);
   mayGroup_ = may;
@@ -87,7 +88,7 @@ void BatchingSession::MayGroup(bool may) {
   if (!may) group_.Commit();
 }
 
-void BatchingSession::Close() {
+void BatchingDriverSession::Close() {
   StopHelper();
   try {
     Settled();
@@ -98,26 +99,26 @@ void BatchingSession::Close() {
   inner_->Close();
 }
 
-BatchingSession::Lock BatchingSession::Locked() {
+BatchingDriverSession::Lock BatchingDriverSession::Locked() {
   Lock lock(mutex_);
   changed_.wait(lock, [&] { return !isSending_; });
   return lock;
 }
 
-BatchingSession::Lock BatchingSession::Ready() {
+BatchingDriverSession::Lock BatchingDriverSession::Ready() {
   Lock lock(mutex_);
   SendAll(lock);
   RaiseFailure();
   return lock;
 }
 
-BatchingSession::Lock BatchingSession::Settled() {
+BatchingDriverSession::Lock BatchingDriverSession::Settled() {
   Lock lock = Ready();
   group_.Commit();
   return lock;
 }
 
-bool BatchingSession::Waits(BatchingInsert& insert, std::span<const Variant* const> row) {
+bool BatchingDriverSession::Waits(BatchingInsert& insert, std::span<const Variant* const> row) {
   Lock lock(mutex_);
   changed_.wait(lock, [&] { return full_ < kBatches; });
   RaiseFailure();
@@ -149,8 +150,8 @@ bool BatchingSession::Waits(BatchingInsert& insert, std::span<const Variant* con
   return true;
 }
 
-std::int64_t BatchingSession::Write(DriverStatement& statement, const std::string& text,
-                                    std::span<const Variant* const> values) {
+std::int64_t BatchingDriverSession::Write(DriverStatement& statement, const std::string& text,
+                                          std::span<const Variant* const> values) {
   const Lock lock = Ready();
   const bool inGroup = mayGroup_ && !isWithinBegin_ && group_.IsPossible();
   if (!inGroup) group_.Commit();  // one that could not be committed before
@@ -159,13 +160,13 @@ std::int64_t BatchingSession::Write(DriverStatement& statement, const std::strin
   return group_.Run(statement, text, values);
 }
 
-void BatchingSession::Forget(const BatchingInsert& insert) {
+void BatchingDriverSession::Forget(const BatchingInsert& insert) {
   Lock lock(mutex_);
   const auto isIts = [&](const Batch& batch) { return batch.rows > 0 && batch.insert == &insert; };
   if (std::any_of(batches_.begin(), batches_.end(), isIts)) SendAll(lock);
 }
 
-void BatchingSession::SendAll(Lock& lock) {
+void BatchingDriverSession::SendAll(Lock& lock) {
   if (full_ < kBatches && Filling().rows > 0) ++full_;
   while (full_ > 0) {
     if (isSending_) {
@@ -176,7 +177,7 @@ void BatchingSession::SendAll(Lock& lock) {
   }
 }
 
-void BatchingSession::SendOldest(Lock& lock) {
+void BatchingDriverSession::SendOldest(Lock& lock) {
   Batch& batch = batches_[oldest_];
   std::exception_ptr failure;
   isSending_ = true;
@@ -201,16 +202,16 @@ void BatchingSession::SendOldest(Lock& lock) {
   changed_.notify_all();
 }
 
-void BatchingSession::RaiseFailure() {
+void BatchingDriverSession::RaiseFailure() {
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 
-void BatchingSession::StartHelper() {
+void BatchingDriverSession::StartHelper() {
   if (!helper_.joinable()) helper_ = std::thread([this] { SendInTime(); });
   if (std::exchange(helperSleeps_, false)) changed_.notify_all();
 }
 
-void BatchingSession::SendInTime() {
+void BatchingDriverSession::SendInTime() {
   Lock lock(mutex_);
   while (!stops_) {
     if (!isSending_ && full_ > 0) {
@@ -234,7 +235,7 @@ void BatchingSession::SendInTime() {
   }
 }
 
-void BatchingSession::CommitGroup() {
+void BatchingDriverSession::CommitGroup() {
   try {
     group_.Commit();
   } catch (...) {
@@ -242,7 +243,7 @@ void BatchingSession::CommitGroup() {
   }
 }
 
-void BatchingSession::StopHelper() {
+void BatchingDriverSession::StopHelper() {
   {
     const Lock lock(mutex_);
     stops_ = true;

@@ -22,7 +22,7 @@ namespace qmx {
 
 class BatchingInsert;
 
-class BatchingSession : public DriverSession {
+class BatchingDriverSession : public DriverSession {
  public:
   using Clock = std::chrono::steady_clock;
   using Lock = std::unique_lock<std::mutex>;
@@ -31,10 +31,10 @@ class BatchingSession : public DriverSession {
   static constexpr std::size_t kBatches = 2;          // filled, and sent: a third was no faster, and more than 1 MiB
   static constexpr std::size_t kMostBytes = 1 << 20;  // of texts in one batch
 
-  explicit BatchingSession(std::unique_ptr<DriverSession> inner);
-  ~BatchingSession() override;
-  BatchingSession(const BatchingSession&) = delete;
-  BatchingSession& operator=(const BatchingSession&) = delete;
+  explicit BatchingDriverSession(std::unique_ptr<DriverSession> inner);
+  ~BatchingDriverSession() override;
+  BatchingDriverSession(const BatchingDriverSession&) = delete;
+  BatchingDriverSession& operator=(const BatchingDriverSession&) = delete;
 
   std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
   std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) override;

@@ -18,25 +18,25 @@ bool Writes(std::string_view word) {
 
 }  // namespace
 
-BatchingStatement::BatchingStatement(BatchingSession& session, const std::string& text,
-                                     std::unique_ptr<DriverStatement> inner)
+BatchingDriverStatement::BatchingDriverStatement(BatchingDriverSession& session, const std::string& text,
+                                                 std::unique_ptr<DriverStatement> inner)
     : session_(session),
       text_(text),
       writes_(Writes(FirstWord(text))),
       isSelect_(SameName(FirstWord(text), "select")),
       inner_(std::move(inner)) {}
 
-BatchingStatement::~BatchingStatement() {
+BatchingDriverStatement::~BatchingDriverStatement() {
   const auto lock = session_.Locked();
   inner_.reset();
 }
 
-const std::vector<ColumnDescription>& BatchingStatement::Columns() const {
+const std::vector<ColumnDescription>& BatchingDriverStatement::Columns() const {
   using Columns = const std::vector<ColumnDescription>&;
   return session_.Read(session_.Locked(), [&]() -> Columns { return inner_->Columns(); });
 }
 
-void BatchingStatement::Bind(std::size_t parameter, const Variant& value) {
+void BatchingDriverStatement::Bind(std::size_t parameter, const Variant& value) {
   if (writes_) {
     bound_.resize(std::max(bound_.size(), parameter + 1));
     bound_[parameter] = &value;
@@ -46,7 +46,7 @@ void BatchingStatement::Bind(std::size_t parameter, const Variant& value) {
   inner_->Bind(parameter, value);
 }
 
-bool BatchingStatement::Step() {
+bool BatchingDriverStatement::Step() {
   if (writes_) {
     affected_ = session_.Write(*inner_, text_, bound_);
     return false;
@@ -55,12 +55,12 @@ bool BatchingStatement::Step() {
   return session_.Read(isSelect_ ? session_.Ready() : session_.Settled(), [&] { return inner_->Step(); });
 }
 
-Variant BatchingStatement::Value(std::size_t column) {
+Variant BatchingDriverStatement::Value(std::size_t column) {
   const auto lock = session_.Locked();
   return inner_->Value(column);
 }
 
-void BatchingStatement::Reset() noexcept {
+void BatchingDriverStatement::Reset() noexcept {
   if (writes_) return;  // it is reset as soon as it has run
   const auto lock = session_.Locked();
   inner_->Reset();

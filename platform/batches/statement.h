@@ -5,12 +5,13 @@
 
 namespace qmx {
 
-class BatchingStatement : public DriverStatement {
+class BatchingDriverStatement : public DriverStatement {
  public:
-  BatchingStatement(BatchingSession& session, const std::string& text, std::unique_ptr<DriverStatement> inner);
-  ~BatchingStatement() override;
-  BatchingStatement(const BatchingStatement&) = delete;
-  BatchingStatement& operator=(const BatchingStatement&) = delete;
+  BatchingDriverStatement(BatchingDriverSession& session, const std::string& text,
+                          std::unique_ptr<DriverStatement> inner);
+  ~BatchingDriverStatement() override;
+  BatchingDriverStatement(const BatchingDriverStatement&) = delete;
+  BatchingDriverStatement& operator=(const BatchingDriverStatement&) = delete;
 
   const std::vector<ColumnDescription>& Columns() const override;
   void Bind(std::size_t parameter, const Variant& value) override;
@@ -20,7 +21,7 @@ class BatchingStatement : public DriverStatement {
   void Reset() noexcept override;
 
  private:
-  BatchingSession& session_;
+  BatchingDriverSession& session_;
   std::string text_;
   bool writes_;  // rows
   bool isSelect_;

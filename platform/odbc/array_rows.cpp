@@ -111,7 +111,7 @@ class ArrayRows : public DriverRows {
       }
     }
     for (std::size_t column = 0; column < arrays_.size(); ++column) statement_.BindArray(column, arrays_[column]);
-    statement_.RowsTogether(rows);
+    statement_.ArraySize(rows);
     Execution(statement_).Run();
     return rows;
   }
@@ -142,7 +142,7 @@ class ArrayRows : public DriverRows {
   }
 
   OdbcConnection& connection_;
-  OdbcStatement statement_;
+  OdbcDriverStatement statement_;
   std::unique_ptr<DriverRows> otherwise_;
   std::vector<Kind> kinds_;
   std::vector<ParameterArray> arrays_;  // their memory is used again

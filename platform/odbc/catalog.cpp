@@ -119,7 +119,7 @@ std::vector<std::string> UniqueIndex(OdbcConnection& connection, const std::stri
 }
 
 std::vector<ColumnDescription> ColumnsOf(OdbcConnection& connection, const std::string& table) {
-  OdbcStatement query(connection, "select * from " + QuotedName(connection, table) + " where 1=0");
+  OdbcDriverStatement query(connection, "select * from " + QuotedName(connection, table) + " where 1=0");
   std::vector<ColumnDescription> columns = query.Columns();
   query.Step();  // some drivers look for the table only now
   return columns;

@@ -180,12 +180,12 @@ void OdbcConnection::Attribute(SQLINTEGER attribute, const std::string& value) {
 }
 
 void OdbcConnection::Run(const std::string& statement) {
-  OdbcStatement running(*this, statement);
+  OdbcDriverStatement running(*this, statement);
   Execution(running).Run();
 }
 
 std::string OdbcConnection::AskText(const std::string& query) {
-  OdbcStatement running(*this, query);
+  OdbcDriverStatement running(*this, query);
   return running.Step() ? running.Value(0).ToText() : std::string();
 }
 

@@ -19,7 +19,7 @@ std::vector<OdbcDialect> MakeDialects() {
   postgresql.schemaQuery = "select current_schema()";
   postgresql.integerParameter = "cast(? as integer)";
   postgresql.refusesOutdatedQueries = true;
-  postgresql.rowsTogether = RowsTogether::ByUnnest;
+  postgresql.rowForm = RowForm::ByUnnest;
   postgresql.grouping = kOfWrittenRows;
 
   OdbcDialect mariadb;
@@ -34,11 +34,11 @@ std::vector<OdbcDialect> MakeDialects() {
   mariadb.catalogQuery = "select database()";
   mariadb.switchesCatalog = true;
   mariadb.utf8Query = "select @@character_set_client = 'utf8mb4' and @@character_set_results = 'utf8mb4'";
-  mariadb.remarksAreErrors = true;
-  mariadb.rowsTogether = RowsTogether::ByArrays;
+  mariadb.warningsAreErrors = true;
+  mariadb.rowForm = RowForm::ByArrays;
   mariadb.grouping = kOfWrittenRows;
   mariadb.refusals = Refusals::ByNativeCode;
-  mariadb.keepsPartsQuery =
+  mariadb.nonTransactionalTablesQuery =
       "select 1 from information_schema.tables t join information_schema.engines e on e.engine = t.engine"
       " where t.table_schema = database() and e.transactions <> 'YES'";
 

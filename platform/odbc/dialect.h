@@ -9,7 +9,7 @@
 
 namespace qmx {
 
-enum class RowsTogether {
+enum class RowForm {
   InValues,  // many rows after "values"
   ByUnnest,  // an array for each column, taken apart by the server
   ByArrays,  // an array for each parameter
@@ -48,7 +48,7 @@ struct OdbcDialect {
   std::string utf8Query;
 
   // Whether a statement with parameters that was refused may be told as one that went well with a remark.
-  bool remarksAreErrors = false;
+  bool warningsAreErrors = false;
 
   // Whether a prepared query is refused once its table has other columns. Where it is not, it shows the new ones under
   // the names of the old ones.
@@ -61,11 +61,11 @@ struct OdbcDialect {
   std::string schemaQuery;
 
   // How the system takes many rows fastest.
-  RowsTogether rowsTogether = RowsTogether::InValues;
+  RowForm rowForm = RowForm::InValues;
 
   // Has a row for each table t of the catalog in which a refused statement leaves some of its rows and which a rollback
   // does not change; "" where there is none such ever.
-  std::string keepsPartsQuery;
+  std::string nonTransactionalTablesQuery;
 
   // Without such a sign the answer may be lost and the transaction saved.
   Refusals refusals = Refusals::ByState;

@@ -64,7 +64,7 @@ bool OdbcDriver::Serves(const ConnectionText& text) const {
 
 std::unique_ptr<DriverSession> OdbcDriver::Open(const ConnectionText& text) {
   try {
-    return std::make_unique<OdbcSession>(WithFileRead(text), watchdog_);
+    return std::make_unique<OdbcDriverSession>(WithFileRead(text), watchdog_);
   } catch (Error& error) {
     error.With("connection text", text.Masked());
     throw;

@@ -23,49 +23,49 @@ fs::path FileOf(const std::string& text) { return OdbcKeyword(text, kDatabase); 
 
 }  // namespace
 
-OdbcSession::OdbcSession(std::string text, Watchdog& watchdog)
+OdbcDriverSession::OdbcDriverSession(std::string text, Watchdog& watchdog)
     : watchdog_(watchdog), text_(std::move(text)), connection_(std::make_unique<OdbcConnection>(text_, watchdog)) {}
 
-std::unique_ptr<DriverStatement> OdbcSession::Prepare(const std::string& statement) {
+std::unique_ptr<DriverStatement> OdbcDriverSession::Prepare(const std::string& statement) {
   // One driver takes whatever stands behind a ";" for a second statement.
-  return std::make_unique<OdbcStatement>(Known(), std::string(StatementAlone(statement)));
+  return std::make_unique<OdbcDriverStatement>(Known(), std::string(StatementAlone(statement)));
 }
 
-std::unique_ptr<DriverRows> OdbcSession::PrepareRows(const RowInsert& insert) {
+std::unique_ptr<DriverRows> OdbcDriverSession::PrepareRows(const RowInsert& insert) {
   if (KeepsParts(insert.table)) return RowsInValues(*this, insert, 1);
   std::unique_ptr<DriverRows> inValues = RowsInValues(*this, insert);
-  switch (connection_->Dialect().rowsTogether) {
-    case RowsTogether::ByUnnest:
+  switch (connection_->Dialect().rowForm) {
+    case RowForm::ByUnnest:
       return RowsByUnnest(*connection_, insert, std::move(inValues));
-    case RowsTogether::ByArrays:
+    case RowForm::ByArrays:
       return RowsByArrays(*connection_, insert, std::move(inValues));
-    case RowsTogether::InValues:
+    case RowForm::InValues:
       break;
   }
   return inValues;
 }
 
-bool OdbcSession::KeepsParts(const std::string& table) {
-  const std::string& text = connection_->Dialect().keepsPartsQuery;
+bool OdbcDriverSession::KeepsParts(const std::string& table) {
+  const std::string& text = connection_->Dialect().nonTransactionalTablesQuery;
   if (text.empty()) return false;
   const Variant name(table);
-  OdbcStatement query(Known(), table.empty() ? text : text + " and t.table_name = ?");
+  OdbcDriverStatement query(Known(), table.empty() ? text : text + " and t.table_name = ?");
   if (!table.empty()) query.Bind(0, name);
   return query.Step();
 }
 
-TableDescription OdbcSession::Describe(const std::string& table) { return DescribeTable(Known(), table); }
+TableDescription OdbcDriverSession::Describe(const std::string& table) { return DescribeTable(Known(), table); }
 
-std::string OdbcSession::QuoteIdentifier(const std::string& name) const { return QuotedName(*connection_, name); }
+std::string OdbcDriverSession::QuoteIdentifier(const std::string& name) const { return QuotedName(*connection_, name); }
 
-std::string OdbcSession::Catalog() {
+std::string OdbcDriverSession::Catalog() {
   const OdbcDialect& dialect = Known().Dialect();
   if (dialect.catalogIsFile) return FileOf(text_).stem().string();
   if (!dialect.catalogQuery.empty()) return connection_->AskText(dialect.catalogQuery);
   return connection_->Attribute(SQL_ATTR_CURRENT_CATALOG);
 }
 
-void OdbcSession::SelectCatalog(const std::string& name) {
+void OdbcDriverSession::SelectCatalog(const std::string& name) {
   if (name == Catalog()) return;
   connection_->Transaction().RequireNone("The default database cannot be changed");
   if (connection_->Dialect().switchesCatalog) {
@@ -81,7 +81,7 @@ void OdbcSession::SelectCatalog(const std::string& name) {
   }
 }
 
-void OdbcSession::ConnectTo(const std::string& catalog) {
+void OdbcDriverSession::ConnectTo(const std::string& catalog) {
   std::string database = catalog;
   if (connection_->Dialect().catalogIsFile) {
     const fs::path file = FileOf(text_).replace_filename(catalog + ".db");
@@ -106,27 +106,27 @@ void OdbcSession::ConnectTo(const std::string& catalog) {
   text_ = std::move(text);
 }
 
-void OdbcSession::Timeout(std::chrono::seconds limit) {
+void OdbcDriverSession::Timeout(std::chrono::seconds limit) {
   Known().Timeout(limit);
   timeout_ = limit;
 }
 
-void OdbcSession::Begin() { connection_->Begin(); }
+void OdbcDriverSession::Begin() { connection_->Begin(); }
 
-void OdbcSession::Rollback() { connection_->Rollback(); }
+void OdbcDriverSession::Rollback() { connection_->Rollback(); }
 
 // Every row is committed as it is written, so there is something to do after Begin only.
-void OdbcSession::Commit() { connection_->Commit(); }
+void OdbcDriverSession::Commit() { connection_->Commit(); }
 
-GroupLimits OdbcSession::Grouping() { return KeepsParts("") ? GroupLimits() : connection_->Dialect().grouping; }
+GroupLimits OdbcDriverSession::Grouping() { return KeepsParts("") ? GroupLimits() : connection_->Dialect().grouping; }
 
-void OdbcSession::Close() {
+void OdbcDriverSession::Close() {
   const TransactionState left = connection_->Transaction();
   connection_.reset();
   left.RequireNone("The connection was closed, and rows were lost,");
 }
 
-OdbcConnection& OdbcSession::Known() {
+OdbcConnection& OdbcDriverSession::Known() {
   connection_->Transaction().RequireKnown();
   return *connection_;
 }

@@ -9,9 +9,9 @@
 
 namespace qmx {
 
-class OdbcSession : public DriverSession {
+class OdbcDriverSession : public DriverSession {
  public:
-  OdbcSession(std::string text, Watchdog& watchdog);  // borrowed
+  OdbcDriverSession(std::string text, Watchdog& watchdog);  // borrowed
 
   std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
   std::string IntegerParameter() const override { return connection_->Dialect().integerParameter; }

@@ -24,7 +24,7 @@ SQLLEN Bytes(std::size_t characters) { return static_cast<SQLLEN>(characters * s
 
 }  // namespace
 
-OdbcStatement::OdbcStatement(OdbcConnection& connection, const std::string& text)
+OdbcDriverStatement::OdbcDriverStatement(OdbcConnection& connection, const std::string& text)
     : connection_(connection),
       text_(ToWide(text)),
       shownText_(std::make_shared<const std::string>(text)),
@@ -34,7 +34,7 @@ OdbcStatement::OdbcStatement(OdbcConnection& connection, const std::string& text
 
 // A statement whose answer was lost may have been committed: nothing may be sent again.
 template <typename Ask>
-auto OdbcStatement::Heard(Ask&& ask) const {
+auto OdbcDriverStatement::Heard(Ask&& ask) const {
   try {
     return ask();
   } catch (const Error& error) {
@@ -43,7 +43,7 @@ auto OdbcStatement::Heard(Ask&& ask) const {
   }
 }
 
-void OdbcStatement::Prepare() {
+void OdbcDriverStatement::Prepare() {
   connection_.Transaction().RequireKnown();
   connection_.WatchStatement(shownText_);
   Heard([&] {
@@ -53,7 +53,7 @@ void OdbcStatement::Prepare() {
   columns_.reset();
 }
 
-const std::vector<ColumnDescription>& OdbcStatement::Columns() const {
+const std::vector<ColumnDescription>& OdbcDriverStatement::Columns() const {
   if (columns_) return *columns_;
   SQLSMALLINT count = 0;
   statement_.Require(kDescribed, SQLNumResultCols, &count);
@@ -64,7 +64,7 @@ const std::vector<ColumnDescription>& OdbcStatement::Columns() const {
   return columns_.emplace(std::move(columns));
 }
 
-ColumnDescription OdbcStatement::Describe(SQLUSMALLINT column) const {
+ColumnDescription OdbcDriverStatement::Describe(SQLUSMALLINT column) const {
   const auto ask = [&](SQLUSMALLINT what) {
     SQLLEN answer = 0;
     statement_.Require(kDescribed, [&](SQLHANDLE statement) {
@@ -86,7 +86,7 @@ ColumnDescription OdbcStatement::Describe(SQLUSMALLINT column) const {
           KindOfSqlType(ask(SQL_DESC_CONCISE_TYPE), typeName, ask(SQL_DESC_UNSIGNED) == SQL_TRUE)};
 }
 
-void OdbcStatement::Bind(std::size_t parameter, const Variant& value) {
+void OdbcDriverStatement::Bind(std::size_t parameter, const Variant& value) {
   while (parameters_.size() <= parameter) parameters_.emplace_back();
   Parameter& place = parameters_[parameter];
   SQLSMALLINT cType = SQL_C_WCHAR;
@@ -134,7 +134,7 @@ void OdbcStatement::Bind(std::size_t parameter, const Variant& value) {
                                     &place.indicator));
 }
 
-void OdbcStatement::BindUtf8(std::size_t parameter, const std::string& text) {
+void OdbcDriverStatement::BindUtf8(std::size_t parameter, const std::string& text) {
   while (parameters_.size() <= parameter) parameters_.emplace_back();
   SQLLEN& length = parameters_[parameter].indicator;
   length = static_cast<SQLLEN>(text.size());
@@ -143,25 +143,25 @@ void OdbcStatement::BindUtf8(std::size_t parameter, const std::string& text) {
                                     SQL_C_CHAR, SQL_VARCHAR, size, 0, const_cast<char*>(text.data()), length, &length));
 }
 
-void OdbcStatement::BindArray(std::size_t parameter, ParameterArray& array) {
+void OdbcDriverStatement::BindArray(std::size_t parameter, ParameterArray& array) {
   statement_.Check(SQLBindParameter(statement_.Get(), static_cast<SQLUSMALLINT>(parameter + 1), SQL_PARAM_INPUT,
                                     array.cType, array.sqlType, array.width, 0, array.cells.data(),
                                     static_cast<SQLLEN>(array.width), array.lengths.data()));
 }
 
-void OdbcStatement::RowsTogether(std::size_t rows) {
+void OdbcDriverStatement::ArraySize(std::size_t rows) {
   statement_.Check(
       SQLSetStmtAttrW(statement_.Get(), SQL_ATTR_PARAMSET_SIZE, reinterpret_cast<SQLPOINTER>(rows), SQL_IS_UINTEGER));
 }
 
-bool OdbcStatement::Step() {
+bool OdbcDriverStatement::Step() {
   if (!isRunning_) Execute();
   if (hasRows_ && Fetch()) return true;
   Close();
   return false;
 }
 
-void OdbcStatement::Execute() {
+void OdbcDriverStatement::Execute() {
   connection_.Transaction().RequireKnown();
   if (const auto limit = connection_.QueryTimeout(); limit != std::exchange(limit_, limit)) {
     SQLSetStmtAttrW(statement_.Get(), SQL_ATTR_QUERY_TIMEOUT, reinterpret_cast<SQLPOINTER>(limit.count()),
@@ -178,7 +178,7 @@ void OdbcStatement::Execute() {
     if (answer != SQL_NO_DATA) statement_.Check(answer);  // no data: it affected no row
     return answer;
   });
-  if (result == SQL_SUCCESS_WITH_INFO && connection_.Dialect().remarksAreErrors) {
+  if (result == SQL_SUCCESS_WITH_INFO && connection_.Dialect().warningsAreErrors) {
     throw OdbcError(SQL_HANDLE_STMT, statement_.Get());
   }
   isRunning_ = true;
@@ -190,7 +190,7 @@ void OdbcStatement::Execute() {
   affected_ = std::max<SQLLEN>(0, rows);
 }
 
-bool OdbcStatement::Fetch() {
+bool OdbcDriverStatement::Fetch() {
   return Heard([&] {
     const SQLRETURN result = statement_.Call("a row was read", SQLFetch);
     if (result == SQL_NO_DATA) return false;
@@ -199,7 +199,7 @@ bool OdbcStatement::Fetch() {
   });
 }
 
-Variant OdbcStatement::Value(std::size_t column) {
+Variant OdbcDriverStatement::Value(std::size_t column) {
   const auto index = static_cast<SQLUSMALLINT>(column + 1);
   const Kind kind = Columns()[column].type;
   if (kind == Kind::Double) {  // as text it would lose its last digits
@@ -214,7 +214,7 @@ Variant OdbcStatement::Value(std::size_t column) {
   return text ? FromDriverText(std::move(*text), kind) : Variant::Null();
 }
 
-std::optional<std::string> OdbcStatement::Text(SQLUSMALLINT column) {
+std::optional<std::string> OdbcDriverStatement::Text(SQLUSMALLINT column) {
   if (connection_.IsUtf8()) {
     const auto text = Read(column, SQL_C_CHAR, utf8_);
     return text ? std::optional<std::string>(*text) : std::nullopt;
@@ -224,8 +224,8 @@ std::optional<std::string> OdbcStatement::Text(SQLUSMALLINT column) {
 }
 
 template <typename Char>
-std::optional<std::basic_string_view<Char>> OdbcStatement::Read(SQLUSMALLINT column, SQLSMALLINT type,
-                                                                std::basic_string<Char>& buffer) {
+std::optional<std::basic_string_view<Char>> OdbcDriverStatement::Read(SQLUSMALLINT column, SQLSMALLINT type,
+                                                                      std::basic_string<Char>& buffer) {
   std::size_t read = 0;
   buffer.resize(std::max(buffer.size(), kFirstPiece));
   for (;;) {
@@ -247,12 +247,12 @@ std::optional<std::basic_string_view<Char>> OdbcStatement::Read(SQLUSMALLINT col
   return std::basic_string_view<Char>(buffer.data(), read);
 }
 
-void OdbcStatement::Reset() noexcept {
+void OdbcDriverStatement::Reset() noexcept {
   Close();
   SQLFreeStmt(statement_.Get(), SQL_RESET_PARAMS);
 }
 
-void OdbcStatement::Close() noexcept {
+void OdbcDriverStatement::Close() noexcept {
   const WatchedCall watched = statement_.Watched("a statement was closed");
   SQLFreeStmt(statement_.Get(), SQL_CLOSE);
   isRunning_ = false;

@@ -26,15 +26,15 @@ struct ParameterArray {
   std::vector<SQLLEN> lengths{};  // in bytes, or SQL_NULL_DATA
 };
 
-class OdbcStatement : public DriverStatement {
+class OdbcDriverStatement : public DriverStatement {
  public:
-  OdbcStatement(OdbcConnection& connection, const std::string& text);  // the connection is borrowed
+  OdbcDriverStatement(OdbcConnection& connection, const std::string& text);  // the connection is borrowed
 
   const std::vector<ColumnDescription>& Columns() const override;
   void Bind(std::size_t parameter, const Variant& value) override;
   void BindUtf8(std::size_t parameter, const std::string& text);  // borrowed; for drivers that take it as it is
   void BindArray(std::size_t parameter, ParameterArray& array);   // borrowed
-  void RowsTogether(std::size_t rows);                            // that the arrays hold
+  void ArraySize(std::size_t rows);                               // that the arrays hold
   bool Step() override;
   Variant Value(std::size_t column) override;
   std::int64_t RowsAffected() const override { return affected_; }

@@ -38,7 +38,7 @@ class UnnestRows : public DriverRows {
 
  private:
   std::vector<std::string> arrays_;  // their memory is used again
-  OdbcStatement statement_;
+  OdbcDriverStatement statement_;
 };
 
 template <typename... Format>
@@ -69,11 +69,11 @@ std::vector<std::string> TypesOf(OdbcConnection& connection, const RowInsert& in
   names.back() = '}';
   const Variant array(std::move(names));
   const Variant table(QuotedName(connection, insert.table));
-  OdbcStatement query(connection,
-                      "select format_type(t.oid, -1) from unnest(?::name[]) with ordinality as c (name, place)"
-                      " join pg_attribute a on a.attrelid = ?::regclass and a.attname = c.name"
-                      " join pg_type t on t.oid = a.atttypid and t.typarray <> 0 and t.typdelim = ','"
-                      " where current_setting('client_encoding') = 'UTF8' order by c.place");
+  OdbcDriverStatement query(connection,
+                            "select format_type(t.oid, -1) from unnest(?::name[]) with ordinality as c (name, place)"
+                            " join pg_attribute a on a.attrelid = ?::regclass and a.attname = c.name"
+                            " join pg_type t on t.oid = a.atttypid and t.typarray <> 0 and t.typdelim = ','"
+                            " where current_setting('client_encoding') = 'UTF8' order by c.place");
   query.Bind(0, array);
   query.Bind(1, table);
   std::vector<std::string> types;

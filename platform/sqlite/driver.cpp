@@ -49,7 +49,7 @@ std::unique_ptr<DriverSession> SqliteDriver::Open(const ConnectionText& text) {
                 "The connection text has no Data Source, which names the database file or a folder of such files.")
         .With("connection text", text.Masked());
   }
-  return std::make_unique<SqliteSession>(source, MayCreate(text));
+  return std::make_unique<SqliteDriverSession>(source, MayCreate(text));
 }
 
 }  // namespace qmx

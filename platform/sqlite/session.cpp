@@ -59,9 +59,10 @@ std::string FileName(const std::string& catalog) {
 
 }  // namespace
 
-void SqliteSession::Closer::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+void SqliteDriverSession::Closer::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
 
-SqliteSession::SqliteSession(const fs::path& source, bool mayCreate) : source_(source), mayCreate_(mayCreate) {
+SqliteDriverSession::SqliteDriverSession(const fs::path& source, bool mayCreate)
+    : source_(source), mayCreate_(mayCreate) {
   std::error_code ignored;
   isFolder_ = fs::is_directory(source_, ignored);
   if (isFolder_) return;
@@ -69,7 +70,7 @@ SqliteSession::SqliteSession(const fs::path& source, bool mayCreate) : source_(s
   catalog_ = source_.stem().string();
 }
 
-SqliteSession::Handle SqliteSession::OpenFile(const fs::path& file) {
+SqliteDriverSession::Handle SqliteDriverSession::OpenFile(const fs::path& file) {
   RequireFile(file, mayCreate_);
   sqlite3* opened = nullptr;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (mayCreate_ ? SQLITE_OPEN_CREATE : 0);
@@ -89,7 +90,7 @@ SqliteSession::Handle SqliteSession::OpenFile(const fs::path& file) {
   try {
     for (const char* setting : {"pragma schema_version", "pragma journal_mode=wal", "pragma synchronous=normal",
                                 "pragma wal_autocheckpoint=16000"}) {
-      SqliteStatement statement(opened, deadline_, transaction_, setting);
+      SqliteDriverStatement statement(opened, deadline_, transaction_, setting);
       Execution(statement).Run();
     }
   } catch (Error& error) {
@@ -104,13 +105,13 @@ SqliteSession::Handle SqliteSession::OpenFile(const fs::path& file) {
   return handle;
 }
 
-std::unique_ptr<DriverStatement> SqliteSession::Prepare(const std::string& statement) {
-  return std::make_unique<SqliteStatement>(Selected(), deadline_, transaction_, statement);
+std::unique_ptr<DriverStatement> SqliteDriverSession::Prepare(const std::string& statement) {
+  return std::make_unique<SqliteDriverStatement>(Selected(), deadline_, transaction_, statement);
 }
 
-TableDescription SqliteSession::Describe(const std::string& table) {
+TableDescription SqliteDriverSession::Describe(const std::string& table) {
   constexpr const char* kColumns = "select name, type, \"notnull\", pk from pragma_table_xinfo(?) where hidden <> 1";
-  SqliteStatement query(Selected(), deadline_, transaction_, kColumns);
+  SqliteDriverStatement query(Selected(), deadline_, transaction_, kColumns);
   const Variant name(table);
   query.Bind(0, name);
   TableDescription description;
@@ -141,11 +142,12 @@ TableDescription SqliteSession::Describe(const std::string& table) {
 }
 
 // The columns of the first unique index in which no null can stand; none where there is no such index.
-std::vector<std::string> SqliteSession::UniqueKey(const std::string& table, const std::set<std::string>& required) {
+std::vector<std::string> SqliteDriverSession::UniqueKey(const std::string& table,
+                                                        const std::set<std::string>& required) {
   constexpr const char* kUniqueColumns =
       "select l.name, i.name from pragma_index_list(?) l, pragma_index_info(l.name) i"
       " where l.\"unique\" and not l.partial order by l.seq, i.seqno";
-  SqliteStatement query(Selected(), deadline_, transaction_, kUniqueColumns);
+  SqliteDriverStatement query(Selected(), deadline_, transaction_, kUniqueColumns);
   const Variant name(table);
   query.Bind(0, name);
   std::vector<std::pair<std::string, std::vector<std::string>>> indexes;
@@ -161,15 +163,15 @@ std::vector<std::string> SqliteSession::UniqueKey(const std::string& table, cons
   return {};
 }
 
-std::string SqliteSession::QuoteIdentifier(const std::string& name) const {
+std::string SqliteDriverSession::QuoteIdentifier(const std::string& name) const {
   std::string quoted = "\"";
   for (const char c : name) quoted.append(c == '"' ? 2 : 1, c);
   return quoted + '"';
 }
 
-std::string SqliteSession::Catalog() { return catalog_; }
+std::string SqliteDriverSession::Catalog() { return catalog_; }
 
-void SqliteSession::SelectCatalog(const std::string& name) {
+void SqliteDriverSession::SelectCatalog(const std::string& name) {
   if (handle_ && name == catalog_) return;
   if (!isFolder_) {
     throw Error(errors::kProviderUnspecified, "SQLite",
@@ -182,15 +184,15 @@ void SqliteSession::SelectCatalog(const std::string& name) {
   catalog_ = name;
 }
 
-void SqliteSession::Timeout(std::chrono::seconds limit) { deadline_.Limit(limit); }
+void SqliteDriverSession::Timeout(std::chrono::seconds limit) { deadline_.Limit(limit); }
 
-void SqliteSession::Begin() {
+void SqliteDriverSession::Begin() {
   transaction_.RequireNone("A transaction cannot begin");
   Run("begin immediate");
   transaction_.Opened();
 }
 
-void SqliteSession::Rollback() {
+void SqliteDriverSession::Rollback() {
   transaction_.RequireKnown();
   try {
     if (HoldsTransaction()) Run("rollback");
@@ -202,7 +204,7 @@ void SqliteSession::Rollback() {
 }
 
 // Every row is committed as it is written, so there is something to do after Begin only.
-void SqliteSession::Commit() {
+void SqliteDriverSession::Commit() {
   transaction_.RequireKnown();
   if (HoldsTransaction()) {
     Run("commit");
@@ -213,19 +215,19 @@ void SqliteSession::Commit() {
   transaction_.Ended();
 }
 
-bool SqliteSession::HoldsTransaction() const { return handle_ && sqlite3_get_autocommit(handle_.get()) == 0; }
+bool SqliteDriverSession::HoldsTransaction() const { return handle_ && sqlite3_get_autocommit(handle_.get()) == 0; }
 
 // Others wait for the one lock by looking whether it is free: there must be a gap every now and then. After 16
 // statements the commit is hardly seen any more in what each of them costs.
-GroupLimits SqliteSession::Grouping() { return {16, std::chrono::milliseconds(5)}; }
+GroupLimits SqliteDriverSession::Grouping() { return {16, std::chrono::milliseconds(5)}; }
 
-void SqliteSession::Close() {
+void SqliteDriverSession::Close() {
   if (HoldsTransaction()) transaction_.Opened();
   handle_.reset();
   transaction_.RequireNone("The database was closed, and rows were lost,");
 }
 
-sqlite3* SqliteSession::Selected() const {
+sqlite3* SqliteDriverSession::Selected() const {
   if (handle_) return handle_.get();
   throw Error(errors::kProviderUnspecified, "SQLite",
               "No database is selected: Data Source is the folder " + source_.string() +
@@ -233,8 +235,8 @@ sqlite3* SqliteSession::Selected() const {
       .With("file", source_.string());
 }
 
-void SqliteSession::Run(const std::string& statement) {
-  SqliteStatement running(Selected(), deadline_, transaction_, statement);
+void SqliteDriverSession::Run(const std::string& statement) {
+  SqliteDriverStatement running(Selected(), deadline_, transaction_, statement);
   Execution(running).Run();
 }
 

@@ -15,9 +15,9 @@ struct sqlite3;
 
 namespace qmx {
 
-class SqliteSession : public DriverSession {
+class SqliteDriverSession : public DriverSession {
  public:
-  SqliteSession(const std::filesystem::path& source, bool mayCreate);
+  SqliteDriverSession(const std::filesystem::path& source, bool mayCreate);
 
   std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
   TableDescription Describe(const std::string& table) override;

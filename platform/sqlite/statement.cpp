@@ -38,10 +38,10 @@ Variant FromText(std::string_view text, Kind type) {
 
 }  // namespace
 
-void SqliteStatement::Finalizer::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+void SqliteDriverStatement::Finalizer::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
-SqliteStatement::SqliteStatement(sqlite3* handle, Deadline& deadline, const TransactionState& transaction,
-                                 const std::string& text)
+SqliteDriverStatement::SqliteDriverStatement(sqlite3* handle, Deadline& deadline, const TransactionState& transaction,
+                                             const std::string& text)
     : handle_(handle), deadline_(deadline), transaction_(transaction) {
   transaction_.RequireKnown();
   deadline_.Start();
@@ -53,7 +53,7 @@ SqliteStatement::SqliteStatement(sqlite3* handle, Deadline& deadline, const Tran
   DescribeColumns();
 }
 
-void SqliteStatement::DescribeColumns() {
+void SqliteDriverStatement::DescribeColumns() {
   columns_.clear();
   for (int column = 0; column < sqlite3_column_count(statement_.get()); ++column) {
     const char* name = sqlite3_column_name(statement_.get(), column);
@@ -63,7 +63,7 @@ void SqliteStatement::DescribeColumns() {
   }
 }
 
-void SqliteStatement::Bind(std::size_t parameter, const Variant& value) {
+void SqliteDriverStatement::Bind(std::size_t parameter, const Variant& value) {
   sqlite3_stmt* statement = statement_.get();
   const int index = static_cast<int>(parameter) + 1;
   const auto bindText = [&](const std::string& text) {  // the text stays where it is until the statement is reset
@@ -98,7 +98,7 @@ void SqliteStatement::Bind(std::size_t parameter, const Variant& value) {
   if (code != SQLITE_OK) RaiseFailure();
 }
 
-bool SqliteStatement::Step() {
+bool SqliteDriverStatement::Step() {
   if (!isRunning_) transaction_.RequireKnown();
   const bool isFirst = !std::exchange(isRunning_, true);
   if (isFirst) {
@@ -117,7 +117,7 @@ bool SqliteStatement::Step() {
   return false;
 }
 
-Variant SqliteStatement::Value(std::size_t column) {
+Variant SqliteDriverStatement::Value(std::size_t column) {
   sqlite3_stmt* statement = statement_.get();
   const int index = static_cast<int>(column);
   switch (sqlite3_column_type(statement, index)) {
@@ -132,12 +132,12 @@ Variant SqliteStatement::Value(std::size_t column) {
   }
 }
 
-void SqliteStatement::Reset() noexcept {
+void SqliteDriverStatement::Reset() noexcept {
   sqlite3_reset(statement_.get());
   isRunning_ = false;
 }
 
-void SqliteStatement::RaiseFailure() const {
+void SqliteDriverStatement::RaiseFailure() const {
   Error failure = SqliteError(handle_);
   if (failure.Number() != errors::kTimeout) throw failure;
   const bool stopped = (sqlite3_errcode(handle_) & 0xff) == SQLITE_INTERRUPT;
@@ -149,7 +149,7 @@ void SqliteStatement::RaiseFailure() const {
   throw timeout;
 }
 
-std::string_view SqliteStatement::Text(int column) const {
+std::string_view SqliteDriverStatement::Text(int column) const {
   sqlite3_stmt* statement = statement_.get();
   const void* bytes = sqlite3_column_type(statement, column) == SQLITE_BLOB
                           ? sqlite3_column_blob(statement, column)

@@ -16,10 +16,11 @@ namespace qmx {
 class Deadline;
 class TransactionState;
 
-class SqliteStatement : public DriverStatement {
+class SqliteDriverStatement : public DriverStatement {
  public:
   // All but the text are borrowed. Raises once the transaction's state is unknown, and so does Step.
-  SqliteStatement(sqlite3* handle, Deadline& deadline, const TransactionState& transaction, const std::string& text);
+  SqliteDriverStatement(sqlite3* handle, Deadline& deadline, const TransactionState& transaction,
+                        const std::string& text);
 
   const std::vector<ColumnDescription>& Columns() const override { return columns_; }
   void Bind(std::size_t parameter, const Variant& value) override;

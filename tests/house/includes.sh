@@ -31,9 +31,9 @@ may 'platform/components/' "$interfaces|platform/components/"
 may 'platform/progress/' "$interfaces|platform/progress/"
 may 'platform/trace/' "$interfaces|platform/trace/"
 may 'calendar/' "$interfaces|calendar/"
-may 'copy/[^/]+$' "$interfaces|calendar/|copy/|startup/modDeclarations\.h\""
+may 'copy/[^/]+$' "$interfaces|calendar/|copy/"
 may 'copy/tables/' 'copy/clsDataCopy\.h"'
-may 'handler/' "$interfaces|copy/clsDataCopy\.h\"|handler/|schema/local_tables\.h\"|startup/modDeclarations\.h\""
+may 'handler/' "$interfaces|copy/clsDataCopy\.h\"|handler/|schema/local_tables\.h\""
 may 'schema/' "$interfaces|schema/"
 may 'tools/qmxadmin/' "platform/|calendar/|copy/clsDataCopy\.h\"|schema/|tools/qmxadmin/"
 

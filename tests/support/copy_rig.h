@@ -13,7 +13,7 @@
 #include "platform/drivers/local_drivers.h"
 #include "platform/event_log.h"
 #include "platform/failure_report.h"
-#include "startup/modDeclarations.h"
+#include "platform/modDeclarations.h"
 #include "tests/support/call_log.h"
 #include "tests/support/data_copy_inside.h"
 #include "tests/support/fake_clock.h"

@@ -256,7 +256,7 @@ class Program {
 
   Script script_;
   Server server_;
-  BatchingSession session_;
+  BatchingDriverSession session_;
   std::vector<int> believed_;
   int last_ = 0;
   bool isWithin_ = false;  // a transaction of its own

@@ -201,7 +201,7 @@ void RequireComparable(const LocalTable& table, const TableDescription& found) {
 }
 
 ComparedRows Compare(const LocalTable& table, DriverSession& local, DriverSession& erp,
-                     std::optional<DateTime> firstStartDate, Differing& differing) {
+                     std::optional<DateTime> firstStartDate, DifferenceSink& differing) {
   const std::vector<std::size_t> key = KeyOf(table);
   const Side localSide(table, local, key), erpSide(table, erp, key);
   erp.Begin();

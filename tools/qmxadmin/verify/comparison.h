@@ -19,9 +19,9 @@ namespace qmx {
 using RowValues = std::vector<Variant>;  // of every column of the table, in its order
 
 // Told of every difference.
-class Differing {
+class DifferenceSink {
  public:
-  virtual ~Differing() = default;
+  virtual ~DifferenceSink() = default;
   virtual void Missing(const RowValues& erp) = 0;
   virtual void Surplus(const RowValues& local) = 0;
   virtual void Different(const RowValues& local, const RowValues& erp, const std::vector<std::size_t>& columns) = 0;
@@ -36,7 +36,7 @@ struct ComparedRows {
 
 // What is told of the rows: those that start before `firstStartDate` are not surplus.
 ComparedRows Compare(const LocalTable& table, DriverSession& local, DriverSession& erp,
-                     std::optional<DateTime> firstStartDate, Differing& differing);
+                     std::optional<DateTime> firstStartDate, DifferenceSink& differing);
 
 // Raises 5 where the local table lacks a column or has another key.
 void RequireComparable(const LocalTable& table, const TableDescription& found);

@@ -10,7 +10,7 @@
 namespace qmx {
 
 // Writes as it is told; kept in memory is nothing.
-class VerifyReport : public Differing {
+class VerifyReport : public DifferenceSink {
  public:
   virtual void Begin(const LocalTable& table) = 0;  // what follows is about it; borrowed until the end
   virtual bool End(const ComparedRows& rows) = 0;   // whether there was no difference

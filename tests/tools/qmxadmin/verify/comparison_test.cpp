@@ -29,7 +29,7 @@ LocalTable Kinds() {
   return table;
 }
 
-class Notes : public Differing {
+class Notes : public DifferenceSink {
  public:
   void Missing(const RowValues& erp) override { notes.push_back("missing " + Key(erp)); }
   void Surplus(const RowValues& local) override { notes.push_back("surplus " + Key(local)); }

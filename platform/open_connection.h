@@ -12,9 +12,9 @@
 
 namespace qmx {
 
-class DatabaseSession {
+class OpenConnection {
  public:
-  explicit DatabaseSession(std::unique_ptr<DriverSession> driver) : driver_(std::move(driver)), statements_(*driver_) {}
+  explicit OpenConnection(std::unique_ptr<DriverSession> driver) : driver_(std::move(driver)), statements_(*driver_) {}
 
   bool IsOpen() const { return driver_ != nullptr; }
   DriverSession& Driver() const;                     // 3709 when closed
@@ -38,7 +38,7 @@ class DatabaseSession {
 
 // Runs what a public call does. An exception of another type becomes an Error here, at the platform's wall.
 template <typename Body>
-auto AtTheWall(Body&& body) -> decltype(body()) {
+auto TranslateExceptions(Body&& body) -> decltype(body()) {
   try {
     return body();
   } catch (const Error&) {
@@ -52,7 +52,7 @@ auto AtTheWall(Body&& body) -> decltype(body()) {
 template <typename Observer, typename Body, typename Tell>
 void Observed(Observer* observer, Body&& body, Tell&& tell) {
   try {
-    AtTheWall(body);
+    TranslateExceptions(body);
   } catch (const Error& error) {
     if (observer) tell(&error);
     throw;
