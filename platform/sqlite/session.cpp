@@ -88,11 +88,7 @@ SqliteDriverSession::Handle SqliteDriverSession::OpenFile(const fs::path& file) 
         .With("file", file.string());
   }
   try {
-    for (const char* setting : {"pragma schema_version", "pragma journal_mode=wal", "pragma synchronous=normal",
-                                "pragma wal_autocheckpoint=16000"}) {
-      SqliteDriverStatement statement(opened, deadline_, transaction_, setting);
-      Execution(statement).Run();
-    }
+    Configure(opened);
   } catch (Error& error) {
     const auto isCode = [](const Error::Detail& detail) { return detail.first == "code"; };
     const auto found = std::find_if(error.Details().begin(), error.Details().end(), isCode);
@@ -103,6 +99,24 @@ SqliteDriverSession::Handle SqliteDriverSession::OpenFile(const fs::path& file) 
     throw;
   }
   return handle;
+}
+
+// SQLite does not wait for the lock when several programs switch a file to WAL mode at the same moment.
+void SqliteDriverSession::Configure(sqlite3* opened) {
+  Deadline deadline = deadline_;
+  deadline.Start();
+  for (int attempts = 0;; ++attempts) {
+    try {
+      for (const char* setting : {"pragma schema_version", "pragma journal_mode=wal", "pragma synchronous=normal",
+                                  "pragma wal_autocheckpoint=16000"}) {
+        SqliteDriverStatement statement(opened, deadline_, transaction_, setting);
+        Execution(statement).Run();
+      }
+      return;
+    } catch (const Error& error) {
+      if (error.Number() != errors::kTimeout || !WaitForLock(&deadline, attempts)) throw;
+    }
+  }
 }
 
 std::unique_ptr<DriverStatement> SqliteDriverSession::Prepare(const std::string& statement) {

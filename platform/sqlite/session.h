@@ -39,6 +39,7 @@ class SqliteDriverSession : public DriverSession {
   using Handle = std::unique_ptr<sqlite3, Closer>;
 
   Handle OpenFile(const std::filesystem::path& file);
+  void Configure(sqlite3* opened);
   sqlite3* Selected() const;      // raises where a folder is open and none of its files is selected
   bool HoldsTransaction() const;  // SQLite's own word; it ends one by itself where it has to
   void Run(const std::string& statement);
