@@ -85,4 +85,18 @@ step "The working week of employee $employee (tscalender)"
 echo "select e.emno, e.ccal, c.sttm as \"from\", c.entm as \"to\" from tsmdm140 e join tscalender c on c.ccal = e.ccal
       where e.emno = '$employee' and c.sttm >= date('now') and c.sttm < date('now', '+7 days') order by c.sttm" | local_sql -box
 
+# The same ERP once more, in Java: built where CMake found a JDK, shown where a JVM starts. Its classes read the file through
+# Debian's libxerial-sqlite-jdbc-java.
+if [ -e "$QMX_COMPONENTS-java/orvan-sandbox.jar" ] && [ -e /usr/share/java/sqlite-jdbc.jar ] &&
+  servers=$(QMX_COMPONENTS="$QMX_COMPONENTS-java" "$bin/qmxadmin" components 2>&1); then
+  step 'Service orders (tssoc200) through the ERP in Java, into a local database of its own'
+  grep -E '^ +(JVM|version|classpath):' <<<"$servers"
+  "$bin/qmxadmin" init 'Provider=SQLite;Data Source=demo/java.db;Mode=Create' java >/dev/null
+  QMX_COMPONENTS="$QMX_COMPONENTS-java" "$bin/qmxdatacopy" \
+    'Provider=SQLite;Data Source=demo/java.db, java, tssoc200, demo/log, OrvanSandbox, demo/orvan.db'
+  echo 'select orno, osta, emno, pstm, pftm from tssoc200 limit 5' | sqlite3 -box demo/java.db
+  step 'The same rows as the native ERP over the same file lists (qmxadmin verify)'
+  "$bin/qmxadmin" verify 'Provider=SQLite;Data Source=demo/java.db' java tssoc200 --component 'OrvanSandbox, demo/orvan.db'
+fi
+
 step 'Everything is in demo/ to look at: orvan.db, local.db, messages.txt, log/'

@@ -82,8 +82,8 @@ std::string MeaningOf(jint result) {
   }
 }
 
-// Why the JVM of that library does not start; empty where it does.
-std::string Try(const std::string& library, const Settings& settings) {
+// Why the JVM of that library does not start; empty where it does, and then `env` is this thread's.
+std::string Try(const std::string& library, const Settings& settings, JNIEnv*& env) {
   void* const handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!handle) return dlerror();
   const auto create = reinterpret_cast<CreateFunction>(dlsym(handle, "JNI_CreateJavaVM"));
@@ -110,6 +110,7 @@ std::string Try(const std::string& library, const Settings& settings) {
     return MeaningOf(result) + (printed.empty() ? "" : ": " + printed);
   }
   running = {vm, std::this_thread::get_id(), library, settings};
+  env = static_cast<JNIEnv*>(environment);
   return {};
 }
 
@@ -132,13 +133,12 @@ JNIEnv* Jvm::Start(const Settings& settings) {
   if (running.vm) throw Failure{QMX_E_CANNOT_CREATE, "the process is ending, and its JVM is gone", {}};
   std::string tried;
   for (const std::string& place : JvmPlaces(settings.jvm)) {
-    const std::string why = Try(place, settings);
+    const std::string why = Try(place, settings, environment_);
     if (why.empty()) {
-      running.vm->GetEnv(reinterpret_cast<void**>(&environment_), JNI_VERSION_10);
       std::atexit(LetGo);
       return environment_;
     }
-    tried += "; " + place + ": " + why;
+    tried.append("; ").append(place).append(": ").append(why);
   }
   throw Failure{QMX_E_CANNOT_CREATE,
                 "no JVM can be started" + tried +
