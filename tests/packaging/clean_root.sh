@@ -18,6 +18,8 @@ root=$work/root
 
 cpack --config "$build/CPackConfig.cmake" -B "$work/packages" >"$work/cpack.log" 2>&1 || fail "$(cat "$work/cpack.log")"
 packages=("$work"/packages/qmxdatacopy_*.deb "$work"/packages/qmxdatacopy-sandbox_*.deb)
+java=$(compgen -G "$work/packages/qmxdatacopy-java_*.deb") || [ -z "${CI:-}" ] || fail "The Java bridge was not built: install a JDK"
+packages+=($java)
 
 # depends FIELD-TEXT: the installed packages that it names, of alternatives the first installed one.
 depends() {
@@ -36,6 +38,7 @@ depends() {
 needed=()
 declare -A seen=()
 queue=($(for package in "${packages[@]}"; do depends "$(dpkg-deb --field "$package" Depends)"; done))
+[ -z "$java" ] || queue+=($(depends "$(dpkg-deb --field "$java" Recommends)"))  # its JVM
 while [ ${#queue[@]} -gt 0 ]; do
   package=${queue[0]}
   queue=("${queue[@]:1}")
@@ -59,10 +62,11 @@ in_root() { dpkg --root="$root" --force-not-root --path-include='*' "$@" >"$work
 in_root --install "${packages[@]}"
 
 # inside PROGRAM...: in that root; without the rights of root in a user namespace of our own.
+variables=(HOME=/)
 inside() {
   local enter=()
   [ "$(id -u)" -eq 0 ] || enter=(unshare --user --map-root-user)
-  env --ignore-environment HOME=/ "${enter[@]}" "$(PATH=$PATH:/usr/sbin command -v chroot)" "$root" "$@"
+  env --ignore-environment "${variables[@]}" "${enter[@]}" "$(PATH=$PATH:/usr/sbin command -v chroot)" "$root" "$@"
 }
 
 version=$(dpkg-deb --field "${packages[0]}" Version)
@@ -78,6 +82,23 @@ grep -q 'Service Employees (tsmdm140) : Copy result. Added - 30;' "$work/board" 
   fail "The scheduling server was not told of 30 employees: $(cat "$work/board")"
 rows=$(echo 'select count(*), min(emno), max(emno) from tsmdm140;' | sqlite3 "$root/var/lib/qmx/local.db")
 [ "$rows" = '30|E00001|E00030' ] || fail "30 employees were expected in the local database; there are $rows"
+
+# The example of the Java bridge's page, compiled and put into a folder as the page has it.
+if [ -n "$java" ]; then
+  example=$root/usr/share/doc/qmxdatacopy-java/examples/java
+  javac --release 11 -Xlint:-options -d "$work/classes" "$example"/ServiceTypes/*.java
+  mkdir "$root/opt"
+  jar cf "$root/opt/service-types.jar" -C "$work/classes" .
+  cp "$example/service_types_java.component" "$root/opt"
+  ln -s "$(dpkg-deb --fsys-tarfile "$java" | tar --list | sed -n 's|^[.]\(/.*/qmx_java.so\)$|\1|p')" "$root/opt"
+  variables+=(QMX_COMPONENTS=/opt)
+  inside /usr/bin/qmxadmin components >"$work/components" 2>"$work/said" || fail "$(cat "$work/components" "$work/said")"  # without /proc a JVM warns
+  grep -q '^  JVM: /usr/lib/jvm/default-java/' "$work/components" || fail "No JVM was started: $(cat "$work/components")"
+  inside /usr/bin/qmxdatacopy "$local_database,,tsmdm030,/var/log/qmx,orvan,100" 2>"$work/said" ||
+    fail "The copy through Java failed: $(cat "$work/said")"
+  rows=$(echo "select group_concat(cstp) from tsmdm030;" | sqlite3 "$root/var/lib/qmx/local.db")
+  [ "$rows" = INS,PM,REP ] || fail "The service types INS, PM and REP were expected through Java; there are $rows"
+fi
 
 # The statements make the same tables as qmxadmin does.
 schema=$root/usr/share/qmxdatacopy/schema
@@ -123,6 +144,6 @@ if command -v systemd-analyze >/dev/null; then
   [ -z "$said" ] || fail "$said"
 fi
 
-in_root --purge qmxdatacopy-sandbox qmxdatacopy
-left=$(find "$root" -path "$root/var" -prune -o \( -name '*qmx*' -o -name 'orvan*' \) -print)
+in_root --purge ${java:+qmxdatacopy-java} qmxdatacopy-sandbox qmxdatacopy
+left=$(find "$root" \( -path "$root/var" -o -path "$root/opt" \) -prune -o \( -name '*qmx*' -o -name 'orvan*' \) -print)
 [ -z "$left" ] || fail "The packages left behind: $left"
