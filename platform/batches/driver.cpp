@@ -5,7 +5,7 @@
 namespace qmx {
 
 std::unique_ptr<DriverSession> BatchingDriver::Open(const ConnectionText& text) {
-  return std::make_unique<BatchingDriverSession>(inner_.Open(text));
+  return std::make_unique<BatchingDriverSession>(inner_.Open(text), clock_);
 }
 
 }  // namespace qmx

@@ -25,9 +25,17 @@ std::int64_t Executed(DriverStatement& statement, std::span<const Variant* const
   return execution.Run();
 }
 
-bool Group::IsPossible() {
+bool Group::MayOpen() { return isAllowed_ && !isWithinOwn_ && Limits().statements > 0; }
+
+const GroupLimits& Group::Limits() {
   if (!limits_) limits_ = inner_.Grouping();
-  return limits_->statements > 0;
+  return *limits_;
+}
+
+std::int64_t Group::Write(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values) {
+  if (MayOpen()) return Run(statement, text, values);
+  Commit();  // an open group that could not be committed before
+  return Executed(statement, values);
 }
 
 std::int64_t Group::Run(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values) {
@@ -46,15 +54,16 @@ std::int64_t Group::Run(DriverStatement& statement, const std::string& text, std
     throw;
   }
   if (!affected) return Executed(statement, values);
-  if (count_ == limits_->statements) Commit();
+  if (count_ == Limits().statements) Commit();
   return *affected;
 }
 
 void Group::Open() {
   state_.RequireKnown();
+  const GroupLimits& limits = Limits();
   inner_.Begin();
   state_.Opened();
-  due_ = Clock::now() + limits_->time;
+  due_ = clock_.Now() + limits.time;
 }
 
 void Group::Commit() {
@@ -86,7 +95,7 @@ void Group::Redo() {
   try {
     inner_.Rollback();
   } catch (...) {
-    Lose();
+    state_.Lose();
     throw;
   }
   state_.Ended();
@@ -105,6 +114,26 @@ void Group::Redo() {
   }
 }
 
-void Group::Lose() noexcept { state_.Lose(); }
+void Group::BeginOwn() {
+  inner_.Begin();
+  isWithinOwn_ = true;
+}
+
+void Group::CommitOwn() {
+  if (isAllowed_ && !isWithinOwn_) return;
+  Commit();  // none is open, but a lost one raises
+  isWithinOwn_ = false;
+  inner_.Commit();
+}
+
+void Group::RollbackOwn() {
+  isWithinOwn_ = false;
+  try {
+    inner_.Rollback();
+  } catch (...) {
+    state_.Lose();
+    throw;
+  }
+}
 
 }  // namespace qmx

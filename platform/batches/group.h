@@ -5,12 +5,12 @@
 // never done again: it may be saved already. Every further use of it raises.
 #pragma once
 
-#include <chrono>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "platform/batches/steady_clock.h"
 #include "platform/database_driver.h"
 #include "platform/transaction_state.h"
 
@@ -21,20 +21,25 @@ std::int64_t Executed(DriverStatement& statement, std::span<const Variant* const
 
 class Group {
  public:
-  using Clock = std::chrono::steady_clock;
+  Group(DriverSession& inner, SteadyClock& clock) : inner_(inner), clock_(clock) {}  // borrowed
 
-  explicit Group(DriverSession& inner) : inner_(inner) {}  // borrowed
-
-  bool IsPossible();  // in the database as it is
+  void Allow(bool may) { isAllowed_ = may; }  // to Write, from now on
   bool IsOpen() const { return state_.IsOpen(); }
-  Clock::time_point Due() const { return due_; }
+  bool MayOpen();  // allowed, outside the program's own transactions, and possible in the database as it is
+  SteadyClock::TimePoint Due() const { return due_; }
 
-  // The same in the group; opens it where it is not.
-  std::int64_t Run(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values);
+  // Executes a statement with these values, in the group where it may, else after it. Returns how many rows were
+  // affected. Opens the group if it is not open.
+  std::int64_t Write(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values);
 
-  void Commit();         // where it is open; it is not open afterwards, whatever this raises
-  void Redo();           // likewise: takes it back, and does it again one by one
-  void Lose() noexcept;  // a rollback failed: the error is being handled
+  void Commit();  // if it is open; it is not open afterwards, even when this raises
+  void Redo();    // likewise: rolls it back, and executes its statements again one by one
+
+  // The program's own transactions.
+  void BeginOwn();
+  void CommitOwn();  // does nothing while the group commits what is written
+  void RollbackOwn();
+  bool IsWithinOwn() const { return isWithinOwn_; }
 
  private:
   struct Written {
@@ -42,13 +47,18 @@ class Group {
     std::vector<Variant> values;
   };
 
+  const GroupLimits& Limits();
+  std::int64_t Run(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values);
   void Open();
   void Keep(const std::string& text, std::span<const Variant* const> values);
 
   DriverSession& inner_;
-  std::optional<GroupLimits> limits_;  // asked for once
+  SteadyClock& clock_;
+  bool isAllowed_ = false;
+  bool isWithinOwn_ = false;           // in a transaction that the program began, so the program commits
+  std::optional<GroupLimits> limits_;  // the session is asked once
   TransactionState state_;
-  Clock::time_point due_;
+  SteadyClock::TimePoint due_;
   std::vector<Written> written_;  // their memory is used again
   std::size_t count_ = 0;
 };

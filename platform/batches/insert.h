@@ -7,7 +7,7 @@
 
 namespace qmx {
 
-class BatchingInsert : public DriverStatement {
+class BatchingInsert : public DriverStatement, public RowSink {
  public:
   BatchingInsert(BatchingDriverSession& session, RowInsert insert);
   ~BatchingInsert() override;
@@ -22,14 +22,9 @@ class BatchingInsert : public DriverStatement {
   void Reset() noexcept override { mayWait_ = false; }
   void MayWait() noexcept override { mayWait_ = true; }
 
-  std::size_t Width() const { return bound_.size(); }  // values of one row
-  std::size_t MostRows() const { return mostRows_; }   // of one batch
-
-  // While nobody sends: a batch may have shown that others are better smaller.
-  void AskMostRows() { mostRows_ = many_->Most(); }
-
-  // Sends rows whose values follow each other, on whichever thread the session says.
-  void Send(std::span<const Variant> values);
+  std::size_t MostRows() const override { return mostRows_; }
+  void AskMostRows() override { mostRows_ = many_->Most(); }  // while nobody sends
+  void Send(std::span<const Variant> values) override;        // on any thread
 
  private:
   std::size_t SendTogether(std::span<const Variant> values);  // returns how many rows it did send

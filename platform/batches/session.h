@@ -1,20 +1,20 @@
-// A session whose added rows may wait for each other.
+// A session that sends added rows in batches and commits written rows in groups.
 //
-// The program's thread fills one batch while the helper thread sends those that are full; when all are full, the
-// program waits. The inner session belongs to whoever sends a batch (isSending_), and to the holder of the lock while
-// nobody does. While a group is open no row waits.
+// The program's thread fills one batch while the helper thread sends those that have ended. When all have ended, the
+// program waits. The inner session belongs to the thread that sends a batch (isSending_), and to the holder of the lock
+// when nobody sends. While a group is open no row waits.
 #pragma once
 
-#include <array>
-#include <chrono>
 #include <condition_variable>
 #include <exception>
 #include <mutex>
+#include <optional>
 #include <span>
-#include <thread>
-#include <vector>
 
 #include "platform/batches/group.h"
+#include "platform/batches/helper_thread.h"
+#include "platform/batches/row_queue.h"
+#include "platform/batches/steady_clock.h"
 #include "platform/database_driver.h"
 #include "platform/error.h"
 
@@ -24,15 +24,10 @@ class BatchingInsert;
 
 class BatchingDriverSession : public DriverSession {
  public:
-  using Clock = std::chrono::steady_clock;
-  using Lock = std::unique_lock<std::mutex>;
+  using Lock = SteadyClock::Lock;
 
-  static constexpr std::chrono::milliseconds kLongestWait{50};
-  static constexpr std::size_t kBatches = 2;          // filled, and sent: a third was no faster, and more than 1 MiB
-  static constexpr std::size_t kMostBytes = 1 << 20;  // of texts in one batch
-
-  explicit BatchingDriverSession(std::unique_ptr<DriverSession> inner);
-  ~BatchingDriverSession() override;
+  explicit BatchingDriverSession(std::unique_ptr<DriverSession> inner,
+                                 SteadyClock& clock = SteadyClock::OfTheSystem());  // borrowed
   BatchingDriverSession(const BatchingDriverSession&) = delete;
   BatchingDriverSession& operator=(const BatchingDriverSession&) = delete;
 
@@ -70,46 +65,28 @@ class BatchingDriverSession : public DriverSession {
   // Executes a statement with these values, by itself or in a group; returns how many rows were affected.
   std::int64_t Write(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values);
 
-  // Takes a copy of the row, to be sent soon; false where nothing was added for a while: it is to go out at once.
-  bool Waits(BatchingInsert& insert, std::span<const Variant* const> row);
-  void Forget(const BatchingInsert& insert);  // it is about to go: sends its rows, and keeps what becomes of them
+  // Copies the row, to be sent soon. Returns false for the first row after a pause: the caller sends it at once.
+  bool Waits(RowSink& sink, std::span<const Variant* const> row);
+  void Forget(const RowSink& sink);  // sends its rows before it is destroyed; keeps an error for the next call
 
   DriverSession& Inner() { return *inner_; }
 
  private:
-  // Rows of one statement. Their memory is used again.
-  struct Batch {
-    BatchingInsert* insert = nullptr;
-    std::vector<Variant> values;  // row by row
-    std::size_t rows = 0;
-    std::size_t bytes = 0;  // of their texts
-    Clock::time_point due;
-  };
-
-  Batch& Filling() { return batches_[(oldest_ + full_) % kBatches]; }
   void SendAll(Lock& lock);
-  void SendOldest(Lock& lock);  // of the full ones; unlocks meanwhile
+  void SendOldest(Lock& lock);  // of the batches that have ended; unlocks meanwhile
   void RaiseFailure();
-  void StartHelper();
-  void SendInTime();  // the helper thread
+  std::optional<SteadyClock::TimePoint> DoWhatIsDue(Lock& lock);  // on the helper thread
   void CommitGroup();
-  void StopHelper();
 
   std::unique_ptr<DriverSession> inner_;
+  SteadyClock& clock_;
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::array<Batch, kBatches> batches_;  // a ring: the full ones, then the one that is being filled
-  std::size_t oldest_ = 0;
-  std::size_t full_ = 0;  // not to be filled further
+  RowQueue queue_;
   bool isSending_ = false;
-  Clock::time_point lastRow_;
   Group group_;
-  bool mayGroup_ = false;
-  bool isWithinBegin_ = false;  // which the program called, so that it says what is committed
-  std::exception_ptr failure_;  // that nobody has been told of yet
-  bool helperSleeps_ = false;   // until it is told of something
-  bool stops_ = false;
-  std::thread helper_;  // from the first waiting row or the first group on
+  std::exception_ptr failure_;  // raised by the next call
+  HelperThread helper_;         // the last member: it stops before the others are destroyed
 };
 
 }  // namespace qmx

@@ -1,20 +1,19 @@
 // Rows that are sent together, over every database system.
 #include <chrono>
-#include <thread>
 
 #include "platform/batches/driver.h"
 #include "tests/platform/database/record_set_test.h"
+#include "tests/support/fake_steady_clock.h"
 
 namespace qmx::test {
 namespace {
 
-using testing::ElementsAre;
+using std::chrono::milliseconds;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 class Batches : public testing::TestWithParam<DriverUnderTest> {
  protected:
-  Batches() : base(GetParam().make()), below(base->PlainDriver()), batching(below), connection({&batching}, nullptr) {
+  Batches() : base(GetParam().make()), below(base->PlainDriver()), connection({&batching}, nullptr) {
     connection.Open(base->ConnectionText(), "", "");
     connection.Execute(
         "create table people (code varchar(20) not null primary key, name varchar(100), floor smallint)");
@@ -52,7 +51,8 @@ class Batches : public testing::TestWithParam<DriverUnderTest> {
 
   std::unique_ptr<TestDatabase> base;
   FaultyDriver below;
-  BatchingDriver batching;
+  FakeSteadyClock clock;
+  BatchingDriver batching{below, clock};
   Connection connection;
 };
 INSTANTIATE_TEST_SUITE_P(Over, Batches, testing::ValuesIn(DriversUnderTest()), DriverName);
@@ -75,7 +75,7 @@ TEST_P(Batches, SendTheFirstRowAfterAPauseAtOnce) {
   Add(*records, "A");
   records->AddNew();
   EXPECT_EQ(Codes(), "A");
-  std::this_thread::sleep_for(std::chrono::milliseconds(60));
+  clock.Pass(milliseconds(50));
   records->Fields("code") = "B";
   records->AddNew();
   EXPECT_EQ(Codes(), "AB");
@@ -84,7 +84,9 @@ TEST_P(Batches, SendTheFirstRowAfterAPauseAtOnce) {
 TEST_P(Batches, SendWhatWaitsAlsoWhileNobodyCalls) {
   const auto records = Opened("people");
   for (const char* code : {"A", "B", "C", "D"}) Add(*records, code);
-  for (int wait = 0; Codes() != "ABC" && wait < 100; ++wait) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  clock.PassWhileAThreadWaits(milliseconds(49));
+  EXPECT_EQ(Codes(), "A");
+  clock.PassWhileAThreadWaits(milliseconds(1));
   EXPECT_EQ(Codes(), "ABC");  // D is not saved yet
 }
 
@@ -199,7 +201,7 @@ TEST_P(Batches, RaiseAtTheNextCallWhatHappenedWhileNobodyCalled) {
   connection.Execute("insert into people (code) values ('C')");
   const auto records = Opened("people");
   for (const char* code : {"A", "B", "C", "D"}) Add(*records, code);
-  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  clock.PassWhileAThreadWaits(milliseconds(50));
   const Error error = Raised([&] { Add(*records, "E"); });
   EXPECT_EQ(error.Number(), -2147217873);
   EXPECT_EQ(Detail(error, "key"), "code='C'");

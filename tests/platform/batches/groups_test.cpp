@@ -3,18 +3,18 @@
 #include <thread>
 
 #include "platform/batches/driver.h"
-#include "platform/batches/group.h"
 #include "tests/platform/database/record_set_test.h"
+#include "tests/support/fake_steady_clock.h"
 
 namespace qmx::test {
 namespace {
 
+using std::chrono::milliseconds;
 using testing::HasSubstr;
 
 class Groups : public testing::TestWithParam<DriverUnderTest> {
  protected:
-  Groups()
-      : base_(GetParam().make()), below_(base_->PlainDriver()), batching_(below_), connection_({&batching_}, nullptr) {
+  Groups() : base_(GetParam().make()), below_(base_->PlainDriver()), connection_({&batching_}, nullptr) {
     connection_.Open(base_->ConnectionText(), "", "");
     connection_.Execute("create table people (code varchar(20) not null primary key, floor smallint)");
   }
@@ -39,15 +39,10 @@ class Groups : public testing::TestWithParam<DriverUnderTest> {
     return codes;
   }
 
-  std::string CodesOnceThereAre(const std::string& codes) {
-    for (int wait = 0; Codes() != codes && wait < 2000; ++wait)
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    return Codes();
-  }
-
   std::unique_ptr<TestDatabase> base_;
   FaultyDriver below_;
-  BatchingDriver batching_;
+  FakeSteadyClock clock_;
+  BatchingDriver batching_{below_, clock_};
   Connection connection_;
 };
 INSTANTIATE_TEST_SUITE_P(Over, Groups, testing::ValuesIn(DriversUnderTest([](const DriverUnderTest& driver) {
@@ -93,22 +88,21 @@ TEST_P(Groups, AreCommittedWhenTheWorkFails) {
 TEST_P(Groups, AreCommittedWhileNobodyCalls) {
   connection_.Together([&] {
     for (const char* code : {"A", "B", "C"}) Add(code);
-    EXPECT_EQ(CodesOnceThereAre("A1B1C1"), "A1B1C1");
+    clock_.PassWhileAThreadWaits(milliseconds(40));
+    EXPECT_EQ(Codes(), "A1B1C1");
   });
 }
 
 TEST_P(Groups, LetOthersWriteWithin50MillisecondsWhileNobodyCalls) {
   const auto other = Another();
-  auto shortest = std::chrono::steady_clock::duration::max();
+  other->CommandTimeout(1);
   connection_.Together([&] {
     for (int round = 0; round < 5; ++round) {
       Add("A" + std::to_string(round));
-      const auto start = std::chrono::steady_clock::now();
+      clock_.PassWhileAThreadWaits(milliseconds(50));
       other->Execute("insert into people values ('B" + std::to_string(round) + "', 2)");
-      shortest = std::min(shortest, std::chrono::steady_clock::now() - start);
     }
   });
-  EXPECT_LT(shortest, std::chrono::milliseconds(50));
   EXPECT_EQ(Codes(), "A01A11A21A31A41B02B12B22B32B42");
 }
 
@@ -164,7 +158,7 @@ TEST_P(Groups, AreCommittedBeforeAFailureToReadIsRaised) {
       records.Open("select * from nobody", connection_, kCursorKeyset, kLockOptimistic, kCommandText);
     };
     EXPECT_EQ(Raised(open).Number(), -2147217865);
-    EXPECT_EQ(CodesOnceThereAre("A1B1C1"), "A1B1C1");
+    EXPECT_EQ(Codes(), "A1B1C1");
     Add("D");
   });
   EXPECT_EQ(Codes(), "A1B1C1D1");

@@ -2,28 +2,20 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <thread>
 
 #include "platform/batches/driver.h"
 #include "platform/sqlite/driver.h"
 #include "tests/platform/database/record_set_test.h"
+#include "tests/support/fake_steady_clock.h"
 #include "tests/support/temp_folder.h"
 
 namespace qmx::test {
 namespace {
 
 constexpr int kBatch = 128;  // rows of two columns that go out together
-
-// Waits for what another thread brings about.
-template <typename Condition>
-bool Within10Seconds(Condition&& condition) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return true;
-}
 
 // A database whose batches are held up on their way to it until `mayPass` holds.
 class OverlappingBatches : public testing::Test {
@@ -38,15 +30,26 @@ class OverlappingBatches : public testing::Test {
   void HoldUpUntil(std::function<bool()> mayPass) {
     below_.before = [this, mayPass, program = std::this_thread::get_id()](const std::string& operation) {
       if (operation != "Add" || std::this_thread::get_id() == program) return;
-      isOnItsWay_ = true;
-      if (!Within10Seconds(mayPass)) wasHeldUpForever_ = true;
+      Set(isOnItsWay_, 1);
+      if (!Await(mayPass)) wasHeldUpForever_ = true;
     };
+  }
+
+  void Set(std::atomic<int>& value, int to) {
+    const std::lock_guard guard(mutex_);
+    value = to;
+    changed_.notify_all();
+  }
+
+  bool Await(const std::function<bool()>& condition) {
+    std::unique_lock guard(mutex_);
+    return changed_.wait_for(guard, std::chrono::seconds(60), condition);
   }
 
   void AddRows(int from, int to) {
     for (int code = from; code < to; ++code) {
       records_.AddNew();
-      added_ = code;  // so many rows are behind it
+      Set(added_, code);  // so many rows are behind it
       records_.Fields("code") = code;
       records_.Fields("floor") = 1;
     }
@@ -63,36 +66,39 @@ class OverlappingBatches : public testing::Test {
   TempFolder folder_;
   SqliteDriver sqlite_;
   FaultyDriver below_{sqlite_};
-  BatchingDriver batching_{below_};
+  FakeSteadyClock clock_;
+  BatchingDriver batching_{below_, clock_};
   Connection connection_{{&batching_}, nullptr};
   Recordset records_{nullptr};
+  std::mutex mutex_;
+  std::condition_variable changed_;
   std::atomic<int> added_ = 0;
-  std::atomic<bool> isOnItsWay_ = false;
+  std::atomic<int> isOnItsWay_ = 0;
   std::atomic<bool> wasHeldUpForever_ = false;
 };
 
 TEST_F(OverlappingBatches, AreFilledWhileOneIsSent) {
   HoldUpUntil([this] { return added_ >= 2 * kBatch; });
-  AddRows(0, kBatch + 1);
-  EXPECT_TRUE(Within10Seconds([this] { return isOnItsWay_.load(); }));
-  AddRows(kBatch + 1, 3 * kBatch);
+  AddRows(0, kBatch + 2);
+  EXPECT_TRUE(Await([this] { return isOnItsWay_ == 1; }));
+  AddRows(kBatch + 2, 3 * kBatch);
   records_.Close();
   EXPECT_FALSE(wasHeldUpForever_);
   EXPECT_EQ(Rows(), "384 to 383");
 }
 
 TEST_F(OverlappingBatches, MakeTheProgramWaitWhenAllAreFull) {
-  std::atomic<bool> mayPass = false;
+  std::atomic<int> mayPass = 0;
   std::thread program([&] {
-    HoldUpUntil([&] { return mayPass.load(); });
+    HoldUpUntil([&] { return mayPass == 1; });
     AddRows(0, 10 * kBatch);
     records_.Close();
   });
   constexpr int kMost = 1 + 2 * kBatch + 1;  // the first row goes out alone, the last one is not saved yet
-  EXPECT_TRUE(Within10Seconds([&] { return added_ + 1 == kMost; })) << added_;
-  std::this_thread::sleep_for(std::chrono::milliseconds(60));
+  EXPECT_TRUE(Await([&] { return added_ + 1 == kMost; })) << added_;
+  clock_.AwaitWaitingThread();  // the program's: the helper waits in the driver
   EXPECT_EQ(added_ + 1, kMost);
-  mayPass = true;
+  Set(mayPass, 1);
   program.join();
   EXPECT_FALSE(wasHeldUpForever_);
   EXPECT_EQ(Rows(), "1280 to 1279");

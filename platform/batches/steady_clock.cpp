@@ -1,0 +1,10 @@
+#include "platform/batches/steady_clock.h"
+
+namespace qmx {
+
+SteadyClock& SteadyClock::OfTheSystem() {
+  static SteadyClock clock;
+  return clock;
+}
+
+}  // namespace qmx

@@ -1,0 +1,27 @@
+// The time that passes, for threads that wait.
+//
+// The program has the system's steady clock. Tests derive a clock that they set.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+namespace qmx {
+
+class SteadyClock {
+ public:
+  using TimePoint = std::chrono::steady_clock::time_point;
+  using Lock = std::unique_lock<std::mutex>;
+
+  static SteadyClock& OfTheSystem();
+
+  virtual ~SteadyClock() = default;
+  virtual TimePoint Now() { return std::chrono::steady_clock::now(); }
+
+  // Both return when `changed` is notified, and may return early for no reason.
+  virtual void Wait(std::condition_variable& changed, Lock& lock) { changed.wait(lock); }
+  virtual void WaitUntil(TimePoint due, std::condition_variable& changed, Lock& lock) { changed.wait_until(lock, due); }
+};
+
+}  // namespace qmx
