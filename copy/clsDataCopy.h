@@ -5,7 +5,7 @@
 // fails outside of it (the release of a table after a failure, an event, the copy log) reaches the caller as an Error.
 //
 // The sources, by concern: run_driver, control_records, copy_log, date_conversion, full_copy, changed_copy,
-// shared_steps, calendar_expansion, erp_listings; what is particular to a table stands in its own source in tables/.
+// shared_steps, calendar_expansion; what is particular to a table stands in its own source in tables/.
 #pragma once
 
 #include <cstdint>
@@ -48,9 +48,6 @@ class clsDataCopy {
   void StartDataCopy(std::string ConnectionString, std::string LocalDataBase, std::string TableName,
                      std::string LogFilePath, std::string BOWBusComponent);
 
-  // What is asked of the ERP for each of the seventeen tables, for whoever wants to know whether it answers.
-  static std::vector<ErpListing> ErpListings();
-
  private:
   friend struct test::DataCopyInside;
 
@@ -87,9 +84,18 @@ class clsDataCopy {
   Object NowAsDateObject();
   std::int16_t ReadCalendarLookBack();
 
+  // Sets the fields of a local row, for tables that set them in the same way in both copies.
+  using FieldSetter = void (clsDataCopy::*)(Recordset& row, const Object& record);
+  Mapper MapperOf(FieldSetter setFields);
+  ChangeMapper ChangeMapperOf(FieldSetter setFields);
+
   // full_copy.cpp: the steps that every table's full copy calls
   void CopyFull(const FullCopyPattern& table, const std::string& tableCode, const std::string& busComponent,
                 const Mapper& setFields);
+  void CopyFull(const FullCopyPattern& table, const std::string& tableCode, const std::string& busComponent,
+                FieldSetter setFields) {
+    CopyFull(table, tableCode, busComponent, MapperOf(setFields));
+  }
   void DeleteAllRecords(const std::string& tableCode);
   void OpenTable(const std::string& tableCode);
   void AddRecords(const Object& enumeration, const std::vector<Column>& key, const std::string& tableCode,
@@ -106,6 +112,10 @@ class clsDataCopy {
   };
   void CopyChanged(const ChangedCopyPattern& table, const std::string& tableCode, const std::string& busComponent,
                    const ChangeMapper& setFields);
+  void CopyChanged(const ChangedCopyPattern& table, const std::string& tableCode, const std::string& busComponent,
+                   FieldSetter setFields) {
+    CopyChanged(table, tableCode, busComponent, ChangeMapperOf(setFields));
+  }
   void CreateAudit(Audit& audit, const char* manager, const char* record, std::size_t parameters);
   void SetAuditPeriod(Audit& audit, const std::string& tableCode);
   void ReportReversedPeriod(const std::string& tableCode);  // where the period begins after its end
@@ -130,106 +140,89 @@ class clsDataCopy {
   void SetField(const FieldMap& field, Recordset& row, const Object& record);
   static void Increment(std::int32_t& count);  // past the largest value it is error 6
 
-  // tables/: for each table its listing, dispatcher, full copy, changed copy and field mapper
-  static ErpListing ServiceTypesInErp();
+  // tables/: for each table its dispatcher, full copy, changed copy and field mapper
   void CopyServiceTypes(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyServiceTypesFull(const std::string& tableCode, const std::string& busComponent);
   void CopyServiceTypesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceTypeFields(Recordset& row, const Object& record);
 
-  static ErpListing ServiceCentersInErp();
   void CopyServiceCenters(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyServiceCentersFull(const std::string& tableCode, const std::string& busComponent);
   void CopyServiceCentersChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceCenterFields(Recordset& row, const Object& record, bool fullRecord);
 
-  static ErpListing ServiceAreasInErp();
   void CopyServiceAreas(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyServiceAreasFull(const std::string& tableCode, const std::string& busComponent);
   void CopyServiceAreasChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceAreaFields(Recordset& row, const Object& record);
 
-  static ErpListing SkillsInErp();
   void CopySkills(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopySkillsFull(const std::string& tableCode, const std::string& busComponent);
   void CopySkillsChanged(const std::string& tableCode, const std::string& busComponent);
   void SetSkillFields(Recordset& row, const Object& record);
 
-  static ErpListing SkillsByEmployeeInErp();
   void CopySkillsByEmployee(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopySkillsByEmployeeFull(const std::string& tableCode, const std::string& busComponent);
   void CopySkillsByEmployeeChanged(const std::string& tableCode, const std::string& busComponent);
   void SetSkillByEmployeeFields(Recordset& row, const Object& record);
 
-  static ErpListing ServiceEmployeesInErp();
   void CopyServiceEmployees(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyServiceEmployeesFull(const std::string& tableCode, const std::string& busComponent);
   void CopyServiceEmployeesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceEmployeeFields(Recordset& row, const Object& record, bool fullRecord);
 
-  static ErpListing ConfigurationsInErp();
   void CopyConfigurations(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyConfigurationsFull(const std::string& tableCode, const std::string& busComponent);
   void CopyConfigurationsChanged(const std::string& tableCode, const std::string& busComponent);
   void SetConfigurationFields(Recordset& row, const Object& record);
 
-  static ErpListing ObjectsInErp();
   void CopyObjects(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyObjectsFull(const std::string& tableCode, const std::string& busComponent);
   void CopyObjectsChanged(const std::string& tableCode, const std::string& busComponent);
   void SetObjectFields(Recordset& row, const Object& record);
 
-  static ErpListing ServiceOrdersInErp();
   void CopyServiceOrders(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyServiceOrdersFull(const std::string& tableCode, const std::string& busComponent);
   void CopyServiceOrdersChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceOrderFields(Recordset& row, const Object& record, bool withName);
 
-  static ErpListing ServiceOrderEngineersInErp();
   void CopyServiceOrderEngineers(const std::string& tableCode, const std::string& busComponent,
                                  std::int16_t syncMethod);
   void CopyServiceOrderEngineersFull(const std::string& tableCode, const std::string& busComponent);
   void CopyServiceOrderEngineersChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceOrderEngineerFields(Recordset& row, const Object& record);
 
-  static ErpListing ServiceOrderActivitiesInErp();
   void CopyServiceOrderActivities(const std::string& tableCode, const std::string& busComponent,
                                   std::int16_t syncMethod);
   void CopyServiceOrderActivitiesFull(const std::string& tableCode, const std::string& busComponent);
   void CopyServiceOrderActivitiesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetServiceOrderActivityFields(Recordset& row, const Object& record);
 
-  static ErpListing PlannedActivitiesInErp();
   void CopyPlannedActivities(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyPlannedActivitiesFull(const std::string& tableCode, const std::string& busComponent);
   void CopyPlannedActivitiesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetPlannedActivityFields(Recordset& row, const Object& record);
 
-  static ErpListing ResponseTimesInErp();
   void CopyResponseTimes(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyResponseTimesFull(const std::string& tableCode, const std::string& busComponent);
   void CopyResponseTimesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetResponseTimeFields(Recordset& row, const Object& record);
 
-  static ErpListing PriorityTimeScalesInErp();
   void CopyPriorityTimeScales(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyPriorityTimeScalesFull(const std::string& tableCode, const std::string& busComponent);
   void CopyPriorityTimeScalesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetPriorityTimeScaleFields(Recordset& row, const Object& record);
 
-  static ErpListing AvailabilityTypesInErp();
   void CopyAvailabilityTypes(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyAvailabilityTypesFull(const std::string& tableCode, const std::string& busComponent);
   void CopyAvailabilityTypesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetAvailabilityTypeFields(Recordset& row, const Object& record);
 
-  static ErpListing AddressesInErp();
   void CopyAddresses(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyAddressesFull(const std::string& tableCode, const std::string& busComponent);
   void CopyAddressesChanged(const std::string& tableCode, const std::string& busComponent);
   void SetAddressFields(Recordset& row, const Object& record);
 
-  static ErpListing CalendarsInErp();
   void CopyCalendars(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
   void CopyCalendarsFull(const std::string& tableCode, const std::string& busComponent);
   void CopyCalendarsChanged(const std::string& tableCode, const std::string& busComponent);

@@ -60,15 +60,6 @@ struct FullCopyPattern {
   FailureTexts failure;
 };
 
-// Where the ERP keeps a table.
-struct ErpListing {
-  const char* table;
-  const char* manager;          // ProgID
-  const char* record;           // ProgID of the record class
-  Member list;                  // the manager's listing call
-  std::vector<Variant> bounds;  // its arguments
-};
-
 // A key column and its bounds in the audit criteria.
 struct AuditParameter {
   const char* field;

@@ -1,9 +1,8 @@
-// The listings of all tables, in the order of their codes.
-#include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 
-std::vector<ErpListing> clsDataCopy::ErpListings() {
+std::vector<ErpListing> ErpListings() {
   return {AvailabilityTypesInErp(),
           CalendarsInErp(),
           AddressesInErp(),

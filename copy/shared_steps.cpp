@@ -55,6 +55,14 @@ Object clsDataCopy::FirstRecord(const Object& enumeration) {
   return RequiredObject(enumeration, kNextElement, enumeration.Call(kNextElement));
 }
 
+Mapper clsDataCopy::MapperOf(FieldSetter setFields) {
+  return [=, this](Recordset& row, const Object& record) { (this->*setFields)(row, record); };
+}
+
+ChangeMapper clsDataCopy::ChangeMapperOf(FieldSetter setFields) {
+  return [=, this](const Change& change) { (this->*setFields)(change.row, change.current); };
+}
+
 void clsDataCopy::SetFields(const FieldMaps& fields, Recordset& row, const Object& record) {
   for (const FieldMap& field : fields) SetField(field, row, record);
 }

@@ -1,5 +1,6 @@
 // Addresses, tccom130.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -33,7 +34,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::AddressesInErp() { return {"tccom130", kManager, kChanged.record, kFull.list, kFull.bounds}; }
+ErpListing AddressesInErp() { return {"tccom130", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyAddresses(const std::string& tableCode, const std::string& busComponent,
                                 std::int16_t syncMethod) {
@@ -42,13 +43,11 @@ void clsDataCopy::CopyAddresses(const std::string& tableCode, const std::string&
 }
 
 void clsDataCopy::CopyAddressesFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetAddressFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetAddressFields);
 }
 
 void clsDataCopy::CopyAddressesChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetAddressFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetAddressFields);
 }
 
 void clsDataCopy::SetAddressFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }

@@ -1,5 +1,6 @@
 // Availability types (tcccp001).
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -34,9 +35,7 @@ const FieldMaps kFields = {
 
 }  // namespace
 
-ErpListing clsDataCopy::AvailabilityTypesInErp() {
-  return {"tcccp001", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing AvailabilityTypesInErp() { return {"tcccp001", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyAvailabilityTypes(const std::string& tableCode, const std::string& busComponent,
                                         std::int16_t syncMethod) {
@@ -45,13 +44,11 @@ void clsDataCopy::CopyAvailabilityTypes(const std::string& tableCode, const std:
 }
 
 void clsDataCopy::CopyAvailabilityTypesFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetAvailabilityTypeFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetAvailabilityTypeFields);
 }
 
 void clsDataCopy::CopyAvailabilityTypesChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetAvailabilityTypeFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetAvailabilityTypeFields);
 }
 
 void clsDataCopy::SetAvailabilityTypeFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }

@@ -4,6 +4,7 @@
 // All of them in full or by change, and single ones on request: an employee's, or one by its code. The copies never
 // touch tscalender.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -109,7 +110,7 @@ std::string DurationText(std::int32_t startTime, std::int32_t endTime) {
 }  // namespace
 
 // Of no calendar: it is the manager that matters, not what it has.
-ErpListing clsDataCopy::CalendarsInErp() {
+ErpListing CalendarsInErp() {
   return {kTable, kManager, kRecord, kListActualCalendar, ListingBounds("", {"2038-1-1", "2038-12-31"})};
 }
 
@@ -175,8 +176,7 @@ void clsDataCopy::CopyCalendarsChanged(const std::string& tableCode, const std::
           audit.criteria.Call(kAddParameter, parameter);
         }
         audit.reader.Call(kInitialize, audit.manager, audit.record, audit.criteria);
-        ApplyAuditEntries(audit, kKey, kKey, tableCode,
-                          [this](const Change& change) { SetCalendarFields(change.row, change.current); });
+        ApplyAuditEntries(audit, kKey, kKey, tableCode, ChangeMapperOf(&clsDataCopy::SetCalendarFields));
       } else if (const Object records = List(audit.manager, kListActualCalendar, ListingBounds(code, dates))) {
         LocalRecordSet->Open(SelectCalendar(code), OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
         AddCalendarRecords(records);
@@ -244,8 +244,7 @@ bool clsDataCopy::CalendarIsLocal(const std::string& calendarCode) {
 }
 
 void clsDataCopy::AddCalendarRecords(const Object& records) {
-  AddRecords(records, kKeyColumns, kTable,
-             [this](Recordset& row, const Object& record) { SetCalendarFields(row, record); });
+  AddRecords(records, kKeyColumns, kTable, MapperOf(&clsDataCopy::SetCalendarFields));
 }
 
 void clsDataCopy::SetCalendarFields(Recordset& row, const Object& record) {

@@ -1,5 +1,6 @@
 // Service configurations, tscfg220.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -38,9 +39,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::ConfigurationsInErp() {
-  return {"tscfg220", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing ConfigurationsInErp() { return {"tscfg220", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyConfigurations(const std::string& tableCode, const std::string& busComponent,
                                      std::int16_t syncMethod) {
@@ -49,13 +48,11 @@ void clsDataCopy::CopyConfigurations(const std::string& tableCode, const std::st
 }
 
 void clsDataCopy::CopyConfigurationsFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetConfigurationFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetConfigurationFields);
 }
 
 void clsDataCopy::CopyConfigurationsChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetConfigurationFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetConfigurationFields);
 }
 
 void clsDataCopy::SetConfigurationFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }

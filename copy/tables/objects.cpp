@@ -1,5 +1,6 @@
 // Service objects, tscfg200.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -40,7 +41,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::ObjectsInErp() { return {"tscfg200", kManager, kChanged.record, kFull.list, kFull.bounds}; }
+ErpListing ObjectsInErp() { return {"tscfg200", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyObjects(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopyObjectsFull(tableCode, busComponent);
@@ -48,13 +49,11 @@ void clsDataCopy::CopyObjects(const std::string& tableCode, const std::string& b
 }
 
 void clsDataCopy::CopyObjectsFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetObjectFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetObjectFields);
 }
 
 void clsDataCopy::CopyObjectsChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetObjectFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetObjectFields);
 }
 
 void clsDataCopy::SetObjectFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }

@@ -1,5 +1,6 @@
 // Planned activities, tsspc200.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -59,9 +60,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::PlannedActivitiesInErp() {
-  return {"tsspc200", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing PlannedActivitiesInErp() { return {"tsspc200", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyPlannedActivities(const std::string& tableCode, const std::string& busComponent,
                                         std::int16_t syncMethod) {
@@ -70,13 +69,11 @@ void clsDataCopy::CopyPlannedActivities(const std::string& tableCode, const std:
 }
 
 void clsDataCopy::CopyPlannedActivitiesFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetPlannedActivityFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetPlannedActivityFields);
 }
 
 void clsDataCopy::CopyPlannedActivitiesChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetPlannedActivityFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetPlannedActivityFields);
 }
 
 void clsDataCopy::SetPlannedActivityFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }

@@ -1,5 +1,6 @@
 // Priority time scales, tsclm024.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -34,9 +35,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::PriorityTimeScalesInErp() {
-  return {"tsclm024", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing PriorityTimeScalesInErp() { return {"tsclm024", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyPriorityTimeScales(const std::string& tableCode, const std::string& busComponent,
                                          std::int16_t syncMethod) {
@@ -45,13 +44,11 @@ void clsDataCopy::CopyPriorityTimeScales(const std::string& tableCode, const std
 }
 
 void clsDataCopy::CopyPriorityTimeScalesFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetPriorityTimeScaleFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetPriorityTimeScaleFields);
 }
 
 void clsDataCopy::CopyPriorityTimeScalesChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetPriorityTimeScaleFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetPriorityTimeScaleFields);
 }
 
 void clsDataCopy::SetPriorityTimeScaleFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }

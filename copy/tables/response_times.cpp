@@ -1,5 +1,6 @@
 // Response times, tsclm020.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -38,9 +39,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::ResponseTimesInErp() {
-  return {"tsclm020", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing ResponseTimesInErp() { return {"tsclm020", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyResponseTimes(const std::string& tableCode, const std::string& busComponent,
                                     std::int16_t syncMethod) {
@@ -49,13 +48,11 @@ void clsDataCopy::CopyResponseTimes(const std::string& tableCode, const std::str
 }
 
 void clsDataCopy::CopyResponseTimesFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetResponseTimeFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetResponseTimeFields);
 }
 
 void clsDataCopy::CopyResponseTimesChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetResponseTimeFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetResponseTimeFields);
 }
 
 void clsDataCopy::SetResponseTimeFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }

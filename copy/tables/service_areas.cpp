@@ -1,5 +1,6 @@
 // Service areas, tsmdm105.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -42,9 +43,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::ServiceAreasInErp() {
-  return {"tsmdm105", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing ServiceAreasInErp() { return {"tsmdm105", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyServiceAreas(const std::string& tableCode, const std::string& busComponent,
                                    std::int16_t syncMethod) {
@@ -53,13 +52,11 @@ void clsDataCopy::CopyServiceAreas(const std::string& tableCode, const std::stri
 }
 
 void clsDataCopy::CopyServiceAreasFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetServiceAreaFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetServiceAreaFields);
 }
 
 void clsDataCopy::CopyServiceAreasChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetServiceAreaFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetServiceAreaFields);
 }
 
 void clsDataCopy::SetServiceAreaFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }

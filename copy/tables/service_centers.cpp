@@ -3,6 +3,7 @@
 // The audit reader's object carries no description, so a changed center is read once more from the listing; where that
 // finds nothing, the description stays as it is.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -41,9 +42,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::ServiceCentersInErp() {
-  return {"tsmdm100", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing ServiceCentersInErp() { return {"tsmdm100", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyServiceCenters(const std::string& tableCode, const std::string& busComponent,
                                      std::int16_t syncMethod) {

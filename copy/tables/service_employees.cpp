@@ -3,6 +3,7 @@
 // The audit reader's object carries neither description nor service center nor calendar, so a changed employee is read
 // once more from the listing; where that finds nothing, the three columns stay as they are.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -45,9 +46,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::ServiceEmployeesInErp() {
-  return {"tsmdm140", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing ServiceEmployeesInErp() { return {"tsmdm140", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyServiceEmployees(const std::string& tableCode, const std::string& busComponent,
                                        std::int16_t syncMethod) {

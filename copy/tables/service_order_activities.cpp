@@ -1,5 +1,6 @@
 // Service order activities, tssoc210.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -65,9 +66,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::ServiceOrderActivitiesInErp() {
-  return {"tssoc210", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing ServiceOrderActivitiesInErp() { return {"tssoc210", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyServiceOrderActivities(const std::string& tableCode, const std::string& busComponent,
                                              std::int16_t syncMethod) {
@@ -76,13 +75,11 @@ void clsDataCopy::CopyServiceOrderActivities(const std::string& tableCode, const
 }
 
 void clsDataCopy::CopyServiceOrderActivitiesFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetServiceOrderActivityFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetServiceOrderActivityFields);
 }
 
 void clsDataCopy::CopyServiceOrderActivitiesChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetServiceOrderActivityFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetServiceOrderActivityFields);
 }
 
 void clsDataCopy::SetServiceOrderActivityFields(Recordset& row, const Object& record) {

@@ -1,5 +1,6 @@
 // Service order engineers, tssoc205.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -39,9 +40,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::ServiceOrderEngineersInErp() {
-  return {"tssoc205", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing ServiceOrderEngineersInErp() { return {"tssoc205", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyServiceOrderEngineers(const std::string& tableCode, const std::string& busComponent,
                                             std::int16_t syncMethod) {
@@ -50,13 +49,11 @@ void clsDataCopy::CopyServiceOrderEngineers(const std::string& tableCode, const 
 }
 
 void clsDataCopy::CopyServiceOrderEngineersFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetServiceOrderEngineerFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetServiceOrderEngineerFields);
 }
 
 void clsDataCopy::CopyServiceOrderEngineersChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetServiceOrderEngineerFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetServiceOrderEngineerFields);
 }
 
 void clsDataCopy::SetServiceOrderEngineerFields(Recordset& row, const Object& record) {

@@ -3,6 +3,7 @@
 // Only the listing knows the sold-to partner's name, so an order that is new or has another partner is read once more
 // from it; otherwise, or where that finds nothing, the name stays as it is.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -76,9 +77,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::ServiceOrdersInErp() {
-  return {"tssoc200", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing ServiceOrdersInErp() { return {"tssoc200", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyServiceOrders(const std::string& tableCode, const std::string& busComponent,
                                     std::int16_t syncMethod) {

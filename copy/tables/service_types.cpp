@@ -1,5 +1,6 @@
 // Service types, tsmdm030.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -35,9 +36,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::ServiceTypesInErp() {
-  return {"tsmdm030", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing ServiceTypesInErp() { return {"tsmdm030", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopyServiceTypes(const std::string& tableCode, const std::string& busComponent,
                                    std::int16_t syncMethod) {
@@ -46,13 +45,11 @@ void clsDataCopy::CopyServiceTypes(const std::string& tableCode, const std::stri
 }
 
 void clsDataCopy::CopyServiceTypesFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetServiceTypeFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetServiceTypeFields);
 }
 
 void clsDataCopy::CopyServiceTypesChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetServiceTypeFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetServiceTypeFields);
 }
 
 void clsDataCopy::SetServiceTypeFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }

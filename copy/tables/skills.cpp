@@ -1,5 +1,6 @@
 // Skills, tsmdm130.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -34,7 +35,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::SkillsInErp() { return {"tsmdm130", kManager, kChanged.record, kFull.list, kFull.bounds}; }
+ErpListing SkillsInErp() { return {"tsmdm130", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopySkills(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod) {
   if (syncMethod == kFullCopy) CopySkillsFull(tableCode, busComponent);
@@ -42,13 +43,11 @@ void clsDataCopy::CopySkills(const std::string& tableCode, const std::string& bu
 }
 
 void clsDataCopy::CopySkillsFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetSkillFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetSkillFields);
 }
 
 void clsDataCopy::CopySkillsChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetSkillFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetSkillFields);
 }
 
 void clsDataCopy::SetSkillFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }

@@ -1,5 +1,6 @@
 // Skills by employee, tsmdm135.
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 
 namespace qmx {
 namespace {
@@ -39,9 +40,7 @@ const ChangedCopyPattern kChanged = {
 
 }  // namespace
 
-ErpListing clsDataCopy::SkillsByEmployeeInErp() {
-  return {"tsmdm135", kManager, kChanged.record, kFull.list, kFull.bounds};
-}
+ErpListing SkillsByEmployeeInErp() { return {"tsmdm135", kManager, kChanged.record, kFull.list, kFull.bounds}; }
 
 void clsDataCopy::CopySkillsByEmployee(const std::string& tableCode, const std::string& busComponent,
                                        std::int16_t syncMethod) {
@@ -50,13 +49,11 @@ void clsDataCopy::CopySkillsByEmployee(const std::string& tableCode, const std::
 }
 
 void clsDataCopy::CopySkillsByEmployeeFull(const std::string& tableCode, const std::string& busComponent) {
-  CopyFull(kFull, tableCode, busComponent,
-           [this](Recordset& row, const Object& record) { SetSkillByEmployeeFields(row, record); });
+  CopyFull(kFull, tableCode, busComponent, &clsDataCopy::SetSkillByEmployeeFields);
 }
 
 void clsDataCopy::CopySkillsByEmployeeChanged(const std::string& tableCode, const std::string& busComponent) {
-  CopyChanged(kChanged, tableCode, busComponent,
-              [this](const Change& change) { SetSkillByEmployeeFields(change.row, change.current); });
+  CopyChanged(kChanged, tableCode, busComponent, &clsDataCopy::SetSkillByEmployeeFields);
 }
 
 void clsDataCopy::SetSkillByEmployeeFields(Recordset& row, const Object& record) { SetFields(kFields, row, record); }

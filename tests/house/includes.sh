@@ -32,10 +32,10 @@ may 'platform/progress/' "$interfaces|platform/progress/"
 may 'platform/trace/' "$interfaces|platform/trace/"
 may 'calendar/' "$interfaces|calendar/"
 may 'copy/[^/]+$' "$interfaces|calendar/|copy/"
-may 'copy/tables/' 'copy/clsDataCopy\.h"'
+may 'copy/tables/' 'copy/(clsDataCopy|erp_listings)\.h"'
 may 'handler/' "$interfaces|copy/clsDataCopy\.h\"|handler/|schema/local_tables\.h\""
 may 'schema/' "$interfaces|schema/"
-may 'tools/qmxadmin/' "platform/|calendar/|copy/clsDataCopy\.h\"|schema/|tools/qmxadmin/"
+may 'tools/qmxadmin/' "platform/|calendar/|copy/(clsDataCopy|erp_listings)\.h\"|schema/|tools/qmxadmin/"
 
 may 'bridges/java/' '[a-z_]+\.h"'
 

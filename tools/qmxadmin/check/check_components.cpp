@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 #include "platform/components.h"
 #include "platform/components/date_object.h"
 #include "platform/components/installed_components.h"
@@ -101,7 +101,7 @@ void CheckComponents(const std::string& businessComponent, Findings& findings) {
     for (const std::string& problem : folder.problems)
       findings.Wrong("components", problem, "Correct it, or QMX_COMPONENTS.");
   }
-  for (const ErpListing& table : clsDataCopy::ErpListings()) {
+  for (const ErpListing& table : ErpListings()) {
     CheckTable(components, table, businessComponent, findings);
   }
   if (businessComponent.empty()) findings.NotLookedAt("ERP", "no manager was asked, since --component is not given");
