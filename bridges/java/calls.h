@@ -97,7 +97,7 @@ inline jvalue Value(jboolean boolean) { return {.z = boolean}; }
 inline jvalue Value(jint number) { return {.i = number}; }
 inline jvalue Value(jlong number) { return {.j = number}; }
 
-// Static methods of the class Bridge. References are local.
+// Static methods of the bridge's half in Java. References are local.
 template <typename... Arguments>
 jobject CallObject(JNIEnv* env, jclass type, jmethodID method, Arguments... arguments) {
   const jvalue values[] = {Value(arguments)..., jvalue{}};
@@ -125,6 +125,12 @@ jint CallInt(JNIEnv* env, jclass type, jmethodID method, Arguments... arguments)
   const jint result = env->CallStaticIntMethodA(type, method, values);
   Check(env);
   return result;
+}
+template <typename... Arguments>
+void CallVoid(JNIEnv* env, jclass type, jmethodID method, Arguments... arguments) {
+  const jvalue values[] = {Value(arguments)..., jvalue{}};
+  env->CallStaticVoidMethodA(type, method, values);
+  Check(env);
 }
 
 }  // namespace java_bridge

@@ -33,7 +33,7 @@ Classpath::Classpath(JNIEnv* env, const Settings& settings) {
   const bool isFirst = settings.Classpath() == Jvm::Classpath();
   const Local<jclass> loaders(env, isFirst ? Required(env, env->FindClass("java/lang/ClassLoader")) : nullptr);
   const jobject loader = isFirst ? CallObject(env, loaders.Get(), inside.systemLoader)
-                                 : CallObject(env, inside.bridge, inside.loader, static_cast<jobject>(paths));
+                                 : CallObject(env, inside.classes, inside.loader, static_cast<jobject>(paths));
   Global<> keptLoader(env, loader);
   Global<jobjectArray> keptPaths(env, paths);
   loader_ = keptLoader.Keep();
@@ -53,10 +53,10 @@ jclass Classpath::Load(JNIEnv* env, const std::string& name, bool anyCase) const
     throw Failure{QMX_E_CANNOT_CREATE, "the class " + name + " " + why + "; the classpath is " + text_, {}};
   };
   const Local<> text(env, MakeText(env, name));
-  const jobject type = CallObject(env, inside.bridge, inside.load, loader_, text.Get(), static_cast<jobject>(paths_),
+  const jobject type = CallObject(env, inside.classes, inside.load, loader_, text.Get(), static_cast<jobject>(paths_),
                                   static_cast<jboolean>(anyCase ? JNI_TRUE : JNI_FALSE));
   if (!type) refuse("is not there");
-  const Local<> flaw(env, CallObject(env, inside.bridge, inside.flaw, type));
+  const Local<> flaw(env, CallObject(env, inside.classes, inside.flaw, type));
   if (flaw) refuse(TextOf(env, static_cast<jstring>(flaw.Get())));
   return static_cast<jclass>(type);
 }

@@ -20,7 +20,10 @@ class Preparation {
     all.systemLoader = Static(loaders, "getSystemClassLoader", "()Ljava/lang/ClassLoader;");
     const jobject loader = env_->CallStaticObjectMethodA(loaders, all.systemLoader, nullptr);
     Check(env_);
-    for (const InsideClass& bytes : kInsideClasses) all.bridge = Define(bytes, loader);  // the last is Bridge
+    for (const InsideClass& bytes : kInsideClasses) {  // the last two are Classes and Bridge
+      all.classes = all.bridge;
+      all.bridge = Define(bytes, loader);
+    }
 
     const auto method = [&](const char* name, const char* signature) { return Static(all.bridge, name, signature); };
     all.kindOf = method("kindOf", "(Ljava/lang/Class;)I");
@@ -33,11 +36,13 @@ class Preparation {
     all.resultOf = method("resultOf", "(Ljava/lang/reflect/Method;)C");
     all.invoke =
         method("invoke", "(Ljava/lang/reflect/Method;Ljava/lang/Object;[Ljava/lang/Object;)Ljava/lang/Object;");
-    all.loader = method("loader", "([Ljava/lang/String;)Ljava/lang/ClassLoader;");
-    all.load = method("load", "(Ljava/lang/ClassLoader;Ljava/lang/String;[Ljava/lang/String;Z)Ljava/lang/Class;");
-    all.flaw = method("flaw", "(Ljava/lang/Class;)Ljava/lang/String;");
-    all.make = method("make", "(Ljava/lang/Class;)Ljava/lang/Object;");
+    all.loader = Static(all.classes, "loader", "([Ljava/lang/String;)Ljava/lang/ClassLoader;");
+    all.load =
+        Static(all.classes, "load", "(Ljava/lang/ClassLoader;Ljava/lang/String;[Ljava/lang/String;Z)Ljava/lang/Class;");
+    all.flaw = Static(all.classes, "flaw", "(Ljava/lang/Class;)Ljava/lang/String;");
+    all.make = Static(all.classes, "make", "(Ljava/lang/Class;)Ljava/lang/Object;");
     all.version = method("version", "()Ljava/lang/String;");
+    all.close = method("close", "(Ljava/lang/Object;)V");
     all.box = method("box", "(IJ)Ljava/lang/Object;");
     all.text = method("text", "(Ljava/lang/Object;)Ljava/lang/String;");
     all.moment = method("moment", "(Ljava/lang/Object;)J");
@@ -58,11 +63,13 @@ class Preparation {
     // Global references come last: what fails before leaves none behind.
     Global<jclass> object(env_, Find("java/lang/Object")), string(env_, Find("java/lang/String"));
     Global<jclass> memory(env_, Find("java/lang/OutOfMemoryError"));
-    Global<jclass> stack(env_, Find("java/lang/StackOverflowError")), bridge(env_, all.bridge);
+    Global<jclass> stack(env_, Find("java/lang/StackOverflowError"));
+    Global<jclass> classes(env_, all.classes), bridge(env_, all.bridge);
     all.object = object.Keep();
     all.string = string.Keep();
     all.outOfMemory = memory.Keep();
     all.stackOverflow = stack.Keep();
+    all.classes = classes.Keep();
     all.bridge = bridge.Keep();
     return all;
   }

@@ -9,8 +9,10 @@ namespace java_bridge {
 struct Inside {
   jclass bridge;
   jmethodID kindOf, isValue, find, getter, choose, nullOf, resultOf, invoke;  // static ones of the class Bridge
-  jmethodID loader, load, flaw, make, version;
-  jmethodID box, text, moment, fields, date, iterator, describe;
+  jmethodID version, close, box, text, moment, fields, date, iterator, describe;
+
+  jclass classes;
+  jmethodID loader, load, flaw, make;  // static ones of the class Classes
 
   jclass object, string, outOfMemory, stackOverflow;
   jmethodID typeName, systemLoader;                                     // of java.lang.Class and ClassLoader

@@ -13,6 +13,7 @@ namespace java_bridge {
 namespace {
 
 constexpr jint kSeveral = 16;
+constexpr jint kStream = 32;
 
 bool SameName(std::string_view one, std::string_view other) {
   return std::equal(one.begin(), one.end(), other.begin(), other.end(),
@@ -29,8 +30,9 @@ std::string TypeName(JNIEnv* env, jclass type) {
 JavaClass::JavaClass(JNIEnv* env, jclass type) : qmx_type(ObjectFunctions()) {
   const Inside& inside = *Prepared();
   const jint kind = CallInt(env, inside.bridge, inside.kindOf, static_cast<jobject>(type));
-  kind_ = static_cast<Kind>(kind & ~kSeveral);
+  kind_ = static_cast<Kind>(kind & ~(kSeveral | kStream));
   isSeveral_ = (kind & kSeveral) != 0;
+  isStream_ = (kind & kStream) != 0;
   name_ = TypeName(env, type);
   type_ = Global<jclass>(env, type).Keep();
   name = name_.c_str();

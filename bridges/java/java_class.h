@@ -37,6 +37,7 @@ class JavaClass : public qmx_type {
 
   Kind GetKind() const { return kind_; }
   const std::string& Name() const { return name_; }
+  bool IsStream() const { return isStream_; }
 
   // The member's id. Raises 438 where the class has none.
   std::int32_t Resolve(JNIEnv* env, std::string_view member) const;
@@ -50,6 +51,7 @@ class JavaClass : public qmx_type {
   std::string name_;
   Kind kind_;
   bool isSeveral_;  // an Iterator, an Iterable or a Stream
+  bool isStream_;
   mutable std::map<std::string, std::int32_t, std::less<>> ids_;
   mutable std::deque<Member> members_;
 };

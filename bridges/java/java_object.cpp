@@ -1,5 +1,8 @@
 #include "java_object.h"
 
+#include <cstdio>
+#include <exception>
+
 #include "arguments.h"
 #include "inside.h"
 #include "jvm.h"
@@ -44,8 +47,21 @@ JavaObject::JavaObject(JNIEnv* env, jobject object, const JavaClass& type)
 JavaObject::~JavaObject() {
   JNIEnv* const env = Jvm::Environment();
   if (!env) return;  // the JVM has taken its objects with it
+  if (Class().IsStream()) Close(env);
   env->DeleteGlobalRef(object_);
   if (iterator_) env->DeleteGlobalRef(iterator_);
+}
+
+// The program cannot be told of a failure: a release has no error.
+void JavaObject::Close(JNIEnv* env) noexcept {
+  try {
+    const Inside& inside = *Prepared();
+    CallVoid(env, inside.bridge, inside.close, object_);
+  } catch (const Failure& failure) {
+    std::fprintf(stderr, "Java: closing a %s failed: %s\n", Class().Name().c_str(), failure.description.c_str());
+  } catch (const std::exception& other) {
+    std::fprintf(stderr, "Java: closing a %s failed: %s\n", Class().Name().c_str(), other.what());
+  }
 }
 
 JavaObject* JavaObject::From(qmx_object* object) {

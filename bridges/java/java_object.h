@@ -37,6 +37,7 @@ class JavaObject : public qmx_object {
   void CallWithArguments(JNIEnv* env, const Member& member, qmx_value* const* arguments, std::size_t count,
                          qmx_value& result);
   jobject Iterator(JNIEnv* env);
+  void Close(JNIEnv* env) noexcept;  // of a Stream
   jint DateField(JNIEnv* env, int field);
 
   jobject object_;

@@ -45,7 +45,7 @@ qmx_status CreateFor(const qmx_manifest* manifest, const char* progId, std::size
     const Session session(*manifest);
     JNIEnv* const env = session.Env();
     const jobject type = session.Load({progId, length});
-    const jobject made = CallObject(env, session.Java().bridge, session.Java().make, type);
+    const jobject made = CallObject(env, session.Java().classes, session.Java().make, type);
     *object = new JavaObject(env, made, JavaClass::Of(env, made));
   });
 }

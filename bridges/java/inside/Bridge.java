@@ -1,6 +1,5 @@
 package qmxdatacopy;
 
-import java.io.File;
 import java.io.PrintWriter;
 import java.io.StringWriter;
 import java.lang.invoke.MethodType;
@@ -9,9 +8,6 @@ import java.lang.reflect.Method;
 import java.lang.reflect.Modifier;
 import java.math.BigDecimal;
 import java.math.BigInteger;
-import java.net.MalformedURLException;
-import java.net.URL;
-import java.net.URLClassLoader;
 import java.time.LocalDate;
 import java.time.LocalDateTime;
 import java.time.ZoneOffset;
@@ -46,7 +42,9 @@ final class Bridge {
   private static final int ARRAY = 10;
   private static final int MAP = 11;
 
-  private static final int SEVERAL_FORMS = 16;  // flag: answers hasMoreElements and nextElement through an Iterator
+  // Flags.
+  private static final int SEVERAL_FORMS = 16;  // answers hasMoreElements and nextElement through an Iterator
+  private static final int STREAM = 32;         // is closed when the program lets it go
   private static final long ZERO_DAY = LocalDate.of(1899, 12, 30).toEpochDay();
   private static final int STACK_LENGTH = 8000;
   private static final int LONGEST_CHAIN = 10;
@@ -64,8 +62,8 @@ final class Bridge {
     if (type == Date.class) return DATE;
     if (type.isArray()) return ARRAY;
     if (Map.class.isAssignableFrom(type)) return MAP;
-    boolean several = Iterator.class.isAssignableFrom(type) || Iterable.class.isAssignableFrom(type)
-        || BaseStream.class.isAssignableFrom(type);
+    if (BaseStream.class.isAssignableFrom(type)) return OBJECT | SEVERAL_FORMS | STREAM;
+    boolean several = Iterator.class.isAssignableFrom(type) || Iterable.class.isAssignableFrom(type);
     return several ? OBJECT | SEVERAL_FORMS : OBJECT;
   }
 
@@ -143,7 +141,7 @@ final class Bridge {
     }
   }
 
-  private static boolean isOpen(Class<?> type) {
+  static boolean isOpen(Class<?> type) {
     for (Class<?> c = type; c != null; c = c.getEnclosingClass()) {
       if (!Modifier.isPublic(c.getModifiers())) return false;
     }
@@ -292,55 +290,11 @@ final class Bridge {
     }
   }
 
-  // Classes.
-
-  static ClassLoader loader(String[] paths) throws MalformedURLException {
-    URL[] urls = new URL[paths.length];
-    for (int i = 0; i < paths.length; ++i) urls[i] = new File(paths[i]).toURI().toURL();
-    return new URLClassLoader(urls, ClassLoader.getPlatformClassLoader());
-  }
-
-  /** The class of that name, or of one that differs in case where that is allowed; null where there is none. */
-  static Class<?> load(ClassLoader loader, String name, String[] paths, boolean anyCase) throws Exception {
-    Class<?> type = load(loader, name);
-    if (type != null || !anyCase) return type;
-    String other = Names.in(paths).get(name.toLowerCase(Locale.ROOT));
-    return other == null ? null : load(loader, other);
-  }
-
-  private static Class<?> load(ClassLoader loader, String name) {
-    try {
-      return Class.forName(name, false, loader);
-    } catch (ClassNotFoundException e) {
-      return null;
-    }
-  }
-
-  /** Why no object of the class can be made; null where one can. */
-  static String flaw(Class<?> type) {
-    if (type.isInterface() || Modifier.isAbstract(type.getModifiers())) return "is abstract";
-    if (!isOpen(type)) return "is not public";
-    try {
-      type.getConstructor();
-      return null;
-    } catch (NoSuchMethodException e) {
-      return "has no public constructor without arguments";
-    }
-  }
-
-  static Object make(Class<?> type) throws Throwable {
-    try {
-      return type.getConstructor().newInstance();
-    } catch (InvocationTargetException e) {
-      throw e.getCause();
-    }
-  }
+  // Values and streams.
 
   static String version() {
     return System.getProperty("java.version") + " (" + System.getProperty("java.vm.name") + ")";
   }
-
-  // Values.
 
   static Object box(int kind, long bits) {
     switch (kind) {
@@ -385,6 +339,10 @@ final class Bridge {
     if (several instanceof Iterator) return (Iterator<?>) several;
     if (several instanceof BaseStream) return ((BaseStream<?, ?>) several).iterator();
     return ((Iterable<?>) several).iterator();
+  }
+
+  static void close(Object stream) {
+    ((BaseStream<?, ?>) stream).close();
   }
 
   // Errors.

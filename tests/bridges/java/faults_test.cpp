@@ -1,71 +1,78 @@
 // Each JNI call that may fail, failing once.
-#include <dlfcn.h>
-
-#include "tests/bridges/java/java_components.h"
+#include "tests/bridges/java/failing_jvm.h"
 
 namespace qmx::test {
 namespace {
 
-class JavaFaults : public JavaComponents {
+class JavaFaults : public FailingJvm {
  protected:
-  JavaFaults() {
-    Write("a.component", "setting jvm = " FAILING_JVM "\nsetting classpath = " JAVA_TEST_CLASSES
-                         "\nsetting option = -Xcheck:jni\nprogid = bridge.*\nprogid = java:*\n");
-  }
-
-  // Something of everything.
-  void Scenario() {
-    const Object values = components.CreateObject("bridge.Values");
-    for (const char* const name : {"getInt", "getLongBox", "getText", "getTrue", "getCharBox", "getDoubleBox",
-                                   "getBooleanBox", "getIntBox", "getBigDecimal", "getTimestamp", "getNothing"}) {
-      values.Call(std::string_view(name));
+  // Returns how many calls the scenario has.
+  int FailEachCall(Failure failure) {
+    int number = 1;
+    for (;; ++number) {
+      Fail(number, failure);
+      try {
+        Scenario();
+        if (!HasFailed()) break;
+      } catch (const Error& error) {
+        EXPECT_TRUE(HasFailed()) << number << ": " << error.Description();
+        EXPECT_FALSE(error.Description().empty()) << number;
+      }
+      Fail(0);
+      EXPECT_EQ(Locals(), 0) << number;
+      if (number > 2000) ADD_FAILURE() << "the scenario has no end";
+      if (number > 2000) break;
     }
-    const Object date = components.CreateObject("java:java.util.Date");
-    date.Call("setYear", 126);
-    ASSERT_EQ(date.Call("getYear"), Variant(126));
-    const Object arguments = components.CreateObject("bridge.Arguments");
-    ASSERT_EQ(arguments.Call("ofTwo", "a", 2), Variant("a2"));
-    ASSERT_EQ(arguments.Call("ofArguments", arguments), Variant("this"));
-    ASSERT_EQ(arguments.Call("ofDate", DateTime::FromDate(2026, 1, 1)), Variant("126 0 1 0 0 0"));
-    const Object iterable = components.CreateObject("bridge.Members").Call("iterable").ToObject();
-    while (iterable.Call("hasMoreElements").ToBoolean()) iterable.Call("nextElement");
+    Fail(0);
+    return number - 1;
   }
 };
 
 TEST_F(JavaFaults, AreErrorsAfterWhichEverythingWorks) {
-  // Loads the library without starting its JVM, so that the start has faults too.
-  void* const library = dlopen(FAILING_JVM, RTLD_NOW);
-  ASSERT_TRUE(library) << dlerror();
-  const auto fail = reinterpret_cast<void (*)(int)>(dlsym(library, "FailJniCall"));
-  const auto hasFailed = reinterpret_cast<bool (*)()>(dlsym(library, "HasJniCallFailed"));
-
-  int number = 1;
-  for (int passed = 0; passed == 0; ++number) {
-    fail(number);
-    try {
-      Scenario();
-      if (!hasFailed()) ++passed;
-    } catch (const Error& error) {
-      EXPECT_TRUE(hasFailed()) << number << ": " << error.Description();
-      EXPECT_FALSE(error.Description().empty()) << number;
-    }
-    fail(0);
-    ASSERT_LT(number, 2000);
-  }
-  EXPECT_GT(number, 60);
+  EXPECT_GT(FailEachCall(Failure::Exception), 100);
   Scenario();
+}
+
+TEST_F(JavaFaults, WithoutAnExceptionAreErrorsAfterWhichEverythingWorks) {
+  EXPECT_GT(FailEachCall(Failure::EmptyResult), 15);
+  Scenario();
+}
+
+TEST_F(JavaFaults, LeaveNoReferencesBehind) {
+  Scenario();
+  const long globals = Globals();
+  for (const Failure failure : {Failure::Exception, Failure::EmptyResult}) {
+    FailEachCall(failure);
+    EXPECT_EQ(Globals(), globals);
+  }
 }
 
 TEST_F(JavaFaults, AreDescribedAsTheExceptionThatTheyLeave) {
   Scenario();
-  void* const library = dlopen(FAILING_JVM, RTLD_NOW);
-  const auto fail = reinterpret_cast<void (*)(int)>(dlsym(library, "FailJniCall"));
   const Object values = components.CreateObject("bridge.Values");
   values.Call("getInt");
-  fail(1);
+  Fail(1);
   const Error error = Raised([&] { values.Call("getInt"); });
   EXPECT_EQ(error.Description(), "java.lang.IllegalStateException: injected");
   EXPECT_EQ(values.Call("getInt"), Variant(INT32_MIN));
+}
+
+// Standard error belongs to the process that ends.
+class JavaFaultsDeathTest : public FailingJvm {
+ protected:
+  void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+  void TearDown() override {}
+};
+
+TEST_F(JavaFaultsDeathTest, OfTheJvmsEndLetTheProcessEnd) {
+  for (const int call : {1, 2}) {
+    const auto end = [&] {
+      Scenario();
+      Fail(call);
+      std::exit(HasFailed() ? 4 : 3);
+    };
+    EXPECT_EXIT(end(), testing::ExitedWithCode(3), "");
+  }
 }
 
 }  // namespace

@@ -75,6 +75,27 @@ TEST_F(JavaMembers, OfIteratorsIterablesAndStreamsIncludeThoseOfAnEnumeration) {
   EXPECT_EQ(members.Call("iterator").ToObject().Call("next"), Variant("a"));
 }
 
+TEST_F(JavaMembers, OfAStreamIncludeItsCloseWhenTheProgramLetsItGo) {
+  {
+    const Object stream = members.Call("openStream").ToObject();
+    EXPECT_EQ(stream.Call("nextElement"), Variant("a"));
+    EXPECT_EQ(members.Call("getClosed"), Variant(0));
+  }
+  EXPECT_EQ(members.Call("getClosed"), Variant(1));
+  members.Call("openStream");  // never read
+  EXPECT_EQ(members.Call("getClosed"), Variant(2));
+}
+
+TEST_F(JavaMembers, OfAStreamWhoseCloseFailsAreReportedOnStandardError) {
+  EXPECT_THAT(Elements("stuckStream"), ElementsAre("a"));
+  const std::string printed = testing::internal::GetCapturedStderr();
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(printed,
+            "Java: closing a java.util.stream.ReferencePipeline$Head failed: java.lang.IllegalStateException: does not "
+            "close\n");
+  EXPECT_EQ(members.Call("getInherited"), Variant("inherited"));
+}
+
 TEST_F(JavaMembers, OfAnIterableWithoutAnIteratorFail) {
   const Error error = Raised([&] { Elements("noIterator"); });
   EXPECT_EQ(error.Number(), 91);

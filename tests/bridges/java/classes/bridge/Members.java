@@ -23,6 +23,7 @@ public class Members extends Parent implements Talking {
   }
 
   private String mixed = "";
+  private int closed;
 
   @Override public String getCovariant() { return "child"; }
   public String getMIXED() { return mixed; }
@@ -39,6 +40,11 @@ public class Members extends Parent implements Talking {
   public Iterator<String> iterator() { return List.of("a", "b").iterator(); }
   public Iterable<String> iterable() { return List.of("a", "b"); }
   public Stream<String> stream() { return Stream.of("a", "b"); }
+  public Stream<String> openStream() { return Stream.of("a", "b").onClose(() -> ++closed); }
+  public Stream<String> stuckStream() {
+    return Stream.of("a").onClose(() -> { throw new IllegalStateException("does not close"); });
+  }
+  public int getClosed() { return closed; }
   public Iterable<String> noIterator() { return () -> null; }
   public Enumeration<Object> mixture() {
     return new Enumeration<Object>() {
