@@ -133,6 +133,7 @@ void clsDataCopy::WriteLastUpdateTime(const std::string& tableCode, DateTime mom
     record->Fields(kLutm) = moment;
     record->Update();
     record->Close();
+    declarations_.facts.lastUpdateTime = moment;
   } catch (...) {
     // Without a new lutm the next run reads a longer period, which does no harm. The copy goes on, but the process does
     // not end as if all were well.

@@ -34,6 +34,7 @@ void clsDataCopy::StartDataCopy(std::string ConnectionString, std::string LocalD
                                 std::string LogFilePath, std::string BOWBusComponent) {
   const std::int16_t outcome =
       RunCopy(ConnectionString, LocalDataBase, TableName, LogFilePath, Variant(BOWBusComponent));
+  declarations_.facts.counts = {InsertCount, UpdateCount, DeleteCount};
   const std::string table = PieceAt(SplitAtEquals(TableName), 0, TableName, "the table code");
   const DateTime now = Now();
   if (outcome == kAlreadyInProgress) {
@@ -68,6 +69,7 @@ std::int16_t clsDataCopy::RunCopy(const std::string& ConnectionString, const std
     }
     SetCopyInProgress(tableCode);
     const std::int16_t syncMethod = ReadSyncMethod(tableCode) == kOnlyChanged ? kOnlyChanged : kFullCopy;
+    declarations_.facts.byChange = syncMethod == kOnlyChanged && !extendedForm;
     events_.DataCopyStarted(Now(), tableCode);
     CopyTable(TableName, tableCode, extendedForm, BusComponent.ToText(), syncMethod);
   } catch (...) {

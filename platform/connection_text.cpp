@@ -129,6 +129,8 @@ ConnectionText::ConnectionText(std::string text) : text_(std::move(text)) {
       const std::size_t hidden = reader.IsRestOfSecret(keyword) ? start : valueStart;
       masked_.append(text_, shown, hidden - shown).append("***");
       shown = reader.Position();
+      secrets_.push_back(value);
+      if (hidden == start) secrets_.push_back(keyword);
     }
     if (IsSecret(keyword) && !isEnclosed(valueStart)) reader.PassSecret();
     pairs_.emplace_back(std::move(keyword), std::move(value));

@@ -26,12 +26,16 @@ class ConnectionText {
   // may be the rest of a password that holds a ";".
   const std::string& Masked() const { return masked_; }
 
+  // What "***" replaces in it: values, and keywords that may be the rest of a password.
+  const std::vector<std::string>& Secrets() const { return secrets_; }
+
   // The same text with one keyword more, its value braced where it needs to be.
   ConnectionText With(std::string_view keyword, std::string_view value) const;
 
  private:
   std::string text_;
   std::string masked_;
+  std::vector<std::string> secrets_;
   std::vector<std::pair<std::string, std::string>> pairs_;
 };
 

@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+
+#include "platform/datetime.h"
 
 namespace qmx {
 
@@ -15,6 +18,20 @@ enum class ExitStatus {
   NothingToCopy = 4  // there is no such table or calendar kind
 };
 
+// What the run did, for its record. A member is empty if the run did not get that far.
+struct RunFacts {
+  struct Counts {
+    std::int32_t inserted = 0;
+    std::int32_t updated = 0;
+    std::int32_t deleted = 0;
+  };
+
+  std::optional<bool> byChange = {};
+  std::optional<Counts> counts = {};
+  std::optional<DateTime> lastUpdateTime = {};  // the lutm that the run wrote
+  int retries = 0;                              // how often the program began the copy again by itself
+};
+
 struct modDeclarations {
   bool ServerMessagesOff = false;    // no message-box or alert text is sent to the scheduling server
   bool HasStatusRequestId = false;   // table status is sent to the scheduling server
@@ -23,6 +40,7 @@ struct modDeclarations {
 
   ExitStatus exitStatus = ExitStatus::Complete;
   ExitStatus statusWhenFinished = ExitStatus::Complete;  // what exitStatus becomes when the run counts as finished
+  RunFacts facts;
 };
 
 }  // namespace qmx

@@ -19,8 +19,12 @@
 #include "platform/posix/exit_guard.h"
 #include "platform/posix/failure_report.h"
 #include "platform/posix/interrupt_signals.h"
+#include "platform/posix/paths.h"
 #include "platform/posix/text_files.h"
 #include "platform/progress/progress.h"
+#include "platform/run_records/record_fields.h"
+#include "platform/run_records/run_record.h"
+#include "platform/run_records/sudden_end.h"
 #include "platform/trace/database_trace.h"
 #include "platform/trace/trace.h"
 #include "platform/trace/traced_components.h"
@@ -46,7 +50,8 @@ ExitStatus Answer(const std::string& text) {
   return written ? ExitStatus::Complete : ExitStatus::StartUpFailed;
 }
 
-ExitStatus Run(const std::string& commandLine, int listener, qmx::FailureReport& failures) {
+ExitStatus Run(const std::string& commandLine, int listener, qmx::modDeclarations& declarations,
+               qmx::FailureReport& failures, qmx::RunRecord* record) {
   const qmx::InterruptSignals signals(
       "the copy ends at its next call to the ERP. A second signal ends it at once and leaves the table in progress.");
   qmx::PosixClock clock;
@@ -54,7 +59,7 @@ ExitStatus Run(const std::string& commandLine, int listener, qmx::FailureReport&
   qmx::PosixEventLog eventLog(clock, files);
   qmx::InstalledComponents components(clock);
   qmx::Watchdog watchdog(qmx::SilenceLimits::FromEnvironment(), [&](const qmx::Error& silence) {
-    qmx::EndSilentRun(commandLine, listener, silence, failures);
+    qmx::EndSilentRun(commandLine, listener, silence, failures, record);
   });
   qmx::LocalDrivers drivers({}, watchdog);
 
@@ -77,7 +82,6 @@ ExitStatus Run(const std::string& commandLine, int listener, qmx::FailureReport&
   qmx::Database database(drivers.All(), observer);
   qmx::Platform platform{clock, files, eventLog, seenComponents, database, clearedFailures};
 
-  qmx::modDeclarations declarations;
   qmx::Main(platform, declarations, commandLine);
   return declarations.exitStatus;
 }
@@ -90,6 +94,31 @@ void ReportStartUpFailure(qmx::FailureReport& failures) noexcept {
   } catch (...) {
     std::fputs("Out of memory: the program could not start.\n", stderr);
   }
+}
+
+// Null where the command line names no folder for it.
+std::unique_ptr<qmx::RunRecord> BeginRecord(const std::string& commandLine, qmx::FailureReport& failures) {
+  const std::optional<qmx::RunRequest> request = qmx::ReadRunRequest(commandLine);
+  if (!request) return nullptr;
+  const qmx::RunStart start{qmx::NativePath(request->logDirectory + "\\" + qmx::run_records::kFileName),
+                            qmx::VersionNumber(), request->table, request->connection, request->statusRequest};
+  auto record = std::make_unique<qmx::RunRecord>(start, failures);
+  qmx::EndLine::SetListener(qmx::SuddenEnd::Write);
+  return record;
+}
+
+ExitStatus RecordedRun(const std::string& commandLine, int listener, qmx::FailureReport& failures) {
+  const std::unique_ptr<qmx::RunRecord> record = BeginRecord(commandLine, failures);
+  qmx::RecordedFailures recorded(failures, record.get());
+  qmx::modDeclarations declarations;
+  ExitStatus status = ExitStatus::StartUpFailed;
+  try {
+    status = Run(commandLine, listener, declarations, recorded, record.get());
+  } catch (...) {
+    ReportStartUpFailure(recorded);
+  }
+  if (record) record->End(static_cast<int>(status), declarations.facts);
+  return status;
 }
 
 }  // namespace
@@ -110,7 +139,7 @@ int main(int argc, char** argv) {
     } else if (arguments == std::vector<std::string>{"--version"}) {
       status = Answer(qmx::Version());
     } else {
-      status = Run(JoinedByBlanks(arguments), listener, failures);
+      status = RecordedRun(JoinedByBlanks(arguments), listener, failures);
     }
   } catch (...) {
     ReportStartUpFailure(failures);

@@ -111,6 +111,17 @@ std::string TableCode(std::string_view commandLineText) {
   return name.substr(0, name.find('='));
 }
 
+std::optional<RunRequest> ReadRunRequest(std::string_view commandLineText) {
+  const CommandLine commandLine(commandLineText);
+  if (commandLine.Count() <= kLogFilePath) return std::nullopt;
+  modDeclarations declarations;
+  SetServerSwitches(declarations, commandLine);
+  RunRequest request{commandLine.Trimmed(kConnectionString), commandLine.Trimmed(kTableName),
+                     commandLine.Trimmed(kLogFilePath), std::nullopt};
+  if (declarations.HasStatusRequestId) request.statusRequest = declarations.StatusRequestId;
+  return request;
+}
+
 std::string LogDirectory(std::string_view commandLineText) { return CommandLine(commandLineText).At(kLogFilePath); }
 
 void WriteStartupFailureLog(TextFiles& files, Clock& clock, const std::string& LogDirectory) {

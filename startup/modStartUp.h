@@ -1,6 +1,8 @@
 // Start-up: reads the command line, sets the run's switches and has one table copied.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,6 +19,17 @@ void Main(Platform& platform, modDeclarations& declarations, std::string_view co
 
 // The table code that the command line asks to copy; empty where it has none.
 std::string TableCode(std::string_view commandLine);
+
+// What a command line asks for, as its record tells it.
+struct RunRequest {
+  std::string connection;
+  std::string table;
+  std::string logDirectory;
+  std::optional<std::int32_t> statusRequest;  // none where it is absent, empty or no number
+};
+
+// None where the command line names no log directory.
+std::optional<RunRequest> ReadRunRequest(std::string_view commandLineText);
 
 // The log directory as the command line has it; error 9 where it has none.
 std::string LogDirectory(std::string_view commandLineText);

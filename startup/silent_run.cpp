@@ -10,7 +10,8 @@
 
 namespace qmx {
 
-void EndSilentRun(std::string_view commandLine, int listener, const Error& failure, FailureReport& failures) noexcept {
+void EndSilentRun(std::string_view commandLine, int listener, const Error& failure, FailureReport& failures,
+                  RunRecord* record) noexcept {
   try {
     throw Error(failure).With("what to do", "\"qmxadmin release " + TableCode(commandLine) +
                                                 "\" where the table is still in progress, then copy again");
@@ -25,6 +26,7 @@ void EndSilentRun(std::string_view commandLine, int listener, const Error& failu
     }
   }
   const int status = static_cast<int>(ExitStatus::StartUpFailed);
+  if (record) record->End(status, {});  // what the run did is the run's own, which may still write it
   Progress::TellEnd(listener, status);
   std::_Exit(status);
 }

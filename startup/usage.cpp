@@ -18,8 +18,8 @@ blanks: QMXDBSynclog.txt, the log of a start-up failure. So write none around LO
   DATABASE    the database to make default on that connection; blank keeps the connection's own
   TABLE       table code, for example tsmdm030; for calendars also tcccp030=KEY=E (one employee's)
               or tcccp030=KEY=C (one calendar)
-  LOGDIR      folder of the logs: TABLE.log, QMXDBSynclog.txt and, without a system log, evtlog.txt;
-              where it is blank, QMXDBSynclog.txt goes to the drive C: and the others to the root folder
+  LOGDIR      folder of the logs: TABLE.log, QMXRuns.jsonl, QMXDBSynclog.txt and, without a system log,
+              evtlog.txt; where it is blank, QMXDBSynclog.txt goes to the drive C: and the others to the root folder
   COMPONENT1  the two pieces of the ERP's business component; it is handed to the ERP as
   COMPONENT2  "COMPONENT1, COMPONENT2"
   REQUEST     status request number of the scheduling server. A number: messages and table status
@@ -45,5 +45,7 @@ Example:
 }
 
 std::string Version() { return "qmxdatacopy " QMX_VERSION "\n"; }
+
+std::string VersionNumber() { return QMX_VERSION; }
 
 }  // namespace qmx

@@ -9,4 +9,6 @@ std::string Usage();    // one paragraph, shown after a failure that nothing tra
 std::string Help();     // all of it, for --help
 std::string Version();  // one line, for --version
 
+std::string VersionNumber();
+
 }  // namespace qmx

@@ -29,7 +29,7 @@ std::atomic<bool> isReported = false;
 void Report(int signal, siginfo_t* information, void*) {
   for (const Crash& crash : crashes) {
     if (crash.signal != signal) continue;
-    if (getpid() == reportingProcess && !isReported.exchange(true)) EndLine(crash.reason).Write();
+    if (getpid() == reportingProcess && !isReported.exchange(true)) EndLine(crash.reason).Write(128 + signal);
     sigaction(signal, &crash.before, nullptr);
   }
   // A fault comes again when the handler returns. A signal that was sent does not.

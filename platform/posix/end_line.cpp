@@ -1,6 +1,7 @@
 #include "platform/posix/end_line.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "platform/posix/standard_error.h"
 #include "platform/running_call.h"
@@ -10,6 +11,7 @@ namespace qmx {
 namespace {
 
 std::array<char, 64> table{};
+std::atomic<EndLine::Listener> currentListener = nullptr;
 
 }  // namespace
 
@@ -50,6 +52,12 @@ void EndLine::AddTable() noexcept {
   Add(table.data());
 }
 
-void EndLine::Write() const noexcept { WriteToStandardError({std::string_view(text_.data(), length_), "\n"}); }
+void EndLine::Write(int status) const noexcept {
+  const std::string_view line(text_.data(), length_);
+  WriteToStandardError({line, "\n"});
+  if (const Listener listener = currentListener) listener(line, status);
+}
+
+void EndLine::SetListener(Listener listener) noexcept { currentListener = listener; }
 
 }  // namespace qmx

@@ -17,7 +17,13 @@ class EndLine {
 
   // `reason` begins the line: "SIGSEGV ended the run".
   explicit EndLine(const char* reason) noexcept;
-  void Write() const noexcept;
+
+  // Status is the process's exit status, or 128 plus the number of the signal that ends it.
+  void Write(int status) const noexcept;
+
+  // Called with every line that is written, without its line end. It may be called in a signal handler.
+  using Listener = void (*)(std::string_view line, int status) noexcept;
+  static void SetListener(Listener listener) noexcept;
 
  private:
   void Add(const char* text) noexcept;

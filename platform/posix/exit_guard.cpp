@@ -18,7 +18,7 @@ std::atomic<pid_t> guardedProcess = 0;
 
 void EndUnlessMainHasEnded() {
   if (mainHasEnded || getpid() != guardedProcess) return;
-  EndLine("exit was called by something other than the program").Write();
+  EndLine("exit was called by something other than the program").Write(kFailed);
   _exit(kFailed);
 }
 

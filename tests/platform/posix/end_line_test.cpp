@@ -16,7 +16,7 @@ class TheEndLine : public testing::Test {
 
   static std::string Line(const char* reason = "SIGSEGV ended the run") {
     testing::internal::CaptureStderr();
-    EndLine(reason).Write();
+    EndLine(reason).Write(2);
     return testing::internal::GetCapturedStderr();
   }
 };

@@ -1,0 +1,41 @@
+// A JSON object or array on one line, written member by member.
+//
+// A JSON library is not used, because its values allocate when they are destroyed: a run that is short of memory would
+// end there. This one raises bad_alloc where it grows, and nowhere else.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qmx {
+
+class JsonLine {
+ public:
+  static JsonLine Object() { return JsonLine('{', '}'); }
+  static JsonLine Array() { return JsonLine('[', ']'); }
+
+  // Members of an object. What is no UTF-8 becomes U+FFFD.
+  JsonLine& Add(const char* name, std::string_view value);
+  JsonLine& Add(const char* name, std::int64_t value);
+  JsonLine& Add(const char* name, const std::optional<std::int64_t>& value);  // null for none
+  JsonLine& AddNull(const char* name);
+  JsonLine& Add(const char* name, const JsonLine& value);
+
+  JsonLine& Add(const JsonLine& element);  // of an array
+
+  std::string Text() const { return text_ + closing_; }
+  const std::string& Unclosed() const { return text_; }
+
+ private:
+  JsonLine(char opening, char closing) : text_(1, opening), closing_(closing) {}
+  void Separate();
+  void AddName(std::string_view name);
+  void AddText(std::string_view text);
+
+  std::string text_;
+  char closing_;
+};
+
+}  // namespace qmx

@@ -1,0 +1,102 @@
+#include "platform/run_records/process_identity.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/random.h>
+#include <unistd.h>
+
+#include <array>
+#include <charconv>
+#include <cstdio>
+#include <memory>
+#include <string_view>
+
+#include "platform/error.h"
+
+namespace qmx {
+namespace {
+
+// The beginning of a small file of the kernel's. Empty if it cannot be read.
+std::string ReadKernelFile(const std::string& path) {
+  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) return {};
+  std::array<char, 4096> text{};
+  const ssize_t length = read(descriptor, text.data(), text.size());
+  close(descriptor);
+  return {text.data(), length > 0 ? static_cast<std::size_t>(length) : 0};
+}
+
+// The number at the beginning of the text, behind blanks and tabs.
+std::optional<std::int64_t> NumberAt(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+  std::int64_t number = 0;
+  if (std::from_chars(text.data(), text.data() + text.size(), number).ec != std::errc()) return std::nullopt;
+  return number;
+}
+
+// A directory service is not asked, because it may be slow or away.
+std::string UserName(uid_t number) {
+  struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+  const std::unique_ptr<std::FILE, CloseFile> users(std::fopen("/etc/passwd", "re"));
+  std::array<char, 4096> buffer{};
+  passwd entry{};
+  passwd* found = nullptr;
+  while (users && fgetpwent_r(users.get(), &entry, buffer.data(), buffer.size(), &found) == 0 && found) {
+    if (found->pw_uid == number) return found->pw_name;
+  }
+  return std::to_string(number);
+}
+
+}  // namespace
+
+std::string HostName() {
+  std::array<char, 256> name{};
+  return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
+}
+
+std::string BootNumber() {
+  std::string number = ReadKernelFile("/proc/sys/kernel/random/boot_id");
+  number.erase(number.find_last_not_of('\n') + 1);
+  return number;
+}
+
+std::optional<std::int64_t> StartTicksOf(pid_t process) {
+  const std::string state = ReadKernelFile("/proc/" + std::to_string(process) + "/stat");
+  // The 22nd field. The second, the program's name, may hold blanks and brackets.
+  std::size_t place = state.rfind(')');
+  for (int field = 2; field < 22 && place != std::string::npos; ++field) place = state.find(' ', place + 1);
+  return place == std::string::npos ? std::nullopt : NumberAt(std::string_view(state).substr(place));
+}
+
+ProcessIdentity ThisProcess() {
+  const uid_t user = geteuid();
+  return {HostName(), getpid(), StartTicksOf(getpid()), BootNumber(), UserName(user), user};
+}
+
+std::string NewRunNumber() {
+  std::array<unsigned char, 16> bytes{};
+  if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size()))
+    throw Error(errors::kInternal, "Run record", "The kernel gave no random bytes for the run's number.");
+  bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0f) | 0x40);
+  bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3f) | 0x80);
+  std::string text;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
+    text += kDigits[bytes[i] >> 4];
+    text += kDigits[bytes[i] & 0x0f];
+  }
+  return text;
+}
+
+// The resource usage is not asked: it counts the memory of the program that started this one, too.
+std::optional<std::int64_t> PeakMemoryKib() {
+  const std::string state = ReadKernelFile("/proc/self/status");
+  constexpr std::string_view kPeak = "\nVmHWM:";
+  const std::size_t place = state.find(kPeak);
+  return place == std::string::npos ? std::nullopt : NumberAt(std::string_view(state).substr(place + kPeak.size()));
+}
+
+}  // namespace qmx
