@@ -7,4 +7,5 @@ source scripts/packages.sh
 
 install_packages "${benchPackages[@]}"
 build_preset release all bench_programs
-exec python3 -B bench/run.py "$@"
+# Debian's Python has the plotting library.
+exec /usr/bin/python3 -B bench/run.py "$@"

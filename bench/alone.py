@@ -7,7 +7,8 @@ import sys
 
 import data
 import servers
-from measuring import BENCH_PROGRAMS, CLIENT, EVERY, FOLDER, LOCAL, copying, copying_into_file, measured, run
+from measuring import (BENCH_PROGRAMS, CLIENT, ENVIRONMENT, EVERY, FOLDER, JAVA_MEMORY, LOCAL, copying, copying_from_memory,
+                       copying_into_file, measured, run)
 
 
 def verdict(target, is_met):
@@ -43,6 +44,43 @@ def calls_and_bytes(log):
     return len(calls), sum(size for size in reads if size > 0)
 
 
+def start_java(sizes, rounds):
+    """The same from an ERP in Java, whose audit reader has nothing to tell."""
+    data.copy_file(data.local_before_changes(sizes.server_orders), LOCAL)
+    command = copying_from_memory(sizes.server_orders)
+    seconds = [measured(command, components=JAVA_MEMORY).seconds * 1000 for _ in range(rounds)]
+    middle = statistics.median(seconds)
+    return [["start to exit, nothing to do, through Java", f"{middle:.0f} ms ({min(seconds):.0f} to {max(seconds):.0f})",
+             verdict("at most 200 ms", middle <= 200)]]
+
+
+def getters_java(_, rounds):
+    """As the median of what java_getters.cpp reports."""
+    medians = _medians(BENCH_PROGRAMS / "java_getters", rounds, env={**ENVIRONMENT, "QMX_COMPONENTS": str(JAVA_MEMORY)})
+    return [[name, f"{ns:,.0f} ns", verdict("at most 150 ns", ns <= 150)] for name, ns in medians]
+
+
+def memory_java(sizes, _):
+    """With the bridge's own options, and flat in a small heap."""
+    small, few, many = data.java_memory("-Xmx64m"), max(1, sizes.few // 2), max(1, sizes.many // 2)
+    own, small_few, small_many = (_peak_java(JAVA_MEMORY, sizes.few), _peak_java(small, few), _peak_java(small, many))
+    name = "peak memory, full copy, SQLite, from Java"
+    return [
+        [f"{name}, {sizes.few:,} rows", f"{own:.1f} MiB", verdict("at most 110 MiB", own <= 110)],
+        [f"{name}, `-Xmx64m`, {few:,} rows", f"{small_few:.1f} MiB", ""],
+        [f"{name}, `-Xmx64m`, {many:,} rows", f"{small_many:.1f} MiB",
+         verdict("within 8 MiB the same", abs(small_many - small_few) <= 8)],
+    ]
+
+
+def _peak_java(components, rows):
+    data.copy_file(data.empty_local(), LOCAL)
+    peak = measured(copying_from_memory(rows), components=components).peak
+    if int(run("sqlite3", LOCAL, "select count(*) from tssoc200")) != rows:
+        sys.exit(f"from Java: not {rows:,} rows were copied")
+    return peak
+
+
 def _memory(system, sizes, limit, prepare, copy, count, processors=EVERY):
     """Once for each size: what a process holds at most hardly differs between runs."""
     peaks = []
@@ -73,11 +111,14 @@ def _memory_server(server, sizes):
 
 def parts(sizes, rounds):
     """The inner parts, as the median of what parts.cpp reports."""
+    return [[name, f"{ns:,.0f} ns", ""] for name, ns in _medians(BENCH_PROGRAMS / "parts", rounds, data.erp(sizes.few))]
+
+
+def _medians(program, rounds, *arguments, **options):
     report = json.loads(run(
-        BENCH_PROGRAMS / "parts", data.erp(sizes.few), "--benchmark_format=json", "--benchmark_min_time=0.1",
-        f"--benchmark_repetitions={max(rounds, 2)}", "--benchmark_report_aggregates_only"))
-    medians = [one for one in report["benchmarks"] if one["aggregate_name"] == "median"]
-    return [[one["run_name"], f"{one['cpu_time']:,.0f} ns", ""] for one in medians]
+        program, *arguments, "--benchmark_format=json", "--benchmark_min_time=0.1",
+        f"--benchmark_repetitions={max(rounds, 2)}", "--benchmark_report_aggregates_only", **options))
+    return [(one["run_name"], one["cpu_time"]) for one in report["benchmarks"] if one["aggregate_name"] == "median"]
 
 
 ALONE = {
@@ -85,5 +126,8 @@ ALONE = {
     "memory-sqlite": memory_sqlite,
     "memory-postgresql": lambda sizes, _: _memory_server(servers.postgresql(), sizes),
     "memory-mariadb": lambda sizes, _: _memory_server(servers.mariadb(), sizes),
+    "java-start": start_java,
+    "java-getters": getters_java,
+    "java-memory": memory_java,
     "parts": parts,
 }

@@ -8,10 +8,11 @@ import sys
 from datetime import date, timedelta
 from pathlib import Path
 
-from measuring import BENCH_PROGRAMS, FOLDER, PROGRAMS, run
+from measuring import BENCH_PROGRAMS, FOLDER, JAVA_MEMORY, PROGRAMS, run
 
 TODAY = "2026-11-20"
 LONG_AGO = "2000-01-01"
+LOCAL_MOMENT = "case when {0} like '% 00:00:00' then substr({0}, 1, 10) else {0} end"  # of the ERP's text, in SQL
 
 
 def _made(path, make):
@@ -101,6 +102,18 @@ def empty_local():
     remove(path)
     run(PROGRAMS / "qmxadmin", "init", f"Provider=SQLite;Data Source={path};Mode=Create", "")
     return path
+
+
+def java_memory(option):
+    """A folder whose manifest is that of the ERP in memory in Java, with an option for the JVM."""
+    manifest = JAVA_MEMORY / "memory_erp_java.component"
+    folder = FOLDER / "components-java"
+    folder.mkdir(parents=True, exist_ok=True)
+    text = manifest.read_text()
+    for relative in ("../../components/qmx_java.so", "memory-erp.jar"):
+        text = text.replace(relative, str((JAVA_MEMORY / relative).resolve()))
+    (folder / manifest.name).write_text(f"{text}setting option = {option}\n")
+    return folder
 
 
 def local_before_changes(orders):

@@ -1,5 +1,6 @@
-/* measured FILE COMMAND...: runs the command and writes what it took into FILE: seconds from start to exit, and the
-   most memory that it or one of its children held, in KiB. The exit status is the command's.
+/* measured FILE COMMAND...: runs the command and writes what it took into FILE: seconds from start to exit, seconds of
+   processor time of it and its children, and the most memory that it or one of its children held, in KiB. The exit
+   status is the command's.
 
    In C, and small: what a process holds when it starts another counts as the other's. */
 #define _DEFAULT_SOURCE
@@ -15,6 +16,8 @@ static double Now(void) {
   clock_gettime(CLOCK_MONOTONIC, &now);
   return (double)now.tv_sec + (double)now.tv_nsec / 1e9;
 }
+
+static double Seconds(struct timeval time) { return (double)time.tv_sec + (double)time.tv_usec / 1e6; }
 
 int main(int argc, char** argv) {
   if (argc < 3) {
@@ -35,8 +38,9 @@ int main(int argc, char** argv) {
     return 1;
   }
   const double seconds = Now() - start;
+  const double processor = Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
   FILE* file = fopen(argv[1], "w");
-  if (!file || fprintf(file, "%.6f %ld\n", seconds, usage.ru_maxrss) < 0 || fclose(file) != 0) {
+  if (!file || fprintf(file, "%.6f %.6f %ld\n", seconds, processor, usage.ru_maxrss) < 0 || fclose(file) != 0) {
     perror(argv[1]);
     return 1;
   }

@@ -1,37 +1,53 @@
-"""The page that a full run leaves: docs/benchmarks.md."""
+"""The page that a full run leaves, docs/benchmarks.md, and its chart."""
 
 import os
 import platform
 import sqlite3
 import time
+from dataclasses import dataclass, field
 
+import chart
 from measuring import ROOT, run
 
 PATH = ROOT / "docs/benchmarks.md"
+CHART = ROOT / "docs/benchmarks.svg"
 
 TEXT = """# Speed and memory
 
-What `./bench.sh` measured on {date}, on {machine}.
+What `./bench.sh` measured on {date}, on {machine}.{scaled}
+
+![How long each way took](benchmarks.svg)
 
 {races}
 
-A line of this table is a way to do the work of a case, the program's first. The others use nothing but the database's own
-interface; they read the same rows from the same file of the sandbox ERP and write them into the same tables with the same journal. The
-ways take turns, {rounds} rounds of them, and after each run the tables must have the same content. The times are of whole processes,
-from start to exit: the median of the rounds. *Ratio* is the program's time divided by that way's time in the same round: the
-median, the least and the greatest.
+A line of this table is a way to do the work of a case, the program's first. The ways of a case start from the same rows, and after
+each run the tables must have the same content. They take turns, in {rounds} rounds, and each round begins with another way. The times
+are of whole processes, from start to exit: the median of the rounds. *Processor* is the time that processors worked for the way's own
+processes, not for a server: the program has two threads at work, and most other ways one. *Ratio* is the program's time divided by
+that way's time in the same round: the median, the least and the greatest. *Peak memory* is that of the largest process.
+
+*Rows after values* is the program again, with added rows in the plain form that every system knows, `insert ... values (...), (...)`: its
+ratio says what the server's own form brings, `unnest` in PostgreSQL and arrays of parameters in MariaDB.
+
+{ways}
+
+Into SQLite files all ways write with the program's settings: `journal_mode=wal`, `synchronous=normal`, `wal_autocheckpoint=16000`. One
+transaction is less work than many, and holds its locks to the end; what fails in it is taken back as a whole. The program commits more
+often, so that others can write meanwhile, and keeps what it has saved.
 
 {alone}
 
 Service orders have 32 columns. The changes of a changed copy are half updates, a quarter inserts and a quarter deletes, in random
-order. A server and what talks to it have a processor each; the servers keep the settings that they are delivered with. The making
-of the CSV file is not counted, nor the reading of the intervals that are inserted beside the expansion.{scaled}
+order. A server and what talks to it have a processor each; the servers keep the settings that they are delivered with.{once}
 """
 
-RACES = ["case", "way", "time", "rows/s", "ratio", "target", "peak memory"]
+RACES = ["case", "way", "time", "processor", "rows/s", "ratio", "target", "peak memory"]
+WAYS = ["case", "way", "reads", "writes"]
 ALONE = ["", "figure", "target"]
-PACKAGES = {"PostgreSQL": "postgresql-15", "odbc-postgresql": "odbc-postgresql", "MariaDB": "mariadb-server-core",
-            "odbc-mariadb": "odbc-mariadb", "unixODBC": "unixodbc"}
+PACKAGES = {
+    "PostgreSQL": "postgresql-15", "odbc-postgresql": "odbc-postgresql", "MariaDB": "mariadb-server-core",
+    "odbc-mariadb": "odbc-mariadb", "unixODBC": "unixodbc", "pgloader": "pgloader", "ogr2ogr": "gdal-bin", "Python": "python3",
+    "OpenJDK": "openjdk-17-jre-headless"}
 
 
 def _table(head, rows):
@@ -47,8 +63,26 @@ def _machine():
         "g++ " + run("g++", "-dumpfullversion").strip(), f"SQLite {sqlite3.sqlite_version}", *versions])
 
 
-def written(races, alone, rounds, scale):
-    return TEXT.format(
-        date=time.strftime("%Y-%m-%d"), machine=_machine(), rounds=rounds,
-        races=_table(RACES, races), alone=_table(ALONE, alone),
-        scaled="" if scale == 1 else f"\nSizes are {scale:g} times the usual ones.")
+@dataclass
+class Report:
+    rounds: int
+    scale: float
+    load: float = field(default_factory=lambda: os.getloadavg()[0])  # what others were doing when it began
+    races: list = field(default_factory=list)
+    ways: list = field(default_factory=list)
+    alone: list = field(default_factory=list)
+    bars: list = field(default_factory=list)
+
+    def text(self):
+        scaled = "" if self.scale == 1 else f" Sizes are {self.scale:g} times the usual ones."
+        if self.load > os.cpu_count() / 2:
+            scaled += (f" **The machine was busy with other work** (load {self.load:.1f} on {os.cpu_count()} processors when the run "
+                       "began): only the ratios mean something, and they swing.")
+        once = " What commits each row by\nitself ran in the first round only." if self.rounds > 1 else ""
+        return TEXT.format(
+            date=time.strftime("%Y-%m-%d"), machine=_machine(), rounds=self.rounds, races=_table(RACES, self.races),
+            ways=_table(WAYS, self.ways), alone=_table(ALONE, self.alone), scaled=scaled, once=once)
+
+    def write(self):
+        PATH.write_text(self.text())
+        chart.draw(self.bars, CHART)

@@ -1,30 +1,30 @@
-"""What the program does, and ways to do the same with nothing but the database's own interface."""
+"""What the program does, and other ways to do the same."""
 
 from dataclasses import dataclass
-from typing import Callable, Optional
+from typing import Callable
 
 import data
+import peers
 import servers
-from measuring import BENCH_PROGRAMS, LOCAL, copying, copying_into_file, run
-
-
-@dataclass(frozen=True)
-class Way:
-    name: str
-    command: list
-    most: Optional[float] = None  # what the program may take, as a multiple of this way
-    finish: Callable[[], None] = lambda: None  # not measured
+from measuring import BENCH_PROGRAMS, JAVA_MEMORY, LOCAL, MEMORY, copying, copying_from_memory, copying_into_file, run
+from way import Way
 
 
 @dataclass(frozen=True)
 class Race:
-    """The ways are taken in turn, the program's first, each from the same beginning, and must leave the same content."""
+    """The ways are taken in turn, each from the same beginning, and must leave the same content. The first one is the program's."""
 
     title: str
     rows: int  # that are added or changed
     ways: list
     prepare: Callable[[], None]
     content: Callable[[], str]
+
+
+ERP = "the ERP's file through a component: an object for each record, a call for each field"
+OWN = "the ERP's file with SQLite's own interface, one select"
+ROW_BY_ROW = "a statement for each row, one transaction"
+EACH_CHANGE = "the audit entries and each order with SQLite's own interface"
 
 
 def _local_content(table):
@@ -41,11 +41,16 @@ def sqlite_full(sizes):
     erp = data.erp(sizes.orders)
     empty = data.empty_local()
     csv = data.orders_as_csv(sizes.orders)
-    shell = ["sqlite3", "-cmd", "pragma journal_mode=wal", "-cmd", "pragma synchronous=normal", LOCAL]
     return Race("full copy, SQLite", sizes.orders, [
-        Way("program", copying_into_file(erp)),
-        Way("prepared reads, prepared inserts", [BENCH_PROGRAMS / "sqlite_full_copy", erp, LOCAL], most=1.25),
-        Way("sqlite3's .import of CSV", [*shell, f".import --csv '{csv}' tssoc200"], most=1 / 2, finish=_empty_texts_to_null),
+        Way("program", copying_into_file(erp), reads=ERP,
+            writes="many rows a statement, from a second thread; committed 50 ms after the first of them at the latest"),
+        Way("prepared reads, prepared inserts", [BENCH_PROGRAMS / "sqlite_full_copy", erp, LOCAL], most=1.25, reads=OWN,
+            writes=ROW_BY_ROW),
+        Way("sqlite3's .import of CSV", peers.shell_import(csv), most=1 / 2, finish=_empty_texts_to_null,
+            reads="a CSV file with the local table's rows, whose making is not counted, nor that empty texts become null",
+            writes=ROW_BY_ROW),
+        Way("Python's executemany", peers.executemany(erp), reads="the ERP's file through Python's sqlite3, one select",
+            writes=ROW_BY_ROW),
     ], lambda: data.copy_file(empty, LOCAL), lambda: _local_content("tssoc200"))
 
 
@@ -54,9 +59,13 @@ def sqlite_changed(sizes):
     before = data.local_before_changes(sizes.orders)
     reference = [BENCH_PROGRAMS / "sqlite_changed_copy", erp, LOCAL]
     return Race("changed copy, SQLite", sizes.changes, [
-        Way("program", copying_into_file(erp)),
-        Way("prepared statements", reference, most=1.3),
-        Way("the same, a fresh select text per row", [*reference, "fresh"], most=1 / 3.5),
+        Way("program", copying_into_file(erp), reads=f"{ERP}; new orders and new partners' ones twice",
+            writes="what differs; 16 statements or 5 ms are committed together"),
+        Way("prepared statements", reference, most=1.3, reads=EACH_CHANGE, writes=f"all columns; {ROW_BY_ROW}"),
+        Way("the same, only what differs", [*reference, "differences"], reads=EACH_CHANGE,
+            writes="what differs, compared in the program; one transaction"),
+        Way("prepared statements, a fresh select text per row", [*reference, "fresh"], most=1 / 3.5, reads=EACH_CHANGE,
+            writes=f"all columns; {ROW_BY_ROW}"),
     ], lambda: data.copy_file(before, LOCAL), lambda: _local_content("tssoc200"))
 
 
@@ -65,9 +74,37 @@ def expansion(sizes):
     expanded = data.expanded(sizes.calendars, sizes.years)
     intervals = int(run("sqlite3", expanded, "select count(*) from tscalender"))
     return Race("expansion of calendars, SQLite", intervals, [
-        Way("program", [BENCH_PROGRAMS / "expand_calendars", LOCAL]),
-        Way("inserts of the same rows", [BENCH_PROGRAMS / "sqlite_intervals", expanded, LOCAL], most=1.3),
+        Way("program", [BENCH_PROGRAMS / "expand_calendars", LOCAL], reads="the calendars",
+            writes="the intervals of a calendar, once they are made; 16 statements or 5 ms are committed together"),
+        Way("inserts of the same rows", [BENCH_PROGRAMS / "sqlite_intervals", expanded, LOCAL], most=1.3,
+            reads="the finished intervals, into memory first, which is not counted",
+            writes="a statement for each row, a transaction for each calendar"),
     ], lambda: data.copy_file(before, LOCAL), lambda: _local_content("tscalender"))
+
+
+def from_java(sizes):
+    """The same records in memory, once in a component in C and once in Java."""
+    orders = sizes.server_orders
+    empty = data.empty_local()
+    command = copying_from_memory(orders)
+    reads, writes = "a thousand records in memory, over and over", "as every full copy of the program into SQLite"
+    return Race("full copy, SQLite, from memory", orders, [
+        Way("from Java", command, reads=f"{reads}, through the Java bridge", writes=writes, components=JAVA_MEMORY),
+        Way("from C", command, most=1.6, reads=f"{reads}, through a component in C", writes=writes, components=MEMORY),
+    ], lambda: data.copy_file(empty, LOCAL), lambda: _local_content("tssoc200"))
+
+
+def _full_ways(server, erp, most):
+    program = copying(server.connection, erp)
+    together = "sent together from a second thread; committed with each statement, 50 ms after the first row at the latest"
+    return [
+        Way("program", program, reads=ERP, writes=f"{server.row_form}, {together}"),
+        Way("program, rows after values", [BENCH_PROGRAMS / "copy_in_values", program[1]], reads=ERP,
+            writes=f"128 rows after values, {together}"),
+        Way(server.bulk_name, server.load(erp), most, writes="one statement, one transaction",
+            reads="the ERP's file with SQLite's own interface, in a program that writes lines for the client"),
+        *server.peers(erp),
+    ]
 
 
 def _server_full(server, sizes, most):
@@ -76,10 +113,8 @@ def _server_full(server, sizes, most):
     def prepare():
         server.sql("truncate table tssoc200", "truncate table tstables", *server.settle)
 
-    return Race(f"full copy, {server.name}", sizes.server_orders, [
-        Way("program", copying(server.connection, erp)),
-        Way(server.bulk_name, server.load(erp), most),
-    ], prepare, lambda: server.sql(server.hashes))
+    return Race(f"full copy, {server.name}", sizes.server_orders, _full_ways(server, erp, most), prepare,
+                lambda: server.sql(server.hashes))
 
 
 def _server_changed(server, sizes):
@@ -93,9 +128,13 @@ def _server_changed(server, sizes):
                    f"insert into tstables (TableName, in_use, syme, lutm) values ('tssoc200', 0, 2, '{data.LONG_AGO}')",
                    *server.settle)
 
+    reference = [BENCH_PROGRAMS / "odbc_changed_copy", erp, server.connection]
     return Race(f"changed copy, {server.name}", sizes.server_changes, [
-        Way("program", copying(server.connection, erp)),
-        Way("prepared statements, ODBC", [BENCH_PROGRAMS / "odbc_changed_copy", erp, server.connection], most=1.2),
+        Way("program", copying(server.connection, erp), reads=f"{ERP}; new orders and new partners' ones twice",
+            writes="what differs; 500 statements or 40 ms are committed together"),
+        Way("prepared statements, ODBC", reference, most=1.2, reads=EACH_CHANGE, writes=f"all columns; {ROW_BY_ROW}"),
+        Way("the same, only what differs", [*reference, "differences"], reads=EACH_CHANGE,
+            writes="what differs, compared in the program; one transaction"),
     ], prepare, lambda: server.sql(server.hashes))
 
 
@@ -107,4 +146,5 @@ RACES = {
     "mariadb-full": lambda sizes: _server_full(servers.mariadb(), sizes, most=1.0),
     "mariadb-changed": lambda sizes: _server_changed(servers.mariadb(), sizes),
     "expansion": expansion,
+    "java-full": from_java,
 }

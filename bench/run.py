@@ -35,13 +35,16 @@ class Sizes:
 
 
 def run_race(race, rounds, processors):
-    """The measurements of each way, by its name, round after round: A B C A B C ..."""
+    """The measurements of each way, by its name. The next round begins with the next way: A B C, B C A, C A B, ..."""
     taken = {way.name: [] for way in race.ways}
-    for _ in range(rounds):
-        contents = {}
-        for way in race.ways:
+    contents = {}
+    for number in range(rounds):
+        first = number % len(race.ways)
+        for way in race.ways[first:] + race.ways[:first]:
+            if way.once and number > 0:
+                continue
             race.prepare()
-            taken[way.name].append(measured(way.command, processors))
+            taken[way.name].append(measured(way.command, processors, way.components))
             way.finish()
             contents[way.name] = race.content()
         if len(set(contents.values())) != 1:
@@ -55,14 +58,22 @@ def lines(race, taken):
     program = taken[race.ways[0].name]
     for way in race.ways:
         seconds = statistics.median(one.seconds for one in taken[way.name])
+        processor = statistics.median(one.processor for one in taken[way.name])
         peak = max(one.peak for one in taken[way.name])
         ratio = target = ""
-        if way.most is not None:
+        if way is not race.ways[0]:
             ratios = [ours.seconds / theirs.seconds for ours, theirs in zip(program, taken[way.name])]
             middle = statistics.median(ratios)
             ratio = f"{middle:.2f} ({min(ratios):.2f} to {max(ratios):.2f})"
-            target = verdict(f"{way.most:.2f}", middle <= way.most)
-        yield [race.title, way.name, f"{seconds:.2f} s", f"{race.rows / seconds:,.0f}", ratio, target, f"{peak:.1f} MiB"]
+            if way.most is not None:
+                target = verdict(f"{way.most:.2f}", middle <= way.most)
+        yield [race.title, way.name, f"{seconds:.2f} s", f"{processor:.2f} s", f"{race.rows / seconds:,.0f}", ratio, target,
+               f"{peak:.1f} MiB"]
+
+
+def bars(race, taken):
+    """For the chart: how long each way took."""
+    return race.title, [(way.name, statistics.median(one.seconds for one in taken[way.name])) for way in race.ways]
 
 
 def options():
@@ -72,6 +83,7 @@ def options():
     parser.add_argument("--rounds", type=int, default=5)
     parser.add_argument("--quick", action="store_true", help="the same as --scale 0.02 --rounds 2")
     parser.add_argument("--smoke", action="store_true", help="one round of tiny sizes without servers: does it still work?")
+    parser.add_argument("--page", action="store_true", help="write docs/benchmarks.md also where the sizes are not the usual ones")
     given = parser.parse_args()
     if unknown := set(given.cases) - set(CASES):
         parser.error(f"no such case: {', '.join(sorted(unknown))}")
@@ -92,18 +104,20 @@ def main():
 
     FOLDER.mkdir(parents=True, exist_ok=True)
     sizes = Sizes.scaled(given.scale)
-    in_races, by_itself = [], []
+    report = page.Report(given.rounds, given.scale)
     for name in cases:
         print(f"{name} ...", file=sys.stderr, flush=True)
         if name in RACES:
             race = RACES[name](sizes)
-            in_races += lines(race, run_race(race, given.rounds, CLIENT if name in ON_SERVERS else EVERY))
+            taken = run_race(race, given.rounds, CLIENT if name in ON_SERVERS else EVERY)
+            report.races += lines(race, taken)
+            report.ways += [[race.title, way.name, way.reads, way.writes] for way in race.ways]
+            report.bars.append(bars(race, taken))
         else:
-            by_itself += ALONE[name](sizes, given.rounds)
-    whole = page.written(in_races, by_itself, given.rounds, given.scale)
-    print(whole, end="")
-    if cases == CASES and given.scale == 1:
-        page.PATH.write_text(whole)
+            report.alone += ALONE[name](sizes, given.rounds)
+    print(report.text(), end="")
+    if given.page or (cases == CASES and given.scale == 1):
+        report.write()
 
 
 if __name__ == "__main__":

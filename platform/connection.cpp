@@ -2,6 +2,7 @@
 #include "platform/database_observer.h"
 #include "platform/names.h"
 #include "platform/open_connection.h"
+#include "platform/sql_statement.h"
 
 namespace qmx {
 namespace {
@@ -32,13 +33,14 @@ Driver& DriverFor(const ConnectionText& text, const std::vector<Driver*>& driver
   RaiseUnserved(text, drivers);
 }
 
-std::int64_t Run(OpenConnection& session, const SqlText& text) {
+std::int64_t Run(OpenConnection& session, const std::string& text) {
+  RequireOneStatement(text);
   try {
-    ConnectionStatement statement = session.Statement(text);
+    TextStatement statement = session.Statement(text);
     while (statement.Step()) continue;
     return statement.RowsAffected();
   } catch (Error& error) {
-    error.With("statement", text.Text());
+    error.With("statement", text);
     throw;
   }
 }
@@ -56,7 +58,7 @@ StoredTable& OpenConnection::Table(const std::string& name) {
   return *table;
 }
 
-ConnectionStatement OpenConnection::Statement(const SqlText& text) {
+TextStatement OpenConnection::Statement(const std::string& text) {
   Driver();
   return {statements_, text};
 }
@@ -126,7 +128,7 @@ std::int64_t Connection::Execute(const SqlText& statement) {
       [&] {
         OpenConnection& session = OpenSession();
         statement.Check();
-        affected = Run(session, statement);
+        affected = Run(session, statement.Text());
       },
       [&](const Error* error) { observer_->Executed(statement.Text(), affected, error); });
   return affected;

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/sql_statement.h"
+
 namespace qmx {
 namespace {
 
@@ -23,7 +25,8 @@ void ToColumnType(Variant& value, Variant::Kind type) {
 
 std::unique_ptr<RecordsetCursor> RecordsetCursor::OnTable(std::shared_ptr<OpenConnection> session,
                                                           const std::string& table) {
-  std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session), table));
+  std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session)));
+  cursor->source_ = table;
   cursor->table_ = &cursor->session_->Table(table);
   cursor->layout_ = cursor->table_->Layout();
   cursor->pending_.resize(cursor->layout_->Columns().size());
@@ -31,12 +34,14 @@ std::unique_ptr<RecordsetCursor> RecordsetCursor::OnTable(std::shared_ptr<OpenCo
 }
 
 std::unique_ptr<RecordsetCursor> RecordsetCursor::OnStatement(std::shared_ptr<OpenConnection> session,
-                                                              const SqlText& statement) {
-  std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session), statement));
+                                                              const std::string& statement) {
+  std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session)));
+  cursor->source_ = statement;
   try {
+    RequireOneStatement(statement);
     cursor->ReadRows(statement);
   } catch (Error& error) {
-    error.With("statement", statement.Text());
+    error.With("statement", statement);
     throw;
   }
   cursor->pending_.resize(cursor->layout_->Columns().size());
@@ -51,7 +56,7 @@ void RecordsetCursor::RaiseNoSuchColumn(std::size_t column) const {
 
 void RecordsetCursor::RaiseNoSuchColumn(std::string_view name) const {
   const std::string column(name);
-  throw Error(errors::kNoSuchColumn, kSource, "There is no column \"" + column + "\" in \"" + source_.Text() + "\".")
+  throw Error(errors::kNoSuchColumn, kSource, "There is no column \"" + column + "\" in \"" + source_ + "\".")
       .With("column", column);
 }
 
@@ -161,12 +166,12 @@ void RecordsetCursor::Close() {
   if (hasWritten_) session_->Driver().Commit();
 }
 
-void RecordsetCursor::ReadRows(const SqlText& statement) {
-  ConnectionStatement query = session_->Statement(statement);
+void RecordsetCursor::ReadRows(const std::string& statement) {
+  TextStatement query = session_->Statement(statement);
   if (query.Columns().empty()) {
     throw Error(errors::kCommand, kSource, "A record set needs a statement that gives rows.");
   }
-  const std::optional<std::string> name = layout_ ? std::nullopt : query.TableOfRows();
+  const std::optional<std::string> name = layout_ ? std::nullopt : TableOfRows(statement);
   StoredTable* const table = name ? &session_->Table(*name) : nullptr;
   bool hasRow = query.Step();
   const std::vector<ColumnDescription>& columns = query.Columns();
@@ -196,7 +201,7 @@ void RecordsetCursor::RaiseNotWritable() const {
   session_->Driver();
   throw Error(errors::kNotAllowedNow, kSource,
               "The rows of this query are read-only: it does not show the rows of one table whole.")
-      .With("statement", source_.Text());
+      .With("statement", source_);
 }
 
 }  // namespace qmx

@@ -19,7 +19,7 @@ class RecordsetCursor {
  public:
   static std::unique_ptr<RecordsetCursor> OnTable(std::shared_ptr<OpenConnection> session, const std::string& table);
   static std::unique_ptr<RecordsetCursor> OnStatement(std::shared_ptr<OpenConnection> session,
-                                                      const SqlText& statement);
+                                                      const std::string& statement);
   ~RecordsetCursor() { session_->RecordsetClosed(); }
   RecordsetCursor(const RecordsetCursor&) = delete;
   RecordsetCursor& operator=(const RecordsetCursor&) = delete;
@@ -58,11 +58,10 @@ class RecordsetCursor {
  private:
   enum class Pending { None, Edit, NewRow };
 
-  RecordsetCursor(std::shared_ptr<OpenConnection> session, const SqlText& source)
-      : session_(std::move(session)), source_(source) {
+  explicit RecordsetCursor(std::shared_ptr<OpenConnection> session) : session_(std::move(session)) {
     session_->RecordsetOpened();
   }
-  void ReadRows(const SqlText& statement);
+  void ReadRows(const std::string& statement);
   void ReadRowsOnce();
   void Convert(std::size_t column, Variant& value);
   void SaveEdit();
@@ -77,7 +76,7 @@ class RecordsetCursor {
   std::shared_ptr<OpenConnection> session_;
   StoredTable* table_ = nullptr;  // the session's; null where the rows are read-only
   std::shared_ptr<const RowLayout> layout_;
-  SqlText source_;  // for errors
+  std::string source_;  // for errors
 
   std::vector<Row> rows_;
   std::size_t position_ = 0;  // rows_.size() past the end

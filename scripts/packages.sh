@@ -6,7 +6,8 @@ serverPackages=(unixodbc odbc-postgresql odbc-mariadb postgresql mariadb-server-
 testPackages=("${demoPackages[@]}" "${serverPackages[@]}" libgtest-dev libgmock-dev libbenchmark-dev locales clang-14 clang-format-14
               clang-tidy-14 default-jdk-headless dpkg-dev file groff-base junit4 libsqliteodbc
               libxerial-sqlite-jdbc-java python3 valgrind)
-benchPackages=("${demoPackages[@]}" "${serverPackages[@]}" libbenchmark-dev python3 strace)
+benchPackages=("${demoPackages[@]}" "${serverPackages[@]}" default-jdk-headless gdal-bin libbenchmark-dev pgloader python3
+               python3-matplotlib strace)
 
 # install_packages PACKAGE...: installs what is missing; without need of a network when nothing is.
 install_packages() {

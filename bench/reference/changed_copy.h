@@ -2,9 +2,10 @@
 // their order, each one a delete, or a select by key and then an insert or an update.
 //
 // As in the program's copy, an order that is known and keeps its partner keeps the partner's name too, and its page
-// frequency becomes 0: the audit trail carries neither.
+// frequency becomes 0: the audit trail carries neither. An update writes all columns, or those alone that differ.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,46 +14,98 @@
 
 namespace reference {
 
-enum class Update { Audited, Whole };
+using Columns = std::vector<int>;
 
-inline std::vector<int> UpdatedColumns(Update update) {
-  std::vector<int> columns;
+inline constexpr const char* kOnlyDifferences = "differences";
+
+// What an update writes of the ERP's row, beside the page frequency of an audited one. A new partner has a new name.
+inline Columns UpdatedColumns(bool isAudited) {
+  Columns columns;
   for (int i = kNumber + 1; i < static_cast<int>(kOrderColumns.size()); ++i) {
-    if (update == Update::Whole || (i != kPartnerName && i != kPageFrequency)) columns.push_back(i);
+    if (!isAudited || (i != kPartnerName && i != kPageFrequency)) columns.push_back(i);
   }
   return columns;
 }
 
-inline std::string UpdateOrder(Update update) {
-  std::string assignments = update == Update::Audited ? "minu=0" : "";
-  for (const int column : UpdatedColumns(update)) {
+struct Update {
+  bool setsPageFrequency;  // to 0
+  Columns columns;         // to the ERP's values
+  bool operator<(const Update& other) const {
+    return setsPageFrequency != other.setsPageFrequency ? setsPageFrequency : columns < other.columns;
+  }
+};
+
+inline std::string UpdateOrder(const Update& update) {
+  std::string assignments = update.setsPageFrequency ? "minu=0" : "";
+  for (const int column : update.columns) {
     assignments +=
         (assignments.empty() ? "" : ",") + std::string(kOrderColumns[static_cast<std::size_t>(column)].name) + "=?";
   }
   return "update tssoc200 set " + assignments + " where orno=?";
 }
 
-// Local has Delete(orno), Partner(orno), none where there is no such order, Insert(row) and Update(how, row).
-template <class Local>
-void ApplyChanges(const std::string& orvan, Local& local) {
-  const File erp = ErpFile(orvan);
-  Statement entries = erp.Prepare("select change, orno from audit_tssoc200 order by entry");
-  Statement current = erp.Prepare("select " + OrderColumns() + " from tssoc200 where orno=?");
-  while (entries.Step()) {
-    const std::string orno = entries.Text(1);
-    if (*entries.Text(0) == 'D') {
-      local.Delete(orno);
-      continue;
-    }
-    current.Bind(1, orno);
-    if (!current.Step()) throw std::runtime_error("order " + orno + " is gone: it should have been changed once only");
-    if (const std::optional<std::string> partner = local.Partner(orno); !partner) {
-      local.Insert(current);
-    } else {
-      local.Update(*partner == current.Text(kPartner) ? Update::Audited : Update::Whole, current);
-    }
-    current.Reset();
+// The statement for an update, prepared once.
+template <class Prepared>
+class Updates {
+ public:
+  template <class Prepare>
+  Prepared& For(const Update& update, const Prepare& prepare) {
+    const auto known = statements_.find(update);
+    return known != statements_.end() ? known->second : statements_.try_emplace(update, prepare(update)).first->second;
   }
-}
+
+ private:
+  std::map<Update, Prepared> statements_;
+};
+
+// Local has Delete(orno), Find(orno), false where there is no such order, and of the order that was found
+// Partner(), Differs(row, column) and HasPageFrequency(); Insert(row) and Change(update, row).
+template <class Local>
+class Changes {
+ public:
+  Changes(const std::string& orvan, Local& local, bool onlyDifferences)
+      : erp_(ErpFile(orvan)), local_(local), onlyDifferences_(onlyDifferences) {}
+
+  void Apply() {
+    Statement entries = erp_.Prepare("select change, orno from audit_tssoc200 order by entry");
+    Statement current = erp_.Prepare("select " + OrderColumns() + " from tssoc200 where orno=?");
+    while (entries.Step()) {
+      const std::string orno = entries.Text(1);
+      if (*entries.Text(0) == 'D') {
+        local_.Delete(orno);
+        continue;
+      }
+      current.Bind(1, orno);
+      if (!current.Step())
+        throw std::runtime_error("order " + orno + " is gone: it should have been changed once only");
+      if (!local_.Find(orno)) {
+        local_.Insert(current);
+      } else {
+        Apply(current);
+      }
+      current.Reset();
+    }
+  }
+
+ private:
+  void Apply(const Statement& current) {
+    const bool isAudited = local_.Partner() == current.Text(kPartner);
+    const Columns& all = isAudited ? audited_ : whole_;
+    if (!onlyDifferences_) return local_.Change({isAudited, all}, current);
+    update_.columns.clear();
+    for (const int column : all) {
+      if (local_.Differs(current, column)) update_.columns.push_back(column);
+    }
+    update_.setsPageFrequency = isAudited && local_.HasPageFrequency();
+    if (update_.setsPageFrequency || !update_.columns.empty()) local_.Change(update_, current);
+  }
+
+  const File erp_;
+  Local& local_;
+  const bool onlyDifferences_;
+  const Columns audited_ = UpdatedColumns(true);
+  const Columns whole_ = UpdatedColumns(false);
+  Update update_;
+};
 
 }  // namespace reference

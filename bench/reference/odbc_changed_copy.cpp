@@ -1,10 +1,14 @@
-// odbc_changed_copy ORVAN CONNECTION: a changed copy of the service orders with ODBC's own interface, in one
-// transaction and with prepared statements, each run for one row. CONNECTION is a connection text of ODBC.
+// odbc_changed_copy ORVAN CONNECTION [differences]: a changed copy of the service orders with ODBC's own interface, in
+// one transaction and with prepared statements, each run for one row. CONNECTION is a connection text of ODBC. With
+// "differences" an update writes only what differs.
 #include <sql.h>
 #include <sqlext.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
 #include <iostream>
+#include <memory>
 
 #include "bench/reference/changed_copy.h"
 
@@ -141,13 +145,13 @@ class Prepared {
   std::vector<Place> places_;
 };
 
-std::vector<int> ThenNumber(std::vector<int> columns) {
+reference::Columns ThenNumber(reference::Columns columns) {
   columns.push_back(reference::kNumber);
   return columns;
 }
 
-std::vector<int> AllColumns() {
-  std::vector<int> columns = reference::UpdatedColumns(reference::Update::Whole);
+reference::Columns AllColumns() {
+  reference::Columns columns = reference::UpdatedColumns(false);
   columns.insert(columns.begin(), reference::kNumber);
   return columns;
 }
@@ -158,43 +162,57 @@ class Local {
 
   void Delete(const std::string& orno) { delete_.Run(orno); }
 
-  std::optional<std::string> Partner(const std::string& orno) {
+  bool Find(const std::string& orno) {
     select_.Run(orno);
     const bool isKnown = select_.Fetch();
     select_.Close();
-    if (!isKnown) return std::nullopt;
-    const Place& partner = found_[reference::kPartner];
-    return std::string(partner.text, static_cast<std::size_t>(partner.indicator));
+    return isKnown;
+  }
+  std::string_view Partner() const { return Found(reference::kPartner); }
+  bool HasPageFrequency() const { return Number(reference::kPageFrequency) != 0; }
+  bool Differs(const reference::Statement& row, int column) const {
+    const Kind kind = kOrderColumns[static_cast<std::size_t>(column)].kind;
+    const bool isNull = reference::IsNull(row, column);
+    if (isNull || IsNull(column)) return isNull != IsNull(column);
+    if (kind == Kind::Number) return sqlite3_column_double(row.Get(), column) != Number(column);
+    if (kind == Kind::Moment) return row.Text(column) != Found(column);  // a server shows midnight too
+    return reference::LocalText(row, column, kind) != Found(column);
   }
 
   void Insert(const reference::Statement& row) { insert_.Run(row); }
-  void Update(reference::Update update, const reference::Statement& row) {
-    (update == reference::Update::Whole ? updateWhole_ : updateAudited_).Run(row);
+  void Change(const reference::Update& update, const reference::Statement& row) {
+    const auto prepare = [&](const reference::Update& made) {
+      return std::make_unique<Prepared>(connection_, reference::UpdateOrder(made), ThenNumber(made.columns));
+    };
+    updates_.For(update, prepare)->Run(row);
   }
 
  private:
-  Prepared Updating(reference::Update update) {
-    return {connection_, reference::UpdateOrder(update), ThenNumber(reference::UpdatedColumns(update))};
+  const Place& PlaceOf(int column) const { return found_[static_cast<std::size_t>(column)]; }
+  bool IsNull(int column) const { return PlaceOf(column).indicator == SQL_NULL_DATA; }
+  std::string_view Found(int column) const {
+    return {PlaceOf(column).text, static_cast<std::size_t>(PlaceOf(column).indicator)};
   }
+  double Number(int column) const { return std::strtod(PlaceOf(column).text, nullptr); }
 
   const Connection& connection_;
   std::vector<Place> found_{kOrderColumns.size()};
   Prepared delete_{connection_, "delete from tssoc200 where orno=?", {reference::kNumber}};
   Prepared select_{connection_, "select * from tssoc200 where orno=?", {reference::kNumber}};
   Prepared insert_{connection_, reference::InsertOrder(), AllColumns()};
-  Prepared updateAudited_ = Updating(reference::Update::Audited);
-  Prepared updateWhole_ = Updating(reference::Update::Whole);
+  reference::Updates<std::unique_ptr<Prepared>> updates_;
 };
 
 }  // namespace
 
 int main(int argc, char** argv) {
   try {
-    if (argc != 3) throw std::runtime_error("usage: odbc_changed_copy ORVAN CONNECTION");
+    const bool differences = argc == 4 && std::strcmp(argv[3], reference::kOnlyDifferences) == 0;
+    if (argc != 3 && !differences) throw std::runtime_error("usage: odbc_changed_copy ORVAN CONNECTION [differences]");
     Connection connection(argv[2]);
     {
       Local local(connection);
-      reference::ApplyChanges(argv[1], local);
+      reference::Changes(argv[1], local, differences).Apply();
     }
     connection.Commit();
   } catch (const std::exception& failure) {

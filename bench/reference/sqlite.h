@@ -67,11 +67,12 @@ class File {
 
 inline File ErpFile(const std::string& path) { return {path, SQLITE_OPEN_READONLY}; }
 
-// With the journal that the program has.
+// With the program's own settings.
 inline File LocalFile(const std::string& path) {
   File file(path, SQLITE_OPEN_READWRITE);
   file.Execute("pragma journal_mode=wal");
   file.Execute("pragma synchronous=normal");
+  file.Execute("pragma wal_autocheckpoint=16000");
   return file;
 }
 

@@ -1,5 +1,7 @@
-// sqlite_changed_copy ORVAN LOCAL [fresh]: a changed copy of the service orders with SQLite's own interface, in one
-// transaction and with prepared statements; with "fresh" each order is selected by a text of its own.
+// sqlite_changed_copy ORVAN LOCAL [fresh|differences]: a changed copy of the service orders with SQLite's own
+// interface, in one transaction and with prepared statements. With "fresh" each order is selected by a text of its own;
+// with "differences" an update writes only what differs.
+#include <cstring>
 #include <iostream>
 
 #include "bench/reference/changed_copy.h"
@@ -17,15 +19,25 @@ class Local {
     delete_.Run();
   }
 
-  std::optional<std::string> Partner(const std::string& orno) {
+  bool Find(const std::string& orno) {
     if (freshSelect_) {
-      Statement select = file_.Prepare("select * from tssoc200 where orno='" + orno + "'");
-      return PartnerOf(select);
+      fresh_.emplace(file_.Prepare("select * from tssoc200 where orno='" + orno + "'"));
+    } else {
+      select_.Reset();
+      select_.Bind(1, orno);
     }
-    select_.Bind(1, orno);
-    const auto partner = PartnerOf(select_);
-    select_.Reset();
-    return partner;
+    return Found().Step();
+  }
+  std::string Partner() { return Found().Text(kPartner); }
+  bool HasPageFrequency() { return sqlite3_column_double(Found().Get(), kPageFrequency) != 0; }
+  bool Differs(const Statement& row, int column) {
+    const Kind kind = kOrderColumns[static_cast<std::size_t>(column)].kind;
+    const bool isNull = IsNull(row, column);
+    if (isNull || IsNull(Found(), column)) return isNull != IsNull(Found(), column);
+    if (kind == Kind::Number) {
+      return sqlite3_column_double(row.Get(), column) != sqlite3_column_double(Found().Get(), column);
+    }
+    return LocalText(row, column, kind) != Found().Text(column);
   }
 
   void Insert(const Statement& row) {
@@ -33,42 +45,42 @@ class Local {
     insert_.Run();
   }
 
-  void Update(reference::Update update, const Statement& row) {
-    const bool isWhole = update == reference::Update::Whole;
-    Statement& statement = isWhole ? updateWhole_ : updateAudited_;
+  void Change(const Update& update, const Statement& row) {
+    Found().Reset();
+    Statement& statement = updates_.For(update, [&](const Update& made) { return file_.Prepare(UpdateOrder(made)); });
     int parameter = 0;
-    for (const int column : isWhole ? whole_ : audited_) BindOrderColumn(row, column, statement, ++parameter);
+    for (const int column : update.columns) BindOrderColumn(row, column, statement, ++parameter);
     BindOrderColumn(row, kNumber, statement, ++parameter);
     statement.Run();
   }
 
  private:
-  static std::optional<std::string> PartnerOf(Statement& select) {
-    if (!select.Step()) return std::nullopt;
-    return select.Text(kPartner);
-  }
+  Statement& Found() { return fresh_ ? *fresh_ : select_; }
 
   const File& file_;
   const bool freshSelect_;
-  const std::vector<int> audited_ = UpdatedColumns(reference::Update::Audited);
-  const std::vector<int> whole_ = UpdatedColumns(reference::Update::Whole);
+  std::optional<Statement> fresh_;
   Statement delete_ = file_.Prepare("delete from tssoc200 where orno=?");
   Statement select_ = file_.Prepare("select * from tssoc200 where orno=?");
   Statement insert_ = file_.Prepare(InsertOrder());
-  Statement updateAudited_ = file_.Prepare(UpdateOrder(reference::Update::Audited));
-  Statement updateWhole_ = file_.Prepare(UpdateOrder(reference::Update::Whole));
+  Updates<Statement> updates_;
 };
 
 }  // namespace
 
 int main(int argc, char** argv) {
   try {
-    const bool fresh = argc == 4 && argv[3] == std::string("fresh");
-    if (argc != 3 && !fresh) throw std::runtime_error("usage: sqlite_changed_copy ORVAN LOCAL [fresh]");
+    const bool fresh = argc == 4 && std::strcmp(argv[3], "fresh") == 0;
+    const bool differences = argc == 4 && std::strcmp(argv[3], kOnlyDifferences) == 0;
+    if (argc != 3 && !fresh && !differences) {
+      throw std::runtime_error("usage: sqlite_changed_copy ORVAN LOCAL [fresh|differences]");
+    }
     const File file = LocalFile(argv[2]);
     file.Execute("begin");
-    Local local(file, fresh);
-    ApplyChanges(argv[1], local);
+    {
+      Local local(file, fresh);
+      Changes(argv[1], local, differences).Apply();
+    }
     file.Execute("commit");
   } catch (const std::exception& failure) {
     std::cerr << "sqlite_changed_copy: " << failure.what() << '\n';
