@@ -19,11 +19,10 @@ const Member kIsDeleted = "isDeleted";
 const Member kIsUpdated = "isUpdated";
 const Member kIsInserted = "isInserted";
 
-// A statement on the one local row that has the current object's key.
-SqlText StatementOnKey(const std::string& statement, const KeyCondition& key, const Object& current) {
-  SqlText text(statement);
+// Makes a statement on the one local row that has the current object's key.
+void PutStatementOnKey(SqlText& text, const std::string& statement, const KeyCondition& key, const Object& current) {
+  text.Restart(statement);
   for (const KeyPart& part : key) text.Append(part.before).Value(current.Call(part.getter)).Append(part.after);
-  return text;
 }
 
 }  // namespace
@@ -93,11 +92,12 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
                                     const std::string& tableCode, const ChangeMapper& setFields) {
   const std::string select = "select * from " + tableCode;
   const std::string remove = "DELETE FROM " + tableCode;
-  std::string key;          // of the entry at hand, for the report of a failure
-  std::int64_t number = 0;  // of that entry, from 1; 0 behind the last
+  SqlText statement("");      // on the row of the entry at hand
+  std::size_t keyBegins = 0;  // in that statement's text, for the report of a failure; 0 before it is whole
+  std::int64_t number = 0;    // of that entry, from 1; 0 behind the last
   const auto apply = [&] {
     for (;;) {
-      key.clear();
+      keyBegins = 0;
       ++number;
       if (!audit.reader.Call(kHasMoreElements).ToBoolean()) break;
       const Variant entry = RequiredObject(audit.reader, kNextElement, audit.reader.Call(kNextElement));
@@ -106,9 +106,9 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
           RequiredObject(audit.reader, kGetCurrentObject, audit.reader.Call(kGetCurrentObject, tuple));
 
       if (audit.status.Call(kIsDeleted, entry).ToBoolean()) {
-        const SqlText removal = StatementOnKey(remove, deleteKey, current);
-        key = removal.Text().substr(remove.size() + 1);
-        LocalConnection->Execute(removal);
+        PutStatementOnKey(statement, remove, deleteKey, current);
+        keyBegins = remove.size() + 1;
+        LocalConnection->Execute(statement);
         Increment(DeleteCount);
         continue;
       }
@@ -116,9 +116,9 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
       const bool inserted = audit.status.Call(kIsInserted, entry).ToBoolean();
       if (!updated && !inserted) continue;
 
-      const SqlText query = StatementOnKey(select, selectKey, current);
-      key = query.Text().substr(select.size() + 1);
-      LocalRecordSet->Open(query, *LocalConnection, kCursorKeyset, kLockOptimistic, kCommandText);
+      PutStatementOnKey(statement, select, selectKey, current);
+      keyBegins = select.size() + 1;
+      LocalRecordSet->Open(statement, *LocalConnection, kCursorKeyset, kLockOptimistic, kCommandText);
       const bool isNew = LocalRecordSet->BOF();
       Increment(isNew ? InsertCount : UpdateCount);
       if (isNew) LocalRecordSet->AddNew();
@@ -136,7 +136,7 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
     const auto isKey = [](const Error::Detail& detail) { return detail.first == "key"; };
     if (number > 0 && std::none_of(error.Details().begin(), error.Details().end(), isKey)) {
       error.With("audit entry", std::to_string(number));
-      if (!key.empty()) error.With("key", key);
+      if (keyBegins > 0) error.With("key", statement.Text().substr(keyBegins));
     }
     throw;
   }

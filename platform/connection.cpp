@@ -2,7 +2,6 @@
 #include "platform/database_observer.h"
 #include "platform/names.h"
 #include "platform/open_connection.h"
-#include "platform/sql_statement.h"
 
 namespace qmx {
 namespace {
@@ -33,14 +32,13 @@ Driver& DriverFor(const ConnectionText& text, const std::vector<Driver*>& driver
   RaiseUnserved(text, drivers);
 }
 
-std::int64_t Run(OpenConnection& session, const std::string& text) {
-  RequireOneStatement(text);
+std::int64_t Run(OpenConnection& session, const SqlText& text) {
   try {
-    TextStatement statement = session.Statement(text);
+    ConnectionStatement statement = session.Statement(text);
     while (statement.Step()) continue;
     return statement.RowsAffected();
   } catch (Error& error) {
-    error.With("statement", text);
+    error.With("statement", text.Text());
     throw;
   }
 }
@@ -58,7 +56,7 @@ StoredTable& OpenConnection::Table(const std::string& name) {
   return *table;
 }
 
-TextStatement OpenConnection::Statement(const std::string& text) {
+ConnectionStatement OpenConnection::Statement(const SqlText& text) {
   Driver();
   return {statements_, text};
 }
@@ -128,7 +126,7 @@ std::int64_t Connection::Execute(const SqlText& statement) {
       [&] {
         OpenConnection& session = OpenSession();
         statement.Check();
-        affected = Run(session, statement.Text());
+        affected = Run(session, statement);
       },
       [&](const Error* error) { observer_->Executed(statement.Text(), affected, error); });
   return affected;

@@ -85,6 +85,7 @@ class DriverSession {
   virtual std::unique_ptr<DriverStatement> Prepare(const std::string& statement) = 0;  // "?" marks a parameter
   virtual std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) { return Prepare(insert.Text()); }
   virtual std::string IntegerParameter() const { return "?"; }  // one that is an integer beside whatever it stands
+  virtual std::string MomentText(DateTime moment) const { return moment.ToText(); }  // within a statement's text
   virtual std::unique_ptr<DriverRows> PrepareRows(const RowInsert& insert) { return RowsInValues(*this, insert); }
   virtual TableDescription Describe(const std::string& table) = 0;  // -2147217865 when there is none
   virtual std::string QuoteIdentifier(const std::string& name) const = 0;

@@ -17,9 +17,9 @@ class OpenConnection {
   explicit OpenConnection(std::unique_ptr<DriverSession> driver) : driver_(std::move(driver)), statements_(*driver_) {}
 
   bool IsOpen() const { return driver_ != nullptr; }
-  DriverSession& Driver() const;                     // 3709 when closed
-  StoredTable& Table(const std::string& name);       // described once; -2147217865 when there is none
-  TextStatement Statement(const std::string& text);  // 3709 when closed; the text is borrowed
+  DriverSession& Driver() const;                       // 3709 when closed
+  StoredTable& Table(const std::string& name);         // described once; -2147217865 when there is none
+  ConnectionStatement Statement(const SqlText& text);  // 3709 when closed; the text is borrowed
 
   std::string Catalog() { return Driver().Catalog(); }
   void SelectCatalog(const std::string& name);  // 3219 while a record set is open

@@ -5,16 +5,10 @@
 #include <utility>
 
 #include "platform/error.h"
+#include "platform/sql_statement.h"
 
 namespace qmx {
 namespace {
-
-// The kinds count too: a system may settle its parameters' types when it prepares.
-bool IsSame(const StatementShape& one, const StatementShape& other) {
-  return one.text == other.text &&
-         std::equal(one.values.begin(), one.values.end(), other.values.begin(), other.values.end(),
-                    [](const Variant& a, const Variant& b) { return a.GetKind() == b.GetKind(); });
-}
 
 // Whether the database did nothing because of what the statement says. Anything else (a time-out, a broken rule, a lost
 // connection) the text as it stands would have met as well.
@@ -27,61 +21,70 @@ bool IsRefusal(const Error& error) {
 
 PreparedStatements::PreparedStatements(DriverSession& session) : session_(session) { kept_.reserve(kMostKept); }
 
-std::unique_ptr<DriverStatement> PreparedStatements::Take(const StatementShape& shape) {
+std::unique_ptr<PreparedStatements::Prepared> PreparedStatements::Take(const SqlShape& shape) {
   const auto found =
-      std::find_if(kept_.begin(), kept_.end(), [&](const Kept& candidate) { return IsSame(candidate.shape, shape); });
-  if (found == kept_.end()) return session_.Prepare(shape.text);
-  std::unique_ptr<DriverStatement> statement = std::move(found->statement);
+      std::find_if(kept_.begin(), kept_.end(), [&](const auto& candidate) { return candidate->shape == shape; });
+  if (found == kept_.end()) return nullptr;
+  std::unique_ptr<Prepared> prepared = std::move(*found);
   kept_.erase(found);
-  return statement;
+  return prepared;
 }
 
-void PreparedStatements::Keep(StatementShape shape, std::unique_ptr<DriverStatement> statement) noexcept {
-  statement->Reset();
+void PreparedStatements::Keep(std::unique_ptr<Prepared> prepared) noexcept {
+  prepared->statement->Reset();
   if (kept_.size() == kMostKept) kept_.erase(kept_.begin());
-  kept_.push_back({std::move(shape), std::move(statement)});
+  kept_.push_back(std::move(prepared));
+}
+
+void ConnectionStatement::Prepare(SqlShape shape, const std::string& text) {
+  std::unique_ptr<DriverStatement> statement = statements_.session_.Prepare(text);
+  prepared_ = std::make_unique<Prepared>(Prepared{std::move(shape), std::move(statement), qmx::TableOfRows(text)});
+}
+
+void ConnectionStatement::PrepareAsItStands() {
+  prepared_.reset();  // on a server it may still be in the way
+  Prepare({}, text_.Text([this](DateTime moment) { return statements_.session_.MomentText(moment); }));
 }
 
 template <typename Use>
-decltype(auto) TextStatement::OrAsItStands(Use&& use) {
+decltype(auto) ConnectionStatement::OrAsItStands(Use&& use) {
   try {
     return use();
   } catch (const Error& error) {
     const bool wasShared = std::exchange(isShared_, false);
     if (!wasShared || hasRow_ || !IsRefusal(error)) throw;
   }
-  statement_.reset();  // on a server it may still be in the way
-  statement_ = prepared_.session_.Prepare(text_);
+  PrepareAsItStands();
   return use();
 }
 
-TextStatement::TextStatement(PreparedStatements& prepared, const std::string& text) : prepared_(prepared), text_(text) {
-  std::optional<StatementShape> shape = ShapeOf(text, prepared_.session_.IntegerParameter());
-  if (!shape) {
-    statement_ = prepared_.session_.Prepare(text_);
-    return;
+ConnectionStatement::ConnectionStatement(PreparedStatements& statements, const SqlText& text)
+    : statements_(statements), text_(text), prepared_(statements.Take(text.Shape())) {
+  std::optional<std::string> form;
+  if (!prepared_) {
+    RequireOneStatement(text.Text());
+    form = text.Shape().SharedForm(statements_.session_.IntegerParameter());
   }
-  shape_ = std::move(*shape);
-  isShared_ = true;
+  isShared_ = prepared_ || form;
+  if (!isShared_) PrepareAsItStands();
   OrAsItStands([&] {
     if (!isShared_) return;
-    statement_ = prepared_.Take(shape_);
-    for (std::size_t parameter = 0; parameter < shape_.values.size(); ++parameter) {
-      statement_->Bind(parameter, shape_.values[parameter]);
-    }
+    if (!prepared_) Prepare(text.Shape(), *form);
+    std::size_t parameter = 0;
+    for (const Variant& value : text.Values()) prepared_->statement->Bind(parameter++, value);
   });
 }
 
-TextStatement::~TextStatement() {
-  if (isShared_) prepared_.Keep(std::move(shape_), std::move(statement_));
+ConnectionStatement::~ConnectionStatement() {
+  if (isShared_) statements_.Keep(std::move(prepared_));
 }
 
-const std::vector<ColumnDescription>& TextStatement::Columns() {
-  return OrAsItStands([&]() -> const std::vector<ColumnDescription>& { return statement_->Columns(); });
+const std::vector<ColumnDescription>& ConnectionStatement::Columns() {
+  return OrAsItStands([&]() -> const std::vector<ColumnDescription>& { return prepared_->statement->Columns(); });
 }
 
-bool TextStatement::Step() {
-  return hasRow_ = OrAsItStands([&] { return statement_->Step(); });
+bool ConnectionStatement::Step() {
+  return hasRow_ = OrAsItStands([&] { return prepared_->statement->Step(); });
 }
 
 }  // namespace qmx

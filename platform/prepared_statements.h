@@ -1,17 +1,17 @@
-// Statements that are given as texts. Texts that differ in their literals only (sql_literals.h) share a prepared one.
+// Prepared statements that are shared by the texts of one shape (sql_text.h).
 //
-// The few that were used last are kept. One that is in use serves nobody else. Nothing of this shows but the speed:
-// where the database refuses what a shared statement asks for, the text runs as it stands, and what becomes of that is
-// what the caller sees.
+// The few that were used last are kept. One that is in use serves no other text. Sharing changes the speed only: if the
+// database refuses the shared form, the text itself is sent, and its outcome is what the caller sees.
 #pragma once
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/database_driver.h"
-#include "platform/sql_literals.h"
+#include "platform/sql_text.h"
 
 namespace qmx {
 
@@ -21,44 +21,52 @@ class PreparedStatements {
   void Clear() { kept_.clear(); }
 
  private:
-  friend class TextStatement;
+  friend class ConnectionStatement;
   static constexpr std::size_t kMostKept = 16;
 
-  struct Kept {
-    StatementShape shape;
+  struct Prepared {
+    SqlShape shape;
     std::unique_ptr<DriverStatement> statement;
+    std::optional<std::string> table;  // whose rows it shows one by one and whole
   };
 
-  std::unique_ptr<DriverStatement> Take(const StatementShape& shape);
-  void Keep(StatementShape shape, std::unique_ptr<DriverStatement> statement) noexcept;
+  std::unique_ptr<Prepared> Take(const SqlShape& shape);  // null where none is kept
+  void Keep(std::unique_ptr<Prepared> prepared) noexcept;
 
   DriverSession& session_;
-  std::vector<Kept> kept_;  // the one that was used last stands last
+  std::vector<std::unique_ptr<Prepared>> kept_;  // the one that was used last stands last
 };
 
-// One text, prepared to be run once.
-class TextStatement {
+// A statement of an open connection: one text, to be run once.
+class ConnectionStatement {
  public:
-  TextStatement(PreparedStatements& prepared, const std::string& text);  // both borrowed
-  ~TextStatement();
-  TextStatement(const TextStatement&) = delete;
-  TextStatement& operator=(const TextStatement&) = delete;
+  // Both are borrowed. Raises the command error for a text that does not hold one statement.
+  ConnectionStatement(PreparedStatements& statements, const SqlText& text);
+  ~ConnectionStatement();
+  ConnectionStatement(const ConnectionStatement&) = delete;
+  ConnectionStatement& operator=(const ConnectionStatement&) = delete;
 
   // Of the result, empty when there is none. They may be others after the first step: the database may have changed
-  // since somebody else's statement of that shape was prepared.
+  // since another text of that shape was prepared.
   const std::vector<ColumnDescription>& Columns();
   bool Step();  // true while a row stands ready
-  Variant Value(std::size_t column) { return statement_->Value(column); }
-  std::int64_t RowsAffected() const { return statement_->RowsAffected(); }
+  Variant Value(std::size_t column) { return prepared_->statement->Value(column); }
+  std::int64_t RowsAffected() const { return prepared_->statement->RowsAffected(); }
+
+  // The table whose rows it shows one by one and whole (sql_statement.h).
+  const std::optional<std::string>& TableOfRows() const { return prepared_->table; }
 
  private:
+  using Prepared = PreparedStatements::Prepared;
+
+  void Prepare(SqlShape shape, const std::string& text);
+  void PrepareAsItStands();
   template <typename Use>
   decltype(auto) OrAsItStands(Use&& use);
 
-  PreparedStatements& prepared_;
-  const std::string& text_;
-  StatementShape shape_;
-  std::unique_ptr<DriverStatement> statement_;
+  PreparedStatements& statements_;
+  const SqlText& text_;
+  std::unique_ptr<Prepared> prepared_;
   bool isShared_ = false;  // and nothing went wrong so far
   bool hasRow_ = false;
 };

@@ -46,7 +46,7 @@ void Recordset::Open(const SqlText& source, Connection& connection, int cursorTy
         if (options == kCommandTable) {
           cursor_ = RecordsetCursor::OnTable(connection.session_, source.Text());
         } else {
-          cursor_ = RecordsetCursor::OnStatement(connection.session_, source.Text());
+          cursor_ = RecordsetCursor::OnStatement(connection.session_, source);
           rows = cursor_->Count();
         }
         connection_ = &connection;

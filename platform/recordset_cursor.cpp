@@ -4,8 +4,6 @@
 #include <cmath>
 #include <utility>
 
-#include "platform/sql_statement.h"
-
 namespace qmx {
 namespace {
 
@@ -25,8 +23,7 @@ void ToColumnType(Variant& value, Variant::Kind type) {
 
 std::unique_ptr<RecordsetCursor> RecordsetCursor::OnTable(std::shared_ptr<OpenConnection> session,
                                                           const std::string& table) {
-  std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session)));
-  cursor->source_ = table;
+  std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session), table));
   cursor->table_ = &cursor->session_->Table(table);
   cursor->layout_ = cursor->table_->Layout();
   cursor->pending_.resize(cursor->layout_->Columns().size());
@@ -34,14 +31,12 @@ std::unique_ptr<RecordsetCursor> RecordsetCursor::OnTable(std::shared_ptr<OpenCo
 }
 
 std::unique_ptr<RecordsetCursor> RecordsetCursor::OnStatement(std::shared_ptr<OpenConnection> session,
-                                                              const std::string& statement) {
-  std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session)));
-  cursor->source_ = statement;
+                                                              const SqlText& statement) {
+  std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session), statement));
   try {
-    RequireOneStatement(statement);
     cursor->ReadRows(statement);
   } catch (Error& error) {
-    error.With("statement", statement);
+    error.With("statement", statement.Text());
     throw;
   }
   cursor->pending_.resize(cursor->layout_->Columns().size());
@@ -56,7 +51,7 @@ void RecordsetCursor::RaiseNoSuchColumn(std::size_t column) const {
 
 void RecordsetCursor::RaiseNoSuchColumn(std::string_view name) const {
   const std::string column(name);
-  throw Error(errors::kNoSuchColumn, kSource, "There is no column \"" + column + "\" in \"" + source_ + "\".")
+  throw Error(errors::kNoSuchColumn, kSource, "There is no column \"" + column + "\" in \"" + source_.Text() + "\".")
       .With("column", column);
 }
 
@@ -166,12 +161,12 @@ void RecordsetCursor::Close() {
   if (hasWritten_) session_->Driver().Commit();
 }
 
-void RecordsetCursor::ReadRows(const std::string& statement) {
-  TextStatement query = session_->Statement(statement);
+void RecordsetCursor::ReadRows(const SqlText& statement) {
+  ConnectionStatement query = session_->Statement(statement);
   if (query.Columns().empty()) {
     throw Error(errors::kCommand, kSource, "A record set needs a statement that gives rows.");
   }
-  const std::optional<std::string> name = layout_ ? std::nullopt : TableOfRows(statement);
+  const std::optional<std::string> name = layout_ ? std::nullopt : query.TableOfRows();
   StoredTable* const table = name ? &session_->Table(*name) : nullptr;
   bool hasRow = query.Step();
   const std::vector<ColumnDescription>& columns = query.Columns();
@@ -201,7 +196,7 @@ void RecordsetCursor::RaiseNotWritable() const {
   session_->Driver();
   throw Error(errors::kNotAllowedNow, kSource,
               "The rows of this query are read-only: it does not show the rows of one table whole.")
-      .With("statement", source_);
+      .With("statement", source_.Text());
 }
 
 }  // namespace qmx

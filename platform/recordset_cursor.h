@@ -19,7 +19,7 @@ class RecordsetCursor {
  public:
   static std::unique_ptr<RecordsetCursor> OnTable(std::shared_ptr<OpenConnection> session, const std::string& table);
   static std::unique_ptr<RecordsetCursor> OnStatement(std::shared_ptr<OpenConnection> session,
-                                                      const std::string& statement);
+                                                      const SqlText& statement);
   ~RecordsetCursor() { session_->RecordsetClosed(); }
   RecordsetCursor(const RecordsetCursor&) = delete;
   RecordsetCursor& operator=(const RecordsetCursor&) = delete;
@@ -58,10 +58,11 @@ class RecordsetCursor {
  private:
   enum class Pending { None, Edit, NewRow };
 
-  explicit RecordsetCursor(std::shared_ptr<OpenConnection> session) : session_(std::move(session)) {
+  RecordsetCursor(std::shared_ptr<OpenConnection> session, const SqlText& source)
+      : session_(std::move(session)), source_(source) {
     session_->RecordsetOpened();
   }
-  void ReadRows(const std::string& statement);
+  void ReadRows(const SqlText& statement);
   void ReadRowsOnce();
   void Convert(std::size_t column, Variant& value);
   void SaveEdit();
@@ -76,7 +77,7 @@ class RecordsetCursor {
   std::shared_ptr<OpenConnection> session_;
   StoredTable* table_ = nullptr;  // the session's; null where the rows are read-only
   std::shared_ptr<const RowLayout> layout_;
-  std::string source_;  // for errors
+  SqlText source_;  // for errors
 
   std::vector<Row> rows_;
   std::size_t position_ = 0;  // rows_.size() past the end

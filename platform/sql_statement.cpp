@@ -120,6 +120,11 @@ std::string_view StatementAlone(std::string_view text) {
   return text;
 }
 
+std::string_view FirstWord(std::string_view statement) {
+  const Token token = Tokens(statement).Next();
+  return token.kind == Token::Kind::Word ? token.text : std::string_view();
+}
+
 std::optional<std::string> TableOfRows(std::string_view statement) {
   constexpr std::array<std::string_view, 5> kNotRowByRow = {"union", "intersect", "except", "group", "having"};
   Tokens tokens(statement);

@@ -15,6 +15,9 @@ void RequireOneStatement(const std::string& statement);
 // The one statement that a text holds, without the ";" behind it and what follows that.
 std::string_view StatementAlone(std::string_view text);
 
+// A word such as "select"; empty where the text begins with anything else.
+std::string_view FirstWord(std::string_view statement);
+
 // The table whose rows a query shows one by one and whole, so that they can be changed through it: "select * from T",
 // with a condition and an order or without. Nothing for any other text; it is read-only then.
 std::optional<std::string> TableOfRows(std::string_view statement);

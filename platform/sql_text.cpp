@@ -1,11 +1,16 @@
 #include "platform/sql_text.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "platform/error.h"
 
 namespace qmx {
 namespace {
+
+using Kind = Variant::Kind;
+
+constexpr std::size_t kUsualValues = 4;
 
 std::string WhyItBreaks(const std::string& value, bool quoted) {
   if (value.find('\0') != std::string::npos) return "The value holds a NUL character";
@@ -14,25 +19,94 @@ std::string WhyItBreaks(const std::string& value, bool quoted) {
   return {};
 }
 
+// Nothing where the integer is written in another way, such as "007".
+std::optional<std::int32_t> IntegerWrittenAs(const std::string& text) {
+  std::int32_t value = 0;
+  std::from_chars(text.data(), text.data() + text.size(), value);
+  return std::to_string(value) == text ? std::optional(value) : std::nullopt;
+}
+
+// Whether a literal in these places is one, and not the beginning, the middle or the end of something else.
+bool StandsAlone(std::string_view text, std::size_t begin, std::size_t end) {
+  constexpr std::string_view kBefore = " \t\r\n(,=<>";
+  constexpr std::string_view kBehind = " \t\r\n),";
+  return (begin == 0 || kBefore.find(text[begin - 1]) != std::string_view::npos) &&
+         (end == text.size() || kBehind.find(text[end]) != std::string_view::npos);
+}
+
+bool IsEnclosed(std::string_view text, std::size_t at) {
+  return at > 0 && at < text.size() && text[at - 1] == '\'' && text[at] == '\'';
+}
+
 }  // namespace
 
+std::optional<std::string> SqlShape::SharedForm(std::string_view integerParameter) const {
+  if (places.empty()) return std::nullopt;
+  std::string form;
+  std::size_t copied = 0;
+  for (const Place& place : places) {
+    if (!place.isInteger && !IsEnclosed(fixed, place.at)) return std::nullopt;
+    const std::size_t quote = place.isInteger ? 0 : 1;
+    const std::size_t begin = place.at - quote;
+    const std::size_t end = place.at + quote;
+    const bool isFirst = &place == &places.front();
+    if ((!isFirst && begin <= copied) || !StandsAlone(fixed, begin, end)) return std::nullopt;
+    form.append(fixed, copied, begin - copied).append(place.isInteger ? integerParameter : "?");
+    copied = end;
+  }
+  return form.append(fixed, copied);
+}
+
+SqlText& SqlText::Restart(std::string_view fixed) {
+  shape_.fixed.clear();
+  shape_.places.clear();
+  values_.clear();
+  broken_.clear();
+  isQuoteOpen_ = false;
+  return Append(fixed);
+}
+
 SqlText& SqlText::Append(std::string_view fixed) {
-  text_ += fixed;
+  shape_.fixed += fixed;
+  if (std::count(fixed.begin(), fixed.end(), '\'') % 2 != 0) isQuoteOpen_ = !isQuoteOpen_;
   return *this;
 }
 
 SqlText& SqlText::Value(const Variant& value) {
-  const std::string piece = value.ToText();
-  const bool quoted = std::count(text_.begin(), text_.end(), '\'') % 2 != 0;
-  if (broken_.empty()) broken_ = WhyItBreaks(piece, quoted);
-  text_ += piece;
+  if (isQuoteOpen_ && value.GetKind() == Kind::DateTime) return Put(value);
+  if (!isQuoteOpen_ && value.GetKind() == Kind::Int32) return Put(value);
+  std::string text = value.ToText();
+  if (broken_.empty()) broken_ = WhyItBreaks(text, isQuoteOpen_);
+  if (isQuoteOpen_) return Put(std::move(text));
+  if (const std::optional<std::int32_t> integer = IntegerWrittenAs(text)) return Put(*integer);
+  return Append(text);
+}
+
+SqlText& SqlText::Put(Variant value) {
+  if (values_.empty()) values_.reserve(kUsualValues), shape_.places.reserve(kUsualValues);
+  shape_.places.push_back({shape_.fixed.size(), value.GetKind() == Kind::Int32});
+  values_.push_back(std::move(value));
   return *this;
+}
+
+std::string SqlText::Text() const { return Text(&DateTime::ToText); }
+
+std::string SqlText::Text(const MomentText& moment) const {
+  std::string text;
+  std::size_t copied = 0;
+  for (std::size_t i = 0; i < values_.size(); ++i) {
+    const Variant& value = values_[i];
+    text.append(shape_.fixed, copied, shape_.places[i].at - copied);
+    text += value.GetKind() == Kind::DateTime ? moment(value.ToDateTime()) : value.ToText();
+    copied = shape_.places[i].at;
+  }
+  return text.append(shape_.fixed, copied);
 }
 
 void SqlText::Check() const {
   if (broken_.empty()) return;
   throw Error(errors::kCommand, "SQL text", broken_ + ": it would change what the statement means.")
-      .With("statement", text_);
+      .With("statement", Text());
 }
 
 }  // namespace qmx

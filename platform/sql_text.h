@@ -1,34 +1,73 @@
-// An SQL text built by concatenation that remembers which pieces are values.
+// An SQL text built by concatenation that keeps its fixed pieces and its values apart.
 //
-// The text is what the trace, the logs and the database see. A value goes in as its text: between quotes when a quote
-// is open where it goes in, else bare. No quote is doubled. A quoted value that holds a quote and a bare one that is no
-// number would change what the statement means, so such a text is marked as broken and is refused, with the command
-// error, by whatever is asked to run it. A NUL character breaks it as well.
+// The text is what the trace, the logs and errors show: each value as its text, between quotes when a quote is open
+// where it goes in, else bare. No quote is doubled. A quoted value that holds a quote and a bare one that is no number
+// would change what the statement means, so such a text is marked as broken and is refused, with the command error, by
+// whatever is asked to run it. A NUL character in a value breaks it as well.
+//
+// Texts of the same shape differ in their values only and can share a prepared statement, which takes the values as
+// parameters. A value must therefore stand where a parameter means the same: compared with a column or inserted.
 #pragma once
 
+#include <functional>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/variant.h"
 
 namespace qmx {
 
+// What a text is without its values.
+struct SqlShape {
+  struct Place {
+    std::size_t at = 0;  // in `fixed`
+    bool isInteger = false;
+    bool operator==(const Place&) const = default;
+  };
+
+  // With "?" for each value and its quotes or, for an integer, with what the database needs. Nothing where there is no
+  // value, or one that is only a part of a literal.
+  std::optional<std::string> SharedForm(std::string_view integerParameter) const;
+
+  bool operator==(const SqlShape&) const = default;
+
+  std::string fixed;  // the pieces without the values
+  std::vector<Place> places;
+};
+
 class SqlText {
  public:
-  SqlText(const char* fixed) : text_(fixed) {}
-  SqlText(std::string_view fixed) : text_(fixed) {}
-  SqlText(std::string fixed) : text_(std::move(fixed)) {}
+  using MomentText = std::function<std::string(DateTime)>;
 
-  SqlText& Append(std::string_view fixed);  // a piece of the statement, as it stands
-  SqlText& Value(const Variant& value);     // a value; raises 13 for an object
+  SqlText(const char* fixed) : SqlText(std::string_view(fixed)) {}
+  SqlText(const std::string& fixed) : SqlText(std::string_view(fixed)) {}
+  SqlText(std::string_view fixed) { Append(fixed); }
 
-  const std::string& Text() const { return text_; }
+  SqlText& Restart(std::string_view fixed);  // as if new, in the memory that it has
+  SqlText& Append(std::string_view fixed);   // a piece of the statement, as it stands
+  SqlText& Value(const Variant& value);      // a value; raises 13 for an object
+
+  std::string Text() const;                          // made anew by each call
+  std::string Text(const MomentText& moment) const;  // with moments between quotes as a database system has them
+
+  const SqlShape& Shape() const { return shape_; }
+
+  // The parameters of the shared form: 32-bit integers; what stands between quotes as moments or texts. A bare number
+  // of any other form has no parameter: what its digits mean differs from system to system.
+  std::span<const Variant> Values() const { return values_; }
 
   // Raises the command error, naming the value and with the statement as a detail, when a value broke the text.
   void Check() const;
 
  private:
-  std::string text_;
+  SqlText& Put(Variant value);
+
+  SqlShape shape_;
+  std::vector<Variant> values_;  // one for each place
+  bool isQuoteOpen_ = false;
   std::string broken_;  // why, or empty
 };
 

@@ -3,14 +3,10 @@
 #include <algorithm>
 
 #include "platform/names.h"
+#include "platform/sql_statement.h"
 
 namespace qmx {
 namespace {
-
-std::string_view FirstWord(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-  return text.substr(0, text.find_first_of(" \t\r\n"));
-}
 
 bool Writes(std::string_view word) {
   return SameName(word, "insert") || SameName(word, "update") || SameName(word, "delete");

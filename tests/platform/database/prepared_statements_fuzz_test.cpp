@@ -1,6 +1,8 @@
-// Thousands of texts put together at random, of which the database can read some and the others not: each must come to
-// the same whether it shares a prepared statement or runs as it stands.
+// Thousands of texts with values put into them at random, of which the database takes some and refuses others: each
+// must come to the same whether it shares a prepared statement or runs as it stands.
 #include <algorithm>
+#include <array>
+#include <limits>
 #include <random>
 
 #include "platform/prepared_statements.h"
@@ -12,140 +14,197 @@ namespace {
 using Pieces = std::vector<std::string>;
 
 const Pieces kHeads = {"select * from t where ",
-                       "SELECT code, n FROM t WHERE ",
+                       "delete from t where ",
                        "select count(*), min(w) from t where ",
-                       "select distinct s from t where ",
+                       "SELECT code, n FROM t WHERE ",
+                       " delete from t where ",
                        "select t.w from t where ",
                        "select\tcode\r\nfrom \"t\" where ",
-                       "delete from t where ",
-                       " DELETE FROM t WHERE ",
-                       "select 5 from t where ",
-                       "select 'a' from t where "};
-const Pieces kNames = {"code",         "n",    "s",       "w",         "d",   "plain", "t.code", "t.n", "\"code\"",
-                       "\"odd name\"", "CODE", "nothing", "t.nothing", "(n)", "-n",    "n+1",    "'a'", "lower(code)"};
-const Pieces kComparisons = {"=", " = ", "=", "<", ">", "<=", " >= ", "<>", "!=", " like ", " is ", " in ", "==", " "};
-const Pieces kLiterals = {"'A1'",
-                          "'A2'",
-                          "'a1'",
-                          "''",
-                          "'5'",
-                          "'-5'",
-                          "' 5'",
-                          "'5.0'",
-                          "'5e0'",
-                          "'0x5'",
-                          "'O''Neil'",
-                          "'a; -- /* ?'",
-                          "'\"'",
-                          "'2026-01-31'",
-                          "'2026-01-31 08:30:00'",
-                          "'2026-1-31'",
-                          "'Z\xC3\xBCrich'",
-                          "'99999999999'",
-                          "'x''",
-                          "5",
-                          "-5",
-                          "0",
-                          "-0",
-                          "005",
-                          "1",
-                          "2147483647",
-                          "-2147483648",
-                          "2147483648",
-                          "99999999999",
-                          "99999999999999999999",
-                          "5.0",
-                          "5.",
-                          ".5",
-                          "5e0",
-                          "0x5",
-                          "5a",
-                          "+5",
-                          "- 5",
-                          "--5\n5",
-                          "(5)",
-                          "('A1')",
-                          "null",
-                          "n",
-                          "\"A1\"",
-                          "'A' '1'",
-                          "'A'\n'1'",
-                          "'A'||'1'",
-                          "date '2026-01-31'",
-                          "X'41'",
-                          "E'A1'",
-                          "N'A1'",
-                          "U&'A1'",
-                          "'5'::integer",
-                          "'A\\1'",
-                          "'\xFF'",
-                          "$$A1$$",
-                          "cast('5' as integer)"};
-const Pieces kJoints = {" and ",     " AND\n", "and ",   " or ",     ",",
-                        " and not ", " and(",  ") and ", "/**/and ", " and 1=1 and "};
-const Pieces kTails = {"",
+                       "select nothing from t where "};
+const Pieces kColumns = {"code",         "n",      "s",   "w",    "d",      "plain", "words",
+                         "\"odd name\"", "t.code", "t.n", "CODE", "nothing"};
+const Pieces kComparisons = {"=", " = ", "<", ">", "<=", " >= ", "<>", " like "};
+const Pieces kTails = {"", "", " order by code", " order by n desc, t.code", "  ", ";", " -- end"};
+const Pieces kTexts = {"A1",
+                       "A2",
+                       "a1",
                        "",
-                       "",
-                       "",
-                       " ",
-                       " order by code",
-                       " order by n desc, t.code",
-                       " ORDER BY 1",
-                       " group by n",
-                       " limit 1",
-                       ";",
-                       "; -- end",
-                       " -- end",
-                       "\n/* end */",
-                       ")",
-                       " collate nocase",
-                       " escape '!'",
-                       "; select 1",
-                       " 5"};
-const Pieces kGarbage = {"'", "\"", "`",    "[", "]", "(", ")", "--",     "/*",    "*/",  "#",
-                         ";", "\\", "{",    "}", ":", "@", "%", " ",      "\n",    ".",   "5",
-                         "e", "x",  "\xC3", "=", "-", ",", "*", "select", "where", "and", "order by"};
+                       "5",
+                       "-5",
+                       " 5",
+                       "5 ",
+                       "5.0",
+                       "5e0",
+                       "0x5",
+                       "A1 ",
+                       "\"",
+                       "%",
+                       "_1",
+                       "?",
+                       "a; -- /* ?",
+                       "{fn x}",
+                       "2026-1-31",
+                       "2026-01-31",
+                       "\\",
+                       "A\\",
+                       "\\1",
+                       "$$",
+                       ":a1",
+                       "@x1",
+                       "null",
+                       "Z\xC3\xBCrich",
+                       "\xF0\x9F\x98\x80",
+                       "\xFF",
+                       "2026-01-31 08:30:00",
+                       "99999999999",
+                       "NaN",
+                       "true",
+                       "a\tb\r\nc",
+                       "{d '",
+                       "#",
+                       "[x]",
+                       "`"};
+const Pieces kNumbers = {"5",
+                         "-5",
+                         "0",
+                         "-0",
+                         "005",
+                         "+5",
+                         " 5",
+                         "5 ",
+                         "5.0",
+                         "5.",
+                         ".5",
+                         "-.5",
+                         "5e0",
+                         "1e3",
+                         "1E-3",
+                         "90.5",
+                         "2147483647",
+                         "-2147483648",
+                         "2147483648",
+                         "-2147483649",
+                         "9223372036854775807",
+                         "9223372036854775808",
+                         "99999999999999999999",
+                         "-99999999999999999999",
+                         "0.1000000000000000055",
+                         "1e400"};
 
+// Writes texts, all of which pass the check.
 class Writer {
  public:
   explicit Writer(unsigned seed) : random_(seed) {}
 
-  std::string Text() {
-    std::string text = Chance(15) ? Insert() : Query();
-    while (Chance(12)) {
-      const std::size_t at = Number(text.size() + 1);
-      if (Chance(50)) {
-        text.insert(at, One(kGarbage));
-      } else {
-        text.erase(at, 1);
+  SqlText Text() {
+    for (;;) {
+      const SqlText text = Chance(25) ? Insert() : Query();
+      try {
+        text.Check();
+        return text;
+      } catch (const Error&) {
+        continue;
       }
     }
-    if (Chance(1)) text.insert(Number(text.size() + 1), 1, '\0');
-    return text;
   }
-
-  bool Chance(unsigned percent) { return Number(100) < percent; }
 
  private:
   std::size_t Number(std::size_t below) { return random_() % below; }
+  bool Chance(unsigned percent) { return Number(100) < percent; }
 
   // The first ones are the common ones.
   const std::string& One(const Pieces& pieces) {
     return pieces[Chance(60) ? Number((pieces.size() + 1) / 2) : Number(pieces.size())];
   }
 
-  std::string Query() {
-    std::string text = One(kHeads);
-    do {
-      text += One(kNames) + One(kComparisons) + One(kLiterals);
-    } while (Chance(25) && (text += One(kJoints), true));
-    return text + One(kTails);
+  std::string TextOfAnyLength() {
+    constexpr std::array<std::size_t, 12> kLengths = {1, 15, 16, 20, 21, 40, 41, 255, 256, 4000, 8001, 70000};
+    return std::string(kLengths[Number(kLengths.size())], Chance(50) ? 'a' : '5');
   }
 
-  std::string Insert() {
-    const std::string key = "'N" + std::to_string(Number(100)) + "'";
-    return "insert into t (code," + One({"n", "plain", "d", "w", "s", "\"odd name\"", "nothing"}) + ") values (" + key +
-           "," + One(kLiterals) + ")" + (Chance(10) ? One(kTails) : "");
+  Variant Whole() {
+    constexpr std::array<std::int32_t, 6> kUsual = {
+        5, -5, 0, 1, std::numeric_limits<std::int32_t>::max(), std::numeric_limits<std::int32_t>::min()};
+    return Chance(80) ? kUsual[Number(kUsual.size())] : static_cast<std::int32_t>(random_());
+  }
+
+  Variant AnyNumber() {
+    switch (Number(8)) {
+      case 0:
+        return static_cast<std::int16_t>(random_());
+      case 1:
+        return static_cast<std::uint8_t>(random_());
+      case 2:
+        return static_cast<double>(static_cast<std::int32_t>(random_())) / 8;
+      case 3:
+        return 1e20 * static_cast<double>(Number(100));
+      case 4:
+      case 5:
+        return One(kNumbers);
+      default:
+        return Whole();
+    }
+  }
+
+  Variant Moment() {
+    const DateTime day = DateTime::FromDate(2026, 1, 30 + static_cast<std::int64_t>(Number(4)));
+    return Chance(50) ? day : day.PlusTime(8, 30, 0);
+  }
+
+  Variant Any() {
+    switch (Number(10)) {
+      case 0:
+        return AnyNumber();
+      case 1:
+        return Moment();
+      case 2:
+        return TextOfAnyLength();
+      case 3:
+        return Chance(50) ? Variant::Null() : Variant(Chance(50));
+      default:
+        return One(kTexts);
+    }
+  }
+
+  void PutValue(SqlText& text) {
+    if (Chance(40)) {
+      text.Value(AnyNumber());
+    } else if (Chance(90)) {
+      text.Append("'").Value(Any()).Append("'");
+    } else {  // a part of a literal
+      text.Append(Chance(50) ? "'A" : "'").Value(Any()).Append(Chance(50) ? "%'" : "''x'");
+    }
+  }
+
+  void PutCondition(SqlText& text) {
+    text.Append(One(kColumns));
+    switch (Number(12)) {
+      case 0:
+        text.Append(" in ("), PutValue(text), text.Append(", "), PutValue(text), text.Append(")");
+        return;
+      case 1:
+        text.Append(" between "), PutValue(text), text.Append(" and "), PutValue(text);
+        return;
+      default:
+        text.Append(One(kComparisons)), PutValue(text);
+    }
+  }
+
+  SqlText Query() {
+    SqlText text(One(kHeads));
+    PutCondition(text);
+    while (Chance(30)) text.Append(Chance(80) ? " and " : " or "), PutCondition(text);
+    return text.Append(One(kTails));
+  }
+
+  SqlText Insert() {
+    SqlText text("insert into t (code");
+    const bool isWide = Chance(30);
+    text.Append(",").Append(One(kColumns)).Append(isWide ? ",words" : "").Append(") values (");
+    text.Append("'N").Append(std::to_string(Number(100))).Append("',");
+    PutValue(text);
+    if (isWide) text.Append(",'").Value(TextOfAnyLength()).Append("'");
+    return text.Append(")");
   }
 
   std::mt19937 random_;
@@ -188,7 +247,7 @@ class Side {
     const bool isSqlite = under.name.starts_with("SQLite");
     Run("create table t (code varchar(20) not null primary key, n integer, s smallint, w double precision, d " +
         under.dateTimeType + ", plain " + (isSqlite ? "" : "varchar(10)") + ", \"odd name\" " +
-        (isSqlite ? "numeric" : "numeric(10,2)") + ")");
+        (isSqlite ? "numeric" : "numeric(10,2)") + ", words " + under.longTextType + ")");
     Fill();
   }
   ~Side() {
@@ -200,16 +259,17 @@ class Side {
 
   void Fill() {
     Run("delete from t");
-    Run("insert into t values ('A1',5,5,5,'2026-01-31','5',5),('A2',-5,0,0.5,'2026-01-31 08:30:00','A1',0.5),"
+    Run("insert into t (code,n,s,w,d,plain,\"odd name\") values "
+        "('A1',5,5,5,'2026-01-31','5',5),('A2',-5,0,0.5,'2026-01-31 08:30:00','A1',0.5),"
         "('a1',0,1,1e10,null,'O''Neil',1),('O''Neil',2147483647,null,-5,'2026-02-01','',-5),('',null,-5,null,null,null,"
         "null)");
   }
 
-  std::string AsItStands(const std::string& text) {
-    return OutcomeOf([&] { return Outcome(*session_->Prepare(text)); });
+  std::string AsItStands(const SqlText& text) {
+    return OutcomeOf([&] { return Outcome(*session_->Prepare(text.Text())); });
   }
-  std::string Shared(const std::string& text) {
-    return OutcomeOf([&] { return Outcome(TextStatement(prepared_, text)); });
+  std::string Shared(const SqlText& text) {
+    return OutcomeOf([&] { return Outcome(ConnectionStatement(prepared_, text)); });
   }
   std::string Rows() { return AsItStands("select * from t"); }
 
@@ -239,21 +299,22 @@ TEST_P(AnyText, ComesToTheSameWhetherItSharesAStatementOrRunsAsItStands) {
   int takenAndDone = 0, leftAndDone = 0, refused = 0;
   for (int number = 0; number < texts; ++number) {
     if (number % 20 == 0) plain.Fill(), shared.Fill();
-    const std::string text = writer.Text();
+    const SqlText text = writer.Text();
+    const std::string shown = text.Text();
     // SQLite's ODBC driver drops letters from a text that it has no use for.
     const bool isAscii =
-        std::none_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+        std::none_of(shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
     if (!isAscii && GetParam().name == "SQLiteOverOdbc") continue;
     const std::string expected = plain.AsItStands(text);
-    ASSERT_EQ(shared.Shared(text), expected) << text;
+    ASSERT_EQ(shared.Shared(text), expected) << shown;
     if (number % 20 == 19) {
-      ASSERT_EQ(shared.Rows(), plain.Rows()) << "the last one was " << text;
+      ASSERT_EQ(shared.Rows(), plain.Rows()) << "the last one was " << shown;
     }
-    const bool isTaken = ShapeOf(text).has_value();
+    const bool isTaken = text.Shape().SharedForm("?").has_value();
     const bool isDone = !expected.starts_with("error");
     takenAndDone += isTaken && isDone, leftAndDone += !isTaken && isDone, refused += !isDone;
   }
-  EXPECT_GT(takenAndDone, texts / 20);
+  EXPECT_GT(takenAndDone, texts / 5);
   EXPECT_GT(leftAndDone, texts / 20);
   EXPECT_GT(refused, texts / 20);
 }

@@ -28,6 +28,11 @@ class PreparedTexts : public RecordSetTest {
     return found->Eof() ? "nobody" : found->Fields(std::size_t{0}).Value().ToText();
   }
 
+  static SqlText With(const char* fixed, const Variant& value) { return SqlText(fixed).Value(value); }
+  static SqlText WithQuoted(const char* fixed, const Variant& value, const char* rest = "") {
+    return SqlText(fixed).Append("'").Value(value).Append("'").Append(rest);
+  }
+
   std::unique_ptr<DriverSession> Session() { return base->GetDriver().Open(ConnectionText(base->ConnectionText())); }
 
   static void Run(DriverSession& session, const std::string& statement) {
@@ -37,7 +42,7 @@ class PreparedTexts : public RecordSetTest {
 };
 INSTANTIATE_TEST_SUITE_P(Over, PreparedTexts, testing::ValuesIn(DriversUnderTest()), DriverName);
 
-TEST_P(PreparedTexts, ThatDifferInTheirLiteralsOnlyArePreparedOnce) {
+TEST_P(PreparedTexts, ThatDifferInTheirValuesOnlyArePreparedOnce) {
   EXPECT_EQ(NameOf("A"), "name of A");
   EXPECT_EQ(NameOf("B"), "name of B");
   EXPECT_EQ(NameOf("X"), "nobody");
@@ -49,9 +54,9 @@ TEST_P(PreparedTexts, ThatDifferInTheirLiteralsOnlyArePreparedOnce) {
 TEST_P(PreparedTexts, ThatWriteArePreparedOnce) {
   for (const char* code : {"D", "E", "F"}) AddPerson(code, "new");
   EXPECT_EQ(driver.CountOf("Prepare"), 0);  // it was, before
-  EXPECT_EQ(connection.Execute("delete from people where code='A'"), 1);
-  EXPECT_EQ(connection.Execute("delete from people where code='X'"), 0);
-  EXPECT_EQ(connection.Execute("delete from people where code='B'"), 1);
+  EXPECT_EQ(connection.Execute(WithQuoted("delete from people where code=", "A")), 1);
+  EXPECT_EQ(connection.Execute(WithQuoted("delete from people where code=", "X")), 0);
+  EXPECT_EQ(connection.Execute(WithQuoted("delete from people where code=", "B")), 1);
   EXPECT_EQ(driver.CountOf("Prepare"), 1);
   EXPECT_THAT(Rows("select code from people order by code"), ElementsAre("C", "D", "E", "F"));
 }
@@ -71,56 +76,86 @@ TEST_P(PreparedTexts, OfWhichTheRowsAreChangedArePreparedOnce) {
 TEST_P(PreparedTexts, WithANumberInATextsPlaceArePreparedByThemselves) {
   connection.Execute("update people set floor=5 where code='B'");
   driver.Restart();
-  EXPECT_EQ(Opened("select name from people where floor='5'")->recordcount(), 1);
-  EXPECT_EQ(Opened("select name from people where floor=5")->recordcount(), 1);
-  EXPECT_EQ(Opened("select name from people where floor='7'")->recordcount(), 0);
-  EXPECT_EQ(Opened("select name from people where floor=-7")->recordcount(), 0);
+  const char* ask = "select name from people where floor=";
+  EXPECT_EQ(Opened(WithQuoted(ask, 5))->recordcount(), 1);
+  EXPECT_EQ(Opened(With(ask, 5))->recordcount(), 1);
+  EXPECT_EQ(Opened(WithQuoted(ask, "7"))->recordcount(), 0);
+  EXPECT_EQ(Opened(With(ask, -7))->recordcount(), 0);
   EXPECT_EQ(driver.CountOf("Prepare"), 2);
 }
 
-TEST_P(PreparedTexts, ThatCannotBeTakenApartAreSentAsTheyStand) {
-  EXPECT_EQ(Opened("select name from people where code='A' or code='B'")->recordcount(), 2);
-  EXPECT_EQ(Opened("select name from people where code='A';")->recordcount(), 1);
-  EXPECT_EQ(Opened("select name from people where code='A' -- and code='B'")->recordcount(), 1);
-  EXPECT_EQ(Opened("select name from people where /* 'B' */ code='A'")->recordcount(), 1);
-  EXPECT_EQ(Opened("select 'x' from people where code='A'")->recordcount(), 1);
-  EXPECT_EQ(driver.CountOf("Prepare"), 5);
-  EXPECT_EQ(driver.CountOf("Prepare select name from people where code='A' -- and code='B'"), 1);
+TEST_P(PreparedTexts, WithoutValuesAreSentAsTheyStand) {
+  EXPECT_EQ(Opened("select name from people where code='A'")->recordcount(), 1);
+  EXPECT_EQ(Opened("select name from people where code='A'")->recordcount(), 1);
+  EXPECT_EQ(driver.CountOf("Prepare select name from people where code='A'"), 2);
 }
 
-TEST_P(PreparedTexts, FindTextsWithQuotesDatesAndNegativeNumbersAsTheDatabaseHasThem) {
-  connection.Execute("insert into people (code,name,born,floor) values ('O''Neil','a ''b''','2026-01-31 08:30:00',-2)");
-  EXPECT_THAT(Rows("select code, name, floor from people where code='O''Neil'"), ElementsAre("O'Neil|a 'b'|-2"));
-  EXPECT_THAT(Rows("select code from people where born='2026-01-31 08:30:00'"), ElementsAre("O'Neil"));
-  EXPECT_THAT(Rows("select code from people where born > '2026-01-31' and born <= '2026-02-01'"),
-              ElementsAre("O'Neil"));
-  EXPECT_THAT(Rows("select code from people where born > '2026-02-01'"), IsEmpty());
-  EXPECT_THAT(Rows("select code from people where floor=-2"), ElementsAre("O'Neil"));
-  EXPECT_THAT(Rows("select code from people where floor<-2"), IsEmpty());
+TEST_P(PreparedTexts, WithNumbersThatAreNo32BitIntegersAreSentAsTheyStand) {
+  connection.Execute("update people set weight=90.5 where code='B'");
+  driver.Restart();
+  EXPECT_EQ(Opened(With("select name from people where weight=", 90.5))->recordcount(), 1);
+  EXPECT_EQ(Opened(With("select name from people where weight<", "1e3"))->recordcount(), 1);
+  EXPECT_EQ(Opened(With("select name from people where weight<", "99999999999999999999"))->recordcount(), 1);
+  EXPECT_EQ(driver.CountOf("Prepare select name from people where weight=90.5"), 1);
+  EXPECT_EQ(driver.CountOf("Prepare select name from people where weight<1e3"), 1);
+  EXPECT_EQ(driver.CountOf("Prepare select name from people where weight<99999999999999999999"), 1);
+}
+
+TEST_P(PreparedTexts, WithAValueThatIsAPartOfALiteralAreSentAsTheyStand) {
+  const SqlText text = SqlText("select code from people where name like 'name%").Value("B").Append("'");
+  EXPECT_EQ(Opened(text)->recordcount(), 1);
+  EXPECT_EQ(driver.CountOf("Prepare select code from people where name like 'name%B'"), 1);
+  EXPECT_EQ(driver.CountOf("Prepare"), 1);
+}
+
+TEST_P(PreparedTexts, ThatAreNotOneStatementAreRefusedBeforeTheDatabaseSeesThem) {
+  const SqlText text = WithQuoted("delete from people where code=", "A", "; delete from people");
+  EXPECT_EQ(Raised([&] { connection.Execute(text); }).Number(), -2147217900);
+  EXPECT_EQ(Raised([&] { Opened(text); }).Number(), -2147217900);
+  EXPECT_EQ(driver.CountOf("Prepare"), 0);
+  EXPECT_THAT(Rows("select code from people order by code"), ElementsAre("A", "B", "C"));
+}
+
+TEST_P(PreparedTexts, FindMomentsAndNegativeNumbersAsTheDatabaseHasThem) {
+  const DateTime day = DateTime::FromDate(2026, 1, 31);
+  connection.Execute(SqlText("insert into people (code,born,floor) values ('D','")
+                         .Value(day.PlusTime(8, 30, 0))
+                         .Append("',")
+                         .Value(-2)
+                         .Append(")"));
+  connection.Execute(SqlText("insert into people (code,born) values ('E','").Value(day.PlusDays(1)).Append("')"));
+  EXPECT_THAT(Rows(WithQuoted("select code, floor from people where born=", day.PlusTime(8, 30, 0))),
+              ElementsAre("D|-2"));
+  EXPECT_THAT(Rows(WithQuoted("select code from people where born=", day.PlusDays(1))), ElementsAre("E"));
+  EXPECT_THAT(Rows(WithQuoted("select code from people where born>", day, " and born<'2026-02-01'")), ElementsAre("D"));
+  EXPECT_THAT(Rows(With("select code from people where floor=", -2)), ElementsAre("D"));
+  EXPECT_THAT(Rows(With("select code from people where floor<", -2)), IsEmpty());
 }
 
 TEST_P(PreparedTexts, AreReadInTheOrderThatTheyAskFor) {
-  EXPECT_THAT(Rows("select code from people where code>'A' order by code desc"), ElementsAre("C", "B"));
-  EXPECT_THAT(Rows("select code from people where code>'A' order by code"), ElementsAre("B", "C"));
+  EXPECT_THAT(Rows(WithQuoted("select code from people where code>", "A", " order by code desc")),
+              ElementsAre("C", "B"));
+  EXPECT_THAT(Rows(WithQuoted("select code from people where code>", "A", " order by code")), ElementsAre("B", "C"));
 }
 
-TEST_P(PreparedTexts, StandInErrorsAsTheyWereGiven) {
-  const char* unknown = "select name from people where colour='red'";
-  Error error = Raised([&] { Opened(unknown); });
+TEST_P(PreparedTexts, StandInErrorsWithTheirValues) {
+  Error error = Raised([&] { Opened(WithQuoted("select name from people where colour=", "red")); });
   EXPECT_EQ(error.Number(), -2147217900);
-  EXPECT_EQ(Detail(error, "statement"), unknown);
+  EXPECT_EQ(Detail(error, "statement"), "select name from people where colour='red'");
   EXPECT_THAT(error.Description(), HasSubstr("colour"));
   EXPECT_EQ(error.Cause(), nullptr);
 
-  const char* missing = "delete from nobody where code='A'";
-  error = Raised([&] { connection.Execute(missing); });
+  error = Raised([&] { connection.Execute(WithQuoted("delete from nobody where code=", "A")); });
   EXPECT_EQ(error.Number(), -2147217865);
-  EXPECT_EQ(Detail(error, "statement"), missing);
+  EXPECT_EQ(Detail(error, "statement"), "delete from nobody where code='A'");
 
-  const char* twice = "insert into people (code,name) values ('A','again')";
-  error = Raised([&] { connection.Execute(twice); });
+  error = Raised([&] { AddPerson("A", "again"); });
   EXPECT_EQ(error.Number(), -2147217873);
-  EXPECT_EQ(Detail(error, "statement"), twice);
+  EXPECT_EQ(Detail(error, "statement"), "insert into people (code,name) values ('A','again')");
+
+  const auto names = Opened(WithQuoted("select name from people where code=", "A"));
+  EXPECT_EQ(Detail(Raised([&] { names->AddNew(); }), "statement"), "select name from people where code='A'");
+  EXPECT_THAT(Raised([&] { names->Fields("code"); }).Description(), HasSubstr("people where code='A'"));
 }
 
 TEST_P(PreparedTexts, ThatFailOnTheWayAreNotTriedAgain) {
@@ -136,7 +171,7 @@ TEST_P(PreparedTexts, ThatFailOnTheWayAreNotTriedAgain) {
 }
 
 TEST_P(PreparedTexts, ThatAreUsedAgainAfterAWhileAreAsTheyWere) {
-  const char* ask = "select * from people where code='D'";
+  const SqlText ask = WithQuoted("select * from people where code=", "D");
   Opened(ask);
   std::this_thread::sleep_for(std::chrono::milliseconds(110));
   const auto found = Opened(ask);
@@ -150,11 +185,11 @@ TEST_P(PreparedTexts, ThatAreUsedAgainAfterAWhileAreAsTheyWere) {
 TEST_P(PreparedTexts, ThatAreOpenAtOnceHaveAStatementEach) {
   const auto session = Session();
   PreparedStatements prepared(*session);
-  const std::string first = "select name from people where code>'A' order by code";
-  const std::string second = "select name from people where code>'B' order by code";
+  const SqlText first = WithQuoted("select name from people where code>", "A", " order by code");
+  const SqlText second = WithQuoted("select name from people where code>", "B", " order by code");
   {
-    TextStatement one(prepared, first);
-    TextStatement other(prepared, second);
+    ConnectionStatement one(prepared, first);
+    ConnectionStatement other(prepared, second);
     EXPECT_TRUE(one.Step());
     EXPECT_TRUE(other.Step());
     EXPECT_EQ(one.Value(0), Variant("name of B"));
@@ -170,8 +205,8 @@ TEST_P(PreparedTexts, ThatAreOpenAtOnceHaveAStatementEach) {
 TEST_P(PreparedTexts, ThatWereNotReadToTheEndHoldNothing) {
   const auto session = Session();
   PreparedStatements prepared(*session);
-  const std::string text = "select name from people where code>'A'";
-  EXPECT_TRUE(TextStatement(prepared, text).Step());
+  const SqlText text = WithQuoted("select name from people where code>", "A");
+  EXPECT_TRUE(ConnectionStatement(prepared, text).Step());
   connection.CommandTimeout(2);
   connection.Execute("drop table people");
   prepared.Clear();
@@ -180,7 +215,7 @@ TEST_P(PreparedTexts, ThatWereNotReadToTheEndHoldNothing) {
 
 TEST_P(PreparedTexts, AreKeptWhileFewOthersAreUsed) {
   const auto ask = [&](int column) {
-    Opened("select code as c" + std::to_string(column) + " from people where code='A'");
+    Opened(SqlText("select code as c" + std::to_string(column) + " from people where code='").Value("A").Append("'"));
   };
   for (int column = 0; column < 16; ++column) ask(column);
   for (int column = 0; column < 16; ++column) ask(column);
@@ -195,16 +230,17 @@ TEST_P(PreparedTexts, AreKeptWhileFewOthersAreUsed) {
 }
 
 TEST_P(PreparedTexts, ObeyATimeoutThatWasSetAfterTheyWerePrepared) {
-  connection.Execute("delete from people where code='X'");
+  connection.Execute(WithQuoted("delete from people where code=", "X"));
   connection.CommandTimeout(1);
   const auto holder = Session();
   holder->Begin();
   Run(*holder, GetParam().lockStatement);
   const auto start = std::chrono::steady_clock::now();
-  EXPECT_EQ(Raised([&] { connection.Execute("delete from people where code='A'"); }).Number(), -2147217871);
+  EXPECT_EQ(Raised([&] { connection.Execute(WithQuoted("delete from people where code=", "A")); }).Number(),
+            -2147217871);
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(2500));
   holder->Rollback();
-  EXPECT_EQ(connection.Execute("delete from people where code='A'"), 1);
+  EXPECT_EQ(connection.Execute(WithQuoted("delete from people where code=", "A")), 1);
   holder->Close();
 }
 
@@ -217,7 +253,7 @@ INSTANTIATE_TEST_SUITE_P(Over, PreparedTextsOnChangedTables,
                          DriverName);
 
 TEST_P(PreparedTextsOnChangedTables, ShowThemAsTheyAreNow) {
-  const char* ask = "select * from people where code='B'";
+  const SqlText ask = WithQuoted("select * from people where code=", "B");
   EXPECT_EQ(RowText(*Opened(ask)), "B|name of B|null|null|null|7|null");
   const auto other = Session();
   Run(*other, "alter table people add column colour varchar(10) default 'red'");
@@ -249,7 +285,8 @@ TEST(PreparedTextsOfSqlite, AreNotTakenAlongToAnotherDefaultDatabase) {
   for (const char* name : {"north", "south", "north"}) {
     connection.defaultdatabase(name);
     Recordset found(nullptr);
-    found.Open("select * from people where code='A'", connection, kCursorKeyset, kLockOptimistic, kCommandText);
+    found.Open(SqlText("select * from people where code='").Value("A").Append("'"), connection, kCursorKeyset,
+               kLockOptimistic, kCommandText);
     EXPECT_EQ(found.Fields("name").Value(), Variant(name));
   }
 }

@@ -33,6 +33,16 @@ TEST(OneStatement, ATextWithoutOneIsRefused) {
   }
 }
 
+TEST(FirstWord, IsTheStatementsVerb) {
+  EXPECT_EQ(FirstWord("select 1"), "select");
+  EXPECT_EQ(FirstWord(" \t\r\nDELETE FROM t"), "DELETE");
+  EXPECT_EQ(FirstWord("insert"), "insert");
+  EXPECT_EQ(FirstWord("-- a remark\n/* another */update/**/t set a=1"), "update");
+  for (const char* text : {"", " ", "(select 1)", "'select'", "\"select\"", "; select"}) {
+    EXPECT_EQ(FirstWord(text), "") << text;
+  }
+}
+
 TEST(TableOfRows, IsTheTableOfAQueryThatShowsItsRowsWhole) {
   EXPECT_EQ(TableOfRows("select * from tsmdm030"), "tsmdm030");
   EXPECT_EQ(TableOfRows("SELECT\t*\nFROM Tsmdm030 ;"), "Tsmdm030");
