@@ -22,7 +22,12 @@ const Member kIsInserted = "isInserted";
 // Makes a statement on the one local row that has the current object's key.
 void PutStatementOnKey(SqlText& text, const std::string& statement, const KeyCondition& key, const Object& current) {
   text.Restart(statement);
-  for (const KeyPart& part : key) text.Append(part.before).Value(current.Call(part.getter)).Append(part.after);
+  for (const KeyPart& part : key) {
+    const Variant value = current.Call(part.getter);
+    text.Append(part.before);
+    part.isMoment ? text.Moment(value) : text.Value(value);
+    text.Append(part.after);
+  }
 }
 
 }  // namespace

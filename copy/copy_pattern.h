@@ -43,6 +43,7 @@ struct KeyPart {
   std::string_view before;
   Member getter;
   std::string_view after;
+  bool isMoment = false;  // a text that the getter returns is then meant as the moment that it reads as
 };
 using KeyCondition = std::vector<KeyPart>;
 

@@ -85,11 +85,11 @@ class DriverSession {
   virtual std::unique_ptr<DriverStatement> Prepare(const std::string& statement) = 0;  // "?" marks a parameter
   virtual std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) { return Prepare(insert.Text()); }
   virtual std::string IntegerParameter() const { return "?"; }  // one that is an integer beside whatever it stands
-  virtual std::string MomentText(DateTime moment) const { return moment.ToText(); }  // within a statement's text
   virtual std::unique_ptr<DriverRows> PrepareRows(const RowInsert& insert) { return RowsInValues(*this, insert); }
   virtual TableDescription Describe(const std::string& table) = 0;  // -2147217865 when there is none
   virtual std::string QuoteIdentifier(const std::string& name) const = 0;
   virtual std::string System() const = 0;  // the database system's name: "SQLite", "PostgreSQL", "MariaDB", ...
+  virtual bool KeepsMomentsAsTexts() const { return false; }  // in the full form (datetime.h)
   virtual std::string Catalog() = 0;
   virtual void SelectCatalog(const std::string& name) = 0;
   virtual void Timeout(std::chrono::seconds limit) = 0;  // for every statement from now on; 0 waits forever
@@ -109,6 +109,10 @@ class DriverSession {
   // With false everything is committed.
   virtual void MayGroup(bool) {}
 };
+
+// How a column is compared with a moment that is bound twice, if the database keeps moments as texts: older releases
+// stored midnights without a time of day, "2026-11-05".
+inline constexpr const char* kIsMomentInEitherForm = " in (?,replace(?,' 00:00:00',''))";
 
 class Driver {
  public:

@@ -130,6 +130,12 @@ int DateTime::Second() const { return SecondOfDay(seconds_) % 60; }
 DateTime DateTime::DatePart() const { return DateTime(DayNumber(seconds_) * kSecondsPerDay); }
 
 std::string DateTime::ToText() const {
+  std::string text = ToFullText();
+  if (SecondOfDay(seconds_) == 0) text.resize(text.size() - std::string_view(" HH:MM:SS").size());
+  return text;
+}
+
+std::string DateTime::ToFullText() const {
   const Civil date = CivilFromSeconds(seconds_);
   const int time = SecondOfDay(seconds_);
   char text[] = "YYYY-MM-DD HH:MM:SS";
@@ -140,7 +146,6 @@ std::string DateTime::ToText() const {
   PutTwo(text + 11, time / 3600);
   PutTwo(text + 14, time / 60 % 60);
   PutTwo(text + 17, time % 60);
-  text[time == 0 ? 10 : 19] = '\0';
   return date.year <= 9999 ? text : std::to_string(date.year) + (text + 4);
 }
 

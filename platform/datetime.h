@@ -4,8 +4,9 @@
 // There is no time zone and no daylight saving: what the ERP says is what is stored. Years run from 100 to 9999;
 // building a date outside that range is error 6 (overflow).
 //
-// One canonical text form: "YYYY-MM-DD", followed by " HH:MM:SS" only when the time of day is not midnight. It sorts
-// as the dates do, so it serves in SQL texts and as the stored form where a database has no date type.
+// One canonical text form: "YYYY-MM-DD", followed by " HH:MM:SS" only when the time of day is not midnight. Logs,
+// traces and SQL texts show it. Where a database stores moments as texts, the full form has the time of day at midnight
+// too: all moments then have one length, and compare as SQLite's own datetime() does.
 #pragma once
 
 #include <compare>
@@ -48,7 +49,8 @@ class DateTime {
     return DateTime(seconds_ + hours * 3600 + minutes * 60 + seconds);
   }
 
-  std::string ToText() const;
+  std::string ToText() const;      // the canonical form
+  std::string ToFullText() const;  // the full form
 
   friend constexpr auto operator<=>(DateTime, DateTime) = default;  // NOLINT(modernize-use-nullptr): takes it for one
 

@@ -43,7 +43,8 @@ void ConnectionStatement::Prepare(SqlShape shape, const std::string& text) {
 
 void ConnectionStatement::PrepareAsItStands() {
   prepared_.reset();  // on a server it may still be in the way
-  Prepare({}, text_.Text([this](DateTime moment) { return statements_.session_.MomentText(moment); }));
+  const bool needsFullMoments = statements_.session_.KeepsMomentsAsTexts();
+  Prepare({}, needsFullMoments ? text_.Text(&DateTime::ToFullText) : text_.Text());
 }
 
 template <typename Use>
@@ -63,16 +64,35 @@ ConnectionStatement::ConnectionStatement(PreparedStatements& statements, const S
   std::optional<std::string> form;
   if (!prepared_) {
     RequireOneStatement(text.Text());
-    form = text.Shape().SharedForm(statements_.session_.IntegerParameter());
+    form = FormFor(statements_.session_);
   }
   isShared_ = prepared_ || form;
   if (!isShared_) PrepareAsItStands();
   OrAsItStands([&] {
     if (!isShared_) return;
     if (!prepared_) Prepare(text.Shape(), *form);
-    std::size_t parameter = 0;
-    for (const Variant& value : text.Values()) prepared_->statement->Bind(parameter++, value);
+    BindValues();
   });
+}
+
+std::optional<std::string> ConnectionStatement::FormFor(const DriverSession& session) const {
+  return text_.Shape().SharedForm(session.IntegerParameter(),
+                                  session.KeepsMomentsAsTexts() ? kIsMomentInEitherForm : "=?");
+}
+
+void ConnectionStatement::BindValues() {
+  DriverStatement& statement = *prepared_->statement;
+  const bool areTexts = statements_.session_.KeepsMomentsAsTexts();
+  const SqlShape& shape = text_.Shape();
+  moments_.reserve(areTexts ? shape.places.size() : 0);
+  std::size_t parameter = 0;
+  for (std::size_t i = 0; i < shape.places.size(); ++i) {
+    const Variant* value = &text_.Values()[i];
+    const bool isMomentText = areTexts && shape.places[i].kind == SqlShape::ValueKind::Moment;
+    if (const auto moment = isMomentText ? MomentOf(*value) : std::nullopt) value = &moments_.emplace_back(*moment);
+    statement.Bind(parameter++, *value);
+    if (isMomentText && shape.IsEqualMoment(shape.places[i])) statement.Bind(parameter++, *value);
+  }
 }
 
 ConnectionStatement::~ConnectionStatement() {

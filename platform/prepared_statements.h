@@ -61,11 +61,14 @@ class ConnectionStatement {
 
   void Prepare(SqlShape shape, const std::string& text);
   void PrepareAsItStands();
+  std::optional<std::string> FormFor(const DriverSession& session) const;  // that is shared
+  void BindValues();
   template <typename Use>
   decltype(auto) OrAsItStands(Use&& use);
 
   PreparedStatements& statements_;
   const SqlText& text_;
+  std::vector<Variant> moments_;  // that are bound; reserved, so that they stay where they are
   std::unique_ptr<Prepared> prepared_;
   bool isShared_ = false;  // and nothing went wrong so far
   bool hasRow_ = false;

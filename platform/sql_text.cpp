@@ -4,11 +4,13 @@
 #include <charconv>
 
 #include "platform/error.h"
+#include "platform/trim.h"
 
 namespace qmx {
 namespace {
 
 using Kind = Variant::Kind;
+using ValueKind = SqlShape::ValueKind;
 
 constexpr std::size_t kUsualValues = 4;
 
@@ -40,18 +42,37 @@ bool IsEnclosed(std::string_view text, std::size_t at) {
 
 }  // namespace
 
-std::optional<std::string> SqlShape::SharedForm(std::string_view integerParameter) const {
+std::optional<DateTime> MomentOf(const Variant& value) {
+  if (value.GetKind() == Kind::DateTime) return value.ToDateTime();
+  return value.IfText() ? DateTime::Parse(Trimmed(*value.IfText())) : std::nullopt;
+}
+
+bool SqlShape::IsEqualMoment(const Place& place) const {
+  if (place.kind != ValueKind::Moment || !IsEnclosed(fixed, place.at) || place.at < 3) return false;
+  const std::size_t before = place.at - 2;
+  return fixed[before] == '=' && fixed[before - 1] != '<' && fixed[before - 1] != '>' && fixed[before - 1] != '!';
+}
+
+std::optional<std::string> SqlShape::SharedForm(std::string_view integerParameter,
+                                                std::string_view equalsMoment) const {
   if (places.empty()) return std::nullopt;
   std::string form;
   std::size_t copied = 0;
   for (const Place& place : places) {
-    if (!place.isInteger && !IsEnclosed(fixed, place.at)) return std::nullopt;
-    const std::size_t quote = place.isInteger ? 0 : 1;
+    const bool isInteger = place.kind == ValueKind::Integer;
+    if (!isInteger && !IsEnclosed(fixed, place.at)) return std::nullopt;
+    const std::size_t quote = isInteger ? 0 : 1;
     const std::size_t begin = place.at - quote;
     const std::size_t end = place.at + quote;
     const bool isFirst = &place == &places.front();
     if ((!isFirst && begin <= copied) || !StandsAlone(fixed, begin, end)) return std::nullopt;
-    form.append(fixed, copied, begin - copied).append(place.isInteger ? integerParameter : "?");
+    form.append(fixed, copied, begin - copied);
+    if (IsEqualMoment(place)) {
+      form.pop_back();  // the equals sign
+      form.append(equalsMoment);
+    } else {
+      form.append(isInteger ? integerParameter : "?");
+    }
     copied = end;
   }
   return form.append(fixed, copied);
@@ -73,32 +94,39 @@ SqlText& SqlText::Append(std::string_view fixed) {
 }
 
 SqlText& SqlText::Value(const Variant& value) {
-  if (isQuoteOpen_ && value.GetKind() == Kind::DateTime) return Put(value);
-  if (!isQuoteOpen_ && value.GetKind() == Kind::Int32) return Put(value);
+  if (isQuoteOpen_ && value.GetKind() == Kind::DateTime) return Put(value, ValueKind::Moment);
+  if (!isQuoteOpen_ && value.GetKind() == Kind::Int32) return Put(value, ValueKind::Integer);
   std::string text = value.ToText();
   if (broken_.empty()) broken_ = WhyItBreaks(text, isQuoteOpen_);
-  if (isQuoteOpen_) return Put(std::move(text));
-  if (const std::optional<std::int32_t> integer = IntegerWrittenAs(text)) return Put(*integer);
+  if (isQuoteOpen_) return Put(std::move(text), ValueKind::Text);
+  if (const std::optional<std::int32_t> integer = IntegerWrittenAs(text)) return Put(*integer, ValueKind::Integer);
   return Append(text);
 }
 
-SqlText& SqlText::Put(Variant value) {
+SqlText& SqlText::Moment(const Variant& value) {
+  Value(value);
+  if (isQuoteOpen_) shape_.places.back().kind = ValueKind::Moment;
+  return *this;
+}
+
+SqlText& SqlText::Put(Variant value, ValueKind kind) {
   if (values_.empty()) values_.reserve(kUsualValues), shape_.places.reserve(kUsualValues);
-  shape_.places.push_back({shape_.fixed.size(), value.GetKind() == Kind::Int32});
+  shape_.places.push_back({shape_.fixed.size(), kind});
   values_.push_back(std::move(value));
   return *this;
 }
 
-std::string SqlText::Text() const { return Text(&DateTime::ToText); }
+std::string SqlText::Text() const { return Text({}); }
 
 std::string SqlText::Text(const MomentText& moment) const {
   std::string text;
   std::size_t copied = 0;
   for (std::size_t i = 0; i < values_.size(); ++i) {
-    const Variant& value = values_[i];
-    text.append(shape_.fixed, copied, shape_.places[i].at - copied);
-    text += value.GetKind() == Kind::DateTime ? moment(value.ToDateTime()) : value.ToText();
-    copied = shape_.places[i].at;
+    const SqlShape::Place& place = shape_.places[i];
+    text.append(shape_.fixed, copied, place.at - copied);
+    const auto known = place.kind == ValueKind::Moment && moment ? MomentOf(values_[i]) : std::nullopt;
+    text += known ? moment(*known) : values_[i].ToText();
+    copied = place.at;
   }
   return text.append(shape_.fixed, copied);
 }

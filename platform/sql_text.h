@@ -22,21 +22,28 @@ namespace qmx {
 
 // What a text is without its values.
 struct SqlShape {
+  enum class ValueKind { Text, Integer, Moment };
   struct Place {
     std::size_t at = 0;  // in `fixed`
-    bool isInteger = false;
+    ValueKind kind = ValueKind::Text;
     bool operator==(const Place&) const = default;
   };
 
-  // With "?" for each value and its quotes or, for an integer, with what the database needs. Nothing where there is no
-  // value, or one that is only a part of a literal.
-  std::optional<std::string> SharedForm(std::string_view integerParameter) const;
+  // With "?" for each value and its quotes or, for an integer and for "=" with a moment, with what the database needs.
+  // Nothing where there is no value, or one that is only a part of a literal.
+  std::optional<std::string> SharedForm(std::string_view integerParameter, std::string_view equalsMoment = "=?") const;
+
+  // Whether the value is a moment that something is equal to: "stdt='2026-11-05'".
+  bool IsEqualMoment(const Place& place) const;
 
   bool operator==(const SqlShape&) const = default;
 
   std::string fixed;  // the pieces without the values
   std::vector<Place> places;
 };
+
+// The moment that a value of a place for moments is or, for a text, reads as.
+std::optional<DateTime> MomentOf(const Variant& value);
 
 class SqlText {
  public:
@@ -49,21 +56,22 @@ class SqlText {
   SqlText& Restart(std::string_view fixed);  // as if new, in the memory that it has
   SqlText& Append(std::string_view fixed);   // a piece of the statement, as it stands
   SqlText& Value(const Variant& value);      // a value; raises 13 for an object
+  SqlText& Moment(const Variant& value);     // the same; a quoted text that reads as a moment is meant as one
 
   std::string Text() const;                          // made anew by each call
-  std::string Text(const MomentText& moment) const;  // with moments between quotes as a database system has them
+  std::string Text(const MomentText& moment) const;  // with quoted moments in a database system's own form
 
   const SqlShape& Shape() const { return shape_; }
 
-  // The parameters of the shared form: 32-bit integers; what stands between quotes as moments or texts. A bare number
-  // of any other form has no parameter: what its digits mean differs from system to system.
+  // The values of the shared form: 32-bit integers; what stands between quotes as moments or texts. A bare number of
+  // any other form has no parameter: what its digits mean differs from system to system.
   std::span<const Variant> Values() const { return values_; }
 
   // Raises the command error, naming the value and with the statement as a detail, when a value broke the text.
   void Check() const;
 
  private:
-  SqlText& Put(Variant value);
+  SqlText& Put(Variant value, SqlShape::ValueKind kind);
 
   SqlShape shape_;
   std::vector<Variant> values_;  // one for each place

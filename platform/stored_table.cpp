@@ -205,7 +205,8 @@ std::string StoredTable::Condition(const Row& stored) const {
   for (const std::size_t column : key_) {
     const Variant& value = stored[column];
     if (value.IsEmpty()) continue;
-    condition += (condition.empty() ? " where " : " and ") + Quoted(column) + (value.IsNull() ? " is null" : "=?");
+    condition += (condition.empty() ? " where " : " and ") + Quoted(column);
+    condition += value.IsNull() ? " is null" : IsMomentText(column) ? kIsMomentInEitherForm : "=?";
   }
   if (condition.empty()) RaiseRowChanged(2);  // nothing is known of the row: every row would be meant
   return condition;
@@ -213,8 +214,14 @@ std::string StoredTable::Condition(const Row& stored) const {
 
 void StoredTable::BindKey(DriverStatement& statement, std::size_t parameter, const Row& stored) const {
   for (const std::size_t column : key_) {
-    if (!stored[column].IsEmpty() && !stored[column].IsNull()) statement.Bind(parameter++, stored[column]);
+    if (stored[column].IsEmpty() || stored[column].IsNull()) continue;
+    statement.Bind(parameter++, stored[column]);
+    if (IsMomentText(column)) statement.Bind(parameter++, stored[column]);
   }
+}
+
+bool StoredTable::IsMomentText(std::size_t column) const {
+  return session_.KeepsMomentsAsTexts() && layout_->Columns()[column].type == Variant::Kind::DateTime;
 }
 
 bool StoredTable::IsFoundByKey(const Row& stored) const {

@@ -52,6 +52,7 @@ class StoredTable {
   std::string Condition(const Row& stored) const;
   void BindKey(DriverStatement& statement, std::size_t parameter, const Row& stored) const;
   bool IsFoundByKey(const Row& stored) const;
+  bool IsMomentText(std::size_t column) const;
   std::string Quoted(std::size_t column) const;
 
   DriverSession& session_;

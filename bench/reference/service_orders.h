@@ -13,7 +13,7 @@ enum class Kind {
   Text,
   Number,
   YesNo,   // 1 for the ERP's yes, else 0
-  Moment,  // a text that ends with the day where the time is midnight
+  Moment,  // a text, with the time of day at midnight too
 };
 
 struct OrderColumn {
@@ -55,10 +55,7 @@ inline std::string InsertOrder() {
 // A text of the ERP's file as it stands in the local table; for a number or a flag, its text.
 inline std::string_view LocalText(const Statement& row, int column, Kind kind) {
   if (kind == Kind::YesNo) return sqlite3_column_int(row.Get(), column) == 1 ? "1" : "0";
-  std::string_view text(row.Text(column), static_cast<std::size_t>(sqlite3_column_bytes(row.Get(), column)));
-  constexpr std::string_view kMidnight = " 00:00:00";
-  if (kind == Kind::Moment && text.ends_with(kMidnight)) text.remove_suffix(kMidnight.size());
-  return text;
+  return {row.Text(column), static_cast<std::size_t>(sqlite3_column_bytes(row.Get(), column))};
 }
 
 inline bool IsNull(const Statement& row, int column) { return sqlite3_column_type(row.Get(), column) == SQLITE_NULL; }

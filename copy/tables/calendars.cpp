@@ -31,7 +31,7 @@ const std::vector<Column> kKeyColumns = {"ccal", "ract", "stdt", "sttm"};
 const KeyCondition kKey = {
     {" where ccal='", "getCalendar", "'"},
     {" and   ract='", "getavailabilityType", "'"},
-    {" and   stdt='", "getStartDate", "'"},
+    {" and   stdt='", "getStartDate", "'", true},
     {" and   sttm= ", "getStartTime", ""},
 };
 

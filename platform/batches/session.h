@@ -34,7 +34,7 @@ class BatchingDriverSession : public DriverSession {
   std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
   std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) override;
   std::string IntegerParameter() const override { return inner_->IntegerParameter(); }
-  std::string MomentText(DateTime moment) const override { return inner_->MomentText(moment); }
+  bool KeepsMomentsAsTexts() const override { return inner_->KeepsMomentsAsTexts(); }
   TableDescription Describe(const std::string& table) override;
   std::string QuoteIdentifier(const std::string& name) const override { return inner_->QuoteIdentifier(name); }
   std::string System() const override { return inner_->System(); }

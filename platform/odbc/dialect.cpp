@@ -49,6 +49,7 @@ std::vector<OdbcDialect> MakeDialects() {
   sqlite.system = "SQLite";
   // The driver takes a query time-out and ignores it, and waits for locks as its own connection text says (Timeout=).
   sqlite.catalogIsFile = true;
+  sqlite.keepsMomentsAsTexts = true;
   sqlite.refusals = Refusals::Always;
 
   OdbcDialect other;

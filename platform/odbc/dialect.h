@@ -43,6 +43,9 @@ struct OdbcDialect {
   // A parameter that is an integer, also where a text stands beside it.
   std::string integerParameter = "?";
 
+  // Moments are stored as texts, in the full form.
+  bool keepsMomentsAsTexts = false;
+
   // Gives 1 where narrow texts are UTF-8 in both directions, so that the driver need not convert wide ones; "" where
   // that cannot be known.
   std::string utf8Query;

@@ -15,6 +15,7 @@ class OdbcDriverSession : public DriverSession {
 
   std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
   std::string IntegerParameter() const override { return connection_->Dialect().integerParameter; }
+  bool KeepsMomentsAsTexts() const override { return connection_->Dialect().keepsMomentsAsTexts; }
   std::unique_ptr<DriverRows> PrepareRows(const RowInsert& insert) override;
   TableDescription Describe(const std::string& table) override;
   std::string QuoteIdentifier(const std::string& name) const override;

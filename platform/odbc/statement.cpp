@@ -117,7 +117,7 @@ void OdbcDriverStatement::Bind(std::size_t parameter, const Variant& value) {
     case Kind::Text:
     case Kind::Object: {  // an object has no text: type mismatch
       const std::string* text = value.IfText();
-      if (!text) text = &(place.utf8 = value.ToText());
+      if (!text) text = &(place.utf8 = TextOf(value));
       if (connection_.IsUtf8()) {
         RequireUtf8(*text);
         return BindUtf8(parameter, *text);
@@ -132,6 +132,11 @@ void OdbcDriverStatement::Bind(std::size_t parameter, const Variant& value) {
   statement_.Check(SQLBindParameter(statement_.Get(), static_cast<SQLUSMALLINT>(parameter + 1), SQL_PARAM_INPUT, cType,
                                     sqlType, size, 0, data, place.indicator > 0 ? place.indicator : 0,
                                     &place.indicator));
+}
+
+std::string OdbcDriverStatement::TextOf(const Variant& value) const {
+  const bool isFull = value.GetKind() == Kind::DateTime && connection_.Dialect().keepsMomentsAsTexts;
+  return isFull ? value.ToDateTime().ToFullText() : value.ToText();
 }
 
 void OdbcDriverStatement::BindUtf8(std::size_t parameter, const std::string& text) {

@@ -59,6 +59,7 @@ class OdbcDriverStatement : public DriverStatement {
   auto Heard(Ask&& ask) const;  // of the server, whose silence makes the connection's state unknown
   bool Fetch();
   void Close() noexcept;
+  std::string TextOf(const Variant& value) const;  // that is bound for it
   ColumnDescription Describe(SQLUSMALLINT column) const;
   std::optional<std::string> Text(SQLUSMALLINT column);
   template <typename Char>

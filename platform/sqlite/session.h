@@ -23,6 +23,7 @@ class SqliteDriverSession : public DriverSession {
   TableDescription Describe(const std::string& table) override;
   std::string QuoteIdentifier(const std::string& name) const override;
   std::string System() const override { return "SQLite"; }
+  bool KeepsMomentsAsTexts() const override { return true; }
   std::string Catalog() override;
   void SelectCatalog(const std::string& name) override;
   void Timeout(std::chrono::seconds limit) override;

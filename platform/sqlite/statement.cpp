@@ -90,9 +90,11 @@ void SqliteDriverStatement::Bind(std::size_t parameter, const Variant& value) {
       code = bindText(*value.IfText());
       break;
     case Kind::DateTime:
-    case Kind::Object:  // an object has no text: type mismatch
       if (texts_.size() <= parameter) texts_.resize(static_cast<std::size_t>(sqlite3_bind_parameter_count(statement)));
-      code = bindText(texts_.at(parameter) = value.ToText());
+      code = bindText(texts_.at(parameter) = value.ToDateTime().ToFullText());
+      break;
+    case Kind::Object:
+      value.ToText();  // raises type mismatch: an object has no text
       break;
   }
   if (code != SQLITE_OK) RaiseFailure();

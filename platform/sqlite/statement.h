@@ -43,7 +43,7 @@ class SqliteDriverStatement : public DriverStatement {
   const TransactionState& transaction_;
   std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
   std::vector<ColumnDescription> columns_;
-  std::vector<std::string> texts_;  // of bound values that are no texts themselves, by parameter
+  std::vector<std::string> texts_;  // of bound moments, by parameter
   std::int64_t affected_ = 0;
   std::int64_t changesBefore_ = 0;
   int preparations_ = 0;  // that SQLite made by itself because the tables had changed

@@ -166,7 +166,7 @@ class FaultyDriver : public Driver {
       });
     }
     std::string IntegerParameter() const override { return inner_->IntegerParameter(); }
-    std::string MomentText(DateTime moment) const override { return inner_->MomentText(moment); }
+    bool KeepsMomentsAsTexts() const override { return inner_->KeepsMomentsAsTexts(); }
     TableDescription Describe(const std::string& table) override {
       return owner_.Do("Describe " + table, [&] { return inner_->Describe(table); });
     }

@@ -11,6 +11,7 @@
 #include "tools/qmxadmin/differences.h"
 #include "tools/qmxadmin/find_table.h"
 #include "tools/qmxadmin/local_database.h"
+#include "tools/qmxadmin/old_midnights.h"
 
 namespace qmx {
 namespace {
@@ -57,6 +58,17 @@ bool Provide(Connection& connection, const Dialect& dialect, const LocalTable& t
   return differences.empty();
 }
 
+void PrintRewritten(const ConnectionText& text, const std::string& database) {
+  SqliteDriver sqlite;
+  OdbcDriver odbc;
+  const auto session = OpenSession({&sqlite, &odbc}, {text.Text(), database});
+  for (const auto& [table, count] : RewriteOldMidnights(*session)) {
+    std::cout << table << ": " << count << (count == 1 ? " midnight" : " midnights")
+              << " of an older release rewritten, as \"2026-11-05 00:00:00\" instead of \"2026-11-05\"\n";
+  }
+  session->Close();
+}
+
 }  // namespace
 
 AdminStatus Init(const InitArguments& arguments) {
@@ -81,6 +93,7 @@ AdminStatus Init(const InitArguments& arguments) {
   bool asItShouldBe = true;
   for (const LocalTable& table : LocalTables()) asItShouldBe &= Provide(connection, dialect, table);
   connection.Close();
+  PrintRewritten(text, arguments.database);
   if (asItShouldBe) return AdminStatus::Done;
   std::cout << "Tables that differ were left as they are. \"qmxadmin init --print\" shows how they should be.\n";
   return AdminStatus::Wrong;

@@ -1,4 +1,5 @@
-// qmxadmin init: makes the local tables that are missing and leaves alone those that are there.
+// qmxadmin init: makes the local tables that are missing and leaves alone those that are there, except for midnights
+// that an older release stored in another form: those are rewritten.
 #pragma once
 
 #include "tools/qmxadmin/admin_status.h"

@@ -8,12 +8,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// Midnight is written out: whoever parses the text expects one form.
-std::string MomentText(DateTime moment) {
-  const std::string text = moment.ToText();
-  return moment == moment.DatePart() ? text + " 00:00:00" : text;
-}
-
 // A count is written without a point, whatever kind of number the database counts in.
 Json JsonNumber(double number) {
   constexpr double kExact = 1e15;
@@ -35,7 +29,7 @@ Json JsonValue(const Variant& value) {
     case Variant::Kind::Double:
       return JsonNumber(value.ToDouble());
     case Variant::Kind::DateTime:
-      return MomentText(value.ToDateTime());
+      return value.ToDateTime().ToFullText();  // one form for whoever parses it
     default:
       return value.ToText();
   }

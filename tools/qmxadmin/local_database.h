@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "platform/database.h"
 #include "platform/drivers/local_drivers.h"
@@ -22,5 +23,8 @@ class LocalDatabase {
   Database database_{drivers_.All()};
   std::unique_ptr<qmx::Connection> connection_;
 };
+
+// Opens a session of its own on the database, without batches and without a record set's rules.
+std::unique_ptr<DriverSession> OpenSession(const std::vector<Driver*>& drivers, const DatabaseArguments& arguments);
 
 }  // namespace qmx

@@ -44,7 +44,7 @@ const Pieces kTexts = {"A1",
                        "a; -- /* ?",
                        "{fn x}",
                        "2026-1-31",
-                       "2026-01-31",
+                       "2026-01-31 00:00:00",
                        "\\",
                        "A\\",
                        "\\1",
@@ -260,13 +260,16 @@ class Side {
   void Fill() {
     Run("delete from t");
     Run("insert into t (code,n,s,w,d,plain,\"odd name\") values "
-        "('A1',5,5,5,'2026-01-31','5',5),('A2',-5,0,0.5,'2026-01-31 08:30:00','A1',0.5),"
-        "('a1',0,1,1e10,null,'O''Neil',1),('O''Neil',2147483647,null,-5,'2026-02-01','',-5),('',null,-5,null,null,null,"
+        "('A1',5,5,5,'2026-01-31 00:00:00','5',5),('A2',-5,0,0.5,'2026-01-31 08:30:00','A1',0.5),"
+        "('a1',0,1,1e10,null,'O''Neil',1),('O''Neil',2147483647,null,-5,'2026-02-01 "
+        "00:00:00','',-5),('',null,-5,null,null,null,"
         "null)");
   }
 
   std::string AsItStands(const SqlText& text) {
-    return OutcomeOf([&] { return Outcome(*session_->Prepare(text.Text())); });
+    const bool needsFullMoments = session_->KeepsMomentsAsTexts();
+    const std::string sent = needsFullMoments ? text.Text(&DateTime::ToFullText) : text.Text();
+    return OutcomeOf([&] { return Outcome(*session_->Prepare(sent)); });
   }
   std::string Shared(const SqlText& text) {
     return OutcomeOf([&] { return Outcome(ConnectionStatement(prepared_, text)); });

@@ -124,6 +124,42 @@ TEST(SharedForm, TakesABareNumberOnlyIfItIsA32BitInteger) {
   }
 }
 
+SqlText StartIs(const char* comparison, const Variant& moment) {
+  return SqlText("select * from t where start").Append(comparison).Append("'").Moment(moment).Append("' and n=1");
+}
+
+TEST(SqlText, ShowsAMomentAsItWasGiven) {
+  EXPECT_EQ(StartIs("=", "2026-1-5").Text(), "select * from t where start='2026-1-5' and n=1");
+  EXPECT_EQ(StartIs("=", DateTime::FromDate(2026, 1, 5)).Text(), "select * from t where start='2026-01-05' and n=1");
+  EXPECT_EQ(StartIs("=", "next week").Text(), "select * from t where start='next week' and n=1");
+}
+
+TEST(SqlText, GivesQuotedMomentsInAnotherFormOnDemand) {
+  const auto full = [](const SqlText& text) { return text.Text(&DateTime::ToFullText); };
+  const DateTime day = DateTime::FromDate(2026, 1, 5);
+  EXPECT_EQ(full(StartIs("=", "2026-1-5")), "select * from t where start='2026-01-05 00:00:00' and n=1");
+  EXPECT_EQ(full(StartIs("=", " 2026-01-05 ")), "select * from t where start='2026-01-05 00:00:00' and n=1");
+  EXPECT_EQ(full(StartIs("=", day)), "select * from t where start='2026-01-05 00:00:00' and n=1");
+  EXPECT_EQ(full(StartIs("=", "next week")), "select * from t where start='next week' and n=1");
+  EXPECT_EQ(full(Quoted(day)), "select * from t where k='2026-01-05 00:00:00'");
+  EXPECT_EQ(full(Quoted("2026-01-05")), "select * from t where k='2026-01-05'");
+}
+
+TEST(SqlText, RefusesAMomentThatHoldsAQuote) {
+  EXPECT_EQ(Raised([&] { StartIs("=", "2026-01-05'").Check(); }).Number(), -2147217900);
+}
+
+TEST(SharedForm, HasTheDatabasesOwnComparisonWhereSomethingEqualsAMoment) {
+  const auto form = [](const SqlText& text) { return text.Shape().SharedForm("?", " in (?,?)").value_or("none"); };
+  EXPECT_EQ(form(StartIs("=", "2026-1-5")), "select * from t where start in (?,?) and n=1");
+  EXPECT_EQ(form(Quoted(DateTime::FromDate(2026, 1, 5))), "select * from t where k in (?,?)");
+  for (const std::string comparison : {"<", ">", "<=", ">=", "!=", "<>", "= "}) {
+    EXPECT_EQ(form(StartIs(comparison.c_str(), "2026-1-5")), "select * from t where start" + comparison + "? and n=1");
+  }
+  EXPECT_EQ(form(Quoted("2026-01-05")), "select * from t where k=?");
+  EXPECT_EQ(form(SqlText("insert into t values ('").Moment("2026-01-05").Append("')")), "insert into t values (?)");
+}
+
 TEST(SharedForm, IsNoneWithoutValues) {
   EXPECT_EQ(SharedForm("select * from t where k='A' and l=5"), "none");
   EXPECT_EQ(SharedForm(""), "none");
@@ -152,7 +188,8 @@ TEST(SharedForm, IsNoneIfAValueIsAPartOfALiteral) {
 
 TEST(SqlShape, IsTheSameForTextsThatDifferInTheirValuesOnly) {
   EXPECT_EQ(Quoted("A").Shape(), Quoted("a longer value").Shape());
-  EXPECT_EQ(Quoted("A").Shape(), Quoted(DateTime()).Shape());
+  EXPECT_EQ(Quoted(DateTime()).Shape(), Quoted(DateTime::FromDate(2026, 1, 31)).Shape());
+  EXPECT_NE(Quoted(DateTime()).Shape(), Quoted("A").Shape());
   EXPECT_EQ(Bare(5).Shape(), Bare(-17).Shape());
   EXPECT_NE(Bare(5).Shape(), Bare(5.5).Shape());
   EXPECT_NE(Bare(5).Shape(), SqlText("select * from t where k= ").Shape());

@@ -118,10 +118,15 @@ TEST_P(RecordsetValues, WhatIsNoNumberCannotBeKeptAsOne) {
 TEST_P(RecordsetValues, DatesCompareInTheDatabaseAsDatesDo) {
   records->Fields("born") = DateTime::FromDate(2026, 1, 10);
   records->Update();
-  EXPECT_EQ(Opened("select * from people where born > '2026-01-09'")->recordcount(), 1);
-  EXPECT_EQ(Opened("select * from people where born > '2026-01-10'")->recordcount(), 0);
-  EXPECT_EQ(Opened("select * from people where born <= '2026-01-10'")->recordcount(), 1);
-  EXPECT_EQ(Opened("select * from people where born='2026-01-10'")->recordcount(), 1);
+  const auto found = [&](const char* comparison, int day) {
+    const DateTime moment = DateTime::FromDate(2026, 1, day);
+    return Opened(SqlText("select * from people where born").Append(comparison).Append("'").Value(moment).Append("'"))
+        ->recordcount();
+  };
+  EXPECT_EQ(found(">", 9), 1);
+  EXPECT_EQ(found(">", 10), 0);
+  EXPECT_EQ(found("<=", 10), 1);
+  EXPECT_EQ(found("=", 10), 1);
 }
 
 TEST_P(RecordsetValues, TextKeysCompareLetterByLetter) {

@@ -8,6 +8,7 @@
 #include "tools/qmxadmin/differences.h"
 #include "tools/qmxadmin/find_table.h"
 #include "tools/qmxadmin/local_database.h"
+#include "tools/qmxadmin/old_midnights.h"
 
 namespace qmx {
 namespace {
@@ -37,7 +38,13 @@ std::string OnCase(LocalDatabase& local, const LocalTable& table) {
   return "; it tells capitals from small letters, so a copy of TSMDM030 does not see the flag of tsmdm030";
 }
 
-void CheckTable(LocalDatabase& local, const LocalTable& table, Findings& findings) {
+std::string OnOldMidnights(std::int64_t count) {
+  return std::to_string(count) + (count == 1 ? " midnight has" : " midnights have") +
+         " the form of an older release, as \"2026-11-05\" instead of \"2026-11-05 00:00:00\", so queries that compare "
+         "moments may miss them";
+}
+
+void CheckTable(LocalDatabase& local, DriverSession& session, const LocalTable& table, Findings& findings) {
   Connection& connection = local.Connection();
   const std::string what = "table " + table.name;
   try {
@@ -50,7 +57,9 @@ void CheckTable(LocalDatabase& local, const LocalTable& table, Findings& finding
     for (const std::string& difference : differences) {
       findings.Wrong(what, difference, "\"qmxadmin init --print\" shows how it should be.");
     }
-    if (differences.empty()) {
+    const std::int64_t oldMidnights = CountOldMidnights(session, table);
+    if (oldMidnights > 0) findings.Wrong(what, OnOldMidnights(oldMidnights), "\"qmxadmin init\" rewrites them.");
+    if (differences.empty() && oldMidnights == 0) {
       findings.Good(what, std::to_string(found->columns.size()) + " columns, as they should be" + OnCase(local, table));
     }
   } catch (const Error& error) {
@@ -71,7 +80,11 @@ void CheckDatabase(const DatabaseArguments& arguments, Findings& findings) {
   Connection& connection = local->Connection();
   findings.Good(kConnection, connection.System());
   if (!SelectDatabase(connection, arguments.database, findings)) return;
-  for (const LocalTable& table : LocalTables()) CheckTable(*local, table, findings);
+  SqliteDriver sqlite;
+  OdbcDriver odbc;
+  const auto session = OpenSession({&sqlite, &odbc}, arguments);
+  for (const LocalTable& table : LocalTables()) CheckTable(*local, *session, table, findings);
+  session->Close();
 }
 
 }  // namespace qmx

@@ -1,15 +1,19 @@
 #include "tools/qmxadmin/verify/comparison.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <set>
 
 #include "platform/error.h"
 #include "platform/names.h"
+#include "tools/qmxadmin/old_midnights.h"
 
 namespace qmx {
 namespace {
 
 constexpr std::size_t kRowsAtATime = 1000;
+constexpr std::size_t kAllRows = std::numeric_limits<std::int32_t>::max();
 
 std::string Joined(const std::vector<std::string>& pieces, const char* separator) {
   std::string text;
@@ -89,10 +93,11 @@ class Side {
 // The local rows by their keys, so many at a time: a driver may hold all that a statement gives.
 class LocalRows {
  public:
-  LocalRows(const Side& side, const std::vector<std::size_t>& key) : side_(side), key_(key) {
+  LocalRows(const Side& side, const std::vector<std::size_t>& key, std::size_t rowsAtATime)
+      : side_(side), key_(key), rowsAtATime_(rowsAtATime) {
     std::vector<std::string> order;
     for (std::size_t part = 0; part < key.size(); ++part) order.push_back(side.KeyColumn(part));
-    const std::string end = " order by " + Joined(order, ", ") + " limit " + std::to_string(kRowsAtATime);
+    const std::string end = " order by " + Joined(order, ", ") + " limit " + std::to_string(rowsAtATime_);
     first_ = side.Prepare(side.Select("") + end);
     next_ = side.Prepare(side.Select("") + " where " + Behind(0) + end);
   }
@@ -125,11 +130,12 @@ class LocalRows {
       work(row);
     }
     statement.Reset();
-    return count == kRowsAtATime ? std::optional(row) : std::nullopt;
+    return count == rowsAtATime_ ? std::optional(row) : std::nullopt;
   }
 
   const Side& side_;
   const std::vector<std::size_t>& key_;
+  std::size_t rowsAtATime_;
   std::unique_ptr<DriverStatement> first_, next_;
 };
 
@@ -207,7 +213,9 @@ ComparedRows Compare(const LocalTable& table, DriverSession& local, DriverSessio
   erp.Begin();
   ErpRows erpRows(erp, erpSide, key);
   ComparedRows compared;
-  LocalRows(localSide, key).ForEach([&](const RowValues& row) {
+  // Behind a midnight of an older release, moments do not follow each other as their full forms do.
+  const std::size_t rowsAtATime = CountOldMidnights(local, table) == 0 ? kRowsAtATime : kAllRows;
+  LocalRows(localSide, key, rowsAtATime).ForEach([&](const RowValues& row) {
     ++compared.local;
     const std::vector<RowValues> listed = erpRows.Take(row);
     compared.erp += static_cast<std::int64_t>(listed.size());

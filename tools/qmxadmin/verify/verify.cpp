@@ -3,7 +3,6 @@
 #include <iostream>
 
 #include "platform/error.h"
-#include "platform/trim.h"
 #include "tools/qmxadmin/control_records.h"
 #include "tools/qmxadmin/copied_tables.h"
 #include "tools/qmxadmin/local_database.h"
@@ -22,19 +21,6 @@ const LocalTable& CopiedTable(const std::string& code) {
     if (table.name == code) return table;
   }
   throw Error(errors::kInternal, "qmxadmin verify", "There is no table " + code + ".");
-}
-
-// A session of its own on the database: rows are compared with what drivers give, and keys may hold any text.
-std::unique_ptr<DriverSession> OpenSession(const std::vector<Driver*>& drivers, const std::string& connectionText,
-                                           const std::string& database) {
-  const ConnectionText text(connectionText);
-  for (Driver* driver : drivers) {
-    if (!driver->Serves(text)) continue;
-    std::unique_ptr<DriverSession> session = driver->Open(text);
-    if (!Trimmed(database).empty()) session->SelectCatalog(database);
-    return session;
-  }
-  throw Error(errors::kInvalidCall, "qmxadmin verify", "No driver serves the connection text.");
 }
 
 std::vector<std::string> CalendarsOfEmployees(LocalDatabase& local) {
@@ -79,7 +65,7 @@ AdminStatus Verify(const VerifyArguments& arguments) {
   const std::map<std::string, ControlRecord> records = ReadControlRecords(local);
   SqliteDriver sqlite;
   OdbcDriver odbc;
-  const auto localRows = OpenSession({&sqlite, &odbc}, arguments.connection, arguments.database);
+  const auto localRows = OpenSession({&sqlite, &odbc}, arguments);  // keys may hold any text
   const auto report = MakeVerifyReport(std::cout, arguments.form);
   bool areSame = true;
   for (const std::string& table : arguments.tables) {

@@ -184,6 +184,37 @@ TEST_P(Comparing, FindsOneRowAmongMany) {
   EXPECT_EQ(rows_.erp, 1049);
 }
 
+// As an older release stored them, the moments of a key follow each other as texts do.
+TEST(AComparison, ReadsEveryRowOfAFileThatHoldsMidnightsOfAnOlderRelease) {
+  const auto days = std::find_if(LocalTables().begin(), LocalTables().end(),
+                                 [](const LocalTable& table) { return table.name == "tcccp030"; });
+  ASSERT_NE(days, LocalTables().end());
+  TempFolder folder;
+  SqliteDriver sqlite;
+  const auto fill = [&](const char* file, const std::string& midnight) {
+    std::unique_ptr<DriverSession> session =
+        sqlite.Open(ConnectionText("Provider=SQLite;Mode=Create;Data Source=" + (folder / file)));
+    for (const std::string& statement :
+         {SqliteDialect().CreateTable(*days),
+          "with recursive numbers (n) as (select 1 union all select n + 1 from numbers where n < 1050) insert into "
+          "tcccp030 (ccal, ract, stdt, sttm) select 'DAY', 'WRK', '2026-11-20" +
+              midnight + "', n from numbers"}) {
+      const auto running = session->Prepare(statement);
+      while (running->Step()) continue;
+    }
+    return session;
+  };
+  const auto local = fill("local.db", "");
+  const auto erp = fill("erp.db", " 00:00:00");
+  Notes notes;
+  const ComparedRows rows = Compare(*days, *local, *erp, {}, notes);
+  EXPECT_EQ(rows.local, 1050);
+  EXPECT_EQ(rows.erp, 1050);
+  EXPECT_THAT(notes.notes, IsEmpty());
+  local->Close();
+  erp->Close();
+}
+
 TEST(AComparison, RefusesALocalTableThatLacksAColumnOrTheKey) {
   const TableDescription good = {
       "KINDS", {{"Line"}, {"code"}, {"name"}, {"rate"}, {"stdt"}, {"flag"}, {"more"}}, {0, 1}};
