@@ -93,6 +93,7 @@ class clsCalender {
   void CloseAfterFailure() const noexcept;
 
   Database& database_;
+  SqlText insert_{""};  // of one interval; its memory is used again
   std::vector<std::string> CalArray;
   std::vector<MainEntry> MainArray;
 };

@@ -275,13 +275,14 @@ Variant clsCalender::Insert(std::int16_t ct, std::int16_t dct) {
     const HoursMinutes to(interval.etime);
     const DateTime start = date.PlusTime(from.hours, from.minutes, 0);
     const DateTime end = to.hours == 24 ? date.PlusDays(1) : date.PlusTime(to.hours, to.minutes, 0);
-    OpenedConnection().Execute(SqlText("insert into tscalender (ccal,sttm,entm) Values ('")
-                                   .Value(Calcode)
-                                   .Append("','")
-                                   .Value(start)
-                                   .Append("','")
-                                   .Value(end)
-                                   .Append("')"));
+    insert_.Restart("insert into tscalender (ccal,sttm,entm) Values ('")
+        .Value(Calcode)
+        .Append("','")
+        .Value(start)
+        .Append("','")
+        .Value(end)
+        .Append("')");
+    OpenedConnection().Execute(insert_);
   } catch (const std::exception&) {
     // This row is lost; the next one is tried.
   }
