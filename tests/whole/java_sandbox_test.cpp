@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 
 #include "schema/local_tables.h"
@@ -16,6 +17,7 @@
 namespace qmx::test {
 namespace {
 
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 std::vector<std::string> Lines(const std::string& file) {
@@ -25,8 +27,15 @@ std::vector<std::string> Lines(const std::string& file) {
   return lines;
 }
 
+// The JVM checks every JNI call.
 class JavaSandbox : public testing::Test {
  protected:
+  static void SetUpTestSuite() { setenv("JAVA_TOOL_OPTIONS", "-Xcheck:jni", 1); }
+  void SetUp() override { testing::internal::CaptureStderr(); }
+  void TearDown() override {
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::Not(HasSubstr("native method")));
+  }
+
   JavaSandbox() {
     native_.TraceTo(folder_ / "native");
     java_.TraceTo(folder_ / "java");

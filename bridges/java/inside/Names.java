@@ -32,6 +32,8 @@ final class Names {
     } else if (path.isFile()) {
       try (JarFile jar = new JarFile(path)) {
         for (JarEntry entry : Collections.list(jar.entries())) add(entry.getName(), names);
+      } catch (IOException e) {
+        throw new IOException(path + " cannot be read", e);
       }
     }
   }

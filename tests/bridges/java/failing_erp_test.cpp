@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 
 #include "tests/support/process.h"
 
@@ -18,14 +19,21 @@ class AFailingErpInJava : public testing::TestWithParam<const char*> {
     EXPECT_EQ(test::Run(QMX_ADMIN, {"init", connection + ";Mode=Create", "local"}).status, 0);
   }
 
-  Process Copy(const std::string& failing) {
+  // The JVM checks every JNI call.
+  Process Copy(const std::string& failing, const std::string& settings = "", int failingJniCall = 0) {
     WriteFile(folder / "a.component", "library = " JAVA_BRIDGE "\nsetting classpath = " JAVA_TEST_CLASSES
                                       "\nsetting class ServiceTypes.ServiceTypesManager = bridge.FailingErp"
                                       "\nprogid = ServiceTypes.ServiceTypesManager\nsetting option = -Dbridge.fail=" +
-                                          (failing.empty() ? "nowhere" : failing) + "\n");
-    return test::Run(
-        QMX_DATA_COPY, {connection + ", local, tsmdm030, " + (folder / "log") + ", orvan, 100"},
-        {{"QMX_COMPONENTS", folder.Path()}, {"LSAN_OPTIONS", JAVA_LSAN_OPTIONS}, {"ASAN_OPTIONS", "handle_segv=0"}});
+                                          (failing.empty() ? "nowhere" : failing) +
+                                          "\nsetting option = -Xcheck:jni\nsetting option = -Xmx64m\n" + settings);
+    const Process copy =
+        test::Run(QMX_DATA_COPY, {connection + ", local, tsmdm030, " + (folder / "log") + ", orvan, 100"},
+                  {{"QMX_COMPONENTS", folder.Path()},
+                   {"LSAN_OPTIONS", JAVA_LSAN_OPTIONS},
+                   {"ASAN_OPTIONS", "handle_segv=0"},
+                   {"QMX_TEST_FAIL_JNI_CALL", std::to_string(failingJniCall)}});
+    EXPECT_THAT(copy.err + copy.out, testing::Not(HasSubstr("native method")));
+    return copy;
   }
 
   TempFolder folder;
@@ -43,12 +51,42 @@ TEST_P(AFailingErpInJava, FailsTheCopyAndReleasesItsTable) {
 
 INSTANTIATE_TEST_SUITE_P(InEachPlace, AFailingErpInJava,
                          testing::Values("constructor", "initialize", "list", "hasMoreElements", "nextElement",
-                                         "getter"));
+                                         "getter", "initializer", "close"));
 
 TEST_F(AFailingErpInJava, WhoseStackOverflowsFailsTheCopy) {
   const Process failed = Copy("deep in getter");
   EXPECT_EQ(failed.status, 1) << failed.err;
   EXPECT_THAT(failed.err, HasSubstr("java.lang.StackOverflowError"));
+  EXPECT_EQ(Copy("").status, 0);
+}
+
+TEST_F(AFailingErpInJava, WhoseMemoryRunsOutFailsTheCopy) {
+  const Process failed = Copy("memory in getter");
+  EXPECT_EQ(failed.status, 1) << failed.err;
+  EXPECT_THAT(failed.err, HasSubstr("error 7, Java: java.lang.OutOfMemoryError: Java heap space"));
+  EXPECT_EQ(Copy("").status, 0);
+}
+
+// The program's crash handler does not mistake what the JVM makes of SIGSEGV itself for a crash.
+TEST_F(AFailingErpInJava, WhichReadsNullsIsCopied) {
+  const Process copied = Copy("null in getter");
+  EXPECT_EQ(copied.status, 0) << copied.err;
+  EXPECT_EQ(copied.err, "");
+}
+
+// The table is released each time: a copy that finds it in progress ends with 3.
+TEST_F(AFailingErpInJava, WhoseJvmFailsAtAnyCallFailsTheCopy) {
+  const int step = std::getenv("QMX_TEST_EVERY_JNI_CALL") ? 1 : 9;
+  int failed = 0;
+  for (int call = 1;; call += step) {
+    const Process copy = Copy("", "setting jvm = " FAILING_JVM "\n", call);
+    if (copy.err.find("A JNI call fails.") == std::string::npos) break;  // it has fewer calls
+    ASSERT_THAT(copy.status, testing::AnyOf(0, 1)) << call << ": " << copy.err;
+    if (copy.status == 0) continue;  // a class that is looked for and need not be there
+    EXPECT_THAT(copy.err, HasSubstr("because of error ")) << call;
+    failed += step;
+  }
+  EXPECT_GT(failed, 60);
   EXPECT_EQ(Copy("").status, 0);
 }
 

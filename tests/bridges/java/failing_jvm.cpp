@@ -15,6 +15,7 @@ namespace {
 int untilFailure = 0;        // 1 fails the next call
 bool failsSilently = false;  // with an empty result alone; else with an exception too
 bool hasFailed = false;
+bool isAskedByEnvironment = false;
 JNIEnv* real = nullptr;
 JavaVM* realVm = nullptr;
 
@@ -23,6 +24,7 @@ std::vector<long> localReferences = {0};  // a number for each frame
 
 bool IsNext() {
   if (untilFailure == 0 || --untilFailure > 0) return false;
+  if (isAskedByEnvironment) std::fputs("A JNI call fails.\n", stderr);
   return hasFailed = true;
 }
 
@@ -146,7 +148,7 @@ FOR_TESTS long LocalReferences() {
   return all;
 }
 
-// A whole program is asked by its environment.
+// A whole program is asked by its environment, and reports the failure.
 FOR_TESTS jint JNI_CreateJavaVM(JavaVM** vm, void** env, void* arguments) {
   void* const library = dlopen(REAL_JVM, RTLD_NOW);
   if (!library) return JNI_ERR;
@@ -157,6 +159,9 @@ FOR_TESTS jint JNI_CreateJavaVM(JavaVM** vm, void** env, void* arguments) {
   real = static_cast<JNIEnv*>(*env);
   *vm = WrappedVm();
   *env = WrappedEnvironment();
-  if (const char* const number = std::getenv("QMX_TEST_FAIL_JNI_CALL")) FailJniCall(std::atoi(number), false);
+  if (const char* const number = std::getenv("QMX_TEST_FAIL_JNI_CALL")) {
+    isAskedByEnvironment = true;
+    FailJniCall(std::atoi(number), false);
+  }
   return JNI_OK;
 }

@@ -1,4 +1,7 @@
+#include <sys/resource.h>
+
 #include <clocale>
+#include <csignal>
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
@@ -111,6 +114,46 @@ TEST_F(JavaManifests, LeaveLocaleAndTimeZoneAsTheyWere) {
   EXPECT_STREQ(std::getenv("TZ"), "America/New_York");
   const std::time_t noon = 1784635200;  // 2026-07-21 12:00 UTC
   EXPECT_EQ(std::localtime(&noon)->tm_hour, 8);
+}
+
+// Of a class that the program asks for by a pattern, all jars are read.
+TEST_F(JavaManifests, WithAJarThatIsNoneNameIt) {
+  WriteFile(folder / "broken.jar", "no jar");
+  Write("a.component", kJavaSettings + "setting classpath = broken.jar\nprogid = *\n");
+  InstalledComponents fresh{clock, {folder.Path()}};
+  EXPECT_THAT(Raised([&] { fresh.CreateObject("BRIDGE.missing"); }).Description(),
+              HasSubstr("java.io.IOException: " + (folder / "broken.jar") +
+                        " cannot be read; caused by java.util.zip.ZipException: "));
+  EXPECT_EQ(ClassOf(fresh, "bridge.Values"), "bridge.Values");
+}
+
+TEST_F(JavaManifests, LeaveSignalsAndLimitsAsTheyWere) {
+  if (IsJvmLoaded()) GTEST_SKIP() << "an earlier test of this process has loaded it";
+  const auto signals = [] {
+    std::vector<void (*)(int)> handlers;
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGUSR1}) {
+      struct sigaction action {};
+      sigaction(number, nullptr, &action);
+      handlers.push_back(action.sa_handler);
+    }
+    return handlers;
+  };
+  const auto openFiles = [] {
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    return limit.rlim_cur;
+  };
+  rlimit few{256, 0};
+  rlimit former{};
+  getrlimit(RLIMIT_NOFILE, &former);
+  few.rlim_max = former.rlim_max;
+  setrlimit(RLIMIT_NOFILE, &few);
+  const auto before = signals();
+  components.CreateObject("bridge.Values");
+  EXPECT_TRUE(IsJvmLoaded());
+  EXPECT_EQ(signals(), before);
+  EXPECT_EQ(openFiles(), 256u);
+  setrlimit(RLIMIT_NOFILE, &former);
 }
 
 }  // namespace

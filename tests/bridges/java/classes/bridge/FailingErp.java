@@ -1,7 +1,9 @@
 package bridge;
 
 import java.lang.reflect.Field;
+import java.util.ArrayList;
 import java.util.Enumeration;
+import java.util.List;
 import java.util.NoSuchElementException;
 
 /** Service types whose manager, enumeration and record fail in the place that the property bridge.fail names. */
@@ -18,8 +20,24 @@ public class FailingErp {
       thread.start();
     }
     if (failing.equals("crash in " + place)) crash();
+    if (failing.equals("memory in " + place)) for (List<long[]> all = new ArrayList<>();;) all.add(new long[1 << 22]);
+    if (failing.equals("null in " + place)) readNulls();
     if (failing.equals(place)) throw new IllegalStateException("fails in " + place);
   }
+
+  // In compiled code the JVM learns of them by SIGSEGV.
+  private static void readNulls() {
+    int caught = 0;
+    for (int i = 0; i < 50000; ++i) {
+      try {
+        caught += lengthOf(i % 50 == 0 ? null : "a");
+      } catch (NullPointerException e) {
+        caught += 2;
+      }
+    }
+    if (caught != 51000) throw new IllegalStateException("caught " + caught);
+  }
+  private static int lengthOf(String text) { return text.length(); }
 
   // Writes where no memory is.
   private static void crash() {
@@ -59,6 +77,9 @@ public class FailingErp {
 
   /** One service type. */
   public static class Type {
+    static {
+      in("initializer");
+    }
     private final String code;
     Type(String code) { this.code = code; }
     public String getServiceType() {
