@@ -1,5 +1,4 @@
 #include "platform/database.h"
-#include "platform/database_observer.h"
 #include "platform/names.h"
 #include "platform/open_connection.h"
 
@@ -84,8 +83,8 @@ void OpenConnection::Close() {
   driver->Close();
 }
 
-Connection::Connection(const std::vector<Driver*>& drivers, DatabaseObserver* observer)
-    : drivers_(drivers), observer_(observer) {}
+Connection::Connection(const std::vector<Driver*>& drivers, DatabaseObservers observers)
+    : drivers_(drivers), observers_(std::move(observers)) {}
 
 Connection::~Connection() {
   try {
@@ -97,7 +96,7 @@ Connection::~Connection() {
 void Connection::Open(const std::string& connectionText, const std::string& user, const std::string& password) {
   std::string masked;
   Observed(
-      observer_,
+      observers_,
       [&] {
         if (session_) throw Error(errors::kAlreadyOpen, kSource, "The connection is open already.");
         const ConnectionText text = CompleteText(connectionText, user, password);
@@ -106,7 +105,7 @@ void Connection::Open(const std::string& connectionText, const std::string& user
         driver->Timeout(std::chrono::seconds(timeout_));
         session_ = std::make_shared<OpenConnection>(std::move(driver));
       },
-      [&](const Error* error) { observer_->ConnectionOpened(masked, error); });
+      [&](DatabaseObserver& observer, const Error* error) { observer.ConnectionOpened(masked, error); });
 }
 
 std::string Connection::defaultdatabase() const {
@@ -115,20 +114,20 @@ std::string Connection::defaultdatabase() const {
 
 void Connection::defaultdatabase(const std::string& name) {
   Observed(
-      observer_, [&] { OpenSession().SelectCatalog(name); },
-      [&](const Error* error) { observer_->DefaultDatabaseSet(name, error); });
+      observers_, [&] { OpenSession().SelectCatalog(name); },
+      [&](DatabaseObserver& observer, const Error* error) { observer.DefaultDatabaseSet(name, error); });
 }
 
 std::int64_t Connection::Execute(const SqlText& statement) {
   std::int64_t affected = 0;
   Observed(
-      observer_,
+      observers_,
       [&] {
         OpenConnection& session = OpenSession();
         statement.Check();
         affected = Run(session, statement);
       },
-      [&](const Error* error) { observer_->Executed(statement.Text(), affected, error); });
+      [&](DatabaseObserver& observer, const Error* error) { observer.Executed(statement.Text(), affected, error); });
   return affected;
 }
 
@@ -160,7 +159,7 @@ int Connection::CommandTimeout() const { return timeout_; }
 
 void Connection::CommandTimeout(int seconds) {
   Observed(
-      observer_,
+      observers_,
       [&] {
         if (seconds < 0) {
           throw Error(errors::kInvalidCall, kSource,
@@ -169,20 +168,20 @@ void Connection::CommandTimeout(int seconds) {
         if (session_) session_->Driver().Timeout(std::chrono::seconds(seconds));
         timeout_ = seconds;
       },
-      [&](const Error* error) { observer_->CommandTimeoutSet(seconds, error); });
+      [&](DatabaseObserver& observer, const Error* error) { observer.CommandTimeoutSet(seconds, error); });
 }
 
 int Connection::State() const { return session_ ? kStateOpen : kStateClosed; }
 
 void Connection::Close() {
   Observed(
-      observer_,
+      observers_,
       [&] {
         OpenSession();
         const std::shared_ptr<OpenConnection> session = std::move(session_);
         session->Close();
       },
-      [&](const Error* error) { observer_->ConnectionClosed(error); });
+      [&](DatabaseObserver& observer, const Error* error) { observer.ConnectionClosed(error); });
 }
 
 OpenConnection& Connection::OpenSession() const {

@@ -15,17 +15,17 @@ void Require(std::string_view progId, std::string_view known) {
 
 }  // namespace
 
-Database::Database(std::vector<Driver*> drivers, DatabaseObserver* observer)
-    : drivers_(std::move(drivers)), observer_(observer) {}
+Database::Database(std::vector<Driver*> drivers, DatabaseObservers observers)
+    : drivers_(std::move(drivers)), observers_(std::move(observers)) {}
 
 std::unique_ptr<Connection> Database::CreateConnection(std::string_view progId) {
   Require(progId, "ADODB.Connection");
-  return std::make_unique<Connection>(drivers_, observer_);
+  return std::make_unique<Connection>(drivers_, observers_);
 }
 
 std::unique_ptr<Recordset> Database::CreateRecordset(std::string_view progId) {
   Require(progId, "ADODB.Recordset");
-  return std::make_unique<Recordset>(observer_);
+  return std::make_unique<Recordset>(observers_);
 }
 
 }  // namespace qmx

@@ -35,12 +35,12 @@
 #include <vector>
 
 #include "platform/database_driver.h"
+#include "platform/database_observers.h"
 #include "platform/sql_text.h"
 #include "platform/variant.h"
 
 namespace qmx {
 
-class DatabaseObserver;
 class OpenConnection;
 class Recordset;
 class RecordsetCursor;
@@ -69,8 +69,8 @@ class Column {
 
 class Connection {
  public:
-  Connection(const std::vector<Driver*>& drivers, DatabaseObserver* observer);  // both borrowed
-  ~Connection();                                                                // closes quietly
+  Connection(const std::vector<Driver*>& drivers, DatabaseObservers observers);  // all borrowed
+  ~Connection();                                                                 // closes quietly
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
@@ -104,7 +104,7 @@ class Connection {
   friend class Recordset;
   OpenConnection& OpenSession() const;  // 3704 when closed
   std::vector<Driver*> drivers_;
-  DatabaseObserver* observer_;
+  DatabaseObservers observers_;
   std::shared_ptr<OpenConnection> session_;  // null when closed; record sets share it
   int timeout_ = 30;
 };
@@ -126,8 +126,8 @@ class Field {
 
 class Recordset {
  public:
-  explicit Recordset(DatabaseObserver* observer);  // borrowed
-  ~Recordset();                                    // drops what is pending
+  explicit Recordset(DatabaseObservers observers);  // borrowed
+  ~Recordset();                                     // drops what is pending
   Recordset(const Recordset&) = delete;
   Recordset& operator=(const Recordset&) = delete;
 
@@ -162,9 +162,9 @@ class Recordset {
   void AssignAndTell(std::size_t index, Variant&& value);
   template <typename Step>
   void Tell(std::string_view operation, Step&& step);
-  DatabaseObserver* observer_;
-  DatabaseObserver* columnObserver_;  // null where nobody is to be told of columns
-  int number_;                        // among the record sets, for the observer
+  DatabaseObservers observers_;
+  bool columnsAreObserved_;
+  int number_;  // for the observers
   Connection* connection_ = nullptr;
   std::unique_ptr<RecordsetCursor> cursor_;  // null when closed
 };
@@ -175,13 +175,13 @@ inline void Field::Value(Variant&& value) { owner_.Assign(index_, std::move(valu
 // other ProgID is 429.
 class Database {
  public:
-  explicit Database(std::vector<Driver*> drivers, DatabaseObserver* observer = nullptr);  // borrowed
+  explicit Database(std::vector<Driver*> drivers, DatabaseObservers observers = {});  // borrowed
   std::unique_ptr<Connection> CreateConnection(std::string_view progId);
   std::unique_ptr<Recordset> CreateRecordset(std::string_view progId);
 
  private:
   std::vector<Driver*> drivers_;
-  DatabaseObserver* observer_;
+  DatabaseObservers observers_;
 };
 
 }  // namespace qmx

@@ -1,6 +1,6 @@
-// Told of every call on connections and record sets, in order; absent when nobody listens, so that it costs nothing.
+// Hears of every call on connections and record sets, in order, and of every saved row.
 //
-// `error` is null when the call succeeded. Connection texts come masked.
+// An observer overrides what it wants to hear. `error` is null when the call succeeded. Connection texts come masked.
 #pragma once
 
 #include <cstdint>
@@ -17,21 +17,27 @@ class DatabaseObserver {
  public:
   virtual ~DatabaseObserver() = default;
 
-  virtual void ConnectionOpened(std::string_view maskedText, const Error* error) = 0;
-  virtual void DefaultDatabaseSet(std::string_view value, const Error* error) = 0;
-  virtual void Executed(std::string_view statement, std::int64_t affected, const Error* error) = 0;
-  virtual void CommandTimeoutSet(int seconds, const Error* error) = 0;
-  virtual void ConnectionClosed(const Error* error) = 0;
+  virtual void ConnectionOpened(std::string_view /*maskedText*/, const Error*) {}
+  virtual void DefaultDatabaseSet(std::string_view /*value*/, const Error*) {}
+  virtual void Executed(std::string_view /*statement*/, std::int64_t /*affected*/, const Error*) {}
+  virtual void CommandTimeoutSet(int /*seconds*/, const Error*) {}
+  virtual void ConnectionClosed(const Error*) {}
 
-  // `recordset` is a number given in the order in which the record sets were made. `rows` only where rows were read.
-  virtual void RecordsetOpened(int recordset, std::string_view source, int cursorType, int lockType, int options,
-                               std::optional<std::int64_t> rows, const Error* error) = 0;
-  // Whether it is to be told of columns: rows cost more then. Asked once a record set.
-  virtual bool HearsOfColumns() const { return true; }
-  virtual void ColumnSet(int recordset, std::string_view column, const Variant& value, const Error* error) = 0;
-  virtual void RecordsetCalled(int recordset, std::string_view operation,
-                               const Error* error) = 0;  // "AddNew", "Update", ...
-  virtual int NextRecordset() = 0;
+  // Returns the number of the record set that has just been made, by which the observer will know it; 0 when it needs
+  // none. With several observers, all hear the number that the first of them gave.
+  virtual int NextRecordset() { return 0; }
+  // `rows` has a value only when rows were read.
+  virtual void RecordsetOpened(int /*recordset*/, std::string_view /*source*/, int /*cursorType*/, int /*lockType*/,
+                               int /*options*/, std::optional<std::int64_t> /*rows*/, const Error*) {}
+  virtual void RecordsetCalled(int /*recordset*/, std::string_view /*operation*/, const Error*) {}  // "AddNew", ...
+
+  // A row was saved: a new one, or one with assigned columns, also when no value differed. Comes before the end of the
+  // call that saved the row.
+  virtual void RowSaved(std::string_view /*table*/) {}
+
+  // Whether it hears of assigned columns, which makes rows slower. Record sets ask once.
+  virtual bool HearsOfColumns() const { return false; }
+  virtual void ColumnSet(int /*recordset*/, std::string_view /*column*/, const Variant& /*value*/, const Error*) {}
 };
 
 }  // namespace qmx

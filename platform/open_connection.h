@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/database_driver.h"
+#include "platform/database_observers.h"
 #include "platform/error.h"
 #include "platform/prepared_statements.h"
 #include "platform/stored_table.h"
@@ -48,16 +49,16 @@ auto TranslateExceptions(Body&& body) -> decltype(body()) {
   }
 }
 
-// The same, and tells the observer, where there is one, of its end: `tell` takes the error, null for none.
-template <typename Observer, typename Body, typename Tell>
-void Observed(Observer* observer, Body&& body, Tell&& tell) {
+// The same, and tells each observer of its end: `tell` takes the observer and the error, null for none.
+template <typename Body, typename Tell>
+void Observed(const DatabaseObservers& observers, Body&& body, Tell&& tell) {
   try {
     TranslateExceptions(body);
   } catch (const Error& error) {
-    if (observer) tell(&error);
+    observers.ForEach([&](DatabaseObserver& observer) { tell(observer, &error); });
     throw;
   }
-  if (observer) tell(static_cast<const Error*>(nullptr));
+  observers.ForEach([&](DatabaseObserver& observer) { tell(observer, nullptr); });
 }
 
 }  // namespace qmx

@@ -1,7 +1,6 @@
 #include <limits>
 
 #include "platform/database.h"
-#include "platform/database_observer.h"
 #include "platform/recordset_cursor.h"
 
 namespace qmx {
@@ -27,17 +26,17 @@ inline RecordsetCursor& Recordset::OpenCursor() const {
   return *cursor_;
 }
 
-Recordset::Recordset(DatabaseObserver* observer)
-    : observer_(observer),
-      columnObserver_(observer && observer->HearsOfColumns() ? observer : nullptr),
-      number_(observer ? observer->NextRecordset() : 0) {}
+Recordset::Recordset(DatabaseObservers observers)
+    : observers_(std::move(observers)),
+      columnsAreObserved_(observers_.HearOfColumns()),
+      number_(observers_.NextRecordset()) {}
 
 Recordset::~Recordset() = default;
 
 void Recordset::Open(const SqlText& source, Connection& connection, int cursorType, int lockType, int options) {
   std::optional<std::int64_t> rows;
   Observed(
-      observer_,
+      observers_,
       [&] {
         if (cursor_) throw Error(errors::kAlreadyOpen, kSource, "The record set is open already.");
         RequireServed(cursorType, lockType, options);
@@ -49,10 +48,11 @@ void Recordset::Open(const SqlText& source, Connection& connection, int cursorTy
           cursor_ = RecordsetCursor::OnStatement(connection.session_, source);
           rows = cursor_->Count();
         }
+        cursor_->AnnounceTo(observers_);
         connection_ = &connection;
       },
-      [&](const Error* error) {
-        observer_->RecordsetOpened(number_, source.Text(), cursorType, lockType, options, rows, error);
+      [&](DatabaseObserver& observer, const Error* error) {
+        observer.RecordsetOpened(number_, source.Text(), cursorType, lockType, options, rows, error);
       });
 }
 
@@ -134,7 +134,7 @@ void Recordset::Close() {
 }
 
 void Recordset::Assign(std::size_t index, Variant&& value) {
-  if (columnObserver_) return AssignAndTell(index, std::move(value));
+  if (columnsAreObserved_) return AssignAndTell(index, std::move(value));
   TranslateExceptions([&] { OpenCursor().Assign(index, std::move(value)); });
 }
 
@@ -142,17 +142,19 @@ void Recordset::AssignAndTell(std::size_t index, Variant&& value) {
   const Variant told = value;
   std::string name;
   Observed(
-      columnObserver_,
+      observers_,
       [&] {
         name = OpenCursor().ColumnAt(index).name;
         OpenCursor().Assign(index, std::move(value));
       },
-      [&](const Error* error) { columnObserver_->ColumnSet(number_, name, told, error); });
+      [&](DatabaseObserver& observer, const Error* error) { observer.ColumnSet(number_, name, told, error); });
 }
 
 template <typename Step>
 void Recordset::Tell(std::string_view operation, Step&& step) {
-  Observed(observer_, step, [&](const Error* error) { observer_->RecordsetCalled(number_, operation, error); });
+  Observed(observers_, step, [&](DatabaseObserver& observer, const Error* error) {
+    observer.RecordsetCalled(number_, operation, error);
+  });
 }
 
 Variant Field::Value() const {

@@ -122,6 +122,7 @@ void RecordsetCursor::Save(bool mayWait) {
     SaveNewRow(mayWait);
   }
   Drop();
+  if (observers_) observers_->ForEach([this](DatabaseObserver& observer) { observer.RowSaved(table_->Name()); });
 }
 
 void RecordsetCursor::SaveEdit() {

@@ -50,6 +50,7 @@ class RecordsetCursor {
     if (pendingKind_ != Pending::NewRow) pendingKind_ = Pending::Edit;
   }
 
+  void AnnounceTo(const DatabaseObservers& observers) { observers_ = &observers; }  // saved rows; borrowed
   void AddNew();
   void Save(bool mayWait = false);  // whether nobody needs the outcome at once
   void Drop();                      // what is pending
@@ -75,6 +76,7 @@ class RecordsetCursor {
   [[noreturn]] void RaiseNotWritable() const;
 
   std::shared_ptr<OpenConnection> session_;
+  const DatabaseObservers* observers_ = nullptr;
   StoredTable* table_ = nullptr;  // the session's; null where the rows are read-only
   std::shared_ptr<const RowLayout> layout_;
   SqlText source_;  // for errors

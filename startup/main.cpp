@@ -66,20 +66,20 @@ ExitStatus Run(const std::string& commandLine, int listener, qmx::modDeclaration
   const std::unique_ptr<qmx::Trace> trace = qmx::Trace::FromEnvironment();
   std::optional<qmx::TracedComponents> tracedComponents;
   std::optional<qmx::DatabaseTrace> databaseTrace;
+  std::vector<qmx::DatabaseObserver*> observers;
   if (trace) {
     tracedComponents.emplace(components, *trace);
-    databaseTrace.emplace(*trace);
+    observers.push_back(&databaseTrace.emplace(*trace));
   }
   qmx::Components& seenComponents = trace ? static_cast<qmx::Components&>(*tracedComponents) : components;
-  qmx::DatabaseObserver* observer = trace ? &*databaseTrace : nullptr;
 
   const std::string table = qmx::TableCode(commandLine);
   qmx::EndLine::SetTable(table);
   const std::unique_ptr<qmx::Progress> progress = qmx::Progress::FromEnvironment(table);
-  if (progress) observer = &progress->Observer(observer);
+  if (progress) observers.push_back(&progress->Counter());
   qmx::ReportAfterProgress clearedFailures(failures, progress.get());
 
-  qmx::Database database(drivers.All(), observer);
+  qmx::Database database(drivers.All(), qmx::DatabaseObservers(observers));
   qmx::Platform platform{clock, files, eventLog, seenComponents, database, clearedFailures};
 
   qmx::Main(platform, declarations, commandLine);

@@ -47,8 +47,7 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  // What counts the rows, in front of another observer, which may be null.
-  DatabaseObserver& Observer(DatabaseObserver* next) { return counter_.emplace(table_, rows_, next); }
+  DatabaseObserver& Counter() { return counter_; }  // of the rows
 
   void End() noexcept;  // the line is gone and stays so, the last count is told
 
@@ -62,7 +61,7 @@ class Progress {
   int terminal_;
   int listener_;
   std::atomic<std::int64_t> rows_ = 0;
-  std::optional<RowCounter> counter_;
+  RowCounter counter_{table_, rows_};
   RowRate rate_;
   Clock::time_point start_ = Clock::now();
   bool isDrawn_ = false;

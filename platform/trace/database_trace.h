@@ -21,6 +21,7 @@ class DatabaseTrace : public DatabaseObserver {
   void ColumnSet(int recordset, std::string_view column, const Variant& value, const Error* error) override;
   void RecordsetCalled(int recordset, std::string_view operation, const Error* error) override;
   int NextRecordset() override { return ++recordsets_; }
+  bool HearsOfColumns() const override { return true; }
 
  private:
   Trace& trace_;

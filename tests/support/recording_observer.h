@@ -42,6 +42,7 @@ class RecordingObserver : public DatabaseObserver {
     Add(Name(recordset) + '.' + std::string(operation), error);
   }
   int NextRecordset() override { return ++recordsets_; }
+  bool HearsOfColumns() const override { return true; }
 
  private:
   static std::string Name(int recordset) { return "rs" + std::to_string(recordset); }

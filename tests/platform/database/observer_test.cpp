@@ -35,7 +35,13 @@ class Listener : public DatabaseObserver {
     Note(std::to_string(recordset) + " " + std::string(operation), error);
   }
   int NextRecordset() override { return ++recordsets_; }
+  bool HearsOfColumns() const override { return true; }
 
+  void RowSaved(std::string_view table) override {
+    if (hearsOfRows) Note("saved in " + std::string(table), nullptr);
+  }
+
+  bool hearsOfRows = false;
   std::vector<std::string> notes;
 
  private:
@@ -97,6 +103,47 @@ TEST_P(AnObserver, IsToldOfFailuresWithTheirErrors) {
   EXPECT_THAT(listener.notes,
               ElementsAre("1 AddNew!3704", "1 open nobody 132 rows unread!-2147217865", "1 open people 132 rows unread",
                           "1 AddNew", "1 floor=top!13", "1 Update!-2147217873", "execute selekt 0!-2147217900"));
+}
+
+TEST_P(AnObserver, HearsOfEverySavedRowBeforeTheCallEnds) {
+  listener.hearsOfRows = true;
+  Recordset records(&listener);
+  records.Open("People", connection, kCursorKeyset, kLockOptimistic, kCommandTable);
+  records.AddNew();
+  records.Fields("code") = "A";
+  records.AddNew();
+  records.Fields("code") = "A";
+  Raised([&] { records.Update(); });
+  records.CancelUpdate();
+  records.Update();
+  records.AddNew();
+  records.Fields("code") = "B";
+  records.Close();
+  EXPECT_THAT(listener.notes, ElementsAre("1 open People 132 rows unread", "1 AddNew", "1 code=A", "saved in People",
+                                          "1 AddNew", "1 code=A", "1 Update!-2147217873", "1 CancelUpdate", "1 Update",
+                                          "1 AddNew", "1 code=B", "saved in People", "1 Close"));
+}
+
+TEST_P(AnObserver, IsOneOfSeveralThatHearTheSame) {
+  Listener second;
+  DatabaseObserver indifferent;
+  const DatabaseObservers all(std::vector<DatabaseObserver*>{&indifferent, &listener, &second});
+  Connection with({&base->GetDriver()}, all);
+  with.Open(base->ConnectionText(), "", "");
+  Recordset records(all);
+  records.Open("people", with, kCursorKeyset, kLockOptimistic, kCommandTable);
+  records.AddNew();
+  records.Fields("code") = "A";
+  records.CancelUpdate();
+  Raised([&] { records.MoveFirst(); });
+  records.Close();
+  with.CommandTimeout(5);
+  with.Execute("delete from people");
+  with.Close();
+  EXPECT_EQ(listener.notes, second.notes);
+  EXPECT_THAT(std::vector(second.notes.begin() + 1, second.notes.end()),
+              ElementsAre("1 open people 132 rows unread", "1 AddNew", "1 code=A", "1 CancelUpdate", "1 MoveFirst!3021",
+                          "1 Close", "timeout 5", "execute delete from people 0", "disconnect"));
 }
 
 TEST_P(AnObserver, IsToldTheCallsOfAConnection) {

@@ -45,9 +45,7 @@ class ProgressOf : public testing::Test {
   }
 
   static void Save(DatabaseObserver& observer, int rows) {
-    observer.RecordsetOpened(1, "tssoc200", kCursorKeyset, kLockOptimistic, kCommandTable, std::nullopt, nullptr);
-    for (int row = 0; row < rows; ++row) observer.RecordsetCalled(1, "AddNew", nullptr);
-    observer.RecordsetCalled(1, "Update", nullptr);
+    for (int row = 0; row < rows; ++row) observer.RowSaved("tssoc200");
   }
 
   static void Pass(int milliseconds) { std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds)); }
@@ -63,7 +61,7 @@ TEST_F(ProgressOf, ARunThatTakesAMomentShowsNothing) {
 
 TEST_F(ProgressOf, ALongerRunShowsItsRowsAndClearsThem) {
   Progress progress("tssoc200", terminal_, Progress::kNobody);
-  Save(progress.Observer(nullptr), 1200);
+  Save(progress.Counter(), 1200);
   Pass(300);
   progress.End();
   EXPECT_THAT(ReadAll(seen_), MatchesRegex("\r\x1b.Ktssoc200        1,200 rows  .*\r\x1b.K"));
@@ -94,7 +92,7 @@ TEST_F(ProgressOf, AFailureIsReportedWithTheLineGone) {
 
 TEST_F(ProgressOf, ALongerRunIsToldAsItGoesOnAndAtItsEnd) {
   Progress progress("tssoc200", Progress::kNobody, pipe_[1]);
-  DatabaseObserver& observer = progress.Observer(nullptr);
+  DatabaseObserver& observer = progress.Counter();
   Save(observer, 10);
   Pass(400);
   EXPECT_THAT(ReadAll(pipe_[0]), MatchesRegex("(rows 0\n)?rows 10\n"));
@@ -110,7 +108,7 @@ TEST_F(ProgressOf, AReaderThatDoesNotKeepUpCostsNoTime) {
   while (write(pipe_[1], block.data(), block.size()) > 0) continue;
   fcntl(pipe_[1], F_SETFL, 0);
   Progress progress("tssoc200", Progress::kNobody, pipe_[1]);
-  Save(progress.Observer(nullptr), 10);
+  Save(progress.Counter(), 10);
   Pass(300);
   progress.End();  // would wait for ever
   EXPECT_THAT(ReadAll(pipe_[0]), Not(HasSubstr("rows")));
