@@ -3,6 +3,7 @@
 
 #include "calendar/clsCalender.h"
 #include "platform/error.h"
+#include "platform/join.h"
 
 namespace qmx {
 
@@ -37,7 +38,7 @@ std::string DescribeRecord(Recordset& records) {
     try {
       const Variant value = records.Fields(name).Value();
       const std::string shown = value.IfText() ? "'" + value.ToText() + "'" : value.ToText();
-      text += (text.empty() ? "" : ", ") + std::string(name) + "=" + shown;
+      AppendItem(text, ", ", std::string(name) + "=" + shown);
     } catch (const Error&) {  // a table without that column: the rest names the record well enough
     }
   }

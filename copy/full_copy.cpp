@@ -4,6 +4,8 @@
 #include "copy/clean_up.h"
 #include "copy/clsDataCopy.h"
 #include "platform/error.h"
+#include "platform/join.h"
+#include "platform/value_text.h"
 
 namespace qmx {
 namespace {
@@ -23,8 +25,7 @@ std::string DescribeRecord(Recordset& row, const std::vector<Column>& key, std::
     for (const Column& column : key) {
       const Variant value = row.Fields(column).Value();
       if (value.IsEmpty() || value.IsNull()) break;  // not assigned yet
-      const std::string shown = value.IfText() ? "'" + value.ToText() + "'" : value.ToText();
-      text += (text.empty() ? "" : ", ") + std::string(column.Name()) + "=" + shown;
+      AppendItem(text, ", ", std::string(column.Name()) + "=" + ValueText(value));
     }
   } catch (const Error&) {  // the local table lacks the key's column: the failure to be reported is that one
   }

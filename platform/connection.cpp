@@ -1,4 +1,5 @@
 #include "platform/database.h"
+#include "platform/join.h"
 #include "platform/names.h"
 #include "platform/open_connection.h"
 
@@ -15,8 +16,7 @@ ConnectionText CompleteText(const std::string& connectionText, const std::string
 }
 
 [[noreturn]] void RaiseUnserved(const ConnectionText& text, const std::vector<Driver*>& drivers) {
-  std::string forms;
-  for (const Driver* driver : drivers) forms += (forms.empty() ? "" : " or ") + driver->Form();
+  const std::string forms = Joined(drivers, " or ", [](const Driver* driver) { return driver->Form(); });
   const std::optional<std::string> provider = text.Get("Provider");
   const std::string what = provider ? "The connection text names the provider \"" + *provider + "\", which is unknown"
                                     : "The connection text does not say which database it means";

@@ -5,17 +5,12 @@
 
 #include "platform/error.h"
 #include "platform/names.h"
+#include "platform/trim.h"
 
 namespace qmx {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
-
-std::string_view Trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
 
 bool IsSecret(std::string_view keyword) {
   const std::string folded = FoldName(keyword);
@@ -56,7 +51,7 @@ class Reader {
   std::string Keyword() {
     const std::size_t start = position_;
     const std::size_t end = text_.find_first_of("=;", start);
-    const std::string keyword(Trimmed(text_.substr(start, end - start)));
+    const std::string keyword(Trimmed(text_.substr(start, end - start), kBlanks));
     // What stands there without "=" may be the rest of a password that holds a ";": it is not repeated.
     if (end == std::string_view::npos || text_[end] == ';') RaiseUnreadable("\"=\" is missing after the piece", start);
     if (keyword.empty()) RaiseUnreadable("a keyword is missing before \"=\"", start);
@@ -70,7 +65,7 @@ class Reader {
     if (opening == '{') return Enclosed(keyword, '}');
     const std::size_t start = position_;
     position_ = std::min(text_.find(';', start), text_.size());
-    return std::string(Trimmed(text_.substr(start, position_ - start)));
+    return std::string(Trimmed(text_.substr(start, position_ - start), kBlanks));
   }
 
   std::size_t Position() const { return position_; }
@@ -140,7 +135,7 @@ ConnectionText::ConnectionText(std::string text) : text_(std::move(text)) {
 
 std::optional<std::string> ConnectionText::Get(std::string_view keyword) const {
   const auto last = std::find_if(pairs_.rbegin(), pairs_.rend(),
-                                 [&](const auto& pair) { return SameName(pair.first, Trimmed(keyword)); });
+                                 [&](const auto& pair) { return SameName(pair.first, Trimmed(keyword, kBlanks)); });
   if (last == pairs_.rend()) return std::nullopt;
   return last->second;
 }

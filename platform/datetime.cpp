@@ -1,51 +1,31 @@
 #include "platform/datetime.h"
 
+#include <chrono>
+
 #include "platform/error.h"
 
 namespace qmx {
 namespace {
 
-constexpr std::int64_t kZeroDay = -25569;  // 1899-12-30, counted from 1970-01-01
-constexpr std::int64_t kFurthest =
-    100'000'000;  // parts beyond this leave the years anyway, and would overflow on the way
+namespace chrono = std::chrono;
+
+constexpr chrono::sys_days kZeroDay = chrono::year(1899) / chrono::December / 30;
+constexpr std::int64_t kMostYears = 32'000;  // std::chrono counts as far
 
 struct Civil {
-  std::int64_t year;
+  int year;
   int month;
   int day;
 };
 
-constexpr std::int64_t FloorDivide(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
+constexpr chrono::days DaysOf(std::int64_t seconds) { return chrono::floor<chrono::days>(chrono::seconds(seconds)); }
 
-// Days since 1970-01-01 of a day in the proleptic Gregorian calendar. Years are taken to begin in March, so that the
-// leap day is the last of its year.
-constexpr std::int64_t DaysFromCivil(std::int64_t year, int month, std::int64_t day) {
-  if (month <= 2) --year;
-  const std::int64_t era = FloorDivide(year, 400);
-  const std::int64_t yearOfEra = year - era * 400;
-  const std::int64_t dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
-  return era * 146097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear - 719468;
+Civil CivilFromSeconds(std::int64_t seconds) {
+  const chrono::year_month_day date(kZeroDay + DaysOf(seconds));
+  return {int(date.year()), static_cast<int>(unsigned(date.month())), static_cast<int>(unsigned(date.day()))};
 }
 
-Civil CivilFromDays(std::int64_t days) {
-  days += 719468;
-  const std::int64_t era = FloorDivide(days, 146097);
-  const std::int64_t dayOfEra = days - era * 146097;
-  const std::int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
-  const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-  const std::int64_t monthFromMarch = (5 * dayOfYear + 2) / 153;
-  const int day = static_cast<int>(dayOfYear - (153 * monthFromMarch + 2) / 5 + 1);
-  const int month = static_cast<int>(monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9);
-  return {yearOfEra + era * 400 + (month <= 2 ? 1 : 0), month, day};
-}
-
-std::int64_t DayNumber(std::int64_t seconds) { return FloorDivide(seconds, DateTime::kSecondsPerDay); }
-
-Civil CivilFromSeconds(std::int64_t seconds) { return CivilFromDays(DayNumber(seconds) + kZeroDay); }
-
-int SecondOfDay(std::int64_t seconds) {
-  return static_cast<int>(seconds - DayNumber(seconds) * DateTime::kSecondsPerDay);
-}
+int SecondOfDay(std::int64_t seconds) { return static_cast<int>((chrono::seconds(seconds) - DaysOf(seconds)).count()); }
 
 // Reads a date and time piece by piece; once a piece does not fit, `good` stays false.
 struct Reader {
@@ -80,13 +60,14 @@ void PutTwo(char* to, std::int64_t number) {
 }  // namespace
 
 DateTime DateTime::FromDate(std::int64_t year, std::int64_t month, std::int64_t day) {
-  const auto beyond = [](std::int64_t part) { return part < -kFurthest || part > kFurthest; };
-  if (!beyond(year) && !beyond(month) && !beyond(day)) {
-    const std::int64_t carried = FloorDivide(month - 1, 12);
-    const std::int64_t days = DaysFromCivil(year + carried, static_cast<int>(month - carried * 12), 1) + day - 1;
-    constexpr std::int64_t first = DaysFromCivil(100, 1, 1);
-    constexpr std::int64_t last = DaysFromCivil(9999, 12, 31);
-    if (days >= first && days <= last) return DateTime((days - kZeroDay) * kSecondsPerDay);
+  constexpr chrono::sys_days first = chrono::year(100) / chrono::January / 1;
+  constexpr chrono::sys_days last = chrono::year(9999) / chrono::December / 31;
+  const auto within = [](std::int64_t part, std::int64_t most) { return part >= -most && part <= most; };
+  if (within(year, kMostYears / 2) && within(month, kMostYears / 2 * 12) && within(day, kMostYears * 366)) {
+    const chrono::year_month carried =
+        chrono::year(static_cast<int>(year)) / chrono::January + chrono::months(month - 1);
+    const chrono::sys_days date = chrono::sys_days(carried / 1) + chrono::days(day - 1);
+    if (date >= first && date <= last) return DateTime((date - kZeroDay).count() * kSecondsPerDay);
   }
   throw Error(errors::kOverflow, "DateTime",
               "Overflow: year " + std::to_string(year) + ", month " + std::to_string(month) + ", day " +
@@ -120,14 +101,14 @@ std::optional<DateTime> DateTime::Parse(std::string_view text) {
   return FromDate(year, month, day).PlusTime(hour, minute, second);
 }
 
-int DateTime::Year() const { return static_cast<int>(CivilFromSeconds(seconds_).year); }
+int DateTime::Year() const { return CivilFromSeconds(seconds_).year; }
 int DateTime::Month() const { return CivilFromSeconds(seconds_).month; }
 int DateTime::Day() const { return CivilFromSeconds(seconds_).day; }
 int DateTime::Hour() const { return SecondOfDay(seconds_) / 3600; }
 int DateTime::Minute() const { return SecondOfDay(seconds_) / 60 % 60; }
 int DateTime::Second() const { return SecondOfDay(seconds_) % 60; }
 
-DateTime DateTime::DatePart() const { return DateTime(DayNumber(seconds_) * kSecondsPerDay); }
+DateTime DateTime::DatePart() const { return DateTime(DaysOf(seconds_).count() * kSecondsPerDay); }
 
 std::string DateTime::ToText() const {
   std::string text = ToFullText();

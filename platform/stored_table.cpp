@@ -5,6 +5,7 @@
 
 #include "platform/error.h"
 #include "platform/execution.h"
+#include "platform/join.h"
 #include "platform/value_text.h"
 
 namespace qmx {
@@ -146,7 +147,7 @@ StoredTable::Prepared StoredTable::NewInsert(const Row& assigned) {
   std::string columns;
   for (std::size_t column = 0; column < assigned.size(); ++column) {
     if (assigned[column].IsEmpty()) continue;
-    columns += (columns.empty() ? "" : ",") + Quoted(column);
+    AppendItem(columns, ",", Quoted(column));
     insert.columns.push_back(layout_->Columns()[column]);
   }
   // No statement that all databases know adds a row of which nothing is said.
@@ -182,7 +183,7 @@ StoredTable::Prepared& StoredTable::UpdateFor(const Row& stored, const Row& chan
   if (found != updates_.end()) return found->second;
   std::string assignments;
   for (std::size_t column = 0; column < changes.size(); ++column) {
-    if (!changes[column].IsEmpty()) assignments += (assignments.empty() ? "" : ",") + Quoted(column) + "=?";
+    if (!changes[column].IsEmpty()) AppendItem(assignments, ",", Quoted(column) + "=?");
   }
   std::string text = "update " + quotedName_ + " set " + assignments + Condition(stored);
   Prepared update = PreparedOf(std::move(text));

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/error.h"
+#include "platform/trim.h"
 
 namespace qmx {
 namespace {
@@ -57,12 +58,6 @@ const char* Name(Variant::Kind kind) {
 
 [[noreturn]] void RaiseOverflow(const std::string& what, const char* wanted) {
   throw Error(errors::kOverflow, kSource, "Overflow: " + what + " does not fit into " + wanted + ".");
-}
-
-std::string_view WithoutBlanks(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
 bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
@@ -218,7 +213,7 @@ DateTime Variant::ToDateTime() const {
   if (kind_ == Kind::DateTime) return DateTime::FromSeconds(plain_.whole);
   if (IsNull()) RaiseInvalidUseOfNull(Name(Kind::DateTime));
   if (const std::string* text = IfText()) {
-    const std::optional<qmx::DateTime> moment = qmx::DateTime::Parse(WithoutBlanks(*text));
+    const std::optional<qmx::DateTime> moment = qmx::DateTime::Parse(Trimmed(*text, " \t"));
     if (!moment) RaiseTextMismatch(*text, "a date-time such as 2026-11-20 14:05:09");
     return *moment;
   }
@@ -301,7 +296,7 @@ bool operator==(const Variant& one, const Variant& other) {
 }
 
 std::optional<double> ParseNumber(std::string_view text) {
-  text = WithoutBlanks(text);
+  text = Trimmed(text, " \t");
   const bool negative = text.starts_with('-');
   if (negative || text.starts_with('+')) text.remove_prefix(1);
   if (text.empty() || (text.front() != '.' && (text.front() < '0' || text.front() > '9'))) return std::nullopt;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/join.h"
 #include "platform/names.h"
 
 namespace qmx {
@@ -31,12 +32,6 @@ std::string Type(const LocalColumn& column, const Dialect& dialect) {
   }
 }
 
-std::string Joined(const std::vector<std::string>& names) {
-  std::string text;
-  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
-  return text;
-}
-
 }  // namespace
 
 std::string Dialect::CreateTable(const LocalTable& table) const { return CreateTable(table, ""); }
@@ -58,14 +53,14 @@ std::string Dialect::CreateTable(const LocalTable& table, const char* ofTableCod
     if (std::find(table.key.begin(), table.key.end(), column.name) != table.key.end()) text += " not null";
     separator = ",\n  ";
   }
-  if (!table.key.empty()) text += ",\n  primary key (" + Joined(table.key) + ")";
+  if (!table.key.empty()) text += ",\n  primary key (" + Joined(table.key, ", ") + ")";
   return text + "\n)" + tableOptions;
 }
 
 std::vector<std::string> Dialect::CreateIndexes(const LocalTable& table) const {
   if (table.indexed.empty()) return {};
   return {"create index if not exists " + table.name + "_by_" + table.indexed.front() + " on " + table.name + " (" +
-          Joined(table.indexed) + ")"};
+          Joined(table.indexed, ", ") + ")"};
 }
 
 const Dialect& SqliteDialect() { return kSqlite; }

@@ -9,6 +9,7 @@
 #include "platform/components/installed_components.h"
 #include "platform/database.h"
 #include "platform/drivers/local_drivers.h"
+#include "platform/join.h"
 #include "platform/modDeclarations.h"
 #include "platform/platform.h"
 #include "platform/posix/clock.h"
@@ -35,15 +36,6 @@
 namespace {
 
 using qmx::ExitStatus;
-
-std::string JoinedByBlanks(const std::vector<std::string>& arguments) {
-  std::string text;
-  for (const std::string& argument : arguments) {
-    if (&argument != &arguments.front()) text += ' ';
-    text += argument;
-  }
-  return text;
-}
 
 ExitStatus Answer(const std::string& text) {
   const bool written = std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
@@ -139,7 +131,7 @@ int main(int argc, char** argv) {
     } else if (arguments == std::vector<std::string>{"--version"}) {
       status = Answer(qmx::Version());
     } else {
-      status = RecordedRun(JoinedByBlanks(arguments), listener, failures);
+      status = RecordedRun(qmx::Joined(arguments, " "), listener, failures);
     }
   } catch (...) {
     ReportStartUpFailure(failures);

@@ -5,6 +5,7 @@
 // touch tscalender.
 #include "copy/clsDataCopy.h"
 #include "copy/erp_listings.h"
+#include "platform/trim.h"
 
 namespace qmx {
 namespace {
@@ -86,12 +87,6 @@ std::vector<Variant> ListingBounds(const std::string& code, const StartDates& da
 
 SqlText SelectCalendar(const std::string& code) {
   return SqlText("select * from tcccp030 where ccal = '").Value(code).Append("'");
-}
-
-std::string Trimmed(const std::string& text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
 // Date and time of day in one; 2400 is midnight at the end of the day.
@@ -192,10 +187,10 @@ void clsDataCopy::CopyCalendarsChanged(const std::string& tableCode, const std::
 void clsDataCopy::CopyCalendarOfEmployee(const std::string& employee, const std::string& busComponent) {
   try {
     const std::unique_ptr<Recordset> row = platform_.database.CreateRecordset("ADODB.RECORDSET");
-    row->Open(SqlText("select * from tsmdm140 where emno = '").Value(Trimmed(employee)).Append("'"), OpenedConnection(),
-              kCursorKeyset, kLockOptimistic, kCommandText);
+    row->Open(SqlText("select * from tsmdm140 where emno = '").Value(std::string(Trimmed(employee))).Append("'"),
+              OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
     std::string calendar;
-    if (row->recordcount() != 0) calendar = Trimmed(row->Fields("ccal").Value().ToText());
+    if (row->recordcount() != 0) calendar = std::string(Trimmed(row->Fields("ccal").Value().ToText()));
     row->Close();
     if (!calendar.empty()) CopyCalendar(calendar, busComponent);
   } catch (...) {

@@ -4,18 +4,10 @@
 
 #include "platform/error.h"
 #include "platform/execution.h"
+#include "platform/join.h"
 #include "platform/value_text.h"
 
 namespace qmx {
-namespace {
-
-std::string Listed(const std::vector<Variant>& values) {
-  std::string text;
-  for (const Variant& value : values) text += (text.empty() ? "" : ", ") + ValueText(value);
-  return text;
-}
-
-}  // namespace
 
 std::int64_t Executed(DriverStatement& statement, std::span<const Variant* const> values) {
   Execution execution(statement);
@@ -108,7 +100,8 @@ void Group::Redo() {
       }
       Execution(*statement).Run();
     } catch (Error& error) {
-      error.With("statement", written.text).With("key", "of the row written with " + Listed(written.values));
+      error.With("statement", written.text)
+          .With("key", "of the row written with " + Joined(written.values, ", ", ValueText));
       throw;
     }
   }

@@ -7,24 +7,19 @@
 
 #include "platform/error.h"
 #include "platform/names.h"
+#include "platform/trim.h"
 
 namespace qmx {
 namespace {
 
+constexpr std::string_view kBlanks = " \t\r";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
 
 // The name in "setting NAME"; nothing for another word.
 std::optional<std::string_view> SettingName(std::string_view key) {
   const std::string_view word = key.substr(0, key.find_first_of(" \t"));
   if (!SameName(word, "setting")) return {};
-  return Trimmed(key.substr(word.size()));
+  return Trimmed(key.substr(word.size()), kBlanks);
 }
 
 }  // namespace
@@ -53,12 +48,12 @@ Manifest ReadManifest(const std::filesystem::path& path) {
   while (std::getline(file, line)) {
     ++number;
     if (number == 1 && line.starts_with(kByteOrderMark)) line.erase(0, kByteOrderMark.size());
-    const std::string_view text = Trimmed(line);
+    const std::string_view text = Trimmed(line, kBlanks);
     if (text.empty() || text.front() == '#') continue;
     const std::size_t equals = text.find('=');
     if (equals == std::string_view::npos) fail("\"library = FILE\" or \"progid = NAME\" expected");
-    const std::string_view key = Trimmed(text.substr(0, equals));
-    const std::string_view value = Trimmed(text.substr(equals + 1));
+    const std::string_view key = Trimmed(text.substr(0, equals), kBlanks);
+    const std::string_view value = Trimmed(text.substr(equals + 1), kBlanks);
     if (value.empty()) fail("nothing stands after \"=\"");
     if (SameName(key, "progid")) {
       if (value.find_first_of(" \t,;") != std::string_view::npos) {

@@ -1,6 +1,7 @@
 #include "platform/odbc/connection_string.h"
 
 #include "platform/names.h"
+#include "platform/trim.h"
 
 namespace qmx {
 namespace {
@@ -33,9 +34,7 @@ Place Find(std::string_view text, std::string_view keyword) {
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t equals = text.find('=', at);
     if (equals == std::string_view::npos) break;
-    std::string_view name = text.substr(at, equals - at);
-    name.remove_prefix(std::min(name.find_first_not_of(" \t;"), name.size()));
-    name = name.substr(0, name.find_last_not_of(kBlanks) + 1);
+    const std::string_view name = Trimmed(text.substr(at, equals - at), " \t;");
     const std::size_t end = EndOfValue(text, equals + 1);
     if (SameName(name, keyword)) last = {equals + 1, end - equals - 1, at};
     at = end + 1;
@@ -70,9 +69,7 @@ std::string WithoutOdbcKeyword(std::string_view text, std::string_view keyword) 
 std::string OdbcKeyword(std::string_view text, std::string_view keyword) {
   const Place place = Find(text, keyword);
   if (place.start == std::string_view::npos) return {};
-  std::string_view value = text.substr(place.start, place.length);
-  value.remove_prefix(std::min(value.find_first_not_of(kBlanks), value.size()));
-  value = value.substr(0, value.find_last_not_of(kBlanks) + 1);
+  const std::string_view value = Trimmed(text.substr(place.start, place.length), kBlanks);
   if (!value.starts_with('{')) return std::string(value);
   std::string plain;
   for (std::size_t at = 1; at + 1 < value.size(); ++at) {

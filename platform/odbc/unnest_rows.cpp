@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/execution.h"
+#include "platform/join.h"
 #include "platform/odbc/catalog.h"
 #include "platform/odbc/statement.h"
 
@@ -117,8 +118,7 @@ std::unique_ptr<DriverRows> RowsByUnnest(OdbcConnection& connection, const RowIn
                                          std::unique_ptr<DriverRows> otherwise) {
   const std::vector<std::string> types = TypesOf(connection, insert);
   if (types.size() != insert.columns.size()) return otherwise;
-  std::string columns;
-  for (const std::string& type : types) columns += (columns.empty() ? "" : ",") + ("unnest(?::" + type + "[])");
+  const std::string columns = Joined(types, ",", [](const std::string& type) { return "unnest(?::" + type + "[])"; });
   return std::make_unique<UnnestRows>(connection, insert.into + " select " + columns, types.size());
 }
 

@@ -4,26 +4,19 @@
 
 #include <cerrno>
 
+#include "platform/write_all.h"
+
 namespace qmx {
 namespace {
 
 constexpr std::string_view kClearLine = "\r\x1b[K";
 
-void Write(std::string_view text) noexcept {
-  while (!text.empty()) {
-    const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return;  // nobody is left to read it
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-}
-
 }  // namespace
 
 void WriteToStandardError(std::initializer_list<std::string_view> pieces) noexcept {
   const int errorBefore = errno;
-  if (isatty(STDERR_FILENO) == 1) Write(kClearLine);
-  for (const std::string_view piece : pieces) Write(piece);
+  if (isatty(STDERR_FILENO) == 1) WriteAll(STDERR_FILENO, kClearLine);
+  for (const std::string_view piece : pieces) WriteAll(STDERR_FILENO, piece);
   errno = errorBefore;
 }
 

@@ -10,6 +10,7 @@
 
 #include "platform/progress/progress_text.h"
 #include "platform/progress/terminal.h"
+#include "platform/write_all.h"
 
 namespace qmx {
 namespace {
@@ -46,7 +47,7 @@ int Progress::ListenerFromEnvironment() {
 
 void Progress::TellEnd(int listener, int status) {
   if (listener == kNobody || !TakesALine(listener, kForTheEnd)) return;
-  WriteToDescriptor(listener, "end " + std::to_string(status) + "\n");
+  WriteAll(listener, "end " + std::to_string(status) + "\n");
 }
 
 Progress::Progress(std::string table, int terminal, int listener)
@@ -71,7 +72,7 @@ void Progress::ShowUntilTheEnd() {
     if (look % kLooksBetweenLines == 0) Tell();
   }
   Tell();
-  if (isDrawn_) WriteToDescriptor(terminal_, kClearLine);
+  if (isDrawn_) WriteAll(terminal_, kClearLine);
 }
 
 void Progress::Draw() {
@@ -82,14 +83,14 @@ void Progress::Draw() {
   if (!IsInForeground(terminal_)) return;
   // A line that is as wide as the terminal would begin another one.
   line.resize(std::min(line.size(), static_cast<std::size_t>(TerminalWidth(terminal_) - 1)));
-  WriteToDescriptor(terminal_, std::string(kClearLine) + line);
+  WriteAll(terminal_, std::string(kClearLine) + line);
   isDrawn_ = true;
 }
 
 void Progress::Tell() {
   const std::int64_t rows = rows_.load(std::memory_order_relaxed);
   if (listener_ == kNobody || rows == told_ || !TakesALine(listener_)) return;
-  WriteToDescriptor(listener_, "rows " + std::to_string(rows) + "\n");
+  WriteAll(listener_, "rows " + std::to_string(rows) + "\n");
   told_ = rows;
 }
 

@@ -3,9 +3,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdlib>
-#include <string>
+#include <string_view>
 
 namespace qmx {
 
@@ -22,15 +21,6 @@ bool IsInForeground(int descriptor) {
 int TerminalWidth(int descriptor) {
   winsize size{};
   return ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
-}
-
-void WriteToDescriptor(int descriptor, std::string_view text) noexcept {
-  while (!text.empty()) {
-    const ssize_t written = write(descriptor, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
 }
 
 }  // namespace qmx

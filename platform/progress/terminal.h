@@ -13,9 +13,6 @@ bool IsInForeground(int descriptor);
 
 int TerminalWidth(int descriptor);  // in columns; 80 where it is not known
 
-// All of it, as far as somebody is left to read it.
-void WriteToDescriptor(int descriptor, std::string_view text) noexcept;
-
 inline constexpr std::string_view kClearLine = "\r\x1b[K";
 
 }  // namespace qmx

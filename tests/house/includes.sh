@@ -33,7 +33,7 @@ may 'platform/run_records/' "$interfaces|platform/run_records/"
 may 'platform/trace/' "$interfaces|platform/trace/"
 may 'calendar/' "$interfaces|calendar/"
 may 'copy/[^/]+$' "$interfaces|calendar/|copy/"
-may 'copy/tables/' 'copy/(clsDataCopy|erp_listings)\.h"'
+may 'copy/tables/' 'copy/(clsDataCopy|erp_listings)\.h"|platform/trim\.h"'
 may 'handler/' "$interfaces|copy/clsDataCopy\.h\"|handler/|schema/local_tables\.h\""
 may 'schema/' "$interfaces|schema/"
 may 'tools/qmxadmin/' "platform/|calendar/|copy/(clsDataCopy|erp_listings)\.h\"|schema/|tools/qmxadmin/"
