@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "platform/progress/terminal.h"
+#include "platform/write_all.h"
 #include "tools/qmxadmin/text_width.h"
 
 namespace qmx {
@@ -11,7 +12,7 @@ LiveLines::LiveLines() : isLive_(IsLiveTerminal(STDERR_FILENO)) {}
 
 void LiveLines::Say(const std::string& line) {
   Draw({});
-  WriteToDescriptor(STDERR_FILENO, Printable(line) + "\n");
+  WriteAll(STDERR_FILENO, Printable(line) + "\n");
 }
 
 void LiveLines::Draw(const std::vector<std::string>& lines) {
@@ -20,7 +21,7 @@ void LiveLines::Draw(const std::vector<std::string>& lines) {
   text += "\r\x1b[J";
   const int width = TerminalWidth(STDERR_FILENO) - 1;
   for (const std::string& line : lines) text += CutToWidth(line, width) + "\n";
-  WriteToDescriptor(STDERR_FILENO, text);
+  WriteAll(STDERR_FILENO, text);
   drawn_ = lines.size();
 }
 

@@ -168,7 +168,7 @@ void ErpCopy::Copy(std::unique_ptr<DriverSession> session, const LocalTable& tab
   OpenedDriver opened(std::move(session));
   BatchingDriver batched(opened);
   const std::unique_ptr<Progress> progress = Progress::FromEnvironment(table.name);
-  Database database({&batched}, progress ? &progress->Observer(nullptr) : nullptr);
+  Database database({&batched}, progress ? &progress->Counter() : nullptr);
   KeptFailure failures;
   Platform platform{clock, files, eventLog, watched, database, failures};
   modDeclarations declarations;
