@@ -6,10 +6,9 @@
 // period is read. The first period in which no record starts ends the calendar: nothing after such a gap is expanded.
 // Periods are not combined with one another.
 //
-// Failures: a calendar that cannot be read is skipped or ends where it is, a delete or an insert that fails is passed
-// over, all without a word. What the arrays raise is loud: the 16-bit counters overflow with error 6, a time that does
-// not fit 16 bits as well, a record without an end is error 94, and Startprocess ends there. The error names calendar
-// and record. Nothing is logged here.
+// Failures: a calendar that cannot be read is skipped or ends early, and a failed delete or insert is ignored, all
+// without a report. Some errors end Startprocess: a 16-bit counter or time that overflows is error 6, and a record
+// without an end is error 94. They name calendar and record. Nothing is logged here.
 //
 // The caller sets DBConnection and DBRecordSet before Startprocess; both are borrowed, and the record set is left
 // closed unless Startprocess raised.
@@ -50,14 +49,14 @@ class clsCalender {
   std::int16_t calcount = 0;    // calendar codes to expand
   DateTime Mindate;             // the day before the calendar's earliest start
   DateTime startdate;           // the current period: after this
-  DateTime enddate;             // up to and with this
-  DateTime seledate;            // running boundary
+  DateTime enddate;             // up to and including this
+  DateTime seledate;            // the current boundary
   std::string Calcode;          // the calendar being expanded
   std::int16_t arraycount = 0;  // days in use
   Connection* DBConnection = nullptr;
   Recordset* DBRecordSet = nullptr;
 
-  std::function<void()> BeforeCalendar;  // may be empty; what it raises ends Startprocess before Calcode is expanded
+  std::function<void()> BeforeCalendar;  // may be empty; its error ends Startprocess before Calcode is expanded
 
   Variant Startprocess();
   Variant getCalender();
@@ -66,9 +65,9 @@ class clsCalender {
   bool GetFirstYearofCalcode();  // false when the calendar has no records
   void initialize();
   void IncrementDate();
-  std::int32_t GetRecords();  // 1 found, and left open; 2 none; -1 failed
+  std::int32_t GetRecords();  // 1 found, the record set stays open; 2 none; -1 failed
   Variant process();
-  std::int32_t GetCount(DateTime st, DateTime et) const;  // days from st to et, both counted
+  std::int32_t GetCount(DateTime st, DateTime et) const;  // days from st to et, including both
 
   bool Present_in_Main_Array(std::int16_t day, std::int16_t month, std::int16_t year, std::int16_t& pos) const;
   std::int32_t InsertInMainArray(std::int16_t day, std::int16_t month, std::int16_t year, std::int32_t stime,
@@ -82,13 +81,13 @@ class clsCalender {
   // Adds every calendar code in use, through a record set of its own.
   void getEmployeeCalenderList(Connection& cnDbConnection, std::vector<std::string>& objCalList);
 
-  // A day of the main array; raises 9 when there is none at that place.
+  // Returns a day of the main array; raises 9 when there is none at that index.
   const MainEntry& Day(std::int16_t pos) const;
 
  private:
   MainEntry& DayToChange(std::int16_t pos);
-  std::int16_t CountOf(const MainEntry& entry) const;  // its intervals; raises 6 when 16 bits don't hold them
-  Connection& OpenedConnection() const;                // raises 91 when the caller set none
+  std::int16_t CountOf(const MainEntry& entry) const;  // of its intervals; raises 6 past 16 bits
+  Connection& OpenedConnection() const;                // raises 91 if the caller has set none
   Recordset& SharedRecordSet() const;
   void CloseAfterFailure() const noexcept;
 

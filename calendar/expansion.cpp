@@ -31,7 +31,7 @@ const Entry& At(const std::vector<Entry>& entries, std::int16_t index, const cha
   return entries[static_cast<std::size_t>(index)];
 }
 
-// The record's key but for the calendar: "stdt=2001-03-05, sttm=800, ract='W'".
+// Describes the record by its key without the calendar: "stdt=2001-03-05, sttm=800, ract='W'".
 std::string DescribeRecord(Recordset& records) {
   std::string text;
   for (const char* name : {"stdt", "sttm", "ract"}) {
@@ -39,13 +39,13 @@ std::string DescribeRecord(Recordset& records) {
       const Variant value = records.Fields(name).Value();
       const std::string shown = value.IfText() ? "'" + value.ToText() + "'" : value.ToText();
       AppendItem(text, ", ", std::string(name) + "=" + shown);
-    } catch (const Error&) {  // a table without that column: the rest names the record well enough
+    } catch (const Error&) {  // the table has no such column: the other columns suffice
     }
   }
   return text;
 }
 
-// Hours and minutes of a time of day; rounded down, so that the minutes are never negative.
+// Hours and minutes of a time of day, rounded down, so that the minutes are never negative.
 struct HoursMinutes {
   explicit HoursMinutes(std::int32_t time)
       : hours(time / 100 - (time % 100 < 0 ? 1 : 0)), minutes(std::int64_t{time} - 100 * hours) {}
@@ -115,7 +115,7 @@ Variant clsCalender::deletecalender() {
     connection.CommandTimeout(kDeleteTimeout);
     connection.Execute(SqlText(" delete from tscalender where tscalender.ccal = '").Value(Calcode).Append("'"));
   } catch (const std::exception&) {
-    // The old rows stay, and the new ones come beside them.
+    // The old rows stay, beside the new ones.
   }
   return {};
 }
@@ -142,7 +142,7 @@ bool clsCalender::GetFirstYearofCalcode() {
     records.Open(SqlText("select min(tcccp030.stdt)  from tcccp030 where tcccp030.ccal = '").Value(Calcode).Append("'"),
                  OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
     if (records.recordcount() > 0) {
-      // The smallest of no dates is null, which is no date-time: the calendar is skipped.
+      // Without records the smallest date is null, and the calendar is skipped.
       Mindate = records.Fields(std::size_t{0}).Value().ToDateTime().PlusDays(-1);
       found = true;
     }
@@ -262,7 +262,7 @@ std::int32_t clsCalender::InsertInDataBase() {
     DBConnection ? DBConnection->Together(insert) : insert();
   } catch (const std::exception&) {
     if (!isDone) throw;
-    // Rows that could not be committed are lost, as those that could not be inserted.
+    // Rows that could not be committed are lost, like rows that could not be inserted.
   }
   return 0;
 }
@@ -316,7 +316,7 @@ Recordset& clsCalender::SharedRecordSet() const {
   return *DBRecordSet;
 }
 
-// The failure that led here is the one that counts; a second one while closing adds nothing.
+// The failure that led here counts. A second one at Close is ignored.
 void clsCalender::CloseAfterFailure() const noexcept {
   try {
     if (DBRecordSet && DBRecordSet->State() != kStateClosed) DBRecordSet->Close();

@@ -1,7 +1,7 @@
-// The intervals of one day: a new one is combined with those that are there, and touching ones are joined.
+// Combines a new interval of a day with the existing ones, and joins touching ones.
 //
 // Combining is partial on purpose. An interval that starts before an existing one and ends inside it stays beside it,
-// so intervals of a day may overlap. Times are compared as the plain numbers that they are.
+// so intervals of a day may overlap. Times are compared as plain numbers.
 #include "calendar/clsCalender.h"
 
 namespace qmx {
@@ -22,7 +22,7 @@ std::int32_t clsCalender::CheckSubAndInsertModify(std::int16_t pos, std::int32_t
     if (startsBefore && etime == current->etime) return 0;
 
     if (startsBefore || stime < current->etime) {
-      // What lies beyond the current interval is an interval of its own, to be combined from the first one on.
+      // The part after the current interval is combined as a new interval, beginning with the first one.
       stime = current->etime;
       current = intervals.begin();
       continue;

@@ -1,5 +1,5 @@
-// The engine's way to the calendar class: which calendars are in use, and the expansion of the local records into
-// tscalender. The calendar copies ask for the first; no copy starts the second.
+// Calls the calendar class: for the calendars in use, which the calendar copies need, and for the expansion of the
+// local records into tscalender, which no copy starts.
 #include "calendar/clsCalender.h"
 #include "copy/clsDataCopy.h"
 #include "platform/error.h"

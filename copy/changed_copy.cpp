@@ -1,7 +1,7 @@
-// The steps of a changed copy: apply what the ERP's audit reader tells of the time since the last update, in its order.
+// The steps of a changed copy: apply the entries of the ERP's audit reader since the last update, in their order.
 //
 // The local rows decide whether an entry inserts or updates, not the ERP's flag. The new lutm is the end of the audited
-// period, not the end of the copy, so that what the ERP changes meanwhile is read next time.
+// period, not the end of the copy, so that the next copy reads what the ERP changes meanwhile.
 #include <algorithm>
 
 #include "copy/clsDataCopy.h"

@@ -1,7 +1,7 @@
-// What a routine does once it has failed, before it raises its own error.
+// The clean-up of a failed routine, before it raises its own error. For handlers only.
 //
-// Every step is taken, whatever the others raise. What they raise becomes a cause of the routine's own error, behind
-// the failure that led here. To be used in a handler only.
+// Takes every step, even when others raise. Their errors become causes of the routine's own error, after the failure
+// that led here.
 #pragma once
 
 #include <utility>

@@ -1,11 +1,11 @@
 // The copy engine: one object copies one ERP table into the local database, once.
 //
-// It guards the table through its control record in tstables, copies in full or by change, counts what it did, writes
-// the copy log and tells its events how the run goes. Failures inside the copy become the event DataCopyError; what
-// fails outside of it (the release of a table after a failure, an event, the copy log) reaches the caller as an Error.
+// It guards the table through its control record in tstables, copies in full or by change, counts rows, writes the
+// copy log and raises the run's events. Failures inside the copy become the event DataCopyError. Failures outside of it
+// (the release of a table after a failure, an event, the copy log) reach the caller as an Error.
 //
 // The sources, by concern: run_driver, control_records, copy_log, date_conversion, full_copy, changed_copy,
-// shared_steps, calendar_expansion; what is particular to a table stands in its own source in tables/.
+// shared_steps, calendar_expansion. Each table has its own source in tables/.
 #pragma once
 
 #include <cstdint>
@@ -29,7 +29,8 @@ namespace test {
 struct DataCopyInside;
 }
 
-// Told of a run, inside the engine's call. iTime is a date-time, iTableName a text, the counts are 32-bit integers.
+// Receives the events of a run, inside the engine's call. iTime is a date-time, iTableName a text, the counts are
+// 32-bit integers.
 class DataCopyEvents {
  public:
   virtual ~DataCopyEvents() = default;
@@ -79,12 +80,12 @@ class clsDataCopy {
   void WriteTimeHeader();
 
   // date_conversion.cpp
-  bool DateObjectToDate(const Object& date);  // the date is left in ConvertedDate
+  bool DateObjectToDate(const Object& date);  // puts the date into ConvertedDate
   static std::uint8_t YesNoToFlag(std::int16_t code);
   Object NowAsDateObject();
   std::int16_t ReadCalendarLookBack();
 
-  // Sets the fields of a local row, for tables that set them in the same way in both copies.
+  // Sets the fields of a local row in the same way in both copies.
   using FieldSetter = void (clsDataCopy::*)(Recordset& row, const Object& record);
   Mapper MapperOf(FieldSetter setFields);
   ChangeMapper ChangeMapperOf(FieldSetter setFields);
@@ -107,7 +108,7 @@ class clsDataCopy {
     Object manager, record, criteria, period;
     std::vector<Object> parameters;
     Object reader, status;
-    Variant recordClass;  // fetched and kept, as the ERP expects; not used further
+    Variant recordClass;  // fetched and kept, as the ERP expects; otherwise unused
     Object from, to;
   };
   void CopyChanged(const ChangedCopyPattern& table, const std::string& tableCode, const std::string& busComponent,
@@ -118,7 +119,7 @@ class clsDataCopy {
   }
   void CreateAudit(Audit& audit, const char* manager, const char* record, std::size_t parameters);
   void SetAuditPeriod(Audit& audit, const std::string& tableCode);
-  void ReportReversedPeriod(const std::string& tableCode);  // where the period begins after its end
+  void ReportReversedPeriod(const std::string& tableCode);  // if the period begins after its end
   static void SetAuditParameter(const Object& parameter, const char* field, const Variant& from, const Variant& to);
   void ApplyAuditEntries(const Audit& audit, const KeyCondition& selectKey, const KeyCondition& deleteKey,
                          const std::string& tableCode, const ChangeMapper& setFields);
@@ -135,10 +136,10 @@ class clsDataCopy {
   static Object List(const Object& manager, const Member& list, const std::vector<Variant>& bounds,
                      const std::string& table = {});
   static Object RequiredObject(const Object& callee, const Member& member, Variant result);  // raises 91 for none
-  static Object FirstRecord(const Object& enumeration);  // no object where there is none
+  static Object FirstRecord(const Object& enumeration);  // no object if there is none
   void SetFields(const FieldMaps& fields, Recordset& row, const Object& record);
   void SetField(const FieldMap& field, Recordset& row, const Object& record);
-  static void Increment(std::int32_t& count);  // past the largest value it is error 6
+  static void Increment(std::int32_t& count);  // raises 6 past the largest value
 
   // tables/: for each table its dispatcher, full copy, changed copy and field mapper
   void CopyServiceTypes(const std::string& tableCode, const std::string& busComponent, std::int16_t syncMethod);
@@ -238,16 +239,16 @@ class clsDataCopy {
   DataCopyEvents& events_;
 
   std::string LogFile;         // the copy log's full path
-  bool HeaderWritten = false;  // the error header line stands in this run's log
+  bool HeaderWritten = false;  // the log has this run's error header
   std::unique_ptr<Connection> LocalConnection;
-  std::unique_ptr<Recordset> LocalRecordSet;  // every copy routine's, closed between uses
+  std::unique_ptr<Recordset> LocalRecordSet;  // shared by all copy routines, closed between uses
   std::int32_t InsertCount = 0;
   std::int32_t UpdateCount = 0;
   std::int32_t DeleteCount = 0;
-  std::optional<DateTime> RefusedAfter;  // the last update time of a table that was found in progress
-  DateTime LastUpdateTime;  // the lutm that a changed copy begins at; the zero date-time where there is none
-  DateTime RunTimeStamp;    // becomes the table's lutm when a copy ends well
-  Variant ConvertedDate;    // what DateObjectToDate found
+  std::optional<DateTime> RefusedAfter;  // the last update time of a table in progress
+  DateTime LastUpdateTime;               // the lutm at which a changed copy begins; the zero date-time if there is none
+  DateTime RunTimeStamp;                 // becomes the table's lutm when a copy ends well
+  Variant ConvertedDate;                 // the result of DateObjectToDate
 };
 
 }  // namespace qmx

@@ -1,6 +1,6 @@
 // The copy log: one text file per table, to which every run appends.
 //
-// Neither routine traps errors: a log that cannot be written fails whoever writes it.
+// Neither routine traps errors: if the log cannot be written, the caller fails.
 #include "copy/clsDataCopy.h"
 #include "platform/clock.h"
 #include "platform/error.h"

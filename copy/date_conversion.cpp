@@ -1,6 +1,6 @@
-// Between the ERP's date objects and local date-times, the ERP's yes and the local flag, and the calendar setting.
+// Converts the ERP's date objects and yes/no codes, and reads the calendar setting.
 //
-// The ERP counts years from 1900 and months from 0. Getters and setters are called with the ERP's own letterings.
+// The ERP counts years from 1900 and months from 0. Getters and setters are called in the ERP's own spelling.
 #include <charconv>
 #include <cmath>
 #include <string_view>
@@ -27,7 +27,7 @@ const Member kGetSeconds = "getSeconds";
 
 inline std::int16_t Part(const Object& date, const Member& getter) { return date.Call(getter).ToInt16(); }
 
-// The number that a text begins with, blanks before it allowed; 0 where it begins with none.
+// Returns the number at the beginning of a text, after any blanks; 0 if there is none.
 double LeadingNumber(const std::string& text) {
   const std::string_view number = Trimmed(text);
   const std::string_view digits = number.substr(number.find_first_of("+-") == 0 ? 1 : 0);

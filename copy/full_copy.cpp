@@ -1,6 +1,6 @@
-// The steps of a full copy: empty the local table, add every record that the ERP lists.
+// The steps of a full copy: empty the local table, then add every record that the ERP lists.
 //
-// Rows are saved as the copy goes, without a transaction: what was deleted or added before a failure stays so.
+// Rows are saved one by one, without a transaction: a failure undoes neither the deletion nor the rows before it.
 #include "copy/clean_up.h"
 #include "copy/clsDataCopy.h"
 #include "platform/error.h"
@@ -17,8 +17,8 @@ std::string PlaceInListing(std::int32_t recordsBefore) {
   return "of the listing's record " + std::to_string(std::int64_t{recordsBefore} + 1);
 }
 
-// What names a record in the report of a failure: the key columns that were filled before it, or the record's place in
-// the listing when the key itself could not be read.
+// Describes a record in the report of a failure: by the key columns that were filled before it, or by its place in the
+// listing if the key could not be read.
 std::string DescribeRecord(Recordset& row, const std::vector<Column>& key, std::int32_t recordsBefore) {
   std::string text;
   try {
@@ -27,7 +27,7 @@ std::string DescribeRecord(Recordset& row, const std::vector<Column>& key, std::
       if (value.IsEmpty() || value.IsNull()) break;  // not assigned yet
       AppendItem(text, ", ", std::string(column.Name()) + "=" + ValueText(value));
     }
-  } catch (const Error&) {  // the local table lacks the key's column: the failure to be reported is that one
+  } catch (const Error&) {  // the local table lacks the key's column, which is the failure to report
   }
   return text.empty() ? PlaceInListing(recordsBefore) : text;
 }
@@ -44,7 +44,7 @@ void clsDataCopy::CopyFull(const FullCopyPattern& table, const std::string& tabl
     enumeration = List(manager, table.list, table.bounds, tableCode);
     RunTimeStamp = Now();
     if (enumeration) {
-      // An empty listing leaves the local rows alone: an ERP that lists nothing is taken to be unwell.
+      // An empty listing keeps the local rows: an ERP that lists nothing is probably not well.
       if (enumeration.Call(kHasMoreElements).ToBoolean()) DeleteAllRecords(tableCode);
       OpenTable(tableCode);
       RunTimeStamp = Now();
@@ -75,7 +75,7 @@ void clsDataCopy::OpenTable(const std::string& tableCode) {
   LocalRecordSet->Open(tableCode, *LocalConnection, kCursorKeyset, kLockOptimistic, kCommandTable);
 }
 
-// Each AddNew saves the row before it; the last one is left to the caller.
+// Each AddNew saves the row before it. The caller saves the last one.
 void clsDataCopy::AddRecords(const Object& enumeration, const std::vector<Column>& key, const std::string& tableCode,
                              const Mapper& setFields) {
   while (enumeration.Call(kHasMoreElements).ToBoolean()) {
@@ -103,7 +103,7 @@ void clsDataCopy::FailFullCopy(const Object& manager, const FailureTexts& failur
   cleanUp.Take([&] {
     if (LocalRecordSet->State() == kStateClosed) return;
     LocalRecordSet->CancelUpdate();  // Close would save the half-filled row
-    LocalRecordSet->Close();         // raises what became of rows that waited
+    LocalRecordSet->Close();         // raises the error of a waiting row
   });
   cleanUp.Take([&] {
     if (manager) manager.Call("Close");

@@ -1,4 +1,4 @@
-// The run: guard the table, copy it, release it, tell how it went.
+// The run: guard the table, copy it, release it, raise the events.
 #include <algorithm>
 #include <utility>
 
@@ -15,7 +15,7 @@ constexpr std::int16_t kFinished = 0;
 constexpr std::int16_t kAlreadyInProgress = 1;
 constexpr std::int16_t kFailed = -1;
 
-// A table name longer than a table code is the extended form: table code, "=", key, "=", kind.
+// A table name that is longer than a table code has the extended form: table code, "=", key, "=", kind.
 constexpr std::size_t kTableCodeLength = 8;  // in characters
 
 std::size_t CharacterCount(const std::string& utf8) {
@@ -85,8 +85,8 @@ std::int16_t clsDataCopy::RunCopy(const std::string& ConnectionString, const std
     ReleaseCopyInProgress(tableCode);
     CloseConnection();
   } catch (...) {
-    // The copy itself is done, so the run counts as finished. A flag that is still set refuses every later run, which
-    // the process's exit status has to show.
+    // The copy itself is done, so the run counts as finished. If the flag is still set, it blocks every later run, and
+    // the process's exit status has to show that.
     declarations_.statusWhenFinished = ExitStatus::StartUpFailed;
     WriteErrorLog();
     CloseConnection();
@@ -140,7 +140,7 @@ void clsDataCopy::ReportRefusal(const std::string& tableCode) {
       "what to do", "copy again later; when no run copies it, free it with \"qmxadmin release " + tableCode + "\""));
 }
 
-// The engine takes such a run for finished. The process does not.
+// For the engine such a run is finished. The process ends with another status.
 void clsDataCopy::ReportNothingToCopy(const std::string& reason, const std::string& whatToDo) {
   declarations_.statusWhenFinished = ExitStatus::NothingToCopy;
   platform_.failures.Report(Error(errors::kInvalidCall, "clsDataCopy", reason).With("what to do", whatToDo));

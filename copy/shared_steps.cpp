@@ -1,5 +1,5 @@
-// What full and changed copies have in common: the time, failing, listing records, filling a row from a record,
-// counting.
+// The steps that full and changed copies share: reading the clock, failing, listing records, filling a row from a
+// record, counting.
 #include <limits>
 
 #include "copy/clsDataCopy.h"

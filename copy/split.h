@@ -1,4 +1,4 @@
-// A text's pieces between "=" signs. An empty text has none; a piece that is not there is error 9.
+// Splits a text at "=" signs. An empty text has no pieces. A missing piece is error 9.
 #pragma once
 
 #include <algorithm>

@@ -1,8 +1,8 @@
-// Owns the run's copy engine and turns its events into what the scheduling server and the event log hear.
+// Owns the run's copy engine and turns its events into messages to the scheduling server and entries of the event log.
 //
-// The switches of the run decide whether the server hears anything: without messages its message handler is never
-// created, without a request number its request object is not. Nothing is trapped here: a server object that cannot be
-// created fails HandleDataCopy, a server call that fails goes back to the engine at the event that caused it.
+// The switches of the run decide what the server gets: without messages its message handler is not created, and without
+// a request number its request object is not. Nothing is trapped here: if a server object cannot be created,
+// HandleDataCopy fails, and the error of a server call reaches the engine at the event that caused it.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,7 @@ class clsDataCopyHandler : private DataCopyEvents {
   clsDataCopyHandler(Platform& platform, modDeclarations& declarations);  // both borrowed
   ~clsDataCopyHandler() override;
 
-  // Returns when the copy has ended; how, stands in the declarations' exit status.
+  // Returns when the copy has ended. The declarations have its exit status.
   void HandleDataCopy(std::string ConnString, std::string DefaultDb, std::string DbTableName, std::string LogDirectory,
                       std::string BusComponent);
 
@@ -45,7 +45,7 @@ class clsDataCopyHandler : private DataCopyEvents {
 
   Platform& platform_;
   modDeclarations& declarations_;
-  Object objMessHandler;     // none where ServerMessagesOff
+  Object objMessHandler;     // none if ServerMessagesOff
   Object objClientRequests;  // none unless HasStatusRequestId
   std::unique_ptr<clsDataCopy> MyDataCopy;
 };

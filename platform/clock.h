@@ -14,8 +14,8 @@ class Clock {
   virtual ~Clock() = default;
   virtual DateTime Now() = 0;
 
-  // For logs: the locale's short date and its time. Where no locale is set ("C", "POSIX", as under cron) the ISO 8601
-  // forms 2026-11-20 and 14:05:09 are used, since the C locale's two-digit year is ambiguous.
+  // For logs: the locale's short date and its time. Without a locale ("C" or "POSIX", as under cron) they are ISO 8601,
+  // 2026-11-20 and 14:05:09, because the C locale's two-digit year is ambiguous.
   virtual std::string DateText(DateTime moment) = 0;
   virtual std::string TimeText(DateTime moment) = 0;
 };

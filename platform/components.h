@@ -3,9 +3,9 @@
 // ProgIDs and member names are compared without regard to case. An argument may be a reference, which the callee may
 // write back. Above the adapters there is one thread.
 //
-// Errors: a ProgID that nobody serves is 429, an unknown member 438, a wrong number of arguments 450, a call on no
-// object 91; what a component raises keeps its number, source and description. Each carries the detail "member" or
-// "progid".
+// Errors: a ProgID that no component serves is 429, an unknown member 438, a wrong number of arguments 450, a call on
+// no object 91; an error that a component raises keeps its number, source and description. Each carries the detail
+// "member" or "progid".
 #pragma once
 
 #include <cstdint>
@@ -21,8 +21,8 @@ namespace qmx {
 
 class Error;
 
-// A member's name together with where it was last found. Kept as a constant at the call site, the name is looked up
-// once and not once per call. The text is borrowed: a literal, or one that outlives the call.
+// A member's name, which remembers where it was last found. As a constant at the call site it is looked up once and not
+// once per call. The text is borrowed: a literal, or one that outlives the call.
 class Member {
  public:
   Member(const char* name) : name_(name) {}
@@ -62,19 +62,18 @@ class Argument {
 
 inline Argument Ref(Variant& variable) { return Argument::Reference(variable); }
 
-// What stands behind an Object: one per adapter, decorator or fake.
+// The implementation of an Object. Each adapter, decorator and fake has its own.
 class Dispatch {
  public:
   virtual ~Dispatch() = default;
 
-  // Adds what is known of a call of the member: its name, and where the adapter knows them the object's ProgID and
-  // type.
+  // Adds the details of a call of the member: its name and, if the adapter knows them, the object's ProgID and type.
   virtual void Describe(Error& error, const Member& member) const;
 
   virtual Variant Invoke(const Member& member, std::span<const Argument> arguments) = 0;
 };
 
-// Where components come from.
+// Creates components.
 class Components {
  public:
   virtual ~Components() = default;
@@ -83,10 +82,10 @@ class Components {
 
 [[noreturn]] void RaiseObjectNotSet(const Member& member);
 
-// What a call gave, as an object; none for no object. What is no object is error 13, which names the call.
+// Returns a call's result as an object. Another kind of value is error 13, which names the call.
 Object ObjectGivenBy(const Object& callee, const Member& member, Variant result);
 
-// The call behind Object::Call. Raises 91 on no object.
+// Makes the call of Object::Call. Raises 91 on no object.
 inline Variant Invoke(const Object& object, const Member& member, std::span<const Argument> arguments) {
   if (!object) [[unlikely]]
     RaiseObjectNotSet(member);

@@ -89,7 +89,7 @@ Connection::Connection(const std::vector<Driver*>& drivers, DatabaseObservers ob
 Connection::~Connection() {
   try {
     if (session_) session_->Close();
-  } catch (...) {  // whoever wants to hear of it calls Close
+  } catch (...) {  // a caller that wants the error calls Close
   }
 }
 

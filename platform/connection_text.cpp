@@ -52,7 +52,7 @@ class Reader {
     const std::size_t start = position_;
     const std::size_t end = text_.find_first_of("=;", start);
     const std::string keyword(Trimmed(text_.substr(start, end - start), kBlanks));
-    // What stands there without "=" may be the rest of a password that holds a ";": it is not repeated.
+    // Text without "=" may be the rest of a password that holds a ";", so the error does not repeat it.
     if (end == std::string_view::npos || text_[end] == ';') RaiseUnreadable("\"=\" is missing after the piece", start);
     if (keyword.empty()) RaiseUnreadable("a keyword is missing before \"=\"", start);
     position_ = std::min(text_.find_first_not_of(kBlanks, end + 1), text_.size());
@@ -70,7 +70,7 @@ class Reader {
 
   std::size_t Position() const { return position_; }
 
-  // Behind a password without quotes a keyword that is not known may be the rest of that password.
+  // After a password without quotes, an unknown keyword may be the rest of that password.
   void PassSecret() { isBehindSecret_ = true; }
   bool IsRestOfSecret(std::string_view keyword) const {
     return isBehindSecret_ && !MayBeShown(keyword) && !IsSecret(keyword);
@@ -114,7 +114,7 @@ ConnectionText::ConnectionText(std::string text) : text_(std::move(text)) {
     return start < text_.size() && std::string_view("\"'{").find(text_[start]) != std::string_view::npos;
   };
   Reader reader(text_);
-  std::size_t shown = 0;  // up to here the text is in its masked form
+  std::size_t shown = 0;  // the text is masked up to here
   while (reader.NextPiece()) {
     const std::size_t start = reader.Position();
     std::string keyword = reader.Keyword();

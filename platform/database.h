@@ -1,14 +1,14 @@
 // The local database: connections and record sets.
 //
-// The rules of a record set (keyset cursor, optimistic locking) stand here once, above the narrow driver interface of
-// database_driver.h; every database system behaves the same.
+// The rules of a record set (keyset cursor, optimistic locking) are implemented once, above the narrow driver interface
+// of database_driver.h. Every database system behaves the same.
 //
-// - Open on an open record set is 3705; any use of a closed one but State and Open is 3704; whatever needs a connection
-//   that is closed is 3709. Rows that were read stay readable then; what is pending is dropped with the connection.
+// - Open on an open record set is 3705; any use of a closed one but State and Open is 3704; whatever needs a closed
+//   connection is 3709. Rows that were read stay readable. Closing the connection drops what is pending.
 // - After Open, BOF and Eof are both true exactly when there is no row; otherwise the first row is current. recordcount
 //   is exact and counts saved rows.
 // - A record set opened on a table's name reads no row until something asks for one; the rows that it adds are not
-// kept.
+//   kept.
 // - AddNew first saves a pending row, then starts a new one, which becomes the current row. Update saves; with nothing
 //   pending it does nothing; MoveFirst and MoveNext save first. Assigned columns alone are inserted. An update writes
 //   the columns whose value differs, by the row's key (primary key, else the best row identifier, else all columns),
@@ -52,8 +52,8 @@ inline constexpr int kCommandTable = 2;
 inline constexpr int kStateClosed = 0;
 inline constexpr int kStateOpen = 1;
 
-// A column's name together with where it was last found: kept as a constant at the place of use, it is looked up once
-// and not once per row. The text is borrowed: a literal, or one that outlives the call.
+// A column's name, which remembers where it was last found. As a constant at the place of use it is looked up once and
+// not once per row. The text is borrowed: a literal, or one that outlives the call.
 class Column {
  public:
   Column(const char* name) : name_(name) {}
@@ -63,7 +63,7 @@ class Column {
  private:
   friend class Recordset;
   std::string_view name_;
-  mutable std::uint64_t layout_ = 0;  // the columns among which it was found; never reused, 0 for none
+  mutable std::uint64_t layout_ = 0;  // the row layout in which it was found; 0 for none
   mutable std::size_t index_ = 0;
 };
 
@@ -74,24 +74,24 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  // Raises 5 for a text that cannot be read or that no driver serves; -2147467259 when the database cannot be opened,
-  // -2147217843 when it refuses the log-in; 3705 when it is open. A user and a password that are not empty are put into
-  // the text as UID and PWD.
+  // Raises 5 for a text that cannot be read or that no driver serves, -2147467259 when the database cannot be opened,
+  // -2147217843 when it refuses the log-in, and 3705 when the connection is open already. Adds a user and a password
+  // that are not empty to the text as UID and PWD.
   void Open(const std::string& connectionText, const std::string& user, const std::string& password);
 
   std::string defaultdatabase() const;
   void defaultdatabase(const std::string& name);  // 3219 while a record set is open on this connection
 
-  // Runs one statement; the number of rows affected.
+  // Runs one statement and returns the number of affected rows.
   std::int64_t Execute(const SqlText& statement);
 
-  // A table's columns and key; -2147217865 when there is no such table.
   std::string System() const;  // the database system's name
+
+  // Returns a table's columns and key. Raises -2147217865 when there is no such table.
   TableDescription Describe(const std::string& table);
 
-  // Runs the work. Rows that it saves are rows of the database for everybody else 50 ms later at most, and not each one
-  // at once; when it ends, or raises, all of them are. Raises what the work raises, or why saved rows are lost. Work on
-  // a closed connection meets that by itself.
+  // Runs the work and may commit its rows in groups: each row is committed within 50 ms, and all rows are when the work
+  // returns or raises. Raises what the work raises, or why saved rows are lost.
   void Together(const std::function<void()>& work);
 
   int CommandTimeout() const;  // seconds, 30 by default; 0 waits forever
@@ -131,8 +131,8 @@ class Recordset {
   Recordset(const Recordset&) = delete;
   Recordset& operator=(const Recordset&) = delete;
 
-  // `source` is a statement (options 1) or a table's name (options 2). Cursor type 1 and lock type 3 are served, others
-  // are 5.
+  // `source` is a statement (options 1) or a table's name (options 2). Raises 5 for a cursor type other than 1 and a
+  // lock type other than 3.
   void Open(const SqlText& source, Connection& connection, int cursorType, int lockType, int options);
   void Open(const SqlText& source, int cursorType, int lockType, int options);  // on the active connection
 
@@ -171,7 +171,7 @@ class Recordset {
 
 inline void Field::Value(Variant&& value) { owner_.Assign(index_, std::move(value)); }
 
-// Makes connections and record sets from their ProgIDs, "ADODB.Connection" and "ADODB.Recordset", in any case; any
+// Creates connections and record sets from their ProgIDs, "ADODB.Connection" and "ADODB.Recordset", in any case. Any
 // other ProgID is 429.
 class Database {
  public:

@@ -27,7 +27,7 @@ Civil CivilFromSeconds(std::int64_t seconds) {
 
 int SecondOfDay(std::int64_t seconds) { return static_cast<int>((chrono::seconds(seconds) - DaysOf(seconds)).count()); }
 
-// Reads a date and time piece by piece; once a piece does not fit, `good` stays false.
+// Reads a date and time piece by piece. `good` becomes false at the first piece that does not fit.
 struct Reader {
   std::string_view rest;
   bool good = true;

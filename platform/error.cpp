@@ -7,7 +7,7 @@
 namespace qmx {
 namespace {
 
-// A text as a part of a line: line ends and other control characters become blanks, none at its end.
+// Replaces line ends and other control characters by blanks, and removes blanks at the end.
 std::string OneLine(const std::string& text) {
   std::string line;
   for (const char c : text) {

@@ -1,10 +1,10 @@
-// The one exception type that crosses a room's wall.
+// The only exception type of public interfaces.
 //
-// An Error has a number, a source and a description, as automation errors have. What the platform knows besides
-// (statement, table, column, key, SQLSTATE, component member) is kept as details: it never enters the three texts that
-// logs and messages show, but it stands in the chain that is written to standard error when a run ends badly.
+// An Error has a number, a source and a description, as automation errors have. The platform adds details
+// (statement, table, column, key, SQLSTATE, component member). Logs and messages show the three texts without details.
+// The chain that a failed run writes to standard error shows the details too.
 //
-// An Error made while another exception is being handled keeps that one as its cause. Passwords never enter any text.
+// An Error that is created while another exception is handled keeps that one as its cause. No text holds a password.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@
 
 namespace qmx {
 
-// The classic automation numbers, so that numbers in logs mean something to those who know them.
+// The classic automation numbers, which readers of the logs know.
 namespace errors {
 inline constexpr std::int32_t kInvalidCall = 5;
 inline constexpr std::int32_t kOverflow = 6;
@@ -61,10 +61,10 @@ class Error : public std::exception {
   // Takes the exception in flight, if there is one, as the cause.
   Error(std::int32_t number, std::string source, std::string description);
 
-  // Adds a detail, unless one of that name is there already: whoever is nearest to the failure knows best.
+  // Adds a detail unless the error has one of that name: the place nearest to the failure knows best.
   Error& With(const std::string& what, std::string value);
 
-  // Adds this error and its causes behind the causes that there are, leaving out those that are among them.
+  // Appends this error and its causes to the causes, except those that are among them.
   Error& AddCauses(const Error& error);
 
   std::int32_t Number() const { return number_; }
@@ -77,7 +77,7 @@ class Error : public std::exception {
 
  private:
   friend Error CurrentError();
-  struct NoCause {};  // for the exception in flight itself, told as an Error
+  struct NoCause {};  // for an Error that stands for the exception in flight
   Error(NoCause, std::int32_t number, std::string source, std::string description);
   void AddCause(const Error& error);  // without its own causes
 
@@ -88,15 +88,15 @@ class Error : public std::exception {
   std::shared_ptr<const Error> cause_;
 };
 
-// The error being handled: to be called in a handler only. An exception of another type becomes error 7 (no memory)
-// or 51, with its own text as the description.
+// Returns the error being handled; for handlers only. An exception of another type becomes error 7 (no memory) or 51,
+// with its own text as the description.
 Error CurrentError();
 
-// Number + 100 in 32 bits: what every nested trap of the copy engine adds. Past the largest number it is error 6.
+// Adds 100, as every nested trap of the copy engine does. Raises 6 past the largest 32-bit number.
 std::int32_t NumberPlus100(std::int32_t number);
 
-// The chain of causes, outermost first, one line a link: number, source, description, then the details. Line ends and
-// other control characters inside a text become blanks; no line end after the last line.
+// Describes the chain of causes, outermost first, one line for each: number, source, description, details. Line ends
+// and other control characters inside a text become blanks. The last line has no line end.
 std::string DescribeChain(const Error& error);
 
 }  // namespace qmx

@@ -1,7 +1,7 @@
 // The application's event log.
 //
-// In the automatic mode (0) entries go to the system log where one listens, otherwise to the target file. An entry that
-// cannot be written is an error like any other (text_files.h gives the numbers).
+// In the automatic mode (0) entries go to the system log, or to the target file if no system log listens. An entry that
+// cannot be written is an error (text_files.h lists the numbers).
 #pragma once
 
 #include <string>

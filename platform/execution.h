@@ -1,4 +1,4 @@
-// One execution of a statement that is used again: what it borrowed is given back at the end, however that comes.
+// One execution of a statement that is used again. Resets the statement at the end, also after an exception.
 #pragma once
 
 #include "platform/database_driver.h"
@@ -12,7 +12,7 @@ class Execution {
   Execution(const Execution&) = delete;
   Execution& operator=(const Execution&) = delete;
 
-  // To its end; returns how many rows it affected.
+  // Runs the statement to its end and returns how many rows it affected.
   std::int64_t Run() {
     while (statement_.Step()) continue;
     return statement_.RowsAffected();

@@ -1,4 +1,4 @@
-// Where the whole chain of a failure is told, once the logs have had the texts that they are defined to show.
+// Reports the whole chain of a failure, which the logs do not show.
 #pragma once
 
 #include "platform/error.h"
@@ -8,7 +8,7 @@ namespace qmx {
 class FailureReport {
  public:
   virtual ~FailureReport() = default;
-  virtual void Report(const Error& error) noexcept = 0;  // never fails: it is the last word
+  virtual void Report(const Error& error) noexcept = 0;  // never fails
 };
 
 }  // namespace qmx

@@ -1,4 +1,4 @@
-// The process-wide switches of a run. One instance, made by the process entry and handed from room to room.
+// The process-wide switches of a run. The process entry creates the one instance and passes it on.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace qmx {
 
-// What the process ends with.
+// The status that the process ends with.
 enum class ExitStatus {
   Complete = 0,
   CopyFailed = 1,

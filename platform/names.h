@@ -16,7 +16,7 @@ inline bool SameName(std::string_view one, std::string_view other) {
                     [](char a, char b) { return FoldLetter(a) == FoldLetter(b); });
 }
 
-// The form that all spellings of a name share: what a name is looked up by.
+// Returns the form that all spellings of a name share, for look-ups.
 inline std::string FoldName(std::string_view name) {
   std::string folded(name);
   std::transform(folded.begin(), folded.end(), folded.begin(), FoldLetter);

@@ -1,5 +1,4 @@
-// Everything of the machine that the logic may touch, handed from room to room. Borrowed: whoever builds it keeps it
-// alive.
+// The interfaces through which the logic reaches the machine. All are borrowed from the process entry.
 #pragma once
 
 namespace qmx {

@@ -42,7 +42,7 @@ void ConnectionStatement::Prepare(SqlShape shape, const std::string& text) {
 }
 
 void ConnectionStatement::PrepareAsItStands() {
-  prepared_.reset();  // on a server it may still be in the way
+  prepared_.reset();  // on a server the prepared statement may still be in the way
   const bool needsFullMoments = statements_.session_.KeepsMomentsAsTexts();
   Prepare({}, needsFullMoments ? text_.Text(&DateTime::ToFullText) : text_.Text());
 }

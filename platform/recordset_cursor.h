@@ -1,8 +1,8 @@
-// An open record set: its rows, the current one, and what is pending on it.
+// An open record set: its rows, the current row, and the pending change.
 //
-// `pending_` overlays the current row: the columns assigned so far, Empty elsewhere. Rows are read at once when the
-// source is a statement, and only when one is asked for when it is a table; until then no more than the last added row
-// is kept.
+// `pending_` overlays the current row: the columns assigned so far, Empty elsewhere. A statement's
+// rows are read at once. A table's rows are read when the first one is needed; until then only the last added row is
+// kept.
 #pragma once
 
 #include <cstdint>
@@ -52,8 +52,8 @@ class RecordsetCursor {
 
   void AnnounceTo(const DatabaseObservers& observers) { observers_ = &observers; }  // saved rows; borrowed
   void AddNew();
-  void Save(bool mayWait = false);  // whether nobody needs the outcome at once
-  void Drop();                      // what is pending
+  void Save(bool mayWait = false);  // mayWait: the driver may postpone the row
+  void Drop();                      // the pending change
   void Close();
 
  private:

@@ -8,10 +8,10 @@
 namespace qmx {
 namespace {
 
-constexpr std::size_t kMostParameters = 30000;  // the systems take 32766 at least
+constexpr std::size_t kMostParameters = 30000;  // every system takes at least 32766
 
-// Rows go out by halves: as many as the largest statement takes, then half as many, down to one, so that there are few
-// statements to prepare.
+// Sends as many rows as the largest statement takes, then half as many, down to one, so that few statements have to be
+// prepared.
 class RowsOfValues : public DriverRows {
  public:
   RowsOfValues(DriverSession& session, const RowInsert& insert, std::size_t most)

@@ -1,4 +1,4 @@
-// The columns of a row, in order, under a number of their own, so that a column that was looked up once is found again
+// The columns of a row, in order. Each layout has a number, by which a Column that was looked up once is found again
 // without comparing names.
 #pragma once
 
@@ -12,7 +12,7 @@
 
 namespace qmx {
 
-// A row's values. In rows that are being written, Empty stands for a column that was not assigned.
+// A row's values. In rows to be written, Empty marks a column that was not assigned.
 using Row = std::vector<Variant>;
 
 class RowLayout {

@@ -1,6 +1,6 @@
-// The call to a component that is running: readable at any moment, by every thread and by a signal handler.
+// The call to a component that is running. Every thread and every signal handler may read it.
 //
-// It explains the end of a process whose component did not return. The texts that it holds live until the process ends.
+// The report of a crash or of an unexpected exit names this call. Its texts live until the process ends.
 #pragma once
 
 #include <atomic>
@@ -8,11 +8,11 @@
 
 namespace qmx {
 
-// A call runs as long as its RunningCall lives. They do not nest: where a component calls the program back,
-// OuterCallRestored brings the outer call back.
+// A call runs as long as its RunningCall lives. They do not nest: when a component calls the program back,
+// OuterCallRestored restores the outer call.
 class RunningCall {
  public:
-  // `progId` is null where it is not known. Both texts are those of KeepText.
+  // `progId` may be null. Both texts come from KeepText.
   RunningCall(const char* progId, const char* member) noexcept {
     progId_.store(progId, std::memory_order_relaxed);
     member_.store(member, std::memory_order_release);
@@ -24,7 +24,8 @@ class RunningCall {
   static const char* Member() noexcept { return member_.load(std::memory_order_acquire); }  // null while no call runs
   static const char* ProgId() noexcept { return progId_.load(std::memory_order_relaxed); }  // of the last call
 
-  // The same text, zero-terminated, at an address that stays valid. Equal texts share one. For the program's thread.
+  // Returns a copy of the text, zero-terminated, at an address that stays valid. Equal texts share one copy. For the
+  // program's thread only.
   static const char* KeepText(std::string_view text);
 
  private:
@@ -33,7 +34,7 @@ class RunningCall {
   static inline std::atomic<const char*> member_ = nullptr;
 };
 
-// Restores, when it goes, the call that was running when it was made.
+// Its destructor restores the call that was running at its construction.
 class OuterCallRestored {
  public:
   OuterCallRestored() noexcept = default;

@@ -1,11 +1,11 @@
-// Which components are the scheduling server's: all others are the ERP's.
+// Tells the scheduling server's components from the ERP's, which all others are.
 #pragma once
 
 #include "platform/names.h"
 
 namespace qmx {
 
-// Allocates nothing, so that a signal handler may ask. Null is not one of them.
+// Allocates nothing, so signal handlers may call it. Null is not one of them.
 inline bool IsSchedulingServers(const char* progId) noexcept {
   const char* place = progId;
   for (const char* prefix = "qmxserver20."; *prefix; ++prefix, ++place) {

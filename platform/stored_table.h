@@ -1,8 +1,8 @@
 // A table of the database as record sets know it: its columns and key, and the prepared statements that write its rows.
 //
-// One instance a table and session; it lives as long as the session is open. There is one prepared INSERT for each set
-// of assigned columns and one prepared UPDATE for each set of differing ones, used again and again. Errors get the
-// table, the key and the statement as details.
+// Each session has one instance for a table, which lives as long as the session is open. There is one prepared INSERT
+// for each set of assigned columns and one prepared UPDATE for each set of differing ones, used again and again. Errors
+// get the table, the key and the statement as details.
 #pragma once
 
 #include <cstdint>
@@ -25,16 +25,16 @@ class StoredTable {
   std::string SelectAll() const { return "select * from " + quotedName_; }
   std::int64_t Count();
 
-  void Insert(const Row& assigned, bool mayWait);  // whether nobody needs the outcome at once
+  void Insert(const Row& assigned, bool mayWait);  // mayWait: the driver may postpone the row
 
-  // Writes the changes (Empty: unchanged) to the one row that `stored` stands for; -2147217864 when there is none or
-  // when there are several, and then nothing is changed.
+  // Writes the changes (Empty: unchanged) to the row `stored`. Raises -2147217864 and changes nothing unless exactly
+  // one row matches.
   void Update(const Row& stored, const Row& changes);
 
-  // What the database holds now of the row that `stored` stands for; -2147217864 when it is not one row.
+  // Returns the row `stored` as the database holds it now. Raises -2147217864 unless exactly one row matches.
   Row Read(const Row& stored);
 
-  // The key's columns and values, for errors: "emno='E1', skll='WELD'".
+  // Returns the key's columns and values, for errors: "emno='E1', skll='WELD'".
   std::string KeyText(const Row& row) const;
 
  private:
@@ -48,7 +48,7 @@ class StoredTable {
   Prepared NewInsert(const Row& assigned);
   Prepared& UpdateFor(const Row& stored, const Row& changes);
   Prepared PreparedOf(std::string text);
-  std::int64_t Count(const Row& stored);  // the rows that it may stand for
+  std::int64_t Count(const Row& stored);  // the rows that match
   std::string Condition(const Row& stored) const;
   void BindKey(DriverStatement& statement, std::size_t parameter, const Row& stored) const;
   bool IsFoundByKey(const Row& stored) const;

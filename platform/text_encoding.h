@@ -1,7 +1,7 @@
-// Texts as UTF-8: where one is flawed, and how a flawed one is shown.
+// Checks and repairs UTF-8 texts.
 //
-// A flaw is a byte that does not belong to UTF-8, or a NUL, which no local column keeps whole. Nearly all texts are
-// ASCII, so IsPlainAscii comes first wherever a row pays for the check.
+// A flaw is a byte that is not valid UTF-8, or a NUL, which no local column stores reliably. Nearly all texts are
+// ASCII, so checks of many rows begin with IsPlainAscii.
 #pragma once
 
 #include <cstdint>
@@ -41,13 +41,13 @@ inline bool IsPlainAscii(std::string_view text) {
   return true;
 }
 
-// The place of the first flaw, counted from 0; npos when there is none.
+// Returns the place of the first flaw, counted from 0; npos when there is none.
 std::size_t FindFlaw(std::string_view text);
 
 // Raises 13 when the text has a flaw. The error names the byte, counted from 1.
 void RequireFlawless(std::string_view text, const char* source);
 
-// The text with U+FFFD in place of each flaw.
+// Returns the text with U+FFFD in place of each flaw.
 std::string WithReplacements(std::string_view text);
 
 }  // namespace qmx

@@ -19,14 +19,14 @@ class TextFiles {
   virtual void OpenForAppend(const std::string& path, int number) = 0;  // created when missing
   virtual void OpenForInput(const std::string& path, int number) = 0;
 
-  // One line, as it stands.
+  // Writes one line, unchanged.
   virtual void Print(int number, std::string_view line) = 0;
 
-  // One record: each item in double quotes, commas between, quotes inside an item left as they are.
+  // Writes one record: each item in double quotes, commas between, quotes inside an item unchanged.
   virtual void Write(int number, std::initializer_list<std::string_view> items) = 0;
 
-  // One field: up to the first comma or line end outside double quotes, leading blanks dropped, the surrounding quotes
-  // removed. Error 62 at the end of the file.
+  // Reads one field: up to the first comma or line end outside double quotes, without leading blanks and surrounding
+  // quotes. Raises 62 at the end of the file.
   virtual std::string InputField(int number) = 0;
 
   virtual void Close(int number) = 0;

@@ -1,7 +1,7 @@
-// Whether a database session has a transaction open, as far as the database's answers tell.
+// Whether a database session has an open transaction, according to the database's answers.
 //
-// A session whose state is not known any more stays so: what it wrote may be saved or not, so nothing that it writes
-// after that can be relied on. Every further call on it raises.
+// A session whose state is unknown stays unknown: what it wrote may be saved or not, so no later write is reliable.
+// Every further call on the session raises.
 #pragma once
 
 #include <optional>
@@ -17,7 +17,7 @@ class TransactionState {
   void Opened() { Become(State::Open); }
   void Ended() { Become(State::None); }
 
-  // The state is unknown from here on, because of the exception that is being handled.
+  // Makes the state unknown, because of the exception that is being handled.
   void Lose() noexcept;
 
   void RequireKnown() const;                          // raises the error that made the state unknown
@@ -30,7 +30,7 @@ class TransactionState {
   }
 
   State state_ = State::None;
-  std::optional<Error> loss_;  // none if there was no memory for it
+  std::optional<Error> loss_;  // empty if there was no memory for it
 };
 
 }  // namespace qmx

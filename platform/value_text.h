@@ -1,4 +1,4 @@
-// A value as the details of an error show it: null, 'text', or anything else as it is.
+// A value as errors show it: null, 'text', or the plain text of any other value.
 #pragma once
 
 #include <string>

@@ -13,7 +13,7 @@ namespace qmx {
 namespace {
 
 constexpr const char* kSource = "Values";
-constexpr int kSignificantDigits = 15;  // what a double holds for certain
+constexpr int kSignificantDigits = 15;  // that every double keeps
 
 const char* Name(Variant::Kind kind) {
   switch (kind) {
@@ -65,8 +65,7 @@ bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
                     [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a - 'A' + 'a' : a) == b; });
 }
 
-// A finite double as people write it: 0.DIGITS times ten to the power `point`. No zero at the end of the digits; no
-// digits at all for zero.
+// A finite double in decimal: 0.DIGITS times ten to the power `point`. The digits do not end in a zero; zero has none.
 struct Decimal {
   bool negative = false;
   std::string digits;
@@ -93,7 +92,7 @@ Decimal ToDecimal(double value) {
   return decimal;
 }
 
-// Digits alone up to 15 places before the point and four zeros after it, else the form 1.5E+20.
+// Plain digits for up to 15 places before the point and up to four zeros after it, else the form 1.5E+20.
 std::string NumberText(double value) {
   if (std::isnan(value)) return "NaN";
   if (std::isinf(value)) return value < 0 ? "-Infinity" : "Infinity";

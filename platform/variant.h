@@ -1,10 +1,11 @@
 // A value of one of the automation types, with the classic conversions in one place.
 //
 // Texts are UTF-8. Conversions are explicit and raise errors: to an integer rounds half to even and is error 6 out of
-// range; null to anything but text is error 94; a text becomes a number when it is a whole number literal (sign,
-// digits, point, exponent, blanks around), else error 13. Empty is 0, false, "" and the zero date-time; null as text is
-// "". A number as text is the shortest form that reads back, at most 15 digits, always with ".". True is -1 as a
-// number.
+// range; null to anything but text is error 94; a text that is one number literal (sign, digits, point, exponent,
+// blanks around) becomes a number, any other text is error 13. Empty is 0, false, "" and the zero date-time; null as
+// text is
+// "". A number as text is the shortest form that reads back as the same number, at most 15 digits, always with ".".
+// True is -1 as a number.
 #pragma once
 
 #include <cstdint>
@@ -49,7 +50,7 @@ class Variant {
   bool IsNull() const { return GetKind() == Kind::Null; }
   bool IsNumber() const { return GetKind() >= Kind::Boolean && GetKind() <= Kind::Double; }
 
-  // The value itself where it is of that kind, else null; borrowed from this value.
+  // The value itself if it is of that kind, else null; borrowed from this value.
   const std::string* IfText() const { return kind_ == Kind::Text ? &text_ : nullptr; }
   const Object* IfObject() const { return kind_ == Kind::Object ? &object_ : nullptr; }
 
@@ -66,10 +67,10 @@ class Variant {
   qmx::Object ToObject() const&;  // empty and null are no object; anything else but an object is error 13
   qmx::Object ToObject() &&;      // the same, without a further reference
 
-  // This value as one of `kind`; null and empty stay what they are. Raises as the conversions above do.
+  // Converts this value to `kind`. Null and empty stay what they are. Raises as the conversions above do.
   Variant ConvertedTo(Kind kind) const;
 
-  // Empty again.
+  // Makes the value empty.
   void Clear() {
     if (kind_ == Kind::Text) std::destroy_at(&text_);
     if (kind_ == Kind::Object) std::destroy_at(&object_);
@@ -81,8 +82,8 @@ class Variant {
   friend bool operator==(const Variant& one, const Variant& other);
 
  private:
-  // What is copied as it stands: all numbers, date-times as their seconds. This and not a std::variant, whose visits
-  // cost a row more than its values: each goes through several of them on its way.
+  // Numbers, and date-times as their seconds. A std::variant would be slower: a value is visited several times on its
+  // way into a row.
   union Plain {
     std::int64_t whole = 0;
     double number;
@@ -123,15 +124,14 @@ class Variant {
   };
 };
 
-// The number that a whole number literal stands for, infinity where it is past the largest double; nothing for any
-// other text, "inf" and "nan" among them.
+// Parses a text that is one number literal; infinity past the largest double. Nothing for any other text, including
+// "inf" and "nan".
 std::optional<double> ParseNumber(std::string_view text);
 
-// Nearest whole number, halves to even, for every conversion to an integer.
+// Rounds to the nearest whole number, halves to even, for every conversion to an integer.
 double RoundHalfEven(double value);
 
-// To `digits` decimals, halves to even, judged on the decimal value as it is written: 2.125 gives 2.12, 2.375
-// gives 2.38.
+// Rounds to `digits` decimals, halves to even, by the decimal text of the value: 2.125 gives 2.12, 2.375 gives 2.38.
 double RoundDecimals(double value, int digits);
 
 }  // namespace qmx

@@ -1,4 +1,4 @@
-// The words in which the tables are written down.
+// Short names for the columns of the tables.
 #pragma once
 
 #include <utility>

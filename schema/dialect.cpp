@@ -8,8 +8,8 @@
 namespace qmx {
 namespace {
 
-// Codes compare letter by letter and blank by blank, as the ERP's do. MariaDB's own way takes "a" for "A"; and its rows
-// are to be kept in an engine with transactions.
+// Codes compare letter by letter and blank by blank, as in the ERP, but MariaDB's default collation takes "a" for "A".
+// Its tables need an engine with transactions.
 constexpr Dialect kSqlite = {"datetime", "", " collate nocase", ""};
 constexpr Dialect kPostgresql = {
     "timestamp(0)", "", " collate qmx_any_case",

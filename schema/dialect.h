@@ -1,7 +1,7 @@
-// The statements that make a local table, in the words of one database system.
+// The statements that create a local table, for one database system.
 //
-// Names are not quoted: the system's own statements do not quote them either, so that both mean the same name whatever
-// a database makes of its case.
+// Names are not quoted. The copy's statements do not quote them either, so both mean the same name however a database
+// changes its case.
 #pragma once
 
 #include <string>
@@ -13,19 +13,19 @@
 namespace qmx {
 
 struct Dialect {
-  const char* dateTimeType;  // of whole seconds without a zone; the other types have one name everywhere
-  const char* tableOptions;  // behind the columns
-  const char* anyCase;       // behind the type of a column that takes capitals for small letters
-  const char* makesAnyCase;  // makes what `anyCase` names; "" where the system has it
+  const char* dateTimeType;  // whole seconds without a zone; other types have the same name everywhere
+  const char* tableOptions;  // after the columns
+  const char* anyCase;       // after the type of a column that ignores case
+  const char* makesAnyCase;  // creates the collation of `anyCase`; "" if the system has it
 
-  // With columns that compare letter by letter, which every server makes.
+  // With columns that compare letter by letter, which every server supports.
   std::string CreateTable(const LocalTable& table) const;
 
-  // The statements that make the table with table codes that compare without regard to case. A server may refuse them.
-  // None for a table without such a column.
+  // Returns the statements that create the table with table codes that compare without regard to case. A server may
+  // refuse them. None for a table without such a column.
   std::vector<std::string> CreateTableOfAnyCase(const LocalTable& table) const;
 
-  std::vector<std::string> CreateIndexes(const LocalTable& table) const;  // each may be run where the index exists
+  std::vector<std::string> CreateIndexes(const LocalTable& table) const;  // each may run when the index exists
 
  private:
   std::string CreateTable(const LocalTable& table, const char* ofTableCodes) const;
@@ -33,7 +33,7 @@ struct Dialect {
 
 const Dialect& SqliteDialect();
 
-// By what the system calls itself; null for one whose tables cannot be made from here.
+// Finds a system by its own name; null for one whose tables cannot be created here.
 const Dialect* DialectOfSystem(std::string_view system);
 
 }  // namespace qmx

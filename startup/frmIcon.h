@@ -1,6 +1,6 @@
 // The form that carries the application's icon. It is never shown.
 //
-// The picture is frmIcon.svg, installed as an application icon under the name that stands here.
+// The picture is frmIcon.svg, installed as an application icon under this name.
 #pragma once
 
 namespace qmx {

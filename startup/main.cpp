@@ -1,4 +1,4 @@
-// The process entry: builds the platform out of its adapters, runs Main, and ends with the run's exit status.
+// The process entry: builds the platform from its adapters, runs Main, and returns the run's exit status.
 #include <csignal>
 #include <cstdio>
 #include <memory>
@@ -78,7 +78,7 @@ ExitStatus Run(const std::string& commandLine, int listener, qmx::modDeclaration
   return declarations.exitStatus;
 }
 
-// The exception in flight. Without memory for its text there is a shorter one.
+// Reports the exception in flight. Without memory for its text it prints a shorter one.
 void ReportStartUpFailure(qmx::FailureReport& failures) noexcept {
   try {
     failures.Report(qmx::CurrentError());
@@ -117,9 +117,9 @@ ExitStatus RecordedRun(const std::string& commandLine, int listener, qmx::Failur
 
 int main(int argc, char** argv) {
   qmx::MainHasBegun();
-  // Whoever read our standard error may be gone; the copy is not to die of that.
+  // The reader of standard error may be gone. That must not end the copy.
   std::signal(SIGPIPE, SIG_IGN);
-  const int listener = qmx::Progress::ListenerFromEnvironment();  // before its number can mean another file
+  const int listener = qmx::Progress::ListenerFromEnvironment();  // before another file can get its number
   qmx::PosixFailureReport failures;
   ExitStatus status = ExitStatus::StartUpFailed;
   try {

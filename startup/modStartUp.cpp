@@ -25,7 +25,7 @@ enum Piece : std::size_t {
   kLogFilePath,
   kBusComponent,
   kBusComponentRest,
-  kStatusRequestId  // the only one that may be absent
+  kStatusRequestId  // the only optional one
 };
 constexpr std::size_t kRequiredPieces = kStatusRequestId;
 
@@ -63,7 +63,7 @@ void RequirePieces(const CommandLine& commandLine) {
       .With("wanted", "connection text, default database, table code, log directory, and the two of the component");
 }
 
-// Errors are ignored here, as in the whole step: a number that does not fit leaves the request number at 0.
+// This step ignores errors: a number that does not fit leaves the request number at 0.
 void SetStatusRequestId(modDeclarations& declarations, const std::string& text) {
   try {
     declarations.StatusRequestId = Variant(text).ToInt32();
@@ -71,7 +71,7 @@ void SetStatusRequestId(modDeclarations& declarations, const std::string& text) 
   }
 }
 
-// Decided by the last piece as it stands: blanks alone are a piece, though not a number.
+// Depends on the last piece before trimming: blanks alone are a piece, though not a number.
 void SetServerSwitches(modDeclarations& declarations, const CommandLine& commandLine) {
   if (commandLine.Count() <= kStatusRequestId || commandLine.At(kStatusRequestId).empty()) {
     declarations.ServerMessagesOff = true;

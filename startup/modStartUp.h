@@ -1,4 +1,4 @@
-// Start-up: reads the command line, sets the run's switches and has one table copied.
+// Start-up: reads the command line, sets the run's switches and starts the copy of one table.
 #pragma once
 
 #include <cstdint>
@@ -11,13 +11,13 @@
 
 namespace qmx {
 
-// The whole run. How it ended stands in the declarations' exit status.
+// Does the whole run. The declarations have its exit status afterwards.
 //
-// A failure is written to the start-up failure log, told to the failure report, and goes no further. What fails in
-// doing so does: a command line without a log directory, a log directory that cannot be written.
+// Writes a failure to the start-up failure log and to the failure report, and does not raise it. Raises if that log
+// cannot be written: the command line has no log directory, or the directory is not writable.
 void Main(Platform& platform, modDeclarations& declarations, std::string_view commandLine);
 
-// The table code that the command line asks to copy; empty where it has none.
+// Returns the table code on the command line; empty if there is none.
 std::string TableCode(std::string_view commandLine);
 
 // What a command line asks for, as its record tells it.
@@ -31,10 +31,10 @@ struct RunRequest {
 // None where the command line names no log directory.
 std::optional<RunRequest> ReadRunRequest(std::string_view commandLineText);
 
-// The log directory as the command line has it; error 9 where it has none.
+// Returns the log directory on the command line; raises 9 if there is none.
 std::string LogDirectory(std::string_view commandLineText);
 
-// Appends a record of the error being handled to QMXDBSynclog.txt in the directory, a blank one standing for "C:".
+// Appends a record of the error being handled to QMXDBSynclog.txt in the directory. A blank directory means "C:".
 void WriteStartupFailureLog(TextFiles& files, Clock& clock, const std::string& LogDirectory);
 
 }  // namespace qmx

@@ -1,4 +1,4 @@
-// The end of a run whose database driver does not return any more.
+// Ends a run whose database driver does not return.
 #pragma once
 
 #include <string_view>
@@ -9,10 +9,9 @@
 
 namespace qmx {
 
-// Writes the start-up failure log and the end of the run's record (null where it has none), tells the progress
-// descriptor (or Progress::kNobody) of the end, reports the failure with what to do, and ends the process as a failed
-// start-up. Uses nothing of the run, which may hold it for ever: to
-// be called from another thread.
+// Writes the start-up failure log, the end of the run's record (may be null) and the end on the progress descriptor (or
+// Progress::kNobody), reports the failure with what to do, and ends the process with the status of a failed start-up.
+// Called from another thread, so it uses nothing that the blocked run may hold.
 [[noreturn]] void EndSilentRun(std::string_view commandLine, int listener, const Error& failure,
                                FailureReport& failures, RunRecord* record) noexcept;
 

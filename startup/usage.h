@@ -1,13 +1,13 @@
-// What the program says about itself.
+// The texts of --help, --version and the usage message.
 #pragma once
 
 #include <string>
 
 namespace qmx {
 
-std::string Usage();    // one paragraph, shown after a failure that nothing trapped
-std::string Help();     // all of it, for --help
-std::string Version();  // one line, for --version
+std::string Usage();    // one paragraph, printed after a failure that nothing trapped
+std::string Help();     // for --help
+std::string Version();  // one line
 
 std::string VersionNumber();
 

@@ -1,8 +1,8 @@
 // Actual calendars (tcccp030): the working-time records of the calendars that service employees use, within a range of
 // start dates that ends in 2038.
 //
-// All of them in full or by change, and single ones on request: an employee's, or one by its code. The copies never
-// touch tscalender.
+// Copies all of them, in full or by change, or a single one on request: an employee's, or one by its code. The copies
+// never change tscalender.
 #include "copy/clsDataCopy.h"
 #include "copy/erp_listings.h"
 #include "platform/trim.h"
@@ -17,7 +17,7 @@ constexpr const char* kHighestType = "ZZZZZZZZZ";
 constexpr std::int16_t kEarliestTime = 0;
 constexpr std::int16_t kLatestTime = 2400;
 constexpr int kLastYear = 2038;
-constexpr int kLookBackOnRequest = 60;  // days; the look-back file counts for the other copies only
+constexpr int kLookBackOnRequest = 60;  // days; only the other copies read the look-back file
 
 const Member kInitialize = "initialize";
 const Member kGetClass = "getClass";
@@ -59,8 +59,8 @@ constexpr FailureTexts kCalendarFailure = {"Copy Calender Of Employee",
                                            " Copy of Calender Of Employee from Orvan to Local DB failed"};
 constexpr FailureTexts kDeleteFailure = {"Delete Calendar", "Deleting records from Calendar failed"};
 
-// Bounds of the start dates, as the texts that the ERP takes. The last day is today's in 2038, also where 2038 has no
-// such day.
+// Bounds of the start dates, as the texts that the ERP takes. The last one is today's day and month in 2038, even if
+// 2038 has no such day.
 struct StartDates {
   std::string from;
   std::string to;
@@ -96,7 +96,7 @@ DateTime Moment(const Variant& date, std::int32_t time) {
 
 std::int32_t MinuteOfDay(std::int32_t time) { return time / 100 * 60 + time % 100; }
 
-// The dates play no part, so a shift over midnight has a negative duration, hours and minutes both.
+// Ignores the dates, so hours and minutes of a shift over midnight are both negative.
 std::string DurationText(std::int32_t startTime, std::int32_t endTime) {
   const std::int32_t minutes = MinuteOfDay(endTime) - MinuteOfDay(startTime);
   return std::to_string(minutes / 60) + " Hours " + std::to_string(minutes % 60) + " Minutes";
@@ -104,7 +104,7 @@ std::string DurationText(std::int32_t startTime, std::int32_t endTime) {
 
 }  // namespace
 
-// Of no calendar: it is the manager that matters, not what it has.
+// Asks for no calendar: this checks that the manager answers, not what it lists.
 ErpListing CalendarsInErp() {
   return {kTable, kManager, kRecord, kListActualCalendar, ListingBounds("", {"2038-1-1", "2038-12-31"})};
 }
@@ -165,7 +165,7 @@ void clsDataCopy::CopyCalendarsChanged(const std::string& tableCode, const std::
 
     for (const std::string& code : CalendarsInUse()) {
       if (CalendarIsLocal(code)) {
-        // The criteria is one for all calendars and keeps what it was given: it grows by four with each.
+        // All calendars share one criteria object, which keeps its parameters: it grows by four with each calendar.
         SetAuditParameter(calendar, "ccal", code, code);
         for (const Object& parameter : {calendar, types, startDates, startTimes}) {
           audit.criteria.Call(kAddParameter, parameter);
@@ -211,7 +211,8 @@ void clsDataCopy::CopyCalendar(const std::string& calendarCode, const std::strin
       LocalRecordSet->Open(select, OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
       AddCalendarRecords(records);
     }
-    // Without records the record set was never opened, and the copy fails here: nobody takes the calendar for copied.
+    // Without records the record set was never opened, and the copy fails here, so that the calendar does not count as
+    // copied.
     if (!LocalRecordSet->BOF()) LocalRecordSet->Update();
     LocalRecordSet->Close();
     WriteCountLog(kTable, InsertCount, 0, 0);
@@ -249,7 +250,7 @@ void clsDataCopy::SetCalendarFields(Recordset& row, const Object& record) {
   const Variant endDate = row.Fields(kEndDate).Value();
   const Variant endTime = row.Fields(kEndTime).Value();
   if (endDate.IsNull() || endTime.IsNull()) {
-    // The audit reader has but the key of a record that was deleted after its change; the deletion is told of later.
+    // The audit reader has only the key of a record that was deleted after its change. The deletion follows.
     row.Fields(kFinishMoment) = Variant::Null();
     row.Fields(kDuration) = Variant::Null();
     return;

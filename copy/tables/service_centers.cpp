@@ -1,7 +1,7 @@
 // Service centers, tsmdm100.
 //
-// The audit reader's object carries no description, so a changed center is read once more from the listing; where that
-// finds nothing, the description stays as it is.
+// The audit reader's object has no description, so a changed center is read again from the listing. If the listing does
+// not have it, the description stays unchanged.
 #include "copy/clsDataCopy.h"
 #include "copy/erp_listings.h"
 

@@ -1,7 +1,7 @@
 // Service employees, tsmdm140.
 //
-// The audit reader's object carries neither description nor service center nor calendar, so a changed employee is read
-// once more from the listing; where that finds nothing, the three columns stay as they are.
+// The audit reader's object has no description, service center or calendar, so a changed employee is read again from
+// the listing. If the listing does not have it, the three columns stay unchanged.
 #include "copy/clsDataCopy.h"
 #include "copy/erp_listings.h"
 

@@ -1,7 +1,7 @@
 // Service orders, tssoc200.
 //
-// Only the listing knows the sold-to partner's name, so an order that is new or has another partner is read once more
-// from it; otherwise, or where that finds nothing, the name stays as it is.
+// Only the listing has the sold-to partner's name, so an order that is new or has another partner is read again from
+// the listing. Otherwise, or if the listing does not have it, the name stays unchanged.
 #include "copy/clsDataCopy.h"
 #include "copy/erp_listings.h"
 

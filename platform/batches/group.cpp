@@ -63,7 +63,7 @@ void Group::Commit() {
   if (!IsOpen()) return;
   try {
     inner_.Commit();
-  } catch (...) {  // a refusal that one of the statements will meet again
+  } catch (...) {  // the statement that caused the refusal raises it again
     Redo();
     return;
   }

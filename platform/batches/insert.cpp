@@ -43,7 +43,7 @@ std::size_t BatchingInsert::SendTogether(std::span<const Variant> values) {
   try {
     if (rows > 1) return many_->Add(values);
   } catch (Error& error) {
-    // Each row would wait as long again; sent alone, the first one would have met the same.
+    // Sent alone, each row would wait as long again.
     if (error.Number() == errors::kTimeout) {
       insert_.describe(error, values.first(bound_.size()));
       throw;

@@ -23,19 +23,19 @@ class BatchingInsert : public DriverStatement, public RowSink {
   void MayWait() noexcept override { mayWait_ = true; }
 
   std::size_t MostRows() const override { return mostRows_; }
-  void AskMostRows() override { mostRows_ = many_->Most(); }  // while nobody sends
+  void AskMostRows() override { mostRows_ = many_->Most(); }  // not while a batch is sent
   void Send(std::span<const Variant> values) override;        // on any thread
 
  private:
-  std::size_t SendTogether(std::span<const Variant> values);  // returns how many rows it did send
+  std::size_t SendTogether(std::span<const Variant> values);  // returns how many rows it sent
   void SendOneByOne(std::span<const Variant> values);
 
   BatchingDriverSession& session_;
   RowInsert insert_;
   std::string text_;
   std::unique_ptr<DriverStatement> one_;  // for a row alone
-  std::unique_ptr<DriverRows> many_;      // from the first row on that may wait
-  std::vector<const Variant*> bound_;     // of the row that is being added
+  std::unique_ptr<DriverRows> many_;      // prepared for the first row that may wait
+  std::vector<const Variant*> bound_;     // the row that is being added
   std::size_t mostRows_ = 0;
   bool mayWait_ = false;
   std::vector<ColumnDescription> noColumns_;

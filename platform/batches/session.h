@@ -48,11 +48,11 @@ class BatchingDriverSession : public DriverSession {
   void MayGroup(bool may) override;
 
   // For the session's statements.
-  Lock Locked();   // while nobody sends; rows may wait
-  Lock Ready();    // and no row waits; raises what became of those that did
-  Lock Settled();  // and no group is open
+  Lock Locked();   // waits until no batch is being sent; rows may wait
+  Lock Ready();    // sends all rows, and raises the error of a refused one
+  Lock Settled();  // also commits the open group
 
-  // Does what writes nothing. Where that fails, some systems take back the whole transaction.
+  // Runs what writes nothing. When that fails, some systems roll back the whole transaction, so the group is redone.
   template <typename Use>
   decltype(auto) Read(const Lock&, Use&& use) {
     try {

@@ -1,4 +1,4 @@
-// Any statement of a batching session but one that adds rows: executed once no row waits any more.
+// A statement of a batching session that does not add rows through a record set. Waiting rows are sent before it runs.
 #pragma once
 
 #include "platform/batches/session.h"
@@ -26,7 +26,7 @@ class BatchingDriverStatement : public DriverStatement {
   bool writes_;  // rows
   bool isSelect_;
   std::unique_ptr<DriverStatement> inner_;
-  // Where it writes:
+  // If it writes:
   std::vector<const Variant*> bound_;
   std::int64_t affected_ = 0;
 };

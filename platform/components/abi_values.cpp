@@ -28,7 +28,7 @@ std::string_view CheckedText(const char* data, std::size_t length) {
   return text;
 }
 
-// How the other side sees the value. Objects are left to the caller: how they are counted depends on the direction.
+// Fills `out` for the other side, except for objects, whose reference count depends on the direction.
 void Borrow(const Variant& value, qmx_value& out) {
   switch (value.GetKind()) {
     case Variant::Kind::Empty:

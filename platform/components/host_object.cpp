@@ -17,7 +17,7 @@ struct HostObject : qmx_object {
 
 HostObject& Self(qmx_object* object) { return *static_cast<HostObject*>(object); }
 
-// Member names by id, at their addresses until the process ends. Each spelling has an id of its own, so that a trace
+// Member names by id. Their addresses stay valid until the process ends. Each spelling has its own id, so that a trace
 // shows what the server wrote.
 class Names {
  public:
@@ -44,7 +44,7 @@ Names& HostNames() {
   return names;
 }
 
-// Leaves alone what the callee did not change. An object counts as written when it is another pointer than before.
+// Skips what the callee did not change. An object counts as changed when its pointer differs.
 void WriteReference(const Variant& before, const Variant& after, qmx_value& variable) {
   if (before == after) return;
   const qmx_object* const passed = variable.kind == QMX_OBJECT ? variable.as.object : nullptr;

@@ -30,7 +30,7 @@ qmx_status CreateForServer(const char* progId, std::size_t length, qmx_object** 
 
 const qmx_component_host kHost = {sizeof(qmx_component_host), QMX_ABI_VERSION, CreateForServer};
 
-// Every place that was looked at and why it did not serve.
+// Every place that was searched, and why it did not serve.
 class Search {
  public:
   // The details of the first failure that has any are kept.

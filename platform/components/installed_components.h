@@ -1,11 +1,11 @@
-// The components of this machine: those of the component servers whose manifests stand in the given folders, and the
-// built-in date object "java:java.util.Date" where no server claims that ProgID.
+// The components of this machine: those of the component servers with manifests in the given folders, and the built-in
+// date object "java:java.util.Date" if no server claims that ProgID.
 //
-// The first manifest that claims a ProgID serves it; where that fails, the next one. A creation that fails is 429 and
-// says every place that was looked at and why it did not serve.
+// The first manifest that claims a ProgID serves it; if that fails, the next one. A failed creation is 429, and names
+// every place that was searched and why it did not serve.
 //
-// Folders are read when the first object is asked for. Servers that create objects through their host get them from
-// here: from the latest made, while there are several.
+// Folders are read when the first object is created. Servers that create objects through their host get them from this
+// object, or from the latest one if there are several.
 #pragma once
 
 #include <filesystem>
@@ -31,7 +31,7 @@ class InstalledComponents : public Components {
 
   const std::vector<ManifestFolder>& Folders();
 
-  // Loads a manifest's library without making anything. Raises 429 when it cannot serve, saying why.
+  // Loads a manifest's library without creating an object. Raises 429, with the reason, if it cannot serve.
   static const ServerLibrary& Load(const Manifest& manifest);
 
  private:

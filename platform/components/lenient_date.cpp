@@ -31,7 +31,7 @@ struct Calendar {
   }
 
   Day At(std::int64_t count) const {
-    std::int64_t year = FloorDivide((count - origin) * cycleYears, cycleDays);  // or one beside it
+    std::int64_t year = FloorDivide((count - origin) * cycleYears, cycleDays);  // exact or one off
     const auto firstOf = [&](std::int64_t y) { return Count({y, 2, 1}); };
     while (firstOf(year) > count) --year;
     while (firstOf(year + 1) <= count) ++year;
@@ -50,9 +50,9 @@ constexpr Calendar kGregorian{400, 146097, 2};
 LenientDate::LenientDate(DateTime moment)
     : fields_{moment.Year(), moment.Month() - 1, moment.Day(), moment.Hour(), moment.Minute(), moment.Second()} {}
 
-// The day alone decides the calendar, by the rules of the original: outside the year of the change the fields are read
-// in their year's calendar, and once more in the other one when they lead across; in that year in the Julian one unless
-// both agree that the day lies behind the change.
+// The day alone decides the calendar, by java.util.Date's rules. Outside the year of the change the fields are read in
+// their year's calendar, and in the other one if the result crosses the change. In that year they are read in the
+// Julian calendar, unless both calendars put the day after the change.
 LenientDate::Fields LenientDate::Resolved(const Fields& fields) {
   static const std::int64_t change = kGregorian.Count({kChangeYear, 9, 15});
   const std::int64_t seconds = fields.hour * 3600 + fields.minute * 60 + fields.second;
@@ -106,7 +106,7 @@ void LenientDate::Set(Field field, std::int32_t value) {
   switch (field) {
     case Field::Year:
       return Put(fields_.year, std::int64_t{value} + 1900);
-    case Field::Month:  // carries into the year at once, unlike the others
+    case Field::Month:  // carries into the year at once, unlike other fields
       Put(fields_.year, fields_.year + FloorDivide(value, 12));
       return Put(fields_.month, value - FloorDivide(value, 12) * 12);
     case Field::Day:

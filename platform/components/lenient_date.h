@@ -1,11 +1,11 @@
 // The calendar fields of a date object: kept as they were set, resolved only when one is read.
 //
 // A field may hold any number: day 31 waits until month and year are set, day 0 is the day before the first, hour 25 is
-// one o'clock on the next day. Reading resolves all fields together; what is read is set from then on. Years before
+// one o'clock on the next day. Reading resolves all fields together and stores the result. Years before
 // 1582 follow the Julian calendar, the Gregorian one begins on 15 October 1582.
 //
-// This is to the field what java.util.Date does, in a zone without daylight saving. Only the reach is smaller: to
-// resolve to a year outside 1 to 200,000,000 is error 6, and the fields stay as they are.
+// Each field behaves as that of java.util.Date in a zone without daylight saving. Only the range is smaller: a year
+// outside 1 to 200,000,000 is error 6, and the fields stay unchanged.
 #pragma once
 
 #include <cstdint>

@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// The name in "setting NAME"; nothing for another word.
+// Returns the name in "setting NAME"; nothing for another word.
 std::optional<std::string_view> SettingName(std::string_view key) {
   const std::string_view word = key.substr(0, key.find_first_of(" \t"));
   if (!SameName(word, "setting")) return {};

@@ -12,7 +12,7 @@ namespace {
 
 struct Entered {
   const qmx_component_server* server = nullptr;
-  std::string refusal;  // where there is no server
+  std::string refusal;  // if there is no server
 };
 
 Entered Refused(std::string why) { return {nullptr, std::move(why)}; }
@@ -44,7 +44,7 @@ Entered Enter(void* library, const qmx_component_host& host) {
   return {server, {}};
 }
 
-// Calls the server with an error to fill in. Raises 429 for what it answers besides QMX_OK.
+// Calls the server with an error to fill in. Raises 429 for any answer but QMX_OK.
 template <typename Call>
 void Answered(const std::string& source, Call&& call) {
   const auto refuse = [](const std::string& why, const std::string& details = {}) {
@@ -65,7 +65,7 @@ void Answered(const std::string& source, Call&& call) {
   if (status != QMX_OK) refuse("it returned status " + std::to_string(status) + ", neither QMX_OK nor QMX_FAILED");
 }
 
-// A manifest as the server sees it. Borrows its texts.
+// A manifest in the form of the C interface. Borrows its texts.
 class AbiManifest {
  public:
   AbiManifest(const Manifest& manifest, std::string_view claim) {
@@ -89,7 +89,7 @@ class AbiManifest {
   qmx_manifest manifest_;
 };
 
-// The ProgID in the spelling of the claim; behind its "*" as it was asked for.
+// Returns the ProgID in the spelling of the claim; the part that a "*" matches keeps its spelling.
 std::string Spelled(const std::string& claim, std::string_view progId) {
   if (!IsPattern(claim)) return claim;
   const std::size_t start = claim.size() - 1;
@@ -103,8 +103,8 @@ const ServerLibrary& ServerLibrary::Load(const std::filesystem::path& path, cons
     ServerLibrary library;
     std::string refusal;
   };
-  // By handle: the same file is the same library under every path. Never destroyed, since a component may end the
-  // process while others are used.
+  // By handle, because one file is one library under every path. Never destroyed, because a component may end the
+  // process while others are in use.
   static auto& libraries = *new std::map<void*, Loaded>;
 
   const auto refuse = [&](const std::string& why) { throw Error(errors::kCannotCreateObject, "Components", why); };

@@ -30,7 +30,7 @@ ServerObject::ServerObject(qmx_object* object) : object_(object), progId_(nullpt
 }
 
 ServerObject::~ServerObject() {
-  const OuterCallRestored outerCall;  // objects also go while arguments are written back
+  const OuterCallRestored outerCall;  // objects are also released while arguments are written back
   const RunningCall running(fromProgId_, "release");
   object_->type->release(object_);
 }
@@ -52,7 +52,7 @@ inline Variant ServerObject::Described(const Member& member, Body&& body) const 
     Describe(error, member);
     throw;
   } catch (...) {
-    Error error = CurrentError();  // the server let an exception out, or our memory ran out
+    Error error = CurrentError();  // an exception of the server, or no memory
     Describe(error, member);
     throw error;
   }
@@ -84,7 +84,7 @@ Variant ServerObject::InvokeOther(const Member& member, std::span<const Argument
   });
 }
 
-// Not a call to the scheduling server, not the one that gives the ERP's manager back, and not a call within a call.
+// Excludes calls to the scheduling server, Close of the ERP's manager, and calls within calls.
 bool ServerObject::MayBeInterrupted(const Member& member) const {
   return !IsSchedulingServers(fromProgId_) && !SameName(member.Name(), "Close") && !RunningCall::Member();
 }

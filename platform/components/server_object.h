@@ -1,7 +1,7 @@
 // An object of a component server, as the program calls it.
 //
-// A member is looked up in the server once per call site and type. What the server raises keeps its number, source and
-// description, with the details "member", "progid" (where the object was made from one) and "type" (where the server
+// A member is looked up in the server once per call site and type. An error of the server keeps its number, source and
+// description, and gets the details "member", "progid" (if the object was created from one) and "type" (if the server
 // names its types).
 //
 // A request to end (platform/interruption.h) is raised by the next call to an object of the ERP other than Close.
@@ -13,7 +13,7 @@ namespace qmx {
 
 class ServerObject final : public Dispatch {
  public:
-  // Takes over a reference. Raises 51 for an object that cannot be called: too short, without its four functions.
+  // Takes over a reference. Raises 51 for an object that is too short or lacks one of its four functions.
   explicit ServerObject(qmx_object* object);
   ServerObject(qmx_object* object, std::string_view progId);
   ~ServerObject() override;
@@ -26,7 +26,7 @@ class ServerObject final : public Dispatch {
   qmx_object* Pointer() const { return object_; }
 
  private:
-  // Not inlined: a getter that was called before takes the short way.
+  // Not inlined: only the first call of a getter comes here.
   [[gnu::noinline]] Variant InvokeOther(const Member& member, std::span<const Argument> arguments);
   bool MayBeInterrupted(const Member& member) const;
   Member::Site Find(const Member& member);
@@ -38,7 +38,7 @@ class ServerObject final : public Dispatch {
 
   qmx_object* object_;
   const char* progId_;      // null for an object that a call returned
-  const char* fromProgId_;  // its own, else that of the call that returned it; null where there is none
+  const char* fromProgId_;  // its own, else that of the object that returned it; may be null
 };
 
 }  // namespace qmx

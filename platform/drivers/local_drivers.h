@@ -1,7 +1,7 @@
-// The drivers of the local database, as every program uses them: SQLite's and ODBC's, each with batches around it.
+// The drivers of the local database, as every program uses them: SQLite's and ODBC's, each in a BatchingDriver.
 //
-// `below` puts a driver of its own between the batches and a database's driver. It is given each of them in turn, and
-// returns what the batches are to use. The watchdog is that of ODBC's connections.
+// `below` may decorate the database drivers: it gets each of them, and returns the one that the batches use. The
+// watchdog guards ODBC's connections.
 #pragma once
 
 #include <functional>

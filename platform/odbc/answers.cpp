@@ -19,14 +19,14 @@ std::string_view Detail(const Error& error, std::string_view name) {
 std::string_view State(const Error& error) { return Detail(error, "SQLSTATE"); }
 int NativeCode(const Error& error) { return std::atoi(std::string(Detail(error, "native code")).c_str()); }
 
-// States of the driver, of the driver manager, of a server that stops or is damaged, and "completion unknown".
+// States that the driver, the driver manager, or a stopping or damaged server reports, and "completion unknown".
 constexpr auto kNoRefusals =
     std::to_array<std::string_view>({"00", "01", "08", "40003", "57P0", "58", "F0", "HY", "IM", "S1", "XX"});
 
-// Of MariaDB's own: the connection was killed, the server stops, the line broke, the commit was interrupted.
+// MariaDB's codes: the connection was killed, the server stops, the connection broke, the commit was interrupted.
 constexpr auto kNoRefusalCodes =
     std::to_array<int>({1053, 1152, 1153, 1154, 1155, 1156, 1157, 1158, 1159, 1160, 1161, 1184, 1317, 1927});
-// Of MariaDB and its driver, which gives them the state HY000.
+// Codes of MariaDB and of its driver, which reports them with the state HY000.
 constexpr auto kLossCodes = std::to_array<int>({1053, 1927, 2006, 2013, 2055});
 constexpr auto kLossTexts =
     std::to_array<std::string_view>({"server closed the connection", "no connection to the server"});
@@ -51,7 +51,7 @@ bool IsRefusal(const Error& commitError, Refusals signs) {
 
 bool IsLoss(const Error& error) {
   const std::string_view state = State(error);
-  if (state.empty()) return true;  // a failure without a reason is no answer
+  if (state.empty()) return true;  // a failure without a reason is not an answer
   if (state.starts_with("08") || state.starts_with("57P0") || state == "40003") return true;
   if (!state.starts_with("HY")) return false;
   const auto isIn = [&](std::string_view text) { return error.Description().find(text) != std::string::npos; };

@@ -1,4 +1,4 @@
-// What an error of ODBC says about the work that was asked for: refused, or perhaps done.
+// Whether an ODBC error means that the database refused the work, or that the work may be done.
 #pragma once
 
 #include "platform/error.h"
@@ -9,7 +9,7 @@ namespace qmx {
 // Whether the database itself refused a commit, so that nothing of the transaction is saved.
 bool IsRefusal(const Error& commitError, Refusals signs);
 
-// Whether the connection is gone, so that what was asked for may be done or not.
+// Whether the connection is lost, so that the work may be done or not.
 bool IsLoss(const Error& error);
 
 }  // namespace qmx

@@ -29,7 +29,7 @@ ParameterArray ArrayFor(Kind kind) {
       return {SQL_C_SLONG, SQL_INTEGER, sizeof(SQLINTEGER)};
     case Kind::Double:
       return {SQL_C_DOUBLE, SQL_DOUBLE, sizeof(double)};
-    default:  // a date-time as a text is as long as this
+    default:  // the length of a date-time's text
       return {SQL_C_CHAR, SQL_VARCHAR, 19};
   }
 }
@@ -75,9 +75,9 @@ class ArrayRows : public DriverRows {
   }
 
  private:
-  // Should the driver send the rows one by one, those before a bad one must not stay.
+  // If the driver sends the rows one by one, those before a bad one must be rolled back.
   std::size_t AddOnTrial(std::span<const Variant> values) {
-    if (connection_.Transaction().IsOpen()) return otherwise_->Add(values);  // it is not ours to take back
+    if (connection_.Transaction().IsOpen()) return otherwise_->Add(values);  // only its owner may roll it back
     connection_.Begin();
     try {
       const std::int64_t before = InsertsSent();
@@ -116,7 +116,7 @@ class ArrayRows : public DriverRows {
     return rows;
   }
 
-  // Makes the arrays as wide as they must be for these.
+  // Makes the arrays wide enough for these values.
   std::size_t RowsThatFit(std::span<const Variant> values) {
     const auto excess = [&](std::size_t column, const Variant& value) {
       const std::string* text = value.IfText();

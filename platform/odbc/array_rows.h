@@ -1,4 +1,4 @@
-// Rows as arrays of parameters, one array for each column: the driver sends them in one go.
+// Adds rows as arrays of parameters, one array for each column. The driver sends all of them at once.
 #pragma once
 
 #include <memory>
@@ -9,8 +9,8 @@ namespace qmx {
 
 class OdbcConnection;
 
-// `otherwise` serves where a column's values may be of any type and where the connection's texts are not UTF-8. It also
-// does once the first batch has shown that the driver sends the rows of arrays one by one, as some must.
+// Uses `otherwise` if a column's values may be of any type, if the connection's texts are not UTF-8, and after the
+// first batch if that has shown that the driver sends the rows of arrays one by one, as for some tables.
 std::unique_ptr<DriverRows> RowsByArrays(OdbcConnection& connection, const RowInsert& insert,
                                          std::unique_ptr<DriverRows> otherwise);
 

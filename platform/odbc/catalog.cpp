@@ -36,10 +36,10 @@ int NumberOf(const StatementHandle& statement, SQLUSMALLINT column) {
   return indicator == SQL_NULL_DATA ? 0 : number;
 }
 
-// The key columns' names in order. Tables of that name may stand in several schemas; the one that an unqualified name
-// means counts, else the first.
+// Returns the key columns' names in order. If several schemas have a table of that name, the one that an unqualified
+// name means counts, else the first.
 std::vector<std::string> PrimaryKey(OdbcConnection& connection, const std::string& table) {
-  std::map<std::string, std::map<int, std::string>> keys;  // by schema, then by place
+  std::map<std::string, std::map<int, std::string>> keys;  // by schema, then by position
   {
     const StatementHandle statement(connection);
     WideText name = ToWide(table);
@@ -83,14 +83,14 @@ std::set<std::string> RequiredColumns(const OdbcConnection& connection, const st
   });
   if (!SQL_SUCCEEDED(result)) return required;
   while (SQL_SUCCEEDED(statement.Call(kRead, SQLFetch))) {
-    const std::string owner = TextOf(statement, 3);  // "_" in the name that was asked for fits any letter
+    const std::string owner = TextOf(statement, 3);  // "_" in the requested name matches any letter
     const std::string column = TextOf(statement, 4);
     if (NumberOf(statement, 11) == SQL_NO_NULLS && owner == table) required.insert(column);
   }
   return required;
 }
 
-// The columns of a unique index in which no null can stand; none where there is no such index.
+// Returns the columns of a unique index without nullable columns; none if there is no such index.
 std::vector<std::string> UniqueIndex(OdbcConnection& connection, const std::string& table) {
   std::map<std::string, std::vector<std::string>> indexes;
   {
@@ -121,11 +121,11 @@ std::vector<std::string> UniqueIndex(OdbcConnection& connection, const std::stri
 std::vector<ColumnDescription> ColumnsOf(OdbcConnection& connection, const std::string& table) {
   OdbcDriverStatement query(connection, "select * from " + QuotedName(connection, table) + " where 1=0");
   std::vector<ColumnDescription> columns = query.Columns();
-  query.Step();  // some drivers look for the table only now
+  query.Step();  // some drivers look up the table only now
   return columns;
 }
 
-// The table's name in other letters, as the database spells it; "" when there is none.
+// Returns the name of a table that differs in case only, as the database spells it; "" when there is none.
 std::string SpellingOf(const OdbcConnection& connection, const std::string& table) {
   const StatementHandle statement(connection);
   WideText types = ToWide("TABLE,VIEW");
@@ -139,7 +139,7 @@ std::string SpellingOf(const OdbcConnection& connection, const std::string& tabl
   return {};
 }
 
-// Indexes of the named columns; none where one is not among them, as a hidden row number is not.
+// Returns the indexes of the named columns; none if a name is missing, as that of a hidden row number is.
 std::vector<std::size_t> Indexes(const std::vector<ColumnDescription>& columns, const std::vector<std::string>& names) {
   std::vector<std::size_t> indexes;
   for (const std::string& name : names) {

@@ -1,4 +1,4 @@
-// What the driver says of a table's columns and key.
+// Asks the driver for a table's columns and key.
 #pragma once
 
 #include <string>
@@ -9,11 +9,11 @@ namespace qmx {
 
 class OdbcConnection;
 
-// An identifier between the quotes of the connection's database.
+// Returns an identifier in the quotes of the connection's database.
 std::string QuotedName(const OdbcConnection& connection, const std::string& name);
 
-// The table of that name, in any case where no other has it in the same letters; -2147217865 when there is none. Its
-// key is the primary key, else the best row identifier, else a unique index in which no null can stand.
+// Describes the table of exactly that name, else one whose name differs in case only. Raises -2147217865 when there is
+// none. The key is the primary key, else the best row identifier, else a unique index without nullable columns.
 TableDescription DescribeTable(OdbcConnection& connection, const std::string& name);
 
 }  // namespace qmx

@@ -28,7 +28,7 @@ OdbcConnection::Environment::Environment() : OdbcHandle<SQL_HANDLE_ENV>(SQL_NULL
 OdbcConnection::Linked::Linked(SQLHANDLE connection, const std::string& text, Watch& watch)
     : connection_(connection), watch_(watch) {
   SQLSetConnectAttrW(connection, SQL_ATTR_LOGIN_TIMEOUT, AsPointer(kLoginSeconds),
-                     SQL_IS_UINTEGER);  // where it is known
+                     SQL_IS_UINTEGER);  // if it is known
   WideText wide = ToWide(text);
   SQLRETURN result;
   {
@@ -57,7 +57,7 @@ OdbcConnection::OdbcConnection(const std::string& text, Watchdog& watchdog)
       connection_(environment_.Get()),
       linked_(connection_.Get(), text, watch_),
       dialect_(&DialectOf(Info(SQL_DBMS_NAME))) {
-  if (dialect_->catalogIsFile) {  // a file does not fall silent
+  if (dialect_->catalogIsFile) {  // a file cannot fall silent
     limits_ = SilenceLimits::All(SilenceLimits::Duration(0));
     statementLimit_ = SilenceLimits::Duration(0);
   }
@@ -141,7 +141,7 @@ void OdbcConnection::Rollback() {
   ReturnToAutoCommit();
 }
 
-// Only after the transaction has ended: it would commit what is left.
+// After the transaction only: it would commit an open one.
 void OdbcConnection::ReturnToAutoCommit() {
   try {
     AutoCommit(true);
@@ -174,7 +174,7 @@ std::string OdbcConnection::Attribute(SQLINTEGER attribute) const {
 
 void OdbcConnection::Attribute(SQLINTEGER attribute, const std::string& value) {
   WideText wide = ToWide(value);
-  // With a length in bytes, as the interface has it, MariaDB's driver reads twice as far.
+  // The interface asks for a length in bytes, but MariaDB's driver would then read twice as far.
   Require("a setting was changed", statementLimit_,
           [&](SQLHANDLE handle) { return SQLSetConnectAttrW(handle, attribute, wide.data(), SQL_NTS); });
 }

@@ -1,4 +1,5 @@
-// One ODBC connection: opened with a text, closed when it is destroyed. Calls that may wait for the server are watched.
+// One ODBC connection: opened with a text, closed when it is destroyed. A watchdog guards calls that may wait for the
+// server.
 #pragma once
 
 #include <chrono>
@@ -14,7 +15,7 @@ namespace qmx {
 
 class OdbcConnection {
  public:
-  // The text as the driver manager takes it. The watchdog is borrowed.
+  // The text is in the driver manager's form. The watchdog is borrowed.
   explicit OdbcConnection(const std::string& text, Watchdog& watchdog = Watchdog::Usual());
   ~OdbcConnection();
   OdbcConnection(const OdbcConnection&) = delete;
@@ -22,13 +23,13 @@ class OdbcConnection {
 
   SQLHANDLE Handle() const { return connection_.Get(); }
   const OdbcDialect& Dialect() const { return *dialect_; }
-  bool IsUtf8() const { return isUtf8_; }                                  // narrow texts are, in both directions
-  const std::string& IdentifierQuote() const { return identifierQuote_; }  // " " where identifiers cannot be quoted
+  bool IsUtf8() const { return isUtf8_; }                                  // of narrow texts, in both directions
+  const std::string& IdentifierQuote() const { return identifierQuote_; }  // " " if identifiers cannot be quoted
 
   void Timeout(std::chrono::seconds limit);                     // for every statement from now on; 0 for none
-  std::chrono::seconds QueryTimeout() const { return limit_; }  // that each statement must ask the driver for
+  std::chrono::seconds QueryTimeout() const { return limit_; }  // to be set on each statement
 
-  // A transaction, as DriverSession has it.
+  // A transaction, as in DriverSession.
   void Begin();
   void Commit();
   void Rollback();
@@ -42,23 +43,24 @@ class OdbcConnection {
   void Attribute(SQLINTEGER attribute, const std::string& value);
 
   void Run(const std::string& statement);
-  std::string AskText(const std::string& query);  // the first value of its first row; "" for null and for no row
+  std::string AskText(
+      const std::string& query);  // returns the first value of the first row; "" for null and for no row
 
   // For the statements of this connection.
   void WatchStatement(const std::shared_ptr<const std::string>& statement) const { watch_.Statement(statement); }
   WatchedCall WatchedAsStatement(const char* action) const { return {watch_, action, statementLimit_}; }
 
-  void RequireNoSilence() const {  // raises where the watchdog ended the connection
+  void RequireNoSilence() const {  // raises if the watchdog ended the connection
     if (watch_.HasEnded()) throw watch_.Silence();
   }
-  // The same after a call; what the call on the handle returned is the cause.
+  // The same after a call, whose error on the handle becomes the cause.
   template <SQLSMALLINT type>
   void RequireNoSilence(const OdbcHandle<type>& handle, SQLRETURN result) const {
     if (watch_.HasEnded()) RaiseSilence(type, handle.Get(), result);
   }
 
  private:
-  class Linked {  // connected while it lives
+  class Linked {  // connected during its lifetime
    public:
     Linked(SQLHANDLE connection, const std::string& text, Watch& watch);
     ~Linked();

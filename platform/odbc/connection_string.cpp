@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t";
 
-// Where the value of a keyword stands in a text; npos when there is none. `keyword` is where its pair begins.
+// The place of a keyword's value in a text; npos when there is none. `keyword` is where its pair begins.
 struct Place {
   std::size_t start = std::string_view::npos;
   std::size_t length = 0;

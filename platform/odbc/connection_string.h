@@ -1,5 +1,5 @@
 // Connection texts as ODBC reads them: values may be braced, quotes mean nothing, the first of two equal keywords
-// holds.
+// counts.
 #pragma once
 
 #include <string>
@@ -7,13 +7,12 @@
 
 namespace qmx {
 
-// The text with one keyword's value replaced, or with the keyword behind it where it did not stand there. The rest
-// stays as it was written.
+// Returns the text with one keyword's value replaced, or with the keyword appended. The rest is unchanged.
 std::string WithOdbcKeyword(std::string_view text, std::string_view keyword, std::string_view value);
 
-std::string WithoutOdbcKeyword(std::string_view text, std::string_view keyword);  // the last such one
+std::string WithoutOdbcKeyword(std::string_view text, std::string_view keyword);  // removes the last one
 
-// The value of the last such keyword, without its braces; "" when there is none.
+// Returns the value of the last such keyword, without its braces; "" when there is none.
 std::string OdbcKeyword(std::string_view text, std::string_view keyword);
 
 }  // namespace qmx

@@ -24,11 +24,11 @@ std::vector<OdbcDialect> MakeDialects() {
 
   OdbcDialect mariadb;
   mariadb.system = "MariaDB";
-  // A backslash is a letter as any other, names may stand between double quotes, and what does not fit is refused.
+  // A backslash is an ordinary letter, names may be in double quotes, and values that do not fit are refused.
   mariadb.settings = {
       "set session sql_mode = concat(@@sql_mode, ',ANSI_QUOTES,NO_BACKSLASH_ESCAPES,STRICT_ALL_TABLES,"
       "ERROR_FOR_DIVISION_BY_ZERO,NO_ZERO_DATE,NO_ZERO_IN_DATE')"};
-  // It stops whoever waits for a lock as well. The driver ignores its own query time-out.
+  // It also ends waits for a lock. The driver ignores its own query time-out.
   mariadb.timeoutSetting = "set session max_statement_time = #";
   mariadb.noTimeout = "0";
   mariadb.catalogQuery = "select database()";
@@ -42,12 +42,12 @@ std::vector<OdbcDialect> MakeDialects() {
       "select 1 from information_schema.tables t join information_schema.engines e on e.engine = t.engine"
       " where t.table_schema = database() and e.transactions <> 'YES'";
 
-  OdbcDialect mysql = mariadb;  // what older drivers call it
+  OdbcDialect mysql = mariadb;  // the name that older drivers report
   mysql.system = "MySQL";
 
   OdbcDialect sqlite;
   sqlite.system = "SQLite";
-  // The driver takes a query time-out and ignores it, and waits for locks as its own connection text says (Timeout=).
+  // The driver accepts a query time-out but ignores it. It waits for locks as its connection text says (Timeout=).
   sqlite.catalogIsFile = true;
   sqlite.keepsMomentsAsTexts = true;
   sqlite.refusals = Refusals::Always;
@@ -64,7 +64,7 @@ const OdbcDialect& DialectOf(std::string_view system) {
   const auto fits = [&](const OdbcDialect& dialect) {
     return SameName(system.substr(0, dialect.system.size()), dialect.system);
   };
-  return *std::find_if(kDialects.begin(), kDialects.end(), fits);  // the last one fits every system
+  return *std::find_if(kDialects.begin(), kDialects.end(), fits);  // the last one matches every system
 }
 
 }  // namespace qmx

@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* kFile = "FILEDSN";
 
-// The driver manager joins the file's lines with ";": a value that holds one would end there.
+// The driver manager joins the file's lines with ";", so a value without braces would end at its first ";".
 void RequireBracedValues(const std::string& file) {
   std::ifstream lines(file);
   std::string line;
@@ -31,7 +31,8 @@ void RequireBracedValues(const std::string& file) {
   }
 }
 
-// The driver manager reads the file for texts of bytes only. What the text says too is not taken from the file.
+// The driver manager reads such a file for narrow connection texts only. Keywords of the text override those of the
+// file.
 std::string WithFileRead(const ConnectionText& text) {
   const std::optional<std::string> file = text.Get(kFile);
   if (!file) return text.Text();

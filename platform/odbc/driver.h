@@ -1,8 +1,8 @@
 // Databases behind ODBC: every connection text with "Driver=", "DSN=" or "FILEDSN=" and without a "Provider".
 //
-// The text goes to the driver manager as it stands. Tried with PostgreSQL (psqlodbc), MariaDB (its connector) and
+// The text goes to the driver manager unchanged. Tried with PostgreSQL (psqlodbc), MariaDB (its connector) and
 // SQLite; docs/databases.md has a text for each. A database that cannot be reached is -2147467259, a refused log-in
-// -2147217843. No password enters an error. A server that falls silent is given up by the watchdog.
+// -2147217843. Errors show no password. The watchdog ends the connection when the server falls silent.
 #pragma once
 
 #include "platform/database_driver.h"

@@ -28,7 +28,7 @@ constexpr const char* kTooShort = "Let the column be widened, or shorten the val
 constexpr const char* kNoDriver = "Check Driver= against the names in odbcinst.ini, or DSN= against those in odbc.ini.";
 constexpr const char* kDeadlock = "Another program wrote the same rows at the same time; copy again.";
 
-// The first rule that fits decides. Some systems put what matters into the native code or the text alone.
+// The first matching rule decides. Some systems say what matters only in the native code or in the text.
 struct Rule {
   std::string_view state;  // its beginning
   int native;
@@ -53,7 +53,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"", 1836, "", errors::kPermissionDenied, kReadOnly},
     {"", 1114, "", errors::kDiskFull, kFull},
     {"", 1021, "", errors::kDiskFull, kFull},
-    {"", 1364, "", errors::kIntegrity, ""},  // a required column was not given
+    {"", 1364, "", errors::kIntegrity, ""},  // a required column has no value
     {"", 1406, "", errors::kCommand, kTooShort},
     {"", 1265, "", errors::kTypeMismatch, ""},  // no date-time, no number
     {"", 1292, "", errors::kTypeMismatch, ""},
@@ -61,7 +61,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"", 1264, "", errors::kOverflow, ""},
     {"", 2002, "", errors::kProviderUnspecified, kUnreachable},
     {"", 2003, "", errors::kProviderUnspecified, kUnreachable},
-    {"", 2057, "", errors::kCommand, ""},  // a prepared query whose columns are others now
+    {"", 2057, "", errors::kCommand, ""},  // the columns of a prepared query have changed
     {"", 2006, "", errors::kProviderUnspecified, kLost},
     {"", 2013, "", errors::kProviderUnspecified, kLost},
     // SQLite
@@ -72,7 +72,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"HY000", kAnyCode, "disk is full", errors::kDiskFull, kFull},
     {"HY000", kAnyCode, "syntax error", errors::kCommand, ""},
     {"HY000", kAnyCode, "no such column", errors::kCommand, ""},
-    // PostgreSQL; a refused log-in is only a text to its driver, and so is a cut connection
+    // PostgreSQL, whose driver reports a refused log-in and a cut connection in the text only
     {"08001", kAnyCode, "FATAL:  database \"", errors::kProviderUnspecified, kNoDatabase},
     {"08001", kAnyCode, "password authentication failed", errors::kLogInFailed, "Check the user and the password."},
     {"HY000", kAnyCode, "server closed the connection", errors::kProviderUnspecified, kLost},

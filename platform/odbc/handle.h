@@ -1,4 +1,4 @@
-// An ODBC handle that frees itself, and the check of what calls on it return.
+// An ODBC handle that frees itself and checks the results of calls.
 #pragma once
 
 #include <sql.h>
@@ -29,7 +29,7 @@ class OdbcHandle {
     handle_ = SQL_NULL_HANDLE;
   }
 
-  // Raises what the diagnostic records say when a call on this handle did not succeed.
+  // Raises the diagnostic records as an error if a call on this handle failed.
   void Check(SQLRETURN result) const {
     if (!SQL_SUCCEEDED(result)) throw OdbcError(type, handle_);
   }

@@ -27,7 +27,7 @@ OdbcDriverSession::OdbcDriverSession(std::string text, Watchdog& watchdog)
     : watchdog_(watchdog), text_(std::move(text)), connection_(std::make_unique<OdbcConnection>(text_, watchdog)) {}
 
 std::unique_ptr<DriverStatement> OdbcDriverSession::Prepare(const std::string& statement) {
-  // One driver takes whatever stands behind a ";" for a second statement.
+  // One driver takes anything after a ";" for a second statement.
   return std::make_unique<OdbcDriverStatement>(Known(), std::string(StatementAlone(statement)));
 }
 
@@ -73,7 +73,7 @@ void OdbcDriverSession::SelectCatalog(const std::string& name) {
   } else {
     ConnectTo(name);
   }
-  // Drivers have been seen to report success and to stay where they were.
+  // Some drivers report success without a change.
   if (const std::string selected = Catalog(); selected != name) {
     throw Error(
         errors::kProviderUnspecified, "ODBC",
@@ -86,7 +86,7 @@ void OdbcDriverSession::ConnectTo(const std::string& catalog) {
   if (connection_->Dialect().catalogIsFile) {
     const fs::path file = FileOf(text_).replace_filename(catalog + ".db");
     std::error_code ignored;
-    if (!fs::is_regular_file(file, ignored)) {  // the driver would make it
+    if (!fs::is_regular_file(file, ignored)) {  // the driver would create it
       throw Error(errors::kProviderUnspecified, "ODBC",
                   "The default database cannot be \"" + catalog + "\": there is no file " + file.string() + ".")
           .With("file", file.string());
@@ -115,7 +115,7 @@ void OdbcDriverSession::Begin() { connection_->Begin(); }
 
 void OdbcDriverSession::Rollback() { connection_->Rollback(); }
 
-// Every row is committed as it is written, so there is something to do after Begin only.
+// Outside a transaction every row is committed as it is written.
 void OdbcDriverSession::Commit() { connection_->Commit(); }
 
 GroupLimits OdbcDriverSession::Grouping() { return KeepsParts("") ? GroupLimits() : connection_->Dialect().grouping; }

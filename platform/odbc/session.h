@@ -31,11 +31,11 @@ class OdbcDriverSession : public DriverSession {
 
  private:
   bool KeepsParts(const std::string& table);  // "" for any table
-  OdbcConnection& Known();                    // the connection; raises once its state is unknown
+  OdbcConnection& Known();                    // returns the connection; raises if its state is unknown
   void ConnectTo(const std::string& catalog);
 
   Watchdog& watchdog_;
-  std::string text_;  // of the connection that stands
+  std::string text_;  // the text of the open connection
   std::unique_ptr<OdbcConnection> connection_;
   std::chrono::seconds timeout_{30};
 };

@@ -32,14 +32,14 @@ void Sockets::Add(int descriptor) noexcept {
   }
   try {
     sockets_.push_back(added);
-  } catch (...) {  // no memory: a socket that is not known is never shut down
+  } catch (...) {  // no memory: an unknown socket is never shut down
   }
 }
 
 void Sockets::ShutDown() {
   const std::lock_guard lock(mutex_);
   for (const Socket& socket : sockets_) {
-    // A descriptor of our own: nobody can close it and use its number again between the look and the shutdown.
+    // A duplicate: its number cannot be closed and reused between the check and the shutdown.
     const int own = fcntl(socket.descriptor, F_DUPFD_CLOEXEC, 0);
     if (own < 0) continue;
     struct stat state {};

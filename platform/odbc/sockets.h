@@ -1,8 +1,8 @@
-// The sockets that a driver connects: exactly those, and none that others open in this process meanwhile.
+// Knows which sockets a driver connects, as opposed to those of other libraries in the process.
 //
-// This program has a connect() of its own, which every library of the process calls in place of the C library's. It
-// notes the socket where its thread is recording, and connects it as before. Drivers that do not call connect() have
-// no sockets here.
+// This program defines its own connect(), which every library of the process calls instead of the C library's. It
+// notes the socket if its thread is recording, and then connects it. Drivers that do not call connect() have no
+// sockets here.
 #pragma once
 
 #include <sys/types.h>
@@ -14,7 +14,7 @@ namespace qmx {
 
 class Sockets {
  public:
-  // Notes what this thread connects, until it ends. A thread has one recording at a time.
+  // Records the sockets that this thread connects, until it is destroyed. A thread has one recording at a time.
   class Recording {
    public:
     explicit Recording(Sockets& sockets);
@@ -25,14 +25,14 @@ class Sockets {
 
   void Add(int descriptor) noexcept;
 
-  // Ends the connections of those that are still open, in both directions: whoever waits for one is freed with an
-  // error. The descriptors stay open. From any thread.
+  // Ends the connections that are still open, in both directions, so that waiting calls return with an error. The
+  // descriptors stay open. Any thread may call this.
   void ShutDown();
 
  private:
   struct Socket {
     int descriptor;
-    dev_t device;  // device and inode tell whether the descriptor is still this socket's
+    dev_t device;  // device and inode show whether the descriptor still is this socket
     ino_t inode;
   };
 

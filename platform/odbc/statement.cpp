@@ -18,7 +18,7 @@ using Kind = Variant::Kind;
 constexpr const char* kDescribed = "a statement was described";
 constexpr const char* kRead = "a value was read";
 
-constexpr std::size_t kFirstPiece = 256;  // characters of a text that are asked for at once
+constexpr std::size_t kFirstPiece = 256;  // characters of a text that are read at once
 
 SQLLEN Bytes(std::size_t characters) { return static_cast<SQLLEN>(characters * sizeof(SQLWCHAR)); }
 
@@ -32,7 +32,7 @@ OdbcDriverStatement::OdbcDriverStatement(OdbcConnection& connection, const std::
   Prepare();
 }
 
-// A statement whose answer was lost may have been committed: nothing may be sent again.
+// A statement whose answer was lost may be committed, so nothing is sent again.
 template <typename Ask>
 auto OdbcDriverStatement::Heard(Ask&& ask) const {
   try {
@@ -115,7 +115,7 @@ void OdbcDriverStatement::Bind(std::size_t parameter, const Variant& value) {
       break;
     case Kind::DateTime:
     case Kind::Text:
-    case Kind::Object: {  // an object has no text: type mismatch
+    case Kind::Object: {  // raises a type mismatch: an object has no text
       const std::string* text = value.IfText();
       if (!text) text = &(place.utf8 = TextOf(value));
       if (connection_.IsUtf8()) {
@@ -175,12 +175,12 @@ void OdbcDriverStatement::Execute() {
   const bool mayBeOutdated = hasRows_ && !connection_.Dialect().refusesOutdatedQueries;
   if (mayBeOutdated && Clock::now() - prepared_ > kLongestTrust) {
     Prepare();
-    Columns();  // once a query without rows is over, not every driver can tell them
+    Columns();  // not every driver knows them after a query without rows has ended
   }
   connection_.WatchStatement(shownText_);
   const SQLRETURN result = Heard([&] {
     const SQLRETURN answer = statement_.Call("a statement was executed", SQLExecute);
-    if (answer != SQL_NO_DATA) statement_.Check(answer);  // no data: it affected no row
+    if (answer != SQL_NO_DATA) statement_.Check(answer);  // no data: no row was affected
     return answer;
   });
   if (result == SQL_SUCCESS_WITH_INFO && connection_.Dialect().warningsAreErrors) {
@@ -207,7 +207,7 @@ bool OdbcDriverStatement::Fetch() {
 Variant OdbcDriverStatement::Value(std::size_t column) {
   const auto index = static_cast<SQLUSMALLINT>(column + 1);
   const Kind kind = Columns()[column].type;
-  if (kind == Kind::Double) {  // as text it would lose its last digits
+  if (kind == Kind::Double) {  // a text would lose its last digits
     double number = 0;
     SQLLEN indicator = 0;
     statement_.Require(kRead, [&](SQLHANDLE statement) {
@@ -235,7 +235,7 @@ std::optional<std::basic_string_view<Char>> OdbcDriverStatement::Read(SQLUSMALLI
   buffer.resize(std::max(buffer.size(), kFirstPiece));
   for (;;) {
     SQLLEN indicator = 0;
-    const std::size_t room = buffer.size() - read;  // with the closing zero
+    const std::size_t room = buffer.size() - read;  // including the terminating zero
     const auto bytes = static_cast<SQLLEN>(room * sizeof buffer[0]);
     const SQLRETURN result = statement_.Call(kRead, SQLGetData, column, type, buffer.data() + read, bytes, &indicator);
     if (result == SQL_NO_DATA) break;

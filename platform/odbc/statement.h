@@ -1,7 +1,7 @@
 // A prepared statement of an ODBC connection, executed with one row of parameters or with many.
 //
-// Texts go both ways as UTF-16. A date-time goes to the database as its canonical text, since the systems disagree
-// about everything else. A text in a result is given in its column's type where it has that form.
+// Texts go both ways as UTF-16. A date-time goes to the database as its canonical text, because the systems
+// disagree about every other form. A text in a result gets its column's type if it has that form.
 #pragma once
 
 #include <chrono>
@@ -17,7 +17,7 @@
 
 namespace qmx {
 
-// A parameter's values in many rows. Texts are UTF-8 and stand `width` bytes apart.
+// A parameter's values in many rows. Texts are UTF-8, each `width` bytes after the one before.
 struct ParameterArray {
   SQLSMALLINT cType;
   SQLSMALLINT sqlType;
@@ -32,7 +32,7 @@ class OdbcDriverStatement : public DriverStatement {
 
   const std::vector<ColumnDescription>& Columns() const override;
   void Bind(std::size_t parameter, const Variant& value) override;
-  void BindUtf8(std::size_t parameter, const std::string& text);  // borrowed; for drivers that take it as it is
+  void BindUtf8(std::size_t parameter, const std::string& text);  // borrowed; for drivers that take UTF-8
   void BindArray(std::size_t parameter, ParameterArray& array);   // borrowed
   void ArraySize(std::size_t rows);                               // that the arrays hold
   bool Step() override;
@@ -41,7 +41,7 @@ class OdbcDriverStatement : public DriverStatement {
   void Reset() noexcept override;
 
  private:
-  struct Parameter {  // where the driver reads a value from when the statement is executed
+  struct Parameter {  // the memory from which the driver reads a value at execution
     WideText text;
     std::string utf8;  // of a date-time
     SQLINTEGER integer = 0;
@@ -51,7 +51,7 @@ class OdbcDriverStatement : public DriverStatement {
   };
 
   using Clock = std::chrono::steady_clock;
-  static constexpr std::chrono::milliseconds kLongestTrust{100};  // in what was prepared, where nothing tells
+  static constexpr std::chrono::milliseconds kLongestTrust{100};  // for how long a prepared query is taken to be valid
 
   void Prepare();
   void Execute();
@@ -71,10 +71,10 @@ class OdbcDriverStatement : public DriverStatement {
   std::shared_ptr<const std::string> shownText_;
   StatementHandle statement_;
   Clock::time_point prepared_;
-  std::chrono::seconds limit_{0};                                  // that the driver was asked for
-  std::deque<Parameter> parameters_;                               // at addresses that stay
-  mutable std::optional<std::vector<ColumnDescription>> columns_;  // asked for once
-  WideText wide_;                                                  // room for a text that is read
+  std::chrono::seconds limit_{0};                                  // as set in the driver
+  std::deque<Parameter> parameters_;                               // whose addresses do not change
+  mutable std::optional<std::vector<ColumnDescription>> columns_;  // read once
+  WideText wide_;                                                  // a buffer for texts that are read
   std::string utf8_;
   std::int64_t affected_ = 0;
   bool isRunning_ = false;

@@ -1,5 +1,4 @@
-// A statement's handle of a connection. Calls that may wait for the server go through it, so that the watchdog sees
-// them.
+// The handle of a statement. Calls that may wait for the server go through it, so that the watchdog sees them.
 #pragma once
 
 #include "platform/odbc/connection.h"
@@ -24,7 +23,7 @@ class StatementHandle {
   // For calls whose failure does not matter.
   WatchedCall Watched(const char* action) const { return connection_.WatchedAsStatement(action); }
 
-  // Calls function(handle, arguments...). Raises where the watchdog ended the connection, whatever the call returned.
+  // Calls function(handle, arguments...). Raises if the watchdog ended the connection, whatever the call returned.
   template <typename Function, typename... Arguments>
   SQLRETURN Call(const char* action, Function&& function, Arguments... arguments) const {
     SQLRETURN result;
@@ -36,14 +35,14 @@ class StatementHandle {
     return result;
   }
 
-  // The same, and raises what the diagnostic records say when the call did not succeed.
+  // The same, and raises the diagnostic records as an error if the call failed.
   template <typename Function, typename... Arguments>
   void Require(const char* action, Function&& function, Arguments... arguments) const {
     Check(Call(action, function, arguments...));
   }
 
  private:
-  // Raises where the server is silent: the driver would wait for it.
+  // Raises if the server is silent, because the driver would wait for it.
   static SQLHANDLE HandleOf(const OdbcConnection& connection) {
     connection.RequireNoSilence();
     return connection.Handle();

@@ -1,4 +1,4 @@
-// What an SQL type means for a column's values, and values as they come from a driver.
+// The kind of a column's values by its SQL type, and values as a driver returns them.
 #pragma once
 
 #include <sql.h>
@@ -10,10 +10,11 @@
 
 namespace qmx {
 
-// `typeName` is the database's own name of the type: one driver gives booleans as texts and tells them by name only.
+// `typeName` is the database's own name of the type: one driver returns booleans as texts, and only the name
+// shows it.
 Variant::Kind KindOfSqlType(SQLLEN sqlType, std::string_view typeName, bool isUnsigned);
 
-// A text that a driver gave, in the column's type where it has that form, else as it is.
+// Converts a driver's text to the column's type if it has that form, else returns it unchanged.
 Variant FromDriverText(std::string text, Variant::Kind kind);
 
 }  // namespace qmx

@@ -18,7 +18,7 @@ constexpr char32_t kReplacement = 0xFFFD;
               "Type mismatch: the text is no valid UTF-8 from byte " + std::to_string(position + 1) + " on.");
 }
 
-// The character that begins at `at`, which is moved behind it.
+// Returns the character that begins at `at`, and moves `at` past it.
 char32_t NextCharacter(std::string_view text, std::size_t& at) {
   if (static_cast<std::uint8_t>(text[at]) < 0x80) return static_cast<std::uint8_t>(text[at++]);
   auto place = text.begin() + static_cast<std::ptrdiff_t>(at);

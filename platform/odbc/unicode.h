@@ -1,6 +1,6 @@
-// Texts on their way through ODBC, whose wide characters are UTF-16.
+// Converts texts from and to ODBC's wide characters, which are UTF-16.
 //
-// What is no UTF-8 is error 13; half a surrogate pair, which no well-behaved driver gives, becomes U+FFFD.
+// Invalid UTF-8 is error 13. Half a surrogate pair, which no correct driver returns, becomes U+FFFD.
 #pragma once
 
 #include <sql.h>
@@ -14,7 +14,7 @@ namespace qmx {
 using WideText = std::basic_string<SQLWCHAR>;
 
 WideText ToWide(std::string_view utf8);
-void ToWide(std::string_view utf8, WideText& wide);  // into a text whose memory is used again
+void ToWide(std::string_view utf8, WideText& wide);  // reuses the memory of `wide`
 void RequireUtf8(std::string_view text);
 std::string FromWide(std::basic_string_view<SQLWCHAR> wide);
 

@@ -50,7 +50,7 @@ void AppendNumber(std::string& array, auto number, Format... format) {
 
 void AppendText(std::string_view text, std::string& array) {
   array += '"';
-  const char* plain = text.data();  // what stands from here on needs no "\\"
+  const char* plain = text.data();  // the text from here on needs no "\\"
   const char* const end = text.data() + text.size();
   for (const char* at = plain; at != end; ++at) {
     if (*at != '"' && *at != '\\') continue;
@@ -62,8 +62,8 @@ void AppendText(std::string_view text, std::string& array) {
   array += '"';
 }
 
-// As the server names them, without lengths: what is too long must be refused, and not cut. None where the connection's
-// texts are not UTF-8.
+// Returns the server's names of the types, without lengths: a value that is too long must be refused, not cut. None if
+// the connection's texts are not UTF-8.
 std::vector<std::string> TypesOf(OdbcConnection& connection, const RowInsert& insert) {
   std::string names = "{";
   for (const ColumnDescription& column : insert.columns) AppendToArray(column.name, names);
@@ -103,7 +103,7 @@ void AppendToArray(const Variant& value, std::string& array) {
       break;
     case Kind::DateTime:
     case Kind::Text:
-    case Kind::Object:  // an object has no text: type mismatch
+    case Kind::Object:  // raises a type mismatch: an object has no text
       if (const std::string* text = value.IfText()) {
         AppendText(*text, array);
       } else {

@@ -12,13 +12,12 @@ namespace {
 
 using Duration = SilenceLimits::Duration;
 
-constexpr int kStatus = 2;  // as after a server that was lost
+constexpr int kStatus = 2;  // as after a lost connection
 
 constexpr const char* kAdvice =
     "Check the server and the network; a table that stays in progress is released with \"qmxadmin release TABLE\".";
 
-// A process that was stopped for an hour did not wait for an hour: a look counts no more than so many pauses between
-// looks.
+// A process that was stopped for an hour has not waited for an hour, so one look adds no more than this many pauses.
 constexpr int kMostPauses = 10;
 
 std::string SilenceText(Duration silence, const std::string& action) {
@@ -53,7 +52,7 @@ Duration SilenceLimits::Statement(std::chrono::seconds timeout) const {
   return timeout == std::chrono::seconds(0) ? Duration(0) : timeout + beyondTimeout;
 }
 
-// Never destroyed: connections may be, when the process ends, in any order.
+// Never destroyed, because connections may be destroyed later when the process ends.
 Watchdog& Watchdog::Usual() {
   static Watchdog& usual = *new Watchdog(SilenceLimits::FromEnvironment());
   return usual;
@@ -130,7 +129,7 @@ std::optional<Error> Watch::Look(Duration passed) {
     silentAction_.store(action, std::memory_order_relaxed);
     silence_.store(limit.count(), std::memory_order_release);
   }
-  sockets_.ShutDown();  // again and again: a driver may try another address
+  sockets_.ShutDown();  // at every look: the driver may try another address
   const Duration longest = limit + Limits().afterShutdown;
   if (waited_ < longest) return std::nullopt;
   Error error(
@@ -146,7 +145,7 @@ Error Watch::Silence() const {
   Error error(errors::kProviderUnspecified, "ODBC",
               SilenceText(silence, silentAction_.load(std::memory_order_relaxed)) +
                   ", so the program ended the connection. " + kAdvice);
-  return error.With("SQLSTATE", "08S01");  // a connection that is lost
+  return error.With("SQLSTATE", "08S01");  // the connection is lost
 }
 
 }  // namespace qmx

@@ -1,11 +1,11 @@
 // Ends connections whose server has fallen silent.
 //
-// Each ODBC connection has a watch, and each call that may wait for the server is a WatchedCall of it: four stores, no
-// lock. A thread of the watchdog looks at all watches ten times a second. A call that lasts longer than its limit has
-// its connection's sockets shut down, so that the driver returns with an error. A call that does not return within five
-// seconds more never will: the watchdog gives up, which ends the process.
+// Each ODBC connection has a watch, and each call that may wait for the server is a WatchedCall of it, which takes four
+// stores and no lock. The watchdog's thread looks at all watches ten times a second. When a call exceeds its limit, the
+// watchdog shuts down the connection's sockets, so that the driver returns with an error. If the call does not return
+// within five more seconds, the watchdog gives up, which ends the process.
 //
-// Time counts while the process runs: not while it is stopped.
+// Only time in which the process runs counts, not time in which it is stopped.
 #pragma once
 
 #include <atomic>
@@ -28,19 +28,19 @@ namespace qmx {
 struct SilenceLimits {
   using Duration = std::chrono::milliseconds;
 
-  Duration logIn{60'000};            // twice what the driver is asked for
-  Duration beyondTimeout{30'000};    // a statement has so much more than its own time-out
+  Duration logIn{60'000};            // twice the driver's own time-out
+  Duration beyondTimeout{30'000};    // added to a statement's own time-out
   Duration transactionEnd{600'000};  // a commit may wait for other machines
   Duration disconnect{30'000};
   Duration afterShutdown{5'000};  // for the driver to return
   Duration betweenLooks{100};
 
-  static SilenceLimits FromEnvironment();    // the same for every call where $QMX_SILENCE_LIMIT has a number of seconds
+  static SilenceLimits FromEnvironment();    // $QMX_SILENCE_LIMIT in seconds, for every call
   static SilenceLimits All(Duration limit);  // the same for every call
 
   Duration Statement(std::chrono::seconds timeout) const;  // 0 for none, as for a time-out of 0
 
-  std::optional<Duration> statement{};  // whatever its time-out is
+  std::optional<Duration> statement{};  // replaces the limit by the time-out
 };
 
 class Watch;
@@ -48,9 +48,9 @@ class Watch;
 class Watchdog {
  public:
   using Clock = std::chrono::steady_clock;
-  using GiveUp = std::function<void(const Error&)>;  // called on the watchdog's thread; not expected to return
+  using GiveUp = std::function<void(const Error&)>;  // called on the watchdog's thread; should not return
 
-  static Watchdog& Usual();  // with the limits of the environment
+  static Watchdog& Usual();  // has the limits of the environment
 
   // Without `giveUp` the error is printed and the process ends with status 2.
   explicit Watchdog(SilenceLimits limits, GiveUp giveUp = PrintAndEnd);
@@ -63,7 +63,7 @@ class Watchdog {
 
  private:
   friend class Watch;
-  void Add(Watch& watch);  // the thread starts with the first one
+  void Add(Watch& watch);  // starts the thread at the first one
   void Remove(Watch& watch);
   void LookUntilTheEnd();
   [[noreturn]] static void PrintAndEnd(const Error& error);
@@ -78,7 +78,7 @@ class Watchdog {
   std::thread thread_;
 };
 
-// What the watchdog knows of one connection. Calls come from any thread, one at a time.
+// The state of one connection for the watchdog. Calls come from any thread, one at a time.
 class Watch {
  public:
   explicit Watch(Watchdog& watchdog);
@@ -87,23 +87,24 @@ class Watch {
   Watch& operator=(const Watch&) = delete;
 
   const SilenceLimits& Limits() const { return watchdog_.Limits(); }
-  void Statement(std::shared_ptr<const std::string> text);  // that the next calls belong to
+  void Statement(std::shared_ptr<const std::string> text);  // the statement of the next calls
 
   bool HasEnded() const { return silence_.load(std::memory_order_acquire) != 0; }  // the watchdog ended the connection
-  Error Silence() const;  // of the call that it was ended for; keeps the exception in flight as its cause
+  Error Silence() const;  // the error that ended the connection; the exception in flight is its cause
 
  private:
   friend class Watchdog;
   friend class WatchedCall;
   static constexpr std::uint64_t kIdle = 0;
 
-  std::optional<Error> Look(SilenceLimits::Duration passed);  // the error where nothing frees the driver any more
+  std::optional<Error> Look(
+      SilenceLimits::Duration passed);  // returns the error if the driver does not return after the shutdown
 
   Watchdog& watchdog_;
   Sockets sockets_;
   std::atomic<const char*> action_ = "";
   std::atomic<SilenceLimits::Duration::rep> limit_ = 0;
-  std::atomic<std::uint64_t> call_ = kIdle;  // the number of the call that is being made
+  std::atomic<std::uint64_t> call_ = kIdle;  // the number of the running call
   std::atomic<std::uint64_t> calls_ = 0;
   std::atomic<SilenceLimits::Duration::rep> silence_ =
       0;  // how long the server was silent when the connection was ended
@@ -112,11 +113,11 @@ class Watch {
   std::mutex mutex_;
   std::shared_ptr<const std::string> statement_;
 
-  std::uint64_t seen_ = kIdle;  // the watchdog's own
+  std::uint64_t seen_ = kIdle;  // by the watchdog
   SilenceLimits::Duration waited_{0};
 };
 
-// A call of the driver, from construction to destruction. `action` says what is done, after "while"; it is a literal.
+// A call of the driver, from construction to destruction. `action`, a literal, completes "while ..." in the error.
 class WatchedCall {
  public:
   WatchedCall(Watch& watch, const char* action, SilenceLimits::Duration limit)

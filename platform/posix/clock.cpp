@@ -6,7 +6,7 @@
 namespace qmx {
 namespace {
 
-// What setlocale would look at, in its order, without setting anything for the whole process.
+// Reads the variables that setlocale would read, in its order, without a change for the whole process.
 std::string LocaleOfEnvironment() {
   for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
     const char* name = std::getenv(variable);

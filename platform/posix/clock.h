@@ -9,7 +9,7 @@ namespace qmx {
 
 class PosixClock : public Clock {
  public:
-  PosixClock();                                        // the locale that the environment names for times
+  PosixClock();                                        // uses the environment's locale for times
   explicit PosixClock(const std::string& localeName);  // "" and names that are not installed count as "C"
   ~PosixClock() override;
   PosixClock(const PosixClock&) = delete;
@@ -22,7 +22,7 @@ class PosixClock : public Clock {
  private:
   std::string Format(const char* format, DateTime moment) const;
 
-  locale_t locale_ = nullptr;  // none: the ISO forms
+  locale_t locale_ = nullptr;  // null for the ISO forms
 };
 
 }  // namespace qmx

@@ -23,7 +23,7 @@ std::array<Crash, 5> crashes = {{{SIGSEGV, "SIGSEGV ended the run", {}},
                                  {SIGILL, "SIGILL ended the run", {}}}};
 
 alignas(16) std::array<char, 64 * 1024> alternateStack;
-std::atomic<pid_t> reportingProcess = 0;  // not one that a component forks
+std::atomic<pid_t> reportingProcess = 0;  // not a process that a component forks
 std::atomic<bool> isReported = false;
 
 void Report(int signal, siginfo_t* information, void*) {
@@ -32,7 +32,7 @@ void Report(int signal, siginfo_t* information, void*) {
     if (getpid() == reportingProcess && !isReported.exchange(true)) EndLine(crash.reason).Write(128 + signal);
     sigaction(signal, &crash.before, nullptr);
   }
-  // A fault comes again when the handler returns. A signal that was sent does not.
+  // A fault occurs again when the handler returns. A signal that was sent does not.
   if (information->si_code <= 0) raise(signal);
 }
 

@@ -1,5 +1,5 @@
-// Writes a line on standard error when the process crashes, and then lets the signal do what it did before: by default
-// it ends the process and leaves a core file.
+// Writes a line on standard error when the process crashes. The signal then has its previous effect: by default it ends
+// the process and leaves a core file.
 #pragma once
 
 namespace qmx {

@@ -25,7 +25,7 @@ void EndWithoutMemory() noexcept {
   before();
 }
 
-// Before any constant is made: 101 is the first priority that a program may use.
+// Runs before any constant is constructed: 101 is the first priority that a program may use.
 [[gnu::constructor(101)]] void CatchWhatNobodyCatches() noexcept { before = std::set_terminate(EndWithoutMemory); }
 
 }  // namespace

@@ -43,7 +43,7 @@ void EndLine::AddCall() noexcept {
   Add(progId ? progId : "an object without a ProgID");
 }
 
-// Calls to the ERP are made only while the table is marked. Others may come before or after.
+// The ERP is called only while the table is marked as in progress. Other components are called before and after, too.
 void EndLine::AddTable() noexcept {
   if (!table[0]) return;
   const bool isErps = RunningCall::Member() && !IsSchedulingServers(RunningCall::ProgId());

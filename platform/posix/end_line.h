@@ -1,7 +1,7 @@
-// One line on standard error about an end that the program did not choose: what ended it, during which call to a
-// component, and what becomes of the table.
+// Writes one line on standard error about an unexpected end of the program: what ended it, during which call to a
+// component, and the state of the table.
 //
-// Made without memory of its own, so that signal handlers and exit handlers may use it on any thread.
+// Allocates no memory, so signal handlers and exit handlers may use it on any thread.
 #pragma once
 
 #include <array>
@@ -12,7 +12,7 @@ namespace qmx {
 
 class EndLine {
  public:
-  // Names the table that this process copies. Without a name the line says nothing of a table.
+  // Sets the table that this process copies. Without a table the line mentions none.
   static void SetTable(std::string_view tableCode) noexcept;
 
   // `reason` begins the line: "SIGSEGV ended the run".

@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* kSource = "Event log";
 constexpr const char* kTag = "qmxdatacopy";
-constexpr int kFileNumber = 511;  // out of the way of the program's own numbers, of which one may have been left open
+constexpr int kFileNumber = 511;  // not one of the program's own numbers, which may still be open
 
 const char* TypeName(int type) { return type == EventLog::kTypeError ? "Error" : "Information"; }
 
@@ -27,7 +27,7 @@ int Severity(int type) { return type == EventLog::kTypeError ? LOG_ERR : LOG_INF
 
 std::string Sender() { return std::string(kTag) + "[" + std::to_string(getpid()) + "]: "; }
 
-// The month's name is English whatever the locale: that is what the readers of the system log expect.
+// The month's name is English in every locale, as readers of the system log expect.
 std::string Timestamp(DateTime moment) {
   static constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                             "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
@@ -55,7 +55,7 @@ void RequireFolder(const std::string& target) {
   if (access(folder.c_str(), W_OK | X_OK) != 0) RaiseSystemError(errno, kSource, file);
 }
 
-// True when somebody took it.
+// Returns whether the system log took the entry.
 bool SendToSystemLog(const std::string& path, const std::string& entry) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
@@ -64,7 +64,7 @@ bool SendToSystemLog(const std::string& path, const std::string& entry) {
 
   const int descriptor = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (descriptor < 0) return false;
-  const timeval limit{2, 0};  // a system log that hangs must not hang the copy
+  const timeval limit{2, 0};  // a system log that hangs must not block the copy
   setsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
   const ssize_t sent = sendto(descriptor, entry.data(), entry.size(), MSG_NOSIGNAL,
                               reinterpret_cast<const sockaddr*>(&address), sizeof address);
@@ -101,7 +101,7 @@ void PosixEventLog::LogEvent(std::string_view text, int type) {
   } catch (...) {
     try {
       files_.Close(kFileNumber);
-    } catch (const Error&) {  // the first failure is the one to tell
+    } catch (const Error&) {  // the first failure is reported
     }
     throw;
   }

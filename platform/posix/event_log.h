@@ -1,12 +1,12 @@
 // The application's event log on a POSIX system: the system log, else the target file.
 //
 // In the automatic mode each entry goes, as a datagram in the form of syslog(3), to the socket of the system log. The
-// line ends of its text are LF there, because a carriage return makes the journal show an entry as binary data. Where
-// nobody listens at that socket the entry is appended to the target file as one record with the time, with CR LF.
+// line ends of its text are LF there, because a carriage return makes the journal show an entry as binary data. If
+// nothing listens at that socket, the entry is appended to the target file as one record with the time, with CR LF.
 // No other mode is served (error 5).
 //
-// Logging does not start where the target's folder is missing (76) or not writable (70, 75), whoever listens: the
-// program keeps its other logs in that folder, and had better not begin what it cannot tell of.
+// Logging does not start if the target's folder is missing (76) or not writable (70, 75), even with a system log: the
+// program has its other logs in that folder, and does not begin a run that it could not log.
 #pragma once
 
 #include "platform/clock.h"

@@ -1,4 +1,4 @@
-// The chain of causes on standard error, where a terminal, cron or the journal keeps it.
+// Prints the chain of causes on standard error, for a terminal, cron or the journal.
 #pragma once
 
 #include "platform/failure_report.h"

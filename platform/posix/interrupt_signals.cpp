@@ -45,7 +45,7 @@ void Take(int signal) {
   const std::int64_t now = Now();
   std::int64_t first = 0;
   if (getpid() != interruptedProcess) {
-    EndBy(signal);  // in a process that a component forked
+    EndBy(signal);  // a process that a component forked
   } else if (firstAt.compare_exchange_strong(first, now)) {
     for (const Interrupt& interrupt : interrupts) {
       if (interrupt.signal != signal) continue;
@@ -53,7 +53,7 @@ void Take(int signal) {
       WriteToStandardError({interrupt.name, ": ", sentence.load(), "\n"});
     }
   } else if (now - first > kTogether) {
-    WriteToStandardError({});  // takes the progress line away
+    WriteToStandardError({});  // clears the progress line
     EndBy(signal);
   }
   errno = errorBefore;
@@ -67,7 +67,7 @@ InterruptSignals::InterruptSignals(const char* whatHappens) noexcept {
   firstAt = 0;
   struct sigaction action {};
   action.sa_handler = Take;
-  action.sa_flags = SA_RESTART;  // a component's or a driver's system call goes on
+  action.sa_flags = SA_RESTART;  // a component's or a driver's system call continues
   sigemptyset(&action.sa_mask);
   for (const Interrupt& interrupt : interrupts) sigaddset(&action.sa_mask, interrupt.signal);
   for (Interrupt& interrupt : interrupts) {

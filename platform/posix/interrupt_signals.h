@@ -1,16 +1,16 @@
-// Makes SIGINT, SIGTERM and SIGHUP requests that the run end (platform/interruption.h), instead of ends.
+// Turns SIGINT, SIGTERM and SIGHUP into requests to end the run (platform/interruption.h).
 //
-// Signals that this process ignores, as behind nohup, stay ignored. The first signal prints a sentence on standard
-// error. A further one, of any of the three, does what it does by default: it ends the process at once. Signals within
-// 50 ms count as one: a terminal that closes, and timeout(1), send theirs twice.
+// Signals that this process ignores, as under nohup, stay ignored. The first signal prints a message on standard error.
+// A second one, of any of the three, ends the process at once, as by default. Signals within 50 ms count as one,
+// because a closing terminal and timeout(1) send theirs twice.
 #pragma once
 
 namespace qmx {
 
-// While it lives, signals are requests. One at a time.
+// Signals are requests during its lifetime. There is one instance at a time.
 class InterruptSignals {
  public:
-  // `whatHappens` completes the sentence "SIGTERM: ...", and lives until the process ends.
+  // `whatHappens` completes the message "SIGTERM: ...". It must live until the process ends.
   explicit InterruptSignals(const char* whatHappens) noexcept;
   ~InterruptSignals();
   InterruptSignals(const InterruptSignals&) = delete;

@@ -1,7 +1,7 @@
-// Path texts with "\" and what they are on this machine.
+// Converts path texts with "\" to this machine's paths.
 //
-// "\" is "/". The drive prefix "C:", in either case, is the folder $QMX_SYSTEM_DRIVE, else the user's home, else "/".
-// No other drive exists here: such a path stays a relative one, and is told as not found.
+// "\" becomes "/". The drive prefix "C:", in either case, becomes the folder $QMX_SYSTEM_DRIVE, else the user's home,
+// else "/". A path with another drive stays a relative path, which is reported as not found.
 #pragma once
 
 #include <string>

@@ -53,20 +53,20 @@ PlainFile Opened(Descriptor& file, FileUse use) {
   return {PlainFile{std::unique_ptr<std::FILE, PlainFile::CloseStream>(stream), 0, {}}};
 }
 
-// A pipe that nobody reads and a socket refuse to be opened at all.
+// A pipe without a reader and a socket cannot be opened.
 PlainFile RefusedBy(int code, const std::string& path) {
   struct stat status {};
   if (code == ENXIO && lstat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) return RefusedAs(status.st_mode);
   return Refused(code);
 }
 
-// Sets `path` to where the link leads. The owner and the target are read from one opened link, which nobody can
-// exchange in between.
+// Sets `path` to the link's target. The owner and the target are read from one opened link, which cannot be replaced in
+// between.
 PlainFile Follow(std::string& path) {
   const Descriptor link(open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
   struct stat status {};
   if (link.Number() < 0 || fstat(link.Number(), &status) != 0) return Refused(errno);
-  if (!S_ISLNK(status.st_mode)) return {};  // exchanged for a file: to be opened again
+  if (!S_ISLNK(status.st_mode)) return {};  // was replaced by a file: open it again
   if (status.st_uid != 0 && status.st_uid != geteuid()) {
     return Refused(EACCES, "is a symbolic link of the user " + std::to_string(status.st_uid) +
                                "; only links of root and of the program's own user are followed");

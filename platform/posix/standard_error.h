@@ -1,4 +1,4 @@
-// Standard error, for signal handlers and exit handlers: written without memory of their own, on any thread.
+// Writes to standard error without allocating memory, for signal handlers and exit handlers on any thread.
 #pragma once
 
 #include <initializer_list>
@@ -6,7 +6,7 @@
 
 namespace qmx {
 
-// Writes the pieces one after the other, on a terminal in the place of a progress line. Leaves errno as it was.
+// Writes the pieces one after the other. On a terminal they replace the progress line. Keeps errno.
 void WriteToStandardError(std::initializer_list<std::string_view> pieces) noexcept;
 
 }  // namespace qmx

@@ -95,7 +95,7 @@ void PosixTextFiles::Close(int number) {
     throw Error(errors::kBadFileNumber, kSource, "Bad file number: " + std::to_string(number) + " is not open");
   }
   OpenFile closing = std::move(open->second);
-  files_.erase(open);  // whatever happens next, the number is free again
+  files_.erase(open);  // the number is free again, even if closing fails
   if (std::fclose(closing.file.stream.release()) != 0) RaiseSystemError(errno, kSource, closing.path);
 }
 

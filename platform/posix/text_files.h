@@ -1,7 +1,7 @@
 // Sequential text files on a POSIX file system.
 //
-// What is printed is handed to the system when the file is closed, or earlier where it is much: the lines that one
-// opening adds stay together when several processes append to one file. A path that holds a NUL character is error 75.
+// Printed text is written when the file is closed, or earlier if there is much, so the lines of one opening stay
+// together when several processes append to one file. A path that holds a NUL character is error 75.
 // Files are opened as platform/plain_file.h has it: regular files only, and no symbolic links of other users.
 #pragma once
 

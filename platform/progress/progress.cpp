@@ -81,7 +81,7 @@ void Progress::Draw() {
   const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(now - start_);
   std::string line = ProgressText(table_, rows, rate_.At(now, rows), elapsed);
   if (!IsInForeground(terminal_)) return;
-  // A line that is as wide as the terminal would begin another one.
+  // A line as wide as the terminal would wrap.
   line.resize(std::min(line.size(), static_cast<std::size_t>(TerminalWidth(terminal_) - 1)));
   WriteAll(terminal_, std::string(kClearLine) + line);
   isDrawn_ = true;

@@ -1,17 +1,17 @@
-// How far a copy has come, told while it runs to whoever can see it.
+// Shows the progress of a running copy.
 //
-// - Where standard error is a terminal: one line, drawn over itself at most ten times a second, with the table, the
-//   rows saved so far, the rows per second and the time since the start. It appears when a run takes longer than a
-//   moment, is gone before anything else of the program is written there, and leaves nothing behind. A process in the
-//   background draws nothing, nor does anybody on a terminal whose $TERM is "dumb" or not set.
-// - Where $QMX_PROGRESS_FD is the number of an open descriptor: lines "rows N" are written to it, as often as the
-//   number has changed but four times a second at most, and a last one at the end. It is meant for the process that
-//   started this one, and is not handed on further. A reader that does not keep up misses lines, and costs no time.
-//   The last line is "end STATUS", written by main. A process whose last line is missing did not end by itself: a
-//   component called exit, or it crashed.
+// - If standard error is a terminal: one line, redrawn in place at most ten times a second, with the table, the rows
+//   saved so far, the rows per second and the time since the start. It appears when a run takes longer than a moment,
+//   and is cleared before the program writes anything else there. A process in the background draws nothing, and no
+//   process draws on a terminal whose $TERM is "dumb" or not set.
+// - If $QMX_PROGRESS_FD is the number of an open descriptor: it gets lines "rows N" when the number has changed, at
+// most
+//   four a second, and a last one at the end. The descriptor is for the process that started this one, and is not
+//   inherited further. A reader that does not keep up misses lines, and costs no time. main writes the last line,
+//   "end STATUS". If it is missing, a component ended the process by exit, or the process crashed.
 //
-// A helper thread does the drawing and the writing; the copy itself adds to a counter and nothing else. Where nobody
-// looks, none of this exists.
+// A helper thread draws and writes. The copy only adds to a counter. Without a terminal and a descriptor nothing of
+// this exists.
 #pragma once
 
 #include <atomic>
@@ -33,13 +33,14 @@ class Progress {
  public:
   static constexpr int kNobody = -1;
 
-  // Null where nobody looks.
+  // Null when progress is not shown.
   static std::unique_ptr<Progress> FromEnvironment(const std::string& table);
 
-  // The descriptor that $QMX_PROGRESS_FD names, from now on this process's alone. kNobody where it is not open.
+  // Returns the descriptor that $QMX_PROGRESS_FD names, and stops child processes from inheriting it; kNobody if it is
+  // not open.
   static int ListenerFromEnvironment();
 
-  // Writes "end STATUS", the last line. Waits a few seconds at most for a reader that does not keep up.
+  // Writes the last line, "end STATUS". Waits at most a few seconds for a reader that does not keep up.
   static void TellEnd(int listener, int status);
 
   Progress(std::string table, int terminal, int listener);  // descriptors, or kNobody
@@ -49,7 +50,7 @@ class Progress {
 
   DatabaseObserver& Counter() { return counter_; }  // of the rows
 
-  void End() noexcept;  // the line is gone and stays so, the last count is told
+  void End() noexcept;  // clears the line for good and writes the last count
 
  private:
   using Clock = std::chrono::steady_clock;
@@ -73,7 +74,7 @@ class Progress {
   std::thread helper_;
 };
 
-// A failure report that finds the terminal's line cleared.
+// Clears the terminal's line before it reports a failure.
 class ReportAfterProgress : public FailureReport {
  public:
   ReportAfterProgress(FailureReport& inner, Progress* progress) : inner_(inner), progress_(progress) {}  // borrowed

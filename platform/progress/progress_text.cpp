@@ -27,7 +27,7 @@ std::string ElapsedText(std::chrono::seconds duration) {
   return minutesText + ":" + TwoDigits(seconds % 60);
 }
 
-// The columns stay where they are while the numbers grow.
+// The columns keep their places while the numbers grow.
 std::string ProgressText(const std::string& table, std::int64_t rows, std::int64_t rowsPerSecond,
                          std::chrono::seconds elapsed) {
   return table + "  " + RightAligned(CountText(rows), 11) + " rows  " + RightAligned(CountText(rowsPerSecond), 9) +

@@ -1,4 +1,4 @@
-// The words in which progress is told: "tssoc200   1,234,567 rows   45,678 rows/s   1:23".
+// The texts of the progress line: "tssoc200   1,234,567 rows   45,678 rows/s   1:23".
 #pragma once
 
 #include <chrono>

@@ -1,4 +1,4 @@
-// Rows per second over the last few seconds: a copy that stands still shows 0.
+// Rows per second over the last few seconds. A copy that does not advance shows 0.
 #pragma once
 
 #include <chrono>
@@ -11,7 +11,7 @@ class RowRate {
  public:
   using Moment = std::chrono::steady_clock::time_point;
 
-  // What stands at this moment; moments come in order. The rows per second, to the nearest whole number.
+  // Takes the number of rows at a moment, in order of time. Returns the rows per second, to the nearest whole number.
   std::int64_t At(Moment moment, std::int64_t rows);
 
  private:
@@ -19,7 +19,7 @@ class RowRate {
     Moment moment;
     std::int64_t rows;
   };
-  std::deque<Sample> samples_;  // the first one is the latest that is old enough, or the first of all
+  std::deque<Sample> samples_;  // the first is the latest that is old enough, or the oldest
 };
 
 }  // namespace qmx

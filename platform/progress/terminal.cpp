@@ -14,7 +14,7 @@ bool IsLiveTerminal(int descriptor) {
 }
 
 bool IsInForeground(int descriptor) {
-  const pid_t foreground = tcgetpgrp(descriptor);  // none where it is not the terminal of this session
+  const pid_t foreground = tcgetpgrp(descriptor);  // none if it is not the terminal of this session
   return foreground <= 0 || foreground == getpgrp();
 }
 

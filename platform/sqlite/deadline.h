@@ -1,4 +1,4 @@
-// How long the running statement may still take, by the monotonic clock.
+// The time that the running statement has left, by the monotonic clock.
 #pragma once
 
 #include <algorithm>
@@ -15,7 +15,7 @@ class Deadline {
   void Start() { start_ = Clock::now(); }
   bool HasPassed() const { return limit_.count() > 0 && Clock::now() - start_ >= limit_; }
 
-  // The given time, or what is left if that is less.
+  // Returns the given time, or the time left if that is less.
   Clock::duration AtMost(Clock::duration time) const {
     if (limit_.count() == 0) return time;
     return std::clamp<Clock::duration>(start_ + limit_ - Clock::now(), Clock::duration::zero(), time);

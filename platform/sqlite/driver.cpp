@@ -31,8 +31,8 @@ bool MayCreate(const ConnectionText& text) {
 
 }  // namespace
 
-// SQLite counts the memory that it holds, under a lock that all of the process's threads share. Nobody asks for it
-// here. Where SQLite is in use already this changes nothing.
+// By default SQLite counts its memory under a lock that all threads share. Nothing here reads that count. The setting
+// has no effect if SQLite is in use already.
 SqliteDriver::SqliteDriver() { sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); }
 
 std::string SqliteDriver::Form() const { return "\"Provider=SQLite;Data Source=FILE\""; }

@@ -9,10 +9,10 @@ struct sqlite3;
 
 namespace qmx {
 
-// The error that the handle reports for its last call: SQLite's own message, and the code's name as the detail "code".
+// Returns the error of the handle's last call: SQLite's own message, and the code's name as the detail "code".
 Error SqliteError(sqlite3* handle);
 
-// The same for a code that no handle holds any more.
+// The same for a code without a handle.
 Error SqliteError(int extendedCode, const std::string& message);
 
 }  // namespace qmx

@@ -23,7 +23,7 @@ constexpr int kInstructionsBetweenLooks = 10000;  // about a tenth of a millisec
 
 int StopWhenLate(void* deadline) { return static_cast<Deadline*>(deadline)->HasPassed() ? 1 : 0; }
 
-// Waits a little for whoever holds the lock: a write of one row is over in less than a millisecond.
+// Waits briefly for the lock: a write of one row takes less than a millisecond.
 int WaitForLock(void* context, int attempts) {
   const auto& deadline = *static_cast<Deadline*>(context);
   if (deadline.HasPassed()) return 0;
@@ -130,7 +130,7 @@ TableDescription SqliteDriverSession::Describe(const std::string& table) {
   query.Bind(0, name);
   TableDescription description;
   description.name = table;
-  std::map<int, std::size_t> primaryKey;  // by place in the key
+  std::map<int, std::size_t> primaryKey;  // by position in the key
   std::set<std::string> required;
   while (query.Step()) {
     const std::string column = query.Value(0).ToText();
@@ -155,7 +155,7 @@ TableDescription SqliteDriverSession::Describe(const std::string& table) {
   return description;
 }
 
-// The columns of the first unique index in which no null can stand; none where there is no such index.
+// Returns the columns of the first unique index without nullable columns; none if there is no such index.
 std::vector<std::string> SqliteDriverSession::UniqueKey(const std::string& table,
                                                         const std::set<std::string>& required) {
   constexpr const char* kUniqueColumns =
@@ -217,7 +217,7 @@ void SqliteDriverSession::Rollback() {
   transaction_.Ended();
 }
 
-// Every row is committed as it is written, so there is something to do after Begin only.
+// Outside a transaction every row is committed as it is written.
 void SqliteDriverSession::Commit() {
   transaction_.RequireKnown();
   if (HoldsTransaction()) {

@@ -16,7 +16,7 @@ namespace {
 
 using Kind = Variant::Kind;
 
-// An integer as its column's type has it; one that does not fit there is kept whole.
+// Converts an integer to its column's type, unless it does not fit.
 Variant FromInteger(std::int64_t value, Kind type) {
   const auto fits = [&](auto smallest, auto largest) { return value >= smallest && value <= largest; };
   if (type == Kind::Boolean) return value != 0;
@@ -66,7 +66,7 @@ void SqliteDriverStatement::DescribeColumns() {
 void SqliteDriverStatement::Bind(std::size_t parameter, const Variant& value) {
   sqlite3_stmt* statement = statement_.get();
   const int index = static_cast<int>(parameter) + 1;
-  const auto bindText = [&](const std::string& text) {  // the text stays where it is until the statement is reset
+  const auto bindText = [&](const std::string& text) {  // the text stays at its address until Reset
     return sqlite3_bind_text64(statement, index, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
   };
   int code = SQLITE_OK;

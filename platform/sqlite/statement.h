@@ -18,7 +18,7 @@ class TransactionState;
 
 class SqliteDriverStatement : public DriverStatement {
  public:
-  // All but the text are borrowed. Raises once the transaction's state is unknown, and so does Step.
+  // All but the text are borrowed. The constructor and Step raise if the transaction's state is unknown.
   SqliteDriverStatement(sqlite3* handle, Deadline& deadline, const TransactionState& transaction,
                         const std::string& text);
 
@@ -46,7 +46,7 @@ class SqliteDriverStatement : public DriverStatement {
   std::vector<std::string> texts_;  // of bound moments, by parameter
   std::int64_t affected_ = 0;
   std::int64_t changesBefore_ = 0;
-  int preparations_ = 0;  // that SQLite made by itself because the tables had changed
+  int preparations_ = 0;  // by SQLite itself, after changes of the tables
   bool isRunning_ = false;
 };
 

@@ -10,7 +10,7 @@ namespace qmx {
 
 Variant::Kind KindOfDeclaredType(std::string_view declaredType) {
   using Kind = Variant::Kind;
-  // The first word that the type contains decides: "tinyint" must stand before "int".
+  // The first word that the type contains decides, so "tinyint" comes before "int".
   static constexpr std::array<std::pair<std::string_view, Kind>, 17> kWords = {{
       {"date", Kind::DateTime},
       {"timestamp", Kind::DateTime},

@@ -1,4 +1,4 @@
-// What a column's declared type means for its values.
+// The kind of a column's values by its declared type.
 #pragma once
 
 #include <string_view>
@@ -7,7 +7,7 @@
 
 namespace qmx {
 
-// Empty where the type says nothing, or is none: an expression's values are kept as they come.
+// Empty if the type is unknown or missing: such values keep the kind that they have.
 Variant::Kind KindOfDeclaredType(std::string_view declaredType);
 
 }  // namespace qmx

@@ -1,4 +1,4 @@
-// Components whose creations and calls are traced, around those that serve them.
+// Traces creations and calls, and passes them on.
 #pragma once
 
 #include "platform/components.h"
@@ -8,7 +8,7 @@ namespace qmx {
 
 class TracedComponents : public Components {
  public:
-  TracedComponents(Components& target, Trace& trace);  // both borrowed; objects use the trace as long as they live
+  TracedComponents(Components& target, Trace& trace);  // both borrowed; objects use the trace during their lifetime
   Object CreateObject(std::string_view progId) override;
 
  private:

@@ -1,7 +1,7 @@
-// An object whose calls are traced, around the one that serves them.
+// Traces the calls of an object, and passes them on.
 //
-// Objects are numbered in the order in which the trace meets them. Those that are passed as arguments reach the callee
-// without this wrapper; those that come back are wrapped.
+// Objects are numbered in the order of their first appearance. Objects in arguments reach the callee without this
+// wrapper. Returned objects are wrapped.
 #pragma once
 
 #include <string>
@@ -21,7 +21,7 @@ struct TraceContext {
 class TracedObject final : public Dispatch {
  public:
   static Object Wrap(const Object& target, std::string progId, std::shared_ptr<TraceContext> context);
-  static int NumberOf(const Object& object);  // 0 for one that the trace did not meet
+  static int NumberOf(const Object& object);  // 0 for an untraced object
 
   TracedObject(const Object& target, std::string progId, std::shared_ptr<TraceContext> context);
   Variant Invoke(const Member& member, std::span<const Argument> arguments) override;
