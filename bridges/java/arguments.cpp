@@ -10,7 +10,7 @@
 namespace java_bridge {
 namespace {
 
-// What `box` is told of the bits that it gets; the numbers are those of Kind, as far as they can be used again.
+// Tells Java's `box` how to read the bits. The numbers are those of Kind if they fit.
 enum : jint { kBoolean = 2, kInt32 = 4, kInt16 = 5, kDouble = 6, kMoment = 8 };
 
 jobject Box(JNIEnv* env, jint kind, jlong bits) {
@@ -31,7 +31,7 @@ jint Field(qmx_object* object, std::string_view name) {
   throw Failure{kTypeMismatch, std::string(name) + " gave no whole number.", {}};
 }
 
-// The program's own date, field by field.
+// Reads the program's own date object field by field.
 jobject MakeDate(JNIEnv* env, const std::string& member, std::size_t number, qmx_object* object) {
   jint fields[6];
   try {

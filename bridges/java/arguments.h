@@ -1,4 +1,4 @@
-// Values of the program, as arguments for Java.
+// Converts values of the program to arguments for Java.
 #pragma once
 
 #include <jni.h>
@@ -8,9 +8,9 @@
 
 namespace java_bridge {
 
-// An Object[] of the arguments, as a local reference; the caller's frame frees what was made on the way. Objects of
-// Java become themselves again, a date object of the program a java.util.Date. Raises 13 for another object of the
-// program.
+// Returns an Object[] of the arguments, as a local reference. The caller's frame frees the other local references.
+// Objects of Java become themselves again, and a date object of the program becomes a java.util.Date. Raises 13 for any
+// other object of the program.
 jobjectArray MakeArguments(JNIEnv* env, const std::string& member, qmx_value* const* arguments, std::size_t count);
 
 }  // namespace java_bridge

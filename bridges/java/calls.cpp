@@ -9,7 +9,7 @@
 namespace java_bridge {
 namespace {
 
-// The class's own words, or nothing where even those cannot be had.
+// Describes the exception by its class alone; nothing if even that fails.
 Failure Described(JNIEnv* env, jthrowable thrown, const Inside& inside) {
   const Frame frame(env, 8);
   Failure failure{kJavaException, {}, {}};
@@ -23,7 +23,7 @@ Failure Described(JNIEnv* env, jthrowable thrown, const Inside& inside) {
   return failure;
 }
 
-bool isDescribing = false;  // a failure of the description is not described in its turn
+bool isDescribing = false;  // a failure of the description is not described again
 
 }  // namespace
 
@@ -41,7 +41,7 @@ void RaisePending(JNIEnv* env) {
   try {
     failure = Described(env, thrown.Get(), *inside);
   } catch (const Failure&) {
-    // what is known without a description has to do
+    // continue without a description
   }
   isDescribing = false;
   if (isMemory) failure.number = kOutOfMemory;
@@ -59,7 +59,7 @@ void ReadText(JNIEnv* env, jstring string, std::string& text) {
     many.resize(static_cast<std::size_t>(length));
     units = many.data();
   }
-  // A call that fails leaves the last character a NUL. Every check is a call that a getter would pay for.
+  // If the call fails, the last character stays NUL. A check for exceptions would slow every getter.
   jchar& last = units[length - 1];
   last = 0;
   env->GetStringRegion(string, 0, length, units);

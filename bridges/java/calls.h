@@ -1,4 +1,4 @@
-// Calls into the JVM: what they raise becomes a Failure, and no local reference stays behind.
+// Calls into the JVM: their exceptions become a Failure, and no local reference is left.
 #pragma once
 
 #include <jni.h>
@@ -11,7 +11,7 @@
 
 namespace java_bridge {
 
-// Raises the pending exception of Java.
+// Raises the pending exception of Java as a Failure.
 [[noreturn]] void RaisePending(JNIEnv* env);
 
 inline void Check(JNIEnv* env) {
@@ -19,7 +19,7 @@ inline void Check(JNIEnv* env) {
     RaisePending(env);
 }
 
-// The result of a call that gives null only when it fails.
+// Returns the result of a call that returns null only when it fails.
 template <typename Result>
 Result Required(JNIEnv* env, Result result) {
   Check(env);
@@ -63,7 +63,7 @@ class Global {
   Reference reference_;
 };
 
-// All local references that are made in the block are freed at its end.
+// Frees all local references of the block at its end.
 class Frame {
  public:
   Frame(JNIEnv* env, jint capacity) : env_(env) {

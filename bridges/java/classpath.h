@@ -12,12 +12,12 @@ namespace java_bridge {
 
 class Classpath {
  public:
-  // Starts the JVM where that is still to be done. The manifest that started it uses Java's own class loader, others
-  // with another classpath have one each. Lives until the process ends.
+  // Starts the JVM unless it runs. The manifest that started it uses Java's own class loader, and each other classpath
+  // has a class loader of its own. Lives until the process ends.
   static const Classpath& Of(JNIEnv* env, const Settings& settings);
 
-  // The class to make objects of, as a local reference. `anyCase` allows a name that differs in case. Raises 429 where
-  // there is none, or where it cannot have objects.
+  // Returns the class to create objects of, as a local reference. `anyCase` allows a name that differs in case. Raises
+  // 429 if there is none, or if it cannot have objects.
   jclass Load(JNIEnv* env, const std::string& name, bool anyCase) const;
 
  private:

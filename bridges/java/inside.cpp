@@ -60,7 +60,7 @@ class Preparation {
     all.hasNext = Method("java/util/Iterator", "hasNext", "()Z");
     all.next = Method("java/util/Iterator", "next", "()Ljava/lang/Object;");
 
-    // Global references come last: what fails before leaves none behind.
+    // Global references come last, so that a failure before leaves none.
     Global<jclass> object(env_, Find("java/lang/Object")), string(env_, Find("java/lang/String"));
     Global<jclass> memory(env_, Find("java/lang/OutOfMemoryError"));
     Global<jclass> stack(env_, Find("java/lang/StackOverflowError"));
@@ -83,7 +83,7 @@ class Preparation {
     return Required(env_, env_->GetMethodID(Find(type), name, signature));
   }
 
-  // A class that an earlier attempt brought in is there already.
+  // An earlier attempt may have defined the class.
   jclass Define(const InsideClass& bytes, jobject loader) {
     if (const jclass known = env_->FindClass(bytes.name)) return known;
     env_->ExceptionClear();

@@ -1,4 +1,4 @@
-// The bridge's half inside the JVM: the classes of inside/, and what of Java itself the bridge calls.
+// The bridge's half inside the JVM: the classes of inside/, and the methods of Java that the bridge calls.
 #pragma once
 
 #include <jni.h>
@@ -20,7 +20,7 @@ struct Inside {
   jmethodID hasNext, next;                                              // of Iterator
 };
 
-// Brings the classes in, unless they are there. Raises what Java raises; the next call tries again.
+// Defines the classes unless they are defined. Raises Java's exception; the next call tries again.
 const Inside& Prepare(JNIEnv* env);
 
 // Null before Prepare has succeeded.

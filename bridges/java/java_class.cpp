@@ -39,7 +39,7 @@ JavaClass::JavaClass(JNIEnv* env, jclass type) : qmx_type(ObjectFunctions()) {
 }
 
 const JavaClass& JavaClass::Of(JNIEnv* env, jobject object) {
-  // Those of the last objects come first. Never destroyed: objects may be released while the process ends.
+  // The classes of the last objects come first. Never destroyed: objects may be released while the process ends.
   static auto& classes = *new std::vector<std::unique_ptr<JavaClass>>;
   const Local<jclass> type(env, env->GetObjectClass(object));
   for (std::size_t i = 0; i < classes.size(); ++i) {

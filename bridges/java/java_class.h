@@ -1,4 +1,4 @@
-// A Java class as the C interface sees it: a type, with the members that were asked for so far.
+// A Java class as a type of the C interface, with the members that were resolved so far.
 #pragma once
 
 #include <jni.h>
@@ -11,20 +11,20 @@
 
 namespace java_bridge {
 
-// What a value of the class is to the program. The numbers are those of Bridge.java.
+// How the program treats a value of the class. The numbers are those of Bridge.java.
 enum class Kind { Object, Text, Boolean, Character, Integer, Long, Double, BigNumber, Moment, Date, Array, Map };
 
 struct Member {
   enum class Way {
     Method,
-    HasMoreElements,  // of what is no java.util.Enumeration, through its Iterator
+    HasMoreElements,  // through an Iterator, because the object is no java.util.Enumeration
     NextElement,
     DateField  // of a java.util.Date
   };
-  std::string name;  // as it was asked for
+  std::string name;  // in the caller's spelling
   Way way = Way::Method;
   jobjectArray methods = nullptr;  // all of that name
-  jmethodID getter = nullptr;      // the one without arguments, where there is one
+  jmethodID getter = nullptr;      // the one without arguments, if there is one
   char result = 'L';               // of the getter: a primitive type's letter, T for a String, L for another object
   bool nullIsValue = false;
   int field = 0;  // of a date, from 0 for the year to 5 for the second
@@ -39,7 +39,7 @@ class JavaClass : public qmx_type {
   const std::string& Name() const { return name_; }
   bool IsStream() const { return isStream_; }
 
-  // The member's id. Raises 438 where the class has none.
+  // Returns the member's id. Raises 438 if the class has no such member.
   std::int32_t Resolve(JNIEnv* env, std::string_view member) const;
   const Member& At(std::int32_t id) const;
 

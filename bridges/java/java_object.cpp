@@ -11,7 +11,7 @@
 namespace java_bridge {
 namespace {
 
-std::uint64_t calls = 1;  // that may have changed an object of Java
+std::uint64_t calls = 1;  // counts calls that may have changed an object of Java
 
 JNIEnv* Running() {
   if (JNIEnv* const env = Jvm::Environment()) return env;
@@ -46,13 +46,13 @@ JavaObject::JavaObject(JNIEnv* env, jobject object, const JavaClass& type)
 
 JavaObject::~JavaObject() {
   JNIEnv* const env = Jvm::Environment();
-  if (!env) return;  // the JVM has taken its objects with it
+  if (!env) return;  // the JVM has ended, and its objects with it
   if (Class().IsStream()) Close(env);
   env->DeleteGlobalRef(object_);
   if (iterator_) env->DeleteGlobalRef(iterator_);
 }
 
-// The program cannot be told of a failure: a release has no error.
+// A release cannot report a failure.
 void JavaObject::Close(JNIEnv* env) noexcept {
   try {
     const Inside& inside = *Prepared();

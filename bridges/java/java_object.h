@@ -1,4 +1,4 @@
-// A Java object as the C interface sees it. It keeps the object from Java's collector until its last release.
+// A Java object as an object of the C interface. Keeps it from Java's collector until the last release.
 #pragma once
 
 #include <jni.h>
@@ -22,7 +22,7 @@ class JavaObject : public qmx_object {
   JavaObject(const JavaObject&) = delete;
   JavaObject& operator=(const JavaObject&) = delete;
 
-  // Null for an object of somebody else.
+  // Null for an object of another server or of the host.
   static JavaObject* From(qmx_object* object);
 
   jobject Get() const { return object_; }
@@ -43,9 +43,9 @@ class JavaObject : public qmx_object {
   jobject object_;
   std::uint32_t references_ = 1;
   std::string text_;            // of the last result
-  jobject iterator_ = nullptr;  // of an object that is no java.util.Enumeration and was asked for elements
+  jobject iterator_ = nullptr;  // for an object with elements that is no java.util.Enumeration
 
-  // The fields of a java.util.Date, read in one call of Java. They hold as long as nothing else runs in Java.
+  // The fields of a java.util.Date, read in one call of Java. They are valid until other code runs in Java.
   std::uint64_t fieldsReadAt_ = 0;
   std::int64_t fields_ = 0;
 };

@@ -26,9 +26,9 @@ struct Running {
   std::string library;
   Settings settings;
 };
-Running& running = *new Running;  // never destroyed: the JVM is let go while the process ends
+Running& running = *new Running;  // never destroyed: the JVM is destroyed while the process ends
 
-// What the JVM prints while it starts becomes a part of the error, should it fail.
+// Collects what the JVM prints while it starts, for the error if it fails.
 bool isStarting = false;
 std::string& printed = *new std::string;
 
@@ -45,7 +45,7 @@ jint Print(FILE*, const char* format, va_list arguments) {
   return length;
 }
 
-// A JVM that ends the process while it starts has printed why.
+// If the JVM ends the process while it starts, it has printed the reason.
 void ShowPrinted() {
   if (isStarting) std::fputs(printed.c_str(), stderr);
 }
@@ -53,8 +53,8 @@ void ShowPrinted() {
 std::vector<std::string> Options(const Settings& settings) {
   std::vector<std::string> options = {
       "-Djava.class.path=" + settings.Classpath(),
-      "-Xrs",                     // signals are the program's
-      "-XX:-MaxFDLimit",          // and so are its limits
+      "-Xrs",                     // the program handles signals
+      "-XX:-MaxFDLimit",          // and keeps its limits
       "-Xshare:auto",             // classes of the JVM come from its archive: it starts in half the time
       "-XX:TieredStopAtLevel=1",  // records are read by short calls: the second compiler costs memory and gains nothing
   };
@@ -82,7 +82,7 @@ std::string MeaningOf(jint result) {
   }
 }
 
-// Why the JVM of that library does not start; empty where it does, and then `env` is this thread's.
+// Returns why the JVM of that library does not start; empty if it does, and then `env` is this thread's.
 std::string Try(const std::string& library, const Settings& settings, JNIEnv*& env) {
   void* const handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!handle) return dlerror();
@@ -156,7 +156,7 @@ const std::string& Jvm::Classpath() {
 void Jvm::LetGo() {
   if (!environment_ || std::this_thread::get_id() != running.thread) return;
   environment_ = nullptr;
-  // Fails where Java is on this thread's stack: then the process ends out of Java, which must not be taken away.
+  // Fails if Java is on this thread's stack: Java ends the process then, so the JVM must not be destroyed.
   if (running.vm->DetachCurrentThread() != JNI_OK) return;
 
   struct End {
@@ -167,7 +167,7 @@ void Jvm::LetGo() {
   try {
     const auto end = std::make_shared<End>();
     std::thread([end, vm = running.vm] {
-      vm->DestroyJavaVM();  // waits for threads of Java that are no daemons
+      vm->DestroyJavaVM();  // waits for Java's threads that are not daemons
       const std::lock_guard lock(end->mutex);
       end->isReached = true;
       end->changed.notify_one();
@@ -175,7 +175,7 @@ void Jvm::LetGo() {
     std::unique_lock lock(end->mutex);
     end->changed.wait_for(lock, std::chrono::seconds(2), [&] { return end->isReached; });
   } catch (const std::exception&) {
-    return;  // no thread, no memory: the end of the process does the rest
+    return;  // no thread or no memory: the end of the process ends the JVM too
   }
 }
 

@@ -1,4 +1,4 @@
-// Where a JVM may be.
+// The places of JVMs.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace java_bridge {
 
-// The libjvm.so files to try, in this order. `jvm` is the manifest's: a libjvm.so or the folder of a JVM; where it is
-// empty, the JVM of JAVA_HOME and Debian's default JVM.
+// Returns the libjvm.so files to try, in order. `jvm` is the manifest's setting: a libjvm.so or the folder of a JVM. If
+// it is empty, the JVM of JAVA_HOME and Debian's default JVM are tried.
 std::vector<std::string> JvmPlaces(const std::string& jvm);
 
 }  // namespace java_bridge

@@ -1,4 +1,4 @@
-// Values from Java, as results of the C interface.
+// Converts values from Java to results of the C interface.
 #pragma once
 
 #include <jni.h>
@@ -20,17 +20,17 @@ inline void GiveDouble(double number, qmx_value& result) {
   result.kind = QMX_DOUBLE;
   result.as.number = number;
 }
-void GiveLong(jlong number, qmx_value& result);  // raises 6 where no 32-bit integer and no double is the same number
+void GiveLong(jlong number, qmx_value& result);  // raises 6 if neither a 32-bit integer nor a double is the same number
 void GiveCharacter(jchar character, std::string& text, qmx_value& result);
-void GiveText(JNIEnv* env, jstring string, std::string& text, qmx_value& result);  // null where it is null
+void GiveText(JNIEnv* env, jstring string, std::string& text, qmx_value& result);  // null for a null string
 
-// What a reference was given by.
+// How to treat a reference that Java returned.
 struct Origin {
   const std::string& member;
   bool nullIsValue;   // null is a missing value, not a missing object
   std::string& text;  // keeps a text of the result
 };
-// An object comes with a reference for the receiver. Raises 13 for an array and a map.
+// An object has a reference for the receiver. Raises 13 for an array and a map.
 void GiveReference(JNIEnv* env, jobject reference, const Origin& origin, qmx_value& result);
 
 }  // namespace java_bridge

@@ -13,7 +13,7 @@
 namespace java_bridge {
 namespace {
 
-// A manifest whose JVM runs, and the local references that are made while it is used.
+// A manifest with a running JVM, and the local references of its use.
 class Session {
  public:
   explicit Session(const qmx_manifest& manifest)

@@ -17,7 +17,7 @@ std::string Lower(std::string_view name) {
   return lower;
 }
 
-// The jars of a folder by name, as java reads "FOLDER/*"; without order it would not be the same on every machine.
+// Returns the jars of "FOLDER/*", sorted by name so that the classpath is the same on every machine.
 void AddJars(const fs::path& folder, std::vector<std::string>& paths) {
   std::vector<std::string> jars;
   std::error_code problem;

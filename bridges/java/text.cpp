@@ -27,7 +27,7 @@ void Append(std::string& text, char32_t code) {
 bool IsHigh(jchar unit) { return unit >= 0xD800 && unit < 0xDC00; }
 bool IsLow(jchar unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
-// The character that begins at `at`, which is moved behind it.
+// Returns the character that begins at `at`, and moves `at` past it.
 char32_t Next(const jchar* units, std::size_t count, std::size_t& at) {
   const jchar unit = units[at++];
   if (unit == 0) throw Failure{kTypeMismatch, "The text from Java holds a NUL character.", {}};
@@ -39,7 +39,7 @@ char32_t Next(const jchar* units, std::size_t count, std::size_t& at) {
   return 0x10000 + ((char32_t{unit} - 0xD800) << 10) + (low - 0xDC00);
 }
 
-// The code at `at`, which is moved behind it.
+// Returns the code at `at`, and moves `at` past it.
 char32_t NextCode(std::string_view text, std::size_t& at) {
   const auto invalid = [] { return Failure{kTypeMismatch, "The text for Java is no UTF-8.", {}}; };
   const auto first = static_cast<unsigned char>(text[at++]);

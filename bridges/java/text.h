@@ -1,4 +1,4 @@
-// Texts on their way between the program's UTF-8 and Java's UTF-16.
+// Converts between the program's UTF-8 and Java's UTF-16.
 #pragma once
 
 #include <jni.h>
@@ -12,7 +12,7 @@ namespace java_bridge {
 // holds neither.
 void ToUtf8(const jchar* units, std::size_t count, std::string& text);
 
-// Raises 13 for a text that is no UTF-8.
+// Raises 13 for a text that is not UTF-8.
 std::u16string ToUtf16(std::string_view text);
 
 }  // namespace java_bridge

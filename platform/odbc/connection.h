@@ -43,8 +43,8 @@ class OdbcConnection {
   void Attribute(SQLINTEGER attribute, const std::string& value);
 
   void Run(const std::string& statement);
-  std::string AskText(
-      const std::string& query);  // returns the first value of the first row; "" for null and for no row
+  // Returns the first value of the first row; "" for null and for no row.
+  std::string AskText(const std::string& query);
 
   // For the statements of this connection.
   void WatchStatement(const std::shared_ptr<const std::string>& statement) const { watch_.Statement(statement); }

@@ -97,8 +97,8 @@ class Watch {
   friend class WatchedCall;
   static constexpr std::uint64_t kIdle = 0;
 
-  std::optional<Error> Look(
-      SilenceLimits::Duration passed);  // returns the error if the driver does not return after the shutdown
+  // Returns the error if the driver does not return after the shutdown.
+  std::optional<Error> Look(SilenceLimits::Duration passed);
 
   Watchdog& watchdog_;
   Sockets sockets_;

@@ -1,4 +1,4 @@
-// What a component tells its host when a call fails: a number, who failed, and a sentence that says what, where and
+// The error that a component returns to its host: a number, a source, and a sentence that says what failed, where, and
 // what to do. The only exception that this code throws on purpose.
 #pragma once
 

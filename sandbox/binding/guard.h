@@ -1,11 +1,11 @@
-// The wall between C++ and the host: whatever is thrown inside becomes the host's error, and nothing gets past it.
+// Keeps exceptions from crossing to the host: each becomes the host's error.
 #pragma once
 
 #include "binding/failure.h"
 
 namespace orvan {
 
-// Fills the host's error with what was thrown. The texts stay valid until the next failure in this library.
+// Fills the host's error from the exception in flight. The texts stay valid until the next failure in this library.
 qmx_status Report(qmx_error* error) noexcept;
 
 template <class Body>

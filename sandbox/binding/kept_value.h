@@ -1,5 +1,4 @@
-// An argument that outlives its call: a copy of its value. Objects are not kept this way; a Ref or a ForeignObject
-// keeps those.
+// A copy of an argument's value, which outlives the call. For objects use a Ref or a ForeignObject.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// A moment of civil time: what a calendar and a clock on the wall show, without a zone, in whole seconds.
+// A moment of civil time, without a zone, in whole seconds.
 #pragma once
 
 #include <cstdint>
@@ -20,8 +20,8 @@ struct Moment {
   static Moment FromSeconds(std::int64_t seconds);
   std::int64_t Seconds() const;
 
-  // "2026-11-20" or "2026-11-20 14:05:09", leading zeros may be missing. A day that the month does not have counts on
-  // into the next one: 2038-02-29 is 2038-03-01. Nothing for any other text.
+  // "2026-11-20" or "2026-11-20 14:05:09", leading zeros may be missing. A day that the month does not have
+  // counts into the next one: 2038-02-29 is 2038-03-01. Nothing for any other text.
   static std::optional<Moment> Parse(std::string_view text);
 
   std::string DateText() const;  // "2026-11-20"

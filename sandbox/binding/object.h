@@ -1,8 +1,8 @@
 // Objects that a host can call by name.
 //
 // A Type lists the members that all objects of one kind have; an Object counts its references and answers calls by
-// member number; a Component<Self> lets a class state its members as a table of names and methods. Exceptions end at
-// the C boundary (Guarded), in one place, as the host's qmx_error.
+// member number; a Component<Self> lets a class declare its members as a table of names and methods. Exceptions become
+// the host's qmx_error at the C boundary (Guarded).
 #pragma once
 
 #include <cstdint>
@@ -27,7 +27,7 @@ class Type : public qmx_type {
   const std::string& Name() const { return name_; }
   const std::string& MemberName(std::int32_t id) const { return members_[static_cast<std::size_t>(id)]; }
 
-  // The member's number; -1 where there is none.
+  // Returns the member's number; -1 if there is none.
   std::int32_t Find(std::string_view member) const;
 
  private:
@@ -86,7 +86,7 @@ class Ref {
 class ForeignObject {
  public:
   ForeignObject() = default;
-  explicit ForeignObject(qmx_object* object);  // takes a reference of its own
+  explicit ForeignObject(qmx_object* object);  // adds a reference
   explicit operator bool() const { return object_ != nullptr; }
 
   std::int32_t CallForInteger(std::string_view member) const;
@@ -98,13 +98,13 @@ class ForeignObject {
   std::shared_ptr<qmx_object> object_;
 };
 
-// Makes an object and hands its first reference to the host.
+// Creates an object and passes its first reference to the host.
 template <class T, class... Parts>
 void ReturnNew(Result result, Parts&&... parts) {
   result.SetObject(new T(std::forward<Parts>(parts)...));
 }
 
-// Hands a further reference to the host.
+// Passes a new reference to the host.
 template <class T>
 void Return(Result result, const Ref<T>& object) {
   object->AddReference();
@@ -114,7 +114,7 @@ void Return(Result result, const Ref<T>& object) {
 [[noreturn]] void WrongArgumentCount(const Object& object, std::string_view member, std::size_t wanted,
                                      std::size_t given);
 
-// The argument as an object of this server's class T. `what` names it in the failure's sentence.
+// Returns the argument as an object of this server's class T. `what` names it in the error.
 template <class T>
 T& ObjectOf(Argument argument, const char* what) {
   qmx_object* object = argument.ObjectOrNothing();
@@ -124,7 +124,7 @@ T& ObjectOf(Argument argument, const char* what) {
                     " object of the sandbox ERP, but " + argument.Shown() + " was passed.");
 }
 
-// A class that states its members: Self has a kName and a Methods() that returns an array of Method.
+// A class that declares its members: Self has a kName and a Methods() that returns an array of Method.
 template <class Self>
 class Component : public Object {
  public:

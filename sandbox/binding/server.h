@@ -1,5 +1,5 @@
-// What a component server is made of: the ProgIDs that it serves and how an object of each is made. The server's one
-// exported function hands them to Serve.
+// A component server: the ProgIDs that it serves and how it creates an object of each. The server's one exported
+// function passes them to Serve.
 #pragma once
 
 #include <functional>
@@ -20,7 +20,7 @@ ServedClass Serving() {
   return {T::kName, [] { return new T(); }};
 }
 
-// Called once, from the entry function. A host of another version of the interface is refused.
+// Called once, from the entry function. Refuses a host with another version of the interface.
 const qmx_component_server* Serve(const qmx_component_host* host, qmx_error* error, const char* description,
                                   std::vector<ServedClass> classes) noexcept;
 

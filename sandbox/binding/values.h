@@ -1,4 +1,4 @@
-// The values of a call: what came in, and where the answer goes. Both are thin views of the host's memory.
+// The arguments and the answer of a call, as thin views of the host's memory.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@ namespace orvan {
 
 class Object;
 
-// One argument. A reading that its kind does not allow is a type mismatch.
+// One argument. Reading it as a kind that it does not allow is a type mismatch.
 class Argument {
  public:
   explicit Argument(const qmx_value& value) : value_(&value) {}
@@ -22,7 +22,7 @@ class Argument {
   double Number() const;                // numbers, and texts that hold one
   Moment Date() const;                  // date-times, and texts that hold one
   qmx_object* ObjectOrNothing() const;  // objects; null for "no object" and for values without one
-  std::string Shown() const;            // any kind, as a person reads it
+  std::string Shown() const;            // any kind, for people
 
  private:
   friend class KeptValue;
@@ -42,7 +42,7 @@ class Arguments {
   std::size_t count_;
 };
 
-// The answer. Nothing set means the empty value.
+// The answer. Without a value it is empty.
 class Result {
  public:
   explicit Result(qmx_value& value) : value_(&value) {}

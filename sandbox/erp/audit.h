@@ -1,9 +1,9 @@
 // The audit classes: which records of a table were inserted, updated or deleted within a period.
 //
-// A reader is given a manager, a record object and criteria. The period is closed at both ends. Parameters narrow key
-// columns, and all of them must hold. The criteria keep the objects that they are given, and nothing is read from them
-// before a reader's initialize: a period or parameter that is changed meanwhile is seen changed, and one that was
-// added more than once counts once. Entries come in the order in which they happened.
+// A reader gets a manager, a record object and criteria. The period includes both ends. Parameters narrow key columns,
+// and all of them must match. The criteria keep their objects, and a reader's initialize reads them: it sees later
+// changes of a period or parameter, and counts a parameter that was added more than once only once. Entries come in the
+// order of the changes.
 #pragma once
 
 #include <optional>
@@ -131,7 +131,7 @@ class AuditReader : public Component<AuditReader> {
   }
 
  private:
-  // One audit query: the entries, and the records that they name as these stand now.
+  // One audit query: the entries, and the current state of their records.
   struct Query {
     const Table& table;
     Statement entries;

@@ -1,6 +1,6 @@
 // The ERP's date object, as the getters of points in time return it: the year counted from 1900, the month from 0.
 //
-// Only for reading. A record without that point in time returns one of year 0 and month 0, which says "no date".
+// Read-only. A record without that point in time returns one of year 0 and month 0, which means "no date".
 #pragma once
 
 #include <optional>
@@ -13,7 +13,7 @@ class Date : public Component<Date> {
  public:
   static constexpr char kName[] = "orvan.Date";
 
-  // From now on of that moment, or of none.
+  // Changes the date to that moment, or to none.
   void Hold(const std::optional<Moment>& moment) {
     parts_ = moment ? Parts{moment->year - 1900, moment->month - 1, moment->day,
                             moment->hour,        moment->minute,    moment->second}
@@ -41,7 +41,7 @@ class Date : public Component<Date> {
   Parts parts_{};
 };
 
-// A date object of anybody's, the host's included, as a moment.
+// Reads a moment from any date object, including the host's.
 Moment ReadDate(const ForeignObject& date);
 
 }  // namespace orvan

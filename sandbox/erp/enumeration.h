@@ -1,4 +1,4 @@
-// The rows of one listing, streamed: a statement that stands at most one row ahead of what was handed out.
+// The rows of one listing, streamed: the statement is at most one row ahead of the last returned record.
 #pragma once
 
 #include "erp/record.h"
@@ -9,7 +9,7 @@ class Enumeration : public Component<Enumeration> {
  public:
   static constexpr char kName[] = "java.util.Enumeration";
 
-  // The statement gives the table's columns, in their order.
+  // The statement returns the table's columns, in their order.
   Enumeration(const Table& table, Statement rows) : table_(table), rows_(std::move(rows)) {}
 
   static const auto& Methods() {
@@ -27,7 +27,7 @@ class Enumeration : public Component<Enumeration> {
   const Table& table_;
   Statement rows_;
   Place place_ = Place::Before;
-  Ref<Record> last_;  // used again when nobody has kept it
+  Ref<Record> last_;  // used again unless it was kept
 };
 
 }  // namespace orvan

@@ -77,7 +77,7 @@ void Manager::Invoke(std::int32_t member, Arguments arguments, Result result) {
     case 1:
       return List(arguments, result);
     default:
-      file_.reset();  // enumerations that are still read keep the file open for themselves
+      file_.reset();  // enumerations in use keep the file open
   }
 }
 

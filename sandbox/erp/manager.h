@@ -14,12 +14,12 @@ class Manager : public Object {
 
   explicit Manager(const Table& table);
 
-  // The object as a manager of any table.
+  // Returns the object as a manager of any table.
   static Manager& Of(Argument argument);
 
   const Table& ManagedTable() const { return table_; }
 
-  // The file behind it. An error before initialize and after Close.
+  // Returns the open file. Raises an error before initialize and after Close.
   const std::shared_ptr<Database>& File() const;
 
   void Invoke(std::int32_t member, Arguments arguments, Result result) override;
@@ -33,7 +33,7 @@ class Manager : public Object {
   std::shared_ptr<Database> file_;
 };
 
-// Binds a bound of a column to a parameter: as text, number or day, as the column is compared.
+// Binds a bound to a parameter in the form in which its column is compared: text, number or day.
 void BindBound(Statement& statement, int parameter, const Column& column, Argument bound);
 
 }  // namespace orvan

@@ -6,7 +6,7 @@
 namespace orvan {
 namespace {
 
-// What getClass returns: the class, by its name.
+// The result of getClass: the class's name.
 class RecordClass : public Component<RecordClass> {
  public:
   static constexpr char kName[] = "java.lang.Class";

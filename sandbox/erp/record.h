@@ -1,8 +1,8 @@
 // One record of a table: a getter for each column, and getClass.
 //
-// A record keeps its own copy of its values, so it stays as it is when the enumeration that it came from moves on. A
-// column that was never filled is blank, as the ERP knows it: "", 0, day zero (1899-12-30), no date. A record of which
-// only the key is filled names another record: that is what the audit reader calls a tuple.
+// A record has its own copy of its values, so it does not change when its enumeration moves on. A column that was never
+// filled is blank, as in the ERP: "", 0, day zero (1899-12-30), no date. A record with only its key filled names
+// another record: the audit reader calls it a tuple.
 #pragma once
 
 #include <string>
@@ -23,18 +23,18 @@ class Record : public Object {
 
   explicit Record(const Table& table) : Object(TypeOf(table)), table_(table), cells_(table.columns.size()) {}
 
-  // The object as a record of that table. `what` names it in the failure's sentence.
+  // Returns the object as a record of that table. `what` names it in the error.
   static Record& Of(const Table& table, Argument argument, const char* what);
 
   const Table& RecordTable() const { return table_; }
 
-  // Takes a whole row, which gives the table's columns in their order, instead of what was there.
+  // Replaces all values by those of a row, which has the table's columns in their order.
   void Fill(const Statement& row);
 
   // Takes one column's value.
   void Fill(std::size_t column, RowValue value);
 
-  // Takes the key of another record, and binds it to parameters 1, 2, ...
+  // Copies the key of another record, and binds it to parameters 1, 2, ...
   void FillKey(const Record& other);
   void BindKey(Statement& statement) const;
 
@@ -54,7 +54,7 @@ class Record : public Object {
   void SetText(Cell& cell, std::string_view text);
   void FillCell(Cell& cell, RowValue value);
   Moment DateOf(std::size_t column) const;
-  // Not inlined: the getters that are called most stay short.
+  // Not inlined, so that the most used getters stay short.
   [[gnu::noinline]] void InvokeOther(std::int32_t member, Arguments arguments, Result result);
   void GetBlank(ColumnType type, Result result);
   void GiveDate(const std::optional<Moment>& moment, Result result);
@@ -62,7 +62,7 @@ class Record : public Object {
   const Table& table_;
   std::vector<Cell> cells_;
   std::string texts_;  // all texts of the record, one after the other
-  Ref<Date> date_;     // the last one, used again when nobody has kept it
+  Ref<Date> date_;     // the last one, used again unless it was kept
 };
 
 }  // namespace orvan

@@ -5,7 +5,7 @@
 namespace orvan {
 namespace {
 
-// The ERP knows no null but the missing moment: a text is blank, a number 0.
+// The ERP has no null but the missing moment: a missing text is blank, a missing number 0.
 std::string Definition(const Column& column) {
   switch (column.type) {
     case ColumnType::Text:

@@ -1,8 +1,8 @@
 // The sandbox file: one table per ERP table, its audit trail, and the clock.
 //
-// Every change of a table, whatever program makes it, is entered by triggers in audit_CODE: when ("at", local civil
-// time), how ("change": D, U or I) and the key. A changed key is a deletion and an insertion. Who wants the trail to
-// show another time than the machine's puts it into sandbox_clock, "YYYY-MM-DD HH:MM:SS".
+// Triggers enter every change of a table, by any program, in audit_CODE: the time ("at", local civil time), the kind
+// ("change": D, U or I) and the key. A changed key is a deletion and an insertion. A time in sandbox_clock,
+// "YYYY-MM-DD HH:MM:SS", replaces the machine's time in the trail.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@ namespace orvan {
 std::string CreateTableSql(const Table& table);
 std::string CreateClockSql();
 
-// The trail and its triggers. Rows that were there before are not in it.
+// Creates the trail and its triggers. It has no entries for earlier rows.
 std::string CreateAuditSql(const Table& table);
 
 std::string AuditTable(const Table& table);  // "audit_tsmdm030"

@@ -39,7 +39,7 @@ Database::Database(const std::string& path, int flags) : path_(path) {
   sqlite3* handle = nullptr;
   const int opened = sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   handle_.reset(handle);
-  // Opening reads nothing yet: only a first look at the content tells a database from another file.
+  // Opening reads nothing. Only a first query tells a database from another file.
   if (opened == SQLITE_OK) {
     sqlite3_busy_timeout(handle, kBusyMilliseconds);
     if (sqlite3_exec(handle, "PRAGMA schema_version", nullptr, nullptr, nullptr) == SQLITE_OK) return;

@@ -1,4 +1,4 @@
-// SQLite as the sandbox needs it: a file, and statements whose rows are taken one by one. A failure names the file.
+// SQLite for the sandbox: a file, and statements whose rows are read one by one. Errors name the file.
 #pragma once
 
 #include <sqlite3.h>
@@ -11,12 +11,12 @@
 
 namespace orvan {
 
-// A failure of the file or of SQLite itself, in the interface's terms.
+// An error of the file or of SQLite, with a number of the interface.
 inline constexpr std::int32_t kDatabaseFailed = -2147467259;
 
 class Database {
  public:
-  // A missing file is error 53, one that cannot be read or is no database 75.
+  // A missing file is error 53, an unreadable one or one that is no database is 75.
   static std::shared_ptr<Database> OpenToRead(const std::string& path);
   static std::shared_ptr<Database> OpenToWrite(const std::string& path);
   static std::shared_ptr<Database> Create(const std::string& path);
@@ -27,7 +27,7 @@ class Database {
   void Execute(const std::string& sql);
   bool HasTable(std::string_view name);
 
-  // Raises what SQLite last complained about.
+  // Raises SQLite's last error.
   [[noreturn]] void Fail(const std::string& during) const;
 
  private:
@@ -46,7 +46,7 @@ class Database {
 
   std::string path_;
   std::unique_ptr<sqlite3, Closer> handle_;
-  // For the next statement with the same text: a listing that is asked for again and again is prepared once.
+  // Keeps a statement for the next use of the same text, so that a repeated listing is prepared once.
   std::vector<std::unique_ptr<sqlite3_stmt, Finalizer>> kept_;
 };
 
@@ -81,7 +81,7 @@ class Statement {
 
   bool Step();   // whether there is a row
   void Reset();  // ready to run again, with the same parameters until they are bound anew
-  void Run();    // all of it, for its effect
+  void Run();    // to its end, for its effect
 
   // The current row. Columns count from 0.
   int Columns() const { return sqlite3_column_count(statement_.get()); }
@@ -100,7 +100,7 @@ class Statement {
   std::unique_ptr<sqlite3_stmt, Keeper> statement_;
 };
 
-// A name between double quotes: the ERP has columns named "desc" and "user".
+// Returns a name in double quotes, because the ERP has columns named "desc" and "user".
 std::string Quoted(std::string_view name);
 
 }  // namespace orvan

@@ -1,5 +1,5 @@
-// What the sandbox knows about the ERP's tables: one description that makes the managers, the records, the audit trail
-// and the file itself. A new table is one more entry in one of the lists behind AllTables, and nothing else.
+// The ERP's tables: the managers, the records, the audit trail and the file follow from one description. A new table is
+// a new entry in one of the lists of AllTables.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace orvan {
 
-// How a column is stored, and what its getter returns.
+// How a column is stored, and the kind that its getter returns.
 enum class ColumnType {
   Text,    // a text
   Whole,   // a whole number
@@ -30,10 +30,10 @@ struct Table {
   std::string_view record;
   std::string_view list;  // the manager's listing method
   std::vector<std::string_view> key;
-  std::vector<std::string_view> bounds;  // the column that each from/to pair of the listing narrows
+  std::vector<std::string_view> bounds;  // the column of each from/to pair of the listing
   std::vector<Column> columns;           // the key's among them
 
-  // The column's place; columns.size() where there is none. Names compare without regard to case.
+  // Returns the column's index; columns.size() if there is none. Names compare without regard to case.
   std::size_t Find(std::string_view column) const;
   const Column& At(std::string_view column) const { return columns.at(Find(column)); }
   bool IsKey(std::string_view column) const;
@@ -41,10 +41,10 @@ struct Table {
 
 const std::vector<Table>& AllTables();
 
-// The table with that code; null where there is none.
+// Returns the table with that code; null if there is none.
 const Table* FindTable(std::string_view code);
 
-// The three groups that AllTables is made of.
+// The three groups of AllTables.
 std::vector<Table> MasterTables();
 std::vector<Table> CalendarTables();
 std::vector<Table> OrderTables();

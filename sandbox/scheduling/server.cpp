@@ -1,6 +1,6 @@
-// The sandbox scheduling server: shows what it is told, one line per call.
+// The sandbox scheduling server: writes one line for each call that it gets.
 //
-// The lines go to the file in $QMX_MESSAGE_BOARD, appended, else to standard error: the call's name, then its
+// Appends the lines to the file in $QMX_MESSAGE_BOARD, else writes them to standard error: the call's name, then its
 // arguments, separated by " | ". A line break inside a text is shown as " / ", so a call stays one line.
 #include "binding/server.h"
 

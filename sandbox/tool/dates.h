@@ -1,4 +1,4 @@
-// Reckoning with days and minutes.
+// Arithmetic with days and minutes.
 #pragma once
 
 #include "binding/moment.h"
@@ -21,7 +21,7 @@ inline int Weekday(const Moment& day) {
 
 inline bool IsWorkday(const Moment& day) { return Weekday(day) < 5; }
 
-// The last Sunday of a month of 31 days: in Europe the night when clocks are changed, in March and October.
+// Returns the last Sunday of a month of 31 days. In Europe clocks change on it in March and October.
 inline Moment ClockChange(int year, int month) {
   const Moment last{year, month, 31};
   return Later(last, -((Weekday(last) + 1) % 7));

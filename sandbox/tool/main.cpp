@@ -1,4 +1,4 @@
-// orvan-sandbox: makes the sandbox ERP's file, lets the company in it work, and shows what is there.
+// orvan-sandbox: creates the sandbox ERP's file, simulates work in it, and shows its content.
 #include <CLI/CLI.hpp>
 #include <chrono>
 #include <ctime>
@@ -20,7 +20,7 @@ Moment Today() {
   return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, 0, 0, 0};
 }
 
-// An option that takes a date, and says so when it is none.
+// An option that takes a date, and rejects any other text.
 template <class Date>
 void AddDate(CLI::App* command, const std::string& name, Date& date, const std::string& help) {
   command->add_option_function<std::string>(

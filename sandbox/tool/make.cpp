@@ -30,7 +30,7 @@ void Require(const Sizes& sizes) {
 
 void Fill(const std::string& path, const Plan& plan) {
   const auto database = Database::Create(path);
-  // Until it is complete the file is worth nothing, so nothing is spent on keeping it safe.
+  // An incomplete file has no value, so writing it is fast and unsafe.
   database->Execute("PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; BEGIN");
   database->Execute(CreateClockSql());
   for (const Table& table : AllTables()) database->Execute(CreateTableSql(table));
@@ -40,7 +40,7 @@ void Fill(const std::string& path, const Plan& plan) {
     maker.make(world, table);
   }
   for (const Table& table : AllTables()) database->Execute(CreateAuditSql(table));
-  // Readers and a writer at the same time: copies run while the company works.
+  // Copies read while the simulated company writes.
   database->Execute("COMMIT; PRAGMA journal_mode = WAL");
 }
 

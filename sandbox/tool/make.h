@@ -1,7 +1,7 @@
-// Makes a sandbox file: the tables, their data, and last the audit trail, which therefore begins empty.
+// Creates a sandbox file: the tables, their data, and last the audit trail, which therefore begins empty.
 //
-// The same plan makes the same content on every machine. The file appears under its name when it is complete, and not
-// before.
+// The same plan makes the same content on every machine. The file gets its name when it is
+// complete.
 #pragma once
 
 #include <string>
@@ -20,7 +20,7 @@ struct TableCount {
 // How many records each table has, in the order of AllTables.
 std::vector<TableCount> CountRecords(const std::string& path);
 
-// A file of that name that is there already is an error, unless it may be replaced.
+// An existing file of that name is an error, unless it may be replaced.
 void MakeSandbox(const std::string& path, const Plan& plan, bool replace);
 
 }  // namespace orvan

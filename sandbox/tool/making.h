@@ -1,4 +1,4 @@
-// What a new sandbox file is filled with: a maker for each table, in one source for each group of tables.
+// Makers of the data of a new sandbox file: one for each table, in one source for each group of tables.
 #pragma once
 
 #include "tool/table_writer.h"

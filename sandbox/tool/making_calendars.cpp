@@ -22,7 +22,7 @@ double Hours(int from, int to) {
   return (minutes(to) - minutes(from)) / 60.0;
 }
 
-// One way to work: the shifts that begin on a day, and how many days each of them runs on.
+// One way to work: the shifts that begin on a day, and for how many days each of them continues.
 struct Way {
   std::vector<Shift> (*shifts)(const Moment& day, int daysFromStart);
   int runsOn = 0;

@@ -1,4 +1,4 @@
-// What customers have: configurations, the objects in them, and the activities planned on those.
+// The customers' configurations, the objects in them, and the activities planned on those.
 #include "tool/dates.h"
 #include "tool/making.h"
 #include "tool/words.h"

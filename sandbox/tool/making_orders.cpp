@@ -1,6 +1,6 @@
-// Service orders, their activities and engineers: one after the other, so that a million of them need no memory.
+// Service orders, their activities and engineers, made one after the other, so that a million of them need no memory.
 //
-// The dice of an order are its own, so an order, its activities and its engineers are drawn alike in all three tables.
+// Each order has its own random numbers, so the order, its activities and its engineers agree in all three tables.
 #include <algorithm>
 
 #include "tool/dates.h"
@@ -16,7 +16,7 @@ using namespace order_status;
 constexpr int kStatuses[] = {kFree,      kPlanned,   kPlanned,   kReleased,  kReleased,
                              kInProcess, kCompleted, kCompleted, kCompleted, kCancelled};
 
-// Mostly yes or no, but the ERP's field takes other codes too.
+// Mostly yes or no, but the ERP's field allows other codes too.
 int YesOrNo(Random& random, int percentYes) {
   if (random.Chance(3)) return random.Between(0, 1) * 3;
   return random.Chance(percentYes) ? kYes : kNo;
@@ -45,7 +45,7 @@ Order Draw(const World& world, int index) {
   const int status = random.Pick(kStatuses);
   const int soon = status >= kInProcess ? 1 : 10;
   Moment start = At(Later(ordered, random.Between(0, soon)), random.Between(6, 20), random.Between(0, 3) * 15);
-  // A night in which the clocks are changed: it has an hour twice, or lacks one.
+  // A night in which the clocks change: it repeats an hour, or lacks one.
   if (index % 50 == 0) start = At(ClockChange(world.plan.today.year, index % 100 == 0 ? 10 : 3), 1, 30);
   const int minutes = random.Between(2, 24) * 15;
   const int activities = world.plan.sizes.activities > 0 ? random.Between(1, world.plan.sizes.activities) : 0;

@@ -1,4 +1,4 @@
-// How far an order or an activity has come, and the ERP's yes and no.
+// The statuses of orders and activities, and the ERP's yes and no.
 #pragma once
 
 namespace orvan {

@@ -1,4 +1,4 @@
-// Dice that fall the same way on every machine: the standard library's engines are fixed, its distributions are not.
+// Random numbers that are the same on every machine. The standard library's distributions are not.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@ namespace orvan {
 
 class Random {
  public:
-  // Each purpose has dice of its own, so making more of one thing leaves the others as they were.
+  // Each purpose has its own numbers, so making more of one thing does not change the others.
   Random(std::uint64_t seed, std::string_view purpose) : state_(seed) {
     for (const char c : purpose) state_ = (state_ ^ static_cast<unsigned char>(c)) * 0x100000001b3u;
     Next();
@@ -23,7 +23,7 @@ class Random {
     return mixed ^ (mixed >> 31);
   }
 
-  // Both ends included.
+  // Includes both ends.
   int Between(int low, int high) { return low + static_cast<int>(Next() % static_cast<std::uint64_t>(high - low + 1)); }
   bool Chance(int percent) { return Between(1, 100) <= percent; }
 

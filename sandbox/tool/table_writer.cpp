@@ -7,7 +7,7 @@
 namespace orvan {
 namespace {
 
-// Far enough into the table to be random, not so far that a table of a million records is slow.
+// Skips enough rows to be random, but not so many that a table of a million records is slow.
 constexpr int kReach = 2000;
 
 const Table& Known(std::string_view code) {
@@ -57,7 +57,7 @@ void TableWriter::Insert(Fields fields) {
   for (std::size_t i = 0; i < columns.size(); ++i) BindBlank(insert_, static_cast<int>(i) + 1, columns[i].type);
   std::size_t place = 0;
   for (const Field& field : fields) {
-    // Fields mostly come in the columns' order, so the next column is the first guess.
+    // Fields usually come in the columns' order, so the next column is tried first.
     if (place >= columns.size() || columns[place].name != field.column) place = table_.Find(field.column);
     if (place == columns.size())
       throw Failure(QMX_E_INTERNAL, "orvan-sandbox",

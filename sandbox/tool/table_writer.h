@@ -1,4 +1,4 @@
-// One table of the sandbox file, for those who change it: fields are given by name, records are picked at random.
+// Writes one table of the sandbox file: sets fields by name, and picks records at random.
 #pragma once
 
 #include <initializer_list>
@@ -43,13 +43,13 @@ class TableWriter {
  public:
   TableWriter(std::shared_ptr<Database> database, std::string_view code);
 
-  // Adds a record; a column that is not named stays blank, 0 or without a moment.
+  // Adds a record. Other columns are blank, 0 or without a moment.
   void Insert(Fields fields);
 
-  // A random record, as a condition on its key; nothing from an empty table. With a filter, one for which it holds.
+  // Returns a random record that matches the filter, as a condition on its key; nothing if there is none.
   std::optional<std::string> Pick(Random& random, const std::string& filter = "1");
 
-  std::string Get(std::string_view column, const std::string& condition);  // as text, "" where there is no record
+  std::string Get(std::string_view column, const std::string& condition);  // as text; "" if there is no record
   void Update(const std::string& condition, Fields fields);
   void Delete(const std::string& condition);
   void DeleteAndInsertAgain(const std::string& condition);  // the same record, twice in the audit trail

@@ -1,4 +1,4 @@
-// The words that made data is made of.
+// The words of the generated data.
 #pragma once
 
 #include <string_view>

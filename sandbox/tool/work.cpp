@@ -9,7 +9,7 @@ namespace {
 
 constexpr int kMinutesOfWork = 9 * 60;
 
-// The day's actions in the order of the dice.
+// The day's actions in random order.
 std::vector<Action> Day(Random& random) {
   std::vector<Action> day;
   for (auto group : {MasterDataActions, CalendarActions, OrderActions})

@@ -1,4 +1,4 @@
-// Plays working days on a sandbox file. All changes are in its audit trail, each in a transaction of its own.
+// Simulates working days in a sandbox file. Each change is a transaction, and is in the audit trail.
 #pragma once
 
 #include <optional>
@@ -13,8 +13,8 @@ struct WorkOrder {
   std::string path;
   std::uint64_t seed = 1;
   int days = 1;
-  Moment today;                // the day that the changes are about; further days follow it
-  std::optional<Moment> from;  // when the trail says that the work began; nothing: the machine's clock
+  Moment today;                // the first day to simulate
+  std::optional<Moment> from;  // the beginning of the work in the trail; nothing: the machine's clock
 };
 
 struct Changes {
@@ -23,7 +23,7 @@ struct Changes {
   long long inserted, updated, deleted;
 };
 
-// What was changed, in the order of AllTables.
+// The number of changes, in the order of AllTables.
 std::vector<Changes> Work(const WorkOrder& order);
 
 }  // namespace orvan

@@ -1,5 +1,4 @@
-// What happens in the company on a working day: a list of actions for each group of tables, and how often a day brings
-// each.
+// The actions of a working day, for each group of tables, and how often a day has each.
 #pragma once
 
 #include <map>
@@ -9,7 +8,7 @@
 
 namespace orvan {
 
-// The file that is worked in, and the dice.
+// The file to change, and the random numbers.
 class Workshop {
  public:
   Workshop(std::shared_ptr<Database> database, const Moment& today, const Random& dice)
@@ -21,15 +20,15 @@ class Workshop {
     return Table(code).Pick(random, filter);
   }
 
-  // One column of a random record; "" from an empty table.
+  // Returns one column of a random record; "" if the table is empty.
   std::string PickValue(std::string_view code, std::string_view column, const std::string& filter = "1");
 
-  // Changes a random record for which the filter holds, if there is one.
+  // Changes a random record that matches the filter, if there is one.
   void ChangeOne(std::string_view code, Fields fields, const std::string& filter = "1");
   void DeleteOne(std::string_view code, const std::string& filter = "1");
   void DeleteOneAndInsertItAgain(std::string_view code);
 
-  // A code that the column does not hold yet: the prefix and a number. Nothing when the dice find none.
+  // Returns an unused code for the column: the prefix and a number. Nothing if no try finds one.
   std::optional<std::string> FreeCode(std::string_view code, std::string_view column, std::string_view prefix,
                                       int width);
 

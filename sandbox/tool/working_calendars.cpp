@@ -11,7 +11,7 @@ std::string Coming(Workshop& shop, const std::string& calendar) {
   return "ccal = '" + calendar + "' AND stdt >= '" + shop.today.DateText() + "'";
 }
 
-// Nobody works on a day of the coming weeks.
+// A day without work in the coming weeks.
 void Holiday(Workshop& shop) {
   const std::string calendar = CalendarInUse(shop);
   const std::string day = shop.PickValue("tcccp030", "stdt", Coming(shop, calendar));
@@ -33,7 +33,7 @@ void ShorterDay(Workshop& shop) {
                  Coming(shop, CalendarInUse(shop)) + " AND sttm < 1400 AND entm > 1400");
 }
 
-// The first one takes the calendar that nobody had; later there are only those that somebody has.
+// The first one takes the calendar without an employee. Later every calendar has one.
 void OtherCalendar(Workshop& shop) {
   std::string calendar =
       shop.PickValue("tcccp030", "ccal", "NOT EXISTS (SELECT 1 FROM tsmdm140 WHERE tsmdm140.ccal = tcccp030.ccal)");

@@ -1,4 +1,4 @@
-// The back office: codes come and go, people move, prices change.
+// The back office: adds and removes codes, moves people, changes prices.
 #include "tool/words.h"
 #include "tool/working.h"
 #include "tool/world.h"

@@ -1,4 +1,4 @@
-// The dispatcher: orders come in, are planned, moved, started, finished and cancelled; customers change their machines.
+// The dispatcher: orders are created, planned, moved, started, finished and cancelled; customers change their machines.
 #include "tool/dates.h"
 #include "tool/order_status.h"
 #include "tool/words.h"
@@ -92,7 +92,7 @@ void InterruptOrder(Workshop& shop) {
 
 void BlockOrder(Workshop& shop) { shop.ChangeOne("tssoc200", {{"blyn", kYes}}, HasStatus(order_status::kFree)); }
 
-// A cancelled order gives its day back: it has no planned time any more, and no engineer.
+// A cancelled order loses its planned time and its engineer.
 void CancelOrder(Workshop& shop) {
   const std::string order = shop.PickValue("tssoc200", "orno", HasStatus(order_status::kPlanned));
   shop.Table("tssoc200")

@@ -7,7 +7,7 @@
 namespace orvan {
 namespace {
 
-// The known codes first, then numbered ones.
+// Takes the known codes first, then numbered ones.
 template <class Known>
 std::vector<std::string> Codes(const Known& known, int count, std::string_view prefix) {
   std::vector<std::string> codes;

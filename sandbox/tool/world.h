@@ -1,7 +1,7 @@
-// The service company that the sandbox plays: who and what there is, so that the tables hang together.
+// The service company of the sandbox: its people and things, so that the tables are consistent.
 //
-// All of it follows from the seed, the sizes and today's date. Orders and their lines are not kept here: there may be
-// millions of them.
+// Everything follows from the seed, the sizes and today's date. Orders and their lines are not kept here, because there
+// may be millions.
 #pragma once
 
 #include <string>
@@ -47,7 +47,7 @@ struct Area {
   std::string center;
 };
 
-struct Installation {  // a configuration, as the customer has it
+struct Installation {  // a customer's configuration
   std::string code;
   std::string description;
   std::string partner;
@@ -66,7 +66,7 @@ struct World {
   std::vector<Area> areas;
   std::vector<std::string> skills;
   std::vector<Employee> employees;
-  std::vector<std::string> calendars;  // the last of several is nobody's yet
+  std::vector<std::string> calendars;  // if there are several, the last has no employee yet
   std::vector<Installation> installations;
 
   Random Dice(std::string_view purpose) const { return {plan.seed, purpose}; }
@@ -74,7 +74,7 @@ struct World {
 
 World MakeWorld(const Plan& plan);
 
-// "SC01": the number with leading zeros to the width.
+// Returns "SC01": the number has leading zeros up to the width.
 std::string Code(std::string_view prefix, int number, int width);
 
 std::string PartnerName(std::uint64_t seed, std::string_view partner);  // the same for every use of the partner

@@ -22,13 +22,13 @@ import java.util.Map;
 import java.util.stream.BaseStream;
 
 /**
- * The bridge's half inside the JVM: what is easier said in Java than through JNI. The library defines this class from
- * bytes of its own, calls it from one thread, and handles every exception that it throws.
+ * The bridge's half inside the JVM: what is easier in Java than through JNI. The library defines this class from its own
+ * bytes, calls it from one thread, and handles every exception that it throws.
  */
 final class Bridge {
   private Bridge() {}
 
-  // What a value of a class is to the program; the numbers are those of java_class.h.
+  // How the program treats a value of a class. The numbers are those of java_class.h.
   private static final int OBJECT = 0;
   private static final int STRING = 1;
   private static final int BOOLEAN = 2;
@@ -44,7 +44,7 @@ final class Bridge {
 
   // Flags.
   private static final int SEVERAL_FORMS = 16;  // answers hasMoreElements and nextElement through an Iterator
-  private static final int STREAM = 32;         // is closed when the program lets it go
+  private static final int STREAM = 32;         // is closed when the program releases it
   private static final long ZERO_DAY = LocalDate.of(1899, 12, 30).toEpochDay();
   private static final int STACK_LENGTH = 8000;
   private static final int LONGEST_CHAIN = 10;
@@ -67,7 +67,7 @@ final class Bridge {
     return several ? OBJECT | SEVERAL_FORMS : OBJECT;
   }
 
-  /** Whether null of this declared type is a value that is missing, and not a missing object. */
+  /** Whether null of this declared type is a missing value, not a missing object. */
   static boolean isValue(Class<?> type) {
     int kind = kindOf(type);
     return kind >= STRING && kind <= MOMENT || type == Number.class || type == CharSequence.class;
@@ -83,7 +83,7 @@ final class Bridge {
 
   // Members.
 
-  /** The callable public methods of that name, in any case; those in the very spelling only, where there are any. */
+  /** The callable public methods of that name: those in exactly this spelling if there are any, else those in any case. */
   static Method[] find(Class<?> type, String name) {
     List<Method> found = new ArrayList<>();
     boolean exact = false;
@@ -100,7 +100,7 @@ final class Bridge {
     return one.toLowerCase(Locale.ROOT).equals(other.toLowerCase(Locale.ROOT));
   }
 
-  // One method for each spelling and parameter list: of those that differ in their results the most special one.
+  // One method for each spelling and parameter list: the one with the most specific result.
   private static void add(List<Method> found, Method method) {
     for (int i = 0; i < found.size(); ++i) {
       Method other = found.get(i);
@@ -112,7 +112,7 @@ final class Bridge {
     found.add(method);
   }
 
-  // The method itself, or its declaration in a public class or interface; null where there is none.
+  // The method itself, or its declaration in a public class or interface; null if there is none.
   private static Method callable(Method method, Class<?> type) {
     if (isOpen(method.getDeclaringClass())) return method;
     for (Class<?> c = type; c != null; c = c.getSuperclass()) {
@@ -148,7 +148,7 @@ final class Bridge {
     return type.getModule().isExported(type.getPackageName(), Bridge.class.getModule());
   }
 
-  /** The one method that can be called without arguments and with an object; null where that is not one. */
+  /** The only method that can be called without arguments on an object; null if there is none or more than one. */
   static Method getter(Method[] methods) {
     Method getter = null;
     for (Method method : methods) {
@@ -160,7 +160,7 @@ final class Bridge {
   }
 
   /**
-   * The method that fits the arguments best, which are converted in place. In its stead the reason why there is none: a
+   * Returns the method that fits the arguments best, and converts them in place. If there is none, returns the reason: a
    * text that begins with an error number and a blank.
    */
   static Object choose(Object target, Method[] methods, Object[] arguments) {
@@ -199,7 +199,7 @@ final class Bridge {
     return costs;
   }
 
-  // No argument fits worse and one fits better; among equals the more special parameters.
+  // No argument fits worse and one fits better; among equals the more specific parameters.
   private static boolean isBetter(List<Method> methods, List<int[]> costs, int one, int other) {
     boolean better = false;
     for (int i = 0; i < costs.get(one).length; ++i) {
@@ -264,7 +264,7 @@ final class Bridge {
     return "(" + String.join(", ", types) + ")";
   }
 
-  // What a method gives with null: nothing, a value that is missing, no object.
+  // The meaning of a method's null: nothing, a missing value, no object.
   private static final int NOTHING = 0;
   private static final int NO_VALUE = 1;
   private static final int NO_OBJECT = 2;
@@ -274,7 +274,7 @@ final class Bridge {
     return isValue(method.getReturnType()) ? NO_VALUE : NO_OBJECT;
   }
 
-  /** What calling the method without arguments gives: a primitive type's letter, T for a String, L for the rest. */
+  /** The result of the method without arguments: a primitive type's letter, T for a String, L for the rest. */
   static char resultOf(Method method) {
     Class<?> type = method.getReturnType();
     if (type == String.class) return 'T';
@@ -300,7 +300,7 @@ final class Bridge {
     switch (kind) {
       case BOOLEAN: return bits != 0;
       case INTEGER: return (int) bits;
-      case LONG: return (short) bits;  // the program's 16-bit integers: it has none of 64
+      case LONG: return (short) bits;  // the program's 16-bit integers: it has no 64-bit integers
       case DOUBLE: return Double.longBitsToDouble(bits);
       default: return LocalDateTime.ofEpochSecond(bits + ZERO_DAY * 86400, 0, ZoneOffset.UTC);
     }

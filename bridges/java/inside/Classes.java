@@ -8,7 +8,7 @@ import java.net.URL;
 import java.net.URLClassLoader;
 import java.util.Locale;
 
-/** Finds the classes of a classpath and makes objects of them. */
+/** Finds the classes of a classpath and creates their objects. */
 final class Classes {
   private Classes() {}
 
@@ -18,7 +18,7 @@ final class Classes {
     return new URLClassLoader(urls, ClassLoader.getPlatformClassLoader());
   }
 
-  /** The class of that name, or of one that differs in case where that is allowed; null where there is none. */
+  /** The class of that name, or of one that differs in case if that is allowed; null if there is none. */
   static Class<?> load(ClassLoader loader, String name, String[] paths, boolean anyCase) throws Exception {
     Class<?> type = load(loader, name);
     if (type != null || !anyCase) return type;
@@ -34,7 +34,7 @@ final class Classes {
     }
   }
 
-  /** Why no object of the class can be made; null where one can. */
+  /** Why no object of the class can be created; null if one can. */
   static String flaw(Class<?> type) {
     if (type.isInterface() || Modifier.isAbstract(type.getModifiers())) return "is abstract";
     if (!Bridge.isOpen(type)) return "is not public";

@@ -7,7 +7,7 @@ import java.time.LocalDateTime;
 import java.util.Date;
 import java.util.List;
 
-/** What the program's values become as arguments. */
+/** Converts the program's values to arguments. */
 final class Conversion {
   private static final int NO = -1;
   private static final List<Class<?>> WHOLE = List.of(short.class, Short.class, int.class, Integer.class, long.class,
@@ -21,7 +21,7 @@ final class Conversion {
 
   private Conversion() {}
 
-  /** How far the value is from the type: 0 is nearest, -1 cannot be. */
+  /** The distance of the value from the type: 0 is nearest, -1 is impossible. */
   static int cost(Object value, Class<?> type) {
     if (value == null) return type.isPrimitive() ? NO : 0;
     int cost = rank(value, type);
@@ -63,7 +63,7 @@ final class Conversion {
         || type.getName().equals("java.sql.Timestamp") || type.getName().equals("java.sql.Date");
   }
 
-  /** The value as one of the type; null where that would not be the same. */
+  /** Converts the value to the type; null if the result would not be the same value. */
   static Object convert(Object value, Class<?> type) {
     if (value == null) return null;
     if (value instanceof Number && (type.isPrimitive() || Number.class.isAssignableFrom(type))) {
@@ -114,10 +114,10 @@ final class Conversion {
     }
   }
 
-  /** What a calendar on the wall shows at that date, in the JVM's time zone. */
+  /** The civil time of that date in the JVM's time zone. */
   @SuppressWarnings("deprecation")
   static LocalDateTime civil(Date value) {
-    Date date = new Date(value.getTime());  // a java.sql.Date refuses to say its hours
+    Date date = new Date(value.getTime());  // a java.sql.Date refuses getHours
     return LocalDateTime.of(date.getYear() + 1900, date.getMonth() + 1, date.getDate(), date.getHours(),
         date.getMinutes(), date.getSeconds());
   }

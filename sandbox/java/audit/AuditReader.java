@@ -10,7 +10,7 @@ import orvan.TableRecord;
 public class AuditReader implements Enumeration<AuditEntry> {
   private AuditTrail trail;
 
-  /** Asks anew. The manager must be open. The record says by its class which records are meant. */
+  /** Starts a new query. The manager must be open. The record's class selects the table. */
   public void initialize(TableManager<?> manager, TableRecord record, auditCriteria criteria) {
     AuditTrail asked = new AuditTrail(manager, record);
     for (Parameter parameter : criteria.parameters()) {
@@ -37,7 +37,7 @@ public class AuditReader implements Enumeration<AuditEntry> {
     return entry;
   }
 
-  /** The record of a tuple as it stands now. */
+  /** The current state of a tuple's record. */
   public TableRecord getCurrentObject(TableRecord tuple) {
     return running().current(tuple);
   }

@@ -2,7 +2,7 @@ package audit;
 
 import java.time.LocalDate;
 
-/** Narrows a key column of an audit question. Both bounds are inclusive. */
+/** Narrows a key column of an audit query. Both bounds are inclusive. */
 public class Parameter {
   private String fieldName = "";
   private Object from;

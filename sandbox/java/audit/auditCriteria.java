@@ -6,8 +6,8 @@ import java.util.List;
 import java.util.Set;
 
 /**
- * What an audit reader is asked. It keeps the objects that it is given, and reads them when a reader is initialized: a
- * parameter that is changed meanwhile counts as changed, and one that was added twice counts once.
+ * The criteria of an audit query. They keep their objects, and a reader's initialize reads them: it sees later changes
+ * of a parameter, and counts a parameter that was added twice only once.
  */
 public class auditCriteria {
   private period period;

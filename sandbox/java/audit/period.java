@@ -3,7 +3,7 @@ package audit;
 import java.util.Date;
 import orvan.CivilTime;
 
-/** The period of an audit question. Both ends belong to it. They are read when a reader is initialized. */
+/** The period of an audit query, which includes both ends. A reader's initialize reads it. */
 public class period {
   private Date from;
   private Date to;

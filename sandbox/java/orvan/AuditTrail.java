@@ -8,8 +8,8 @@ import java.util.Set;
 import java.util.stream.Collectors;
 
 /**
- * One question to the audit trail of a table: which of its records were inserted, updated or deleted within a period.
- * The entries come in the order in which the changes happened. The records come as they stand now.
+ * One query of the audit trail of a table: which of its records were inserted, updated or deleted within a period. The
+ * entries are in the order of the changes. The records are in their current state.
  */
 public final class AuditTrail {
   private final TableManager<?> manager;
@@ -20,7 +20,7 @@ public final class AuditTrail {
   private SandboxFile file;
   private Rows entries;
 
-  /** A question about the manager's table. The record must be one of that table. */
+  /** A query of the manager's table. The record must be one of that table. */
   public AuditTrail(TableManager<?> manager, TableRecord record) {
     this.manager = manager;
     table = manager.table();
@@ -40,7 +40,7 @@ public final class AuditTrail {
     Collections.addAll(bounds, column.comparable(from), column.comparable(to));
   }
 
-  /** Asks for the values of a column. Those of the key are always there. */
+  /** Includes the values of a column. Those of the key are always included. */
   public void output(String field) {
     Column column = table.find(field);
     if (column == null) {
@@ -89,7 +89,7 @@ public final class AuditTrail {
     entries.next();
   }
 
-  /** The record of that key as it stands now: its key and the columns that were asked for, blank where it is gone. */
+  /** The current record of that key: its key and the included columns, which are blank if it was deleted. */
   public TableRecord current(TableRecord key) {
     requireOwn(key, "tuple");
     TableRecord record = manager.newRecord();
@@ -109,7 +109,7 @@ public final class AuditTrail {
     return String.format("SELECT %s FROM %s WHERE %s", Table.names(columns), table.code(), conditions);
   }
 
-  /** Lets the file go. */
+  /** Releases the file. */
   public void close() {
     if (file == null) return;
     entries.close();

@@ -59,7 +59,7 @@ public final class CivilTime {
         + String.format(" %02d:%02d:%02d", moment.getHour(), moment.getMinute(), moment.getSecond());
   }
 
-  /** The text of what a date object shows in the time zone of this Java machine: "2026-11-20 14:05:09". */
+  /** The text of a date object in the time zone of this Java machine: "2026-11-20 14:05:09". */
   public static String text(Date date) {
     return String.format(
         "%04d-%02d-%02d %02d:%02d:%02d",

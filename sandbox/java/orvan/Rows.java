@@ -6,8 +6,8 @@ import java.sql.SQLException;
 import java.util.List;
 
 /**
- * The rows of a query, one after the other. It is on the first row when it is made. Behind the last row it closes by
- * itself, so that listings of one record do not pile up open statements.
+ * The rows of a query, one after the other, beginning on the first row. After the last row it closes itself, so that
+ * listings of one record do not accumulate open statements.
  */
 final class Rows {
   private final SandboxFile file;
@@ -51,7 +51,7 @@ final class Rows {
     }
   }
 
-  /** Puts values of the current row, from that column on, into columns of a record. */
+  /** Copies values of the current row, beginning with that column, into columns of a record. */
   void read(TableRecord record, List<Column> columns, int from) {
     try {
       for (Column column : columns) record.set(column, value(column.type(), from++));

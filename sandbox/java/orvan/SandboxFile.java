@@ -10,8 +10,8 @@ import java.sql.SQLException;
 import java.util.Properties;
 
 /**
- * A sandbox file, opened for reading. It counts its users, and closes when the last one lets it go: a listing that is
- * still read outlives its manager's Close.
+ * A sandbox file, opened for reading. It counts its users, and closes when the last one releases it: a listing in use
+ * outlives its manager's Close.
  */
 final class SandboxFile {
   private static final String READ_ONLY = "1"; // SQLITE_OPEN_READONLY
@@ -19,7 +19,7 @@ final class SandboxFile {
 
   static {
     try {
-      // Registers the driver also where the driver manager sees other classes than this one.
+      // Registers the driver even if the driver manager sees other classes than this one.
       Class.forName("org.sqlite.JDBC");
     } catch (ClassNotFoundException missing) {
       throw new IllegalStateException(
@@ -51,7 +51,7 @@ final class SandboxFile {
     settings.setProperty("busy_timeout", BUSY_MILLISECONDS);
     try {
       Connection connection = DriverManager.getConnection("jdbc:sqlite:" + path, settings);
-      // Opening reads nothing yet. A first look at the content tells a database from another file.
+      // Opening reads nothing. Only a first query tells a database from another file.
       try (PreparedStatement look = connection.prepareStatement("SELECT count(*) FROM sqlite_schema")) {
         look.executeQuery();
       } catch (SQLException failure) {

@@ -8,8 +8,8 @@ import java.util.Map;
 import java.util.stream.Collectors;
 
 /**
- * What is particular to a table of the ERP: its code, which is its name in the sandbox file too, its columns, its key,
- * and the columns that its listing narrows. A record class states its table once:
+ * A table of the ERP: its code, which is also its name in the sandbox file, its columns, its key, and the columns that
+ * its listing narrows. A record class declares its table once:
  *
  * <pre>{@code
  * static final Table TABLE =
@@ -51,7 +51,7 @@ public final class Table {
     return bounds;
   }
 
-  /** The column of that name, in any case. Null where there is none. */
+  /** The column of that name, in any case. Null if there is none. */
   Column find(String name) {
     Column exactly = columns.get(name);
     return exactly != null ? exactly : columns.get(name.toLowerCase(Locale.ROOT));

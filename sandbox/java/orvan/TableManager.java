@@ -59,7 +59,7 @@ public abstract class TableManager<R extends TableRecord> {
     file = opened;
   }
 
-  /** Lets the file go. Listings that are still read keep it open for themselves. */
+  /** Releases the file. Listings in use keep it open. */
   public void Close() {
     if (file != null) file.release();
     file = null;

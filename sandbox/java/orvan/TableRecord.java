@@ -8,8 +8,8 @@ import java.util.Date;
 /**
  * One record of a table. It keeps its values when the listing that it came from moves on.
  *
- * <p>A column that was never filled is blank, as the ERP knows it: "", 0, day zero (1899-12-30), no date. A record of
- * which only the key is filled names another record: that is what the audit reader calls a tuple.
+ * <p>A column that was never filled is blank, as in the ERP: "", 0, day zero (1899-12-30), no date. A record with only
+ * its key filled names another record: the audit reader calls it a tuple.
  */
 public abstract class TableRecord {
   private static final Object BLANK = new Object();
