@@ -120,7 +120,7 @@ void clsDataCopy::ReleaseCopyInProgress(const std::string& tableCode) {
       return kFree;
     });
   } catch (Error& failure) {
-    failure.With("what to do", "free the table with \"qmxadmin release\" where it is still in progress");
+    failure.With("what to do", "if the table is still in progress, release it with \"qmxadmin release\"");
     throw;
   }
 }
@@ -144,7 +144,7 @@ void clsDataCopy::WriteLastUpdateTime(const std::string& tableCode, DateTime mom
     platform_.failures.Report(
         Error(failure.Number(), "clsDataCopy", "The last update time of table " + tableCode + " was not written.")
             .With("what to do",
-                  "mend the reason; the next copy by change then reads the time since the old one again"));
+                  "correct the cause; the next copy by change then reads the changes since the old time again"));
   }
 }
 

@@ -137,7 +137,7 @@ void clsDataCopy::ReportRefusal(const std::string& tableCode) {
                     " is in progress, so it was not copied: another run copies it, or one ended without releasing it.");
   if (RefusedAfter) refusal.With("last update time", RefusedAfter->ToText());
   platform_.failures.Report(refusal.With(
-      "what to do", "copy again later; when no run copies it, free it with \"qmxadmin release " + tableCode + "\""));
+      "what to do", "copy again later; when no run copies it, release it with \"qmxadmin release " + tableCode + "\""));
 }
 
 // For the engine such a run is finished. The process ends with another status.

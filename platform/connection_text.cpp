@@ -93,7 +93,7 @@ class Reader {
     }
     const std::size_t rest = text_.find_first_not_of(kBlanks, ++position_);
     if (rest != std::string_view::npos && text_[rest] != ';') {
-      RaiseUnreadable("the value of " + Named(keyword) + " goes on after its closing " + closing, rest);
+      RaiseUnreadable("the value of " + Named(keyword) + " continues after its closing " + closing, rest);
     }
     return value;
   }

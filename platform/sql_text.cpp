@@ -17,7 +17,7 @@ constexpr std::size_t kUsualValues = 4;
 std::string WhyItBreaks(const std::string& value, bool quoted) {
   if (value.find('\0') != std::string::npos) return "The value holds a NUL character";
   if (quoted && value.find('\'') != std::string::npos) return "The value " + value + " holds a quote";
-  if (!quoted && !ParseNumber(value)) return "The value '" + value + "' is no number and stands without quotes";
+  if (!quoted && !ParseNumber(value)) return "The value '" + value + "' is not a number and has no quotes around it";
   return {};
 }
 

@@ -14,10 +14,10 @@ namespace {
 constexpr std::size_t kPreparedUpdates = 64;  // sets of changed columns with a prepared update
 
 [[noreturn]] void RaiseRowChanged(std::int64_t hits) {
-  const std::string what = hits == 0 ? "it is gone or its key was changed meanwhile."
-                                     : "several rows are alike, so it cannot be told apart. Let the table be given a "
-                                       "primary key, then copy it in full.";
-  throw Error(errors::kRowChanged, "ADODB.Recordset", "The row cannot be found for writing: " + what);
+  const std::string what = hits == 0
+                               ? "it was deleted, or its key was changed, meanwhile."
+                               : "several rows are equal to it. Give the table a primary key, then copy it in full.";
+  throw Error(errors::kRowChanged, "ADODB.Recordset", "The row cannot be written: " + what);
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ class Search {
   [[noreturn]] void Fail(std::string_view progId) const {
     Error error(errors::kCannotCreateObject, "Components",
                 "Cannot create an object of \"" + std::string(progId) + "\"" + report_ +
-                    ". Component manifests are looked for in the folders of QMX_COMPONENTS.");
+                    ". The folders of QMX_COMPONENTS are searched for component manifests.");
     error.With("progid", std::string(progId));
     throw details_.empty() ? error : error.With("details", details_);
   }

@@ -54,7 +54,7 @@ Manifest ReadManifest(const std::filesystem::path& path) {
     if (equals == std::string_view::npos) fail("\"library = FILE\" or \"progid = NAME\" expected");
     const std::string_view key = Trimmed(text.substr(0, equals), kBlanks);
     const std::string_view value = Trimmed(text.substr(equals + 1), kBlanks);
-    if (value.empty()) fail("nothing stands after \"=\"");
+    if (value.empty()) fail("the value after \"=\" is missing");
     if (SameName(key, "progid")) {
       if (value.find_first_of(" \t,;") != std::string_view::npos) {
         fail("\"" + std::string(value) + "\" is no single identifier; write a line \"progid = NAME\" for each");

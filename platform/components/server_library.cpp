@@ -30,7 +30,7 @@ Entered Enter(void* library, const qmx_component_host& host) {
   try {
     server = reinterpret_cast<qmx_component_server_entry_function>(symbol)(&host, &error);
   } catch (...) {
-    return Refused("its entry function let an exception out: " + CurrentError().Description());
+    return Refused("its entry function threw an exception: " + CurrentError().Description());
   }
   if (!server) return Refused("its entry function failed with " + Described(FromAbi(error, "the server")));
   if (!QMX_HAS(server, abi_version)) return Refused("its server description is too short to have a version");
@@ -56,7 +56,7 @@ void Answered(const std::string& source, Call&& call) {
   try {
     status = call(&error);
   } catch (...) {
-    refuse("it let an exception out: " + CurrentError().Description());
+    refuse("it threw an exception: " + CurrentError().Description());
   }
   if (status == QMX_FAILED) {
     const std::string details = ShownText(error.details, error.details_length);

@@ -15,16 +15,16 @@ namespace {
 
 constexpr int kAnyCode = 0;
 
-constexpr const char* kGrant = "Let the user be granted that right (docs/databases.md lists what is needed).";
+constexpr const char* kGrant = "Grant the missing privileges to the user (docs/databases.md lists them).";
 constexpr const char* kWaited =
     "It took longer than the command time-out allows; where somebody else holds a lock, let that be released.";
 constexpr const char* kNoDatabase = "Check the database's name.";
 constexpr const char* kUnreachable = "Check the server's address and whether it runs.";
-constexpr const char* kLost = "The connection to the server is lost; look whether the server runs, then copy again.";
-constexpr const char* kFull = "The server has no room left; make room, then copy again.";
-constexpr const char* kReadOnly = "The database takes no changes now; let it be made writable, then copy again.";
+constexpr const char* kLost = "The connection to the server is lost; check that the server runs, then copy again.";
+constexpr const char* kFull = "The server's disk is full; free disk space, then copy again.";
+constexpr const char* kReadOnly = "The database is read-only; make it writable, then copy again.";
 constexpr const char* kNoTable = "Check the database, or make its tables with \"qmxadmin init\".";
-constexpr const char* kTooShort = "Let the column be widened, or shorten the value in the ERP.";
+constexpr const char* kTooShort = "Widen the column, or shorten the value in the ERP.";
 constexpr const char* kNoDriver = "Check Driver= against the names in odbcinst.ini, or DSN= against those in odbc.ini.";
 constexpr const char* kDeadlock = "Another program wrote the same rows at the same time; copy again.";
 
@@ -152,7 +152,7 @@ std::vector<Diagnostic> ReadDiagnostics(SQLSMALLINT handleType, SQLHANDLE handle
 
 Error OdbcError(const std::vector<Diagnostic>& diagnostics) {
   if (diagnostics.empty()) {
-    return {errors::kProviderUnspecified, "ODBC", "The driver reports a failure and does not say which."};
+    return {errors::kProviderUnspecified, "ODBC", "The driver reported a failure without a reason."};
   }
   const Rule* rule = &kOtherwise;
   std::string description;

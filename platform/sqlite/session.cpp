@@ -224,7 +224,7 @@ void SqliteDriverSession::Commit() {
     Run("commit");
   } else if (transaction_.IsOpen()) {
     throw Error(errors::kProviderUnspecified, "SQLite",
-                "The database took the transaction back; nothing of it is saved.");
+                "The database rolled the transaction back; nothing of it is saved.");
   }
   transaction_.Ended();
 }

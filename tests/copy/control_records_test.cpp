@@ -207,8 +207,8 @@ TEST_F(ControlRecords, LogAndReportAFailedWriteOfTheLastUpdateTimeAndRaiseNothin
   ASSERT_EQ(rig.failures.chains.size(), 1u);
   EXPECT_THAT(rig.failures.chains[0],
               testing::StartsWith("error 3265, clsDataCopy: The last update time of table tsmdm030 was not "
-                                  "written. [what to do: mend the reason; the next copy by change then reads the time "
-                                  "since the old one again]\n  because of error 3265, "));
+                                  "written. [what to do: correct the cause; the next copy by change then reads the "
+                                  "changes since the old time again]\n  because of error 3265, "));
   EXPECT_EQ(rig.declarations.statusWhenFinished, ExitStatus::StartUpFailed);
   EXPECT_EQ(rig.calls.Lines().back(), "rs3.Close");
   EXPECT_THAT(rig.Rows("tstables", {"TableName"}), ElementsAre());

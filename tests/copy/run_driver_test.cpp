@@ -88,7 +88,7 @@ TEST(Run, ReportsARefusalWithTheLastUpdateTimeAndWhatToDo) {
       ElementsAre(
           "error 3219, clsDataCopy: The table tsmdm030 is in progress, so it was not copied: another run copies "
           "it, or one ended without releasing it. [last update time: 2026-01-02 03:04:05; what to do: copy again "
-          "later; when no run copies it, free it with \"qmxadmin release tsmdm030\"]"));
+          "later; when no run copies it, release it with \"qmxadmin release tsmdm030\"]"));
 }
 
 TEST(Run, ReportsARefusalWithoutALastUpdateTimeWhereThereIsNone) {

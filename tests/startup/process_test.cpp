@@ -88,7 +88,7 @@ TEST_F(ProcessEntry, EndsWithThreeWhereTheTableIsInProgress) {
   EXPECT_EQ(
       copy.err,
       "error 3219, clsDataCopy: The table tsmdm030 is in progress, so it was not copied: another run copies it, or "
-      "one ended without releasing it. [what to do: copy again later; when no run copies it, free it with "
+      "one ended without releasing it. [what to do: copy again later; when no run copies it, release it with "
       "\"qmxadmin release tsmdm030\"]\n");
   EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
   EXPECT_THAT(InUse(), ElementsAre("1"));

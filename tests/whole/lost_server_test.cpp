@@ -71,7 +71,7 @@ class LostServer : public CopyIntoAServer {
 
   void ExpectTheLossToBeTold(const CopyProcesses& program, const Process& ended) {
     ExpectFailureOfTheReleaseToo(program, ended, kTable);
-    const char* const advice = "The connection to the server is lost; look whether the server runs, then copy again.";
+    const char* const advice = "The connection to the server is lost; check that the server runs, then copy again.";
     EXPECT_THAT(ended.err, AllOf(HasSubstr(advice), HasSubstr("because of error -2147467159, Copy Service Orders"),
                                  HasSubstr("table: tssoc200"), HasSubstr("key: ")));
     EXPECT_THAT(program.Log(kTable),

@@ -72,10 +72,10 @@ class CopyIntoAServer : public testing::TestWithParam<DriverUnderTest> {
   void ExpectFailureOfTheReleaseToo(const CopyProcesses& program, const Process& ended, const std::string& table) {
     EXPECT_EQ(ended.status, 2) << ended.err;
     const std::string text = "Release of Data copy in Progress flag for table " + table + " Failed";
-    EXPECT_THAT(ended.err,
-                testing::HasSubstr(", ReleaseCopyInProgress: " + text +
-                                   " [what to do: free the table with \"qmxadmin release\" where it is still in "
-                                   "progress]\n"));
+    EXPECT_THAT(
+        ended.err,
+        testing::HasSubstr(", ReleaseCopyInProgress: " + text +
+                           " [what to do: if the table is still in progress, release it with \"qmxadmin release\"]\n"));
     EXPECT_THAT(program.File("QMXDBSynclog.txt"), testing::HasSubstr("Data Copy Failed:\r\nError is - "));
     EXPECT_THAT(program.File("QMXDBSynclog.txt"), testing::HasSubstr(": " + text + "\r\n"));
     EXPECT_THAT(program.Board(), testing::Not(testing::HasSubstr("FAILED")));

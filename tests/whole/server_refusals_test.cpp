@@ -67,8 +67,7 @@ TEST_P(ServerRefusal, OfEveryChangeIsToldBeforeAnythingIsCopied) {
   const Process ended = program.Run(kTable);
   ExpectFailure(program, ended, kTable);
   EXPECT_THAT(ended.err, AllOf(StartsWith("error 70, Set Data Copy In Progress: "), HasSubstr("SQLSTATE 25006"),
-                               HasSubstr("The database takes no changes now; let it be made writable, then copy "
-                                         "again.")));
+                               HasSubstr("The database is read-only; make it writable, then copy again.")));
   EXPECT_THAT(program.Board(), Not(HasSubstr("started")));
   EXPECT_THAT(Column(kRows), ElementsAre("OLD"));
 }
@@ -92,7 +91,7 @@ TEST_P(ServerRefusal, OfARowThatHasNoRoomKeepsTheRowsBeforeIt) {
   const Process ended = program.Run(kTable);
   ExpectFailure(program, ended, kTable);
   EXPECT_THAT(ended.err, AllOf(StartsWith("error 161, Copy Service Types: "), HasSubstr("because of error 61, ODBC: "),
-                               HasSubstr("The server has no room left; make room, then copy again."),
+                               HasSubstr("The server's disk is full; free disk space, then copy again."),
                                HasSubstr("table: tsmdm030; key: cstp='")));
   const std::vector<std::string> rows = Column(kRows);
   ASSERT_FALSE(rows.empty());
@@ -107,7 +106,7 @@ TEST_P(ServerRefusal, OfATextThatIsLongerThanItsColumnNamesTheRowAndKeepsThoseBe
   const Process ended = program.Run(kTable);
   ExpectFailure(program, ended, kTable);
   EXPECT_THAT(ended.err, AllOf(StartsWith("error -2147217800, Copy Service Types: "), HasSubstr("SQLSTATE 22001"),
-                               HasSubstr("Let the column be widened, or shorten the value in the ERP."),
+                               HasSubstr("Widen the column, or shorten the value in the ERP."),
                                HasSubstr("table: tsmdm030; key: cstp='CAL'")));
   EXPECT_THAT(Column(kRows), ElementsAre("ADV"));
 }
@@ -121,8 +120,8 @@ TEST_P(ServerRefusal, ToTellAlikeRowsOfATableWithoutAKeyApartChangesNeither) {
   const Process ended = program.Run(kTable);
   ExpectFailure(program, ended, kTable);
   EXPECT_THAT(ended.err, AllOf(StartsWith("error -2147217764, Copy Service Types - Only Changed: "),
-                               HasSubstr("several rows are alike, so it cannot be told apart. Let the table be given a "
-                                         "primary key, then copy it in full. [table: tsmdm030; key: cstp='ADV', ")));
+                               HasSubstr("several rows are equal to it. Give the table a primary key, then copy it in "
+                                         "full. [table: tsmdm030; key: cstp='ADV', ")));
   EXPECT_THAT(Column("select dsca from tsmdm030"), ElementsAre("x", "x", "x"));
 }
 
@@ -143,8 +142,7 @@ TEST_P(ServerRefusal, ToDeleteForAUserWithoutThatRightKeepsTheRows) {
   ExpectFailure(program, ended, kTable);
   EXPECT_THAT(ended.err, AllOf(StartsWith("error 270, Copy Service Types: "), HasSubstr("denied"),
                                HasSubstr("because of error 170, Delete All Records: "),
-                               HasSubstr("Let the user be granted that right (docs/databases.md lists what is "
-                                         "needed).")));
+                               HasSubstr("Grant the missing privileges to the user (docs/databases.md lists them).")));
   EXPECT_THAT(Column(kRows), ElementsAre("OLD"));
 }
 
@@ -154,7 +152,7 @@ TEST_P(ServerRefusal, ToAddForAUserWithoutThatRightComesAfterTheDeleting) {
   const Process ended = program.Run(kTable);
   ExpectFailure(program, ended, kTable);
   EXPECT_THAT(ended.err, AllOf(StartsWith("error 170, Copy Service Types: "), HasSubstr("because of error 70, ODBC: "),
-                               HasSubstr("denied"), HasSubstr("Let the user be granted that right"),
+                               HasSubstr("denied"), HasSubstr("Grant the missing privileges to the user"),
                                HasSubstr("table: tsmdm030")));
   EXPECT_THAT(Column(kRows), ElementsAre());
 }
@@ -166,7 +164,7 @@ TEST_P(ServerRefusal, ToReadForAUserWithoutThatRightIsToldInAChangedCopyToo) {
   const Process ended = program.Run(kTable);
   ExpectFailure(program, ended, kTable);
   EXPECT_THAT(ended.err, AllOf(StartsWith("error 170, Copy Service Types - Only Changed: "), HasSubstr("denied"),
-                               HasSubstr("Let the user be granted that right"), HasSubstr("table: tsmdm030")));
+                               HasSubstr("Grant the missing privileges to the user"), HasSubstr("table: tsmdm030")));
   EXPECT_THAT(Column(kRows), ElementsAre("OLD"));
 }
 

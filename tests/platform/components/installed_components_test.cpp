@@ -52,7 +52,7 @@ TEST_F(InstalledServers, NobodyClaimsLeaveEveryFolderNamed) {
   folder.Add("probe", TestServer("probe"), {"Test.Probe"});
   EXPECT_EQ(Refusal("ServiceTypes.ServiceTypesManager"),
             "Cannot create an object of \"ServiceTypes.ServiceTypesManager\"; " + folder.Path().string() +
-                ": no manifest names it. Component manifests are looked for in the folders of QMX_COMPONENTS.");
+                ": no manifest names it. The folders of QMX_COMPONENTS are searched for component manifests.");
 }
 
 TEST_F(InstalledServers, InAMissingFolderAreReported) {
@@ -108,7 +108,7 @@ TEST_F(InstalledServers, ThatRefuseToCreateAreReportedWithTheirReason) {
   EXPECT_THAT(Refusal("Test.Expired"), HasSubstr("it refused with error 429, Probe: The licence has run out. "));
   EXPECT_THAT(Refusal("Test.OddStatus"), HasSubstr("it returned status 7"));
   EXPECT_THAT(Refusal("Test.NoObject"), HasSubstr("it succeeded without giving an object"));
-  EXPECT_THAT(Refusal("Test.LetsAnExceptionOut"), HasSubstr("it let an exception out: out of create"));
+  EXPECT_THAT(Refusal("Test.LetsAnExceptionOut"), HasSubstr("it threw an exception: out of create"));
 }
 
 TEST_F(InstalledServers, ThatClaimFirstServeFirst) {

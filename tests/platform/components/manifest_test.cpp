@@ -94,9 +94,9 @@ TEST_F(Manifests, AreRefusedWithFileAndLine) {
             path + ", line 3: \"library = FILE\" or \"progid = NAME\" expected");
   EXPECT_EQ(Complaint("lib = a.so\n"),
             path + ", line 1: unknown word \"lib\"; \"library\", \"progid\" and \"setting NAME\" are known");
-  EXPECT_EQ(Complaint("library = a.so\nprogid =  \n"), path + ", line 2: nothing stands after \"=\"");
+  EXPECT_EQ(Complaint("library = a.so\nprogid =  \n"), path + ", line 2: the value after \"=\" is missing");
   EXPECT_EQ(Complaint("setting = a\n"), path + ", line 1: a setting has no name; \"setting NAME = VALUE\" expected");
-  EXPECT_EQ(Complaint("setting a =\n"), path + ", line 1: nothing stands after \"=\"");
+  EXPECT_EQ(Complaint("setting a =\n"), path + ", line 1: the value after \"=\" is missing");
   EXPECT_EQ(Complaint("settings a = b\n"),
             path + ", line 1: unknown word \"settings a\"; \"library\", \"progid\" and \"setting NAME\" are known");
   EXPECT_EQ(Complaint("library = a.so\nlibrary = b.so\n"), path + ", line 2: a second library; a manifest names one");

@@ -25,9 +25,10 @@ TEST(OdbcErrors, TheFirstRecordWithAMeaningDecidesTheNumber) {
 }
 
 TEST(OdbcErrors, WhatToDoStandsBehindWhatWentWrong) {
-  EXPECT_EQ(OdbcError({{"42501", 1, "permission denied for table tsmdm030"}}).Description(),
-            "permission denied for table tsmdm030 (SQLSTATE 42501, native code 1). Let the user be granted that right "
-            "(docs/databases.md lists what is needed).");
+  EXPECT_EQ(
+      OdbcError({{"42501", 1, "permission denied for table tsmdm030"}}).Description(),
+      "permission denied for table tsmdm030 (SQLSTATE 42501, native code 1). Grant the missing privileges to the user "
+      "(docs/databases.md lists them).");
 }
 
 TEST(OdbcErrors, AFailureWithoutRecordsIsStillAnError) {
