@@ -1,7 +1,7 @@
 // The control records of tstables: the in-progress flag, the sync method and the last update time of each table.
 //
-// Every routine opens a record set of its own on the run's connection, touches one record and closes it. Checking
-// and setting the flag are two steps, so two runs that start at the same instant can both pass the check.
+// Every routine opens a record set of its own on the run's connection, touches one record and closes it. Check and set
+// of the flag are two steps: two runs that start at the same instant can both pass the check.
 #include "copy/clean_up.h"
 #include "copy/clsDataCopy.h"
 #include "platform/error.h"
@@ -20,10 +20,10 @@ const Column kReqd = "reqd";
 const Column kSyme = "syme";
 const Column kLutm = "lutm";
 
-// Returns none for a null or empty value.
+// A null or empty value is none.
 bool IsNone(const Variant& value) { return value.IsNull() || value.IsEmpty(); }
 
-// For a report only. Returns none if the column holds no date-time or is missing.
+// For a report only: none where the column holds no date-time or is missing.
 std::optional<DateTime> MomentIn(Recordset& record, const Column& column) {
   try {
     const Variant value = record.Fields(column).Value();
@@ -33,7 +33,7 @@ std::optional<DateTime> MomentIn(Recordset& record, const Column& column) {
   return std::nullopt;
 }
 
-// Returns whether the table has a record, which then is the current one.
+// True when the table has a record, on which the record set then stands.
 bool OpenControlRecord(Recordset& record, Connection& connection, const std::string& tableCode) {
   SqlText query("select * from tstables where tablename = '");
   query.Value(tableCode).Append("'");
@@ -46,7 +46,7 @@ void AddControlRecord(Recordset& record, const std::string& tableCode) {
   record.Fields(kTableName) = tableCode;
 }
 
-// Drops the pending change after a failure, so that a half-filled control record is never saved.
+// What is pending after a failure is dropped, so that a half-filled control record is never saved.
 void CloseAfterFailure(const std::unique_ptr<Recordset>& record) {
   if (!record || record->State() == kStateClosed) return;
   record->CancelUpdate();
@@ -135,8 +135,8 @@ void clsDataCopy::WriteLastUpdateTime(const std::string& tableCode, DateTime mom
     record->Close();
     declarations_.facts.lastUpdateTime = moment;
   } catch (...) {
-    // Without a new lutm the next run reads a longer period, which does no harm. The copy continues, but the process
-    // does not end with success.
+    // Without a new lutm the next run reads a longer period, which does no harm. The copy goes on, but the process does
+    // not end as if all were well.
     const Error failure = CurrentError();
     WriteErrorLog();
     CleanUp().Take([&] { CloseAfterFailure(record); });
@@ -155,8 +155,8 @@ Object clsDataCopy::LastUpdateAsDateObject(const std::string& tableCode) {
   const Variant lutm = found ? record->Fields(kLutm).Value() : Variant();
   record->Close();
 
-  // Sets the day before the month and the year, on an object that holds today's date, so that the ERP's rules for a day
-  // out of range apply unchanged.
+  // The day goes in before the month and the year, on an object that holds today's date: the ERP's rules for a day that
+  // is out of range then apply as they always have.
   const DateTime moment = LastUpdateTime = IsNone(lutm) ? DateTime() : lutm.ToDateTime();
   if (moment > DateTime()) {
     date.Call("setDate", static_cast<std::int16_t>(moment.Day()));

@@ -1,6 +1,6 @@
-// Describes what differs from table to table.
+// The words in which a table says what is particular to it.
 //
-// A table's source has these as constants and passes them to the shared steps of clsDataCopy. Members and columns
+// A table's source keeps these as constants and hands them to the shared steps of clsDataCopy. Members and columns
 // remember where they were last found, so the constants live as long as the process.
 #pragma once
 
@@ -16,18 +16,18 @@
 
 namespace qmx {
 
-// The sync methods. A dispatcher does nothing on any other value.
+// The sync methods that a dispatcher acts on; it does nothing on any other value.
 inline constexpr std::int16_t kFullCopy = 1;
 inline constexpr std::int16_t kOnlyChanged = 2;
 
-inline constexpr int kDeleteTimeout = 150;  // seconds; deleting a large table takes long
+inline constexpr int kDeleteTimeout = 150;  // seconds; a large table takes its time
 
-// How a getter's value is converted for a column.
+// What becomes of a getter's value on its way into a column.
 enum class Conversion {
   AsReturned,
   TwoDecimals,  // rounded, halves to even
   YesNo,        // 1 for the ERP's yes, else 0, as one byte
-  DateTime,     // a date object as a date-time, Null if it holds no date
+  DateTime,     // a date object as a date-time, Null where it holds no date
 };
 
 // One column and the getter that fills it.
@@ -38,7 +38,7 @@ struct FieldMap {
 };
 using FieldMaps = std::vector<FieldMap>;
 
-// One key within a WHERE text: the text before it, the getter of the key, the text after it. Blanks matter.
+// One key within a WHERE text: the text before it, the getter of the key, the text after it. The blanks count.
 struct KeyPart {
   std::string_view before;
   Member getter;

@@ -23,7 +23,7 @@ class Error;
 
 struct ColumnDescription {
   std::string name;
-  Variant::Kind type = Variant::Kind::Empty;  // Empty: values keep the type that they come in
+  Variant::Kind type = Variant::Kind::Empty;  // Empty: values are kept as they come
 };
 
 struct TableDescription {
@@ -37,46 +37,46 @@ class DriverStatement {
   virtual ~DriverStatement() = default;
   virtual const std::vector<ColumnDescription>& Columns() const = 0;   // of the result; empty when there is none
   virtual void Bind(std::size_t parameter, const Variant& value) = 0;  // borrowed until Reset; raises 13 for an object
-  virtual bool Step() = 0;                                             // returns whether there is a row
-  virtual Variant Value(std::size_t column) = 0;  // of that row, in the column's type if the value has that form
+  virtual bool Step() = 0;                                             // true while a row stands ready
+  virtual Variant Value(std::size_t column) = 0;  // of that row, in the column's type where the value has that form
   virtual std::int64_t RowsAffected() const = 0;  // by the last execution
   virtual void Reset() noexcept = 0;              // ready to be bound and executed again
 
-  // For a statement that adds a row: the session may postpone the next execution. It sends the row before it does
-  // anything else, and its next call raises the error of that row, if any.
+  // Of a statement that adds a row: nobody needs the outcome of the next execution at once. Whoever puts it off sends
+  // the row before the session does anything else, and the session's next call raises what became of it.
   virtual void MayWait() noexcept {}
 };
 
-// An insert of rows into some columns of a table.
+// Which columns of a table rows are added with.
 struct RowInsert {
   std::string table;                       // as the database spells it
   std::vector<ColumnDescription> columns;  // at least one; values are null or of the column's type
   std::string into;                        // "insert into T (A,B)"
-  std::function<void(Error&, std::span<const Variant>)> describe;  // adds the details of a refused row
+  std::function<void(Error&, std::span<const Variant>)> describe;  // adds what is known of a row that was refused
 
-  std::string Text(std::size_t rows = 1) const;  // with a parameter for each value of that many rows
+  std::string Text(std::size_t rows = 1) const;  // with a parameter for each value of so many rows
 };
 
 // Adds rows, many at a time.
 class DriverRows {
  public:
   virtual ~DriverRows() = default;
-  virtual std::size_t Most() const = 0;  // more rows at a time are no faster
+  virtual std::size_t Most() const = 0;  // rows at a time from which on more of them gain nothing
 
-  // Adds the first rows, as many as one statement takes, and returns how many it added. When it raises, it has added
-  // none. `values` holds at least one row, and whole rows only.
+  // Adds as many of the rows as go together, from the first one on, and returns how many those were: all of them are
+  // added or, when it raises, none. The values of whole rows follow each other; there is at least one row.
   virtual std::size_t Add(std::span<const Variant> values) = 0;
 };
 
-// How many writing statements may be committed together, and for how long they may wait.
+// How many statements that write may be committed together, and for how long.
 struct GroupLimits {
-  std::size_t statements = 0;  // 0: none may
+  std::size_t statements = 0;  // none may where this is 0
   std::chrono::milliseconds time{0};
 };
 
 class DriverSession;
 
-// Adds rows in the form that every database system knows: "insert into T (A,B) values (?,?),(?,?)".
+// In the form that every database system knows: "insert into T (A,B) values (?,?),(?,?)".
 std::unique_ptr<DriverRows> RowsInValues(DriverSession& session, const RowInsert& insert, std::size_t most = 128);
 
 class DriverSession {
@@ -84,7 +84,7 @@ class DriverSession {
   virtual ~DriverSession() = default;
   virtual std::unique_ptr<DriverStatement> Prepare(const std::string& statement) = 0;  // "?" marks a parameter
   virtual std::unique_ptr<DriverStatement> PrepareInsert(const RowInsert& insert) { return Prepare(insert.Text()); }
-  virtual std::string IntegerParameter() const { return "?"; }  // always an integer, whatever it is compared with
+  virtual std::string IntegerParameter() const { return "?"; }  // one that is an integer beside whatever it stands
   virtual std::unique_ptr<DriverRows> PrepareRows(const RowInsert& insert) { return RowsInValues(*this, insert); }
   virtual TableDescription Describe(const std::string& table) = 0;  // -2147217865 when there is none
   virtual std::string QuoteIdentifier(const std::string& name) const = 0;
@@ -94,19 +94,19 @@ class DriverSession {
   virtual void SelectCatalog(const std::string& name) = 0;
   virtual void Timeout(std::chrono::seconds limit) = 0;  // for every statement from now on; 0 waits forever
 
-  // One transaction at a time. After a Commit that raised, call Rollback: it returns only if nothing since Begin is
-  // saved. When Rollback raises, the outcome is unknown, and every further call raises.
-  virtual void Begin() = 0;     // commits what was written before
-  virtual void Rollback() = 0;  // rolls back what was written since Begin
-  virtual void Commit() = 0;    // with or without Begin
-  virtual void Close() = 0;     // called once, after its statements are destroyed; raises if a transaction is open
+  // A transaction, one at a time. When Commit raises, Rollback decides: it returns only if nothing since Begin is
+  // saved. When Rollback raises, that is not known, and every further call raises.
+  virtual void Begin() = 0;     // what was written before is the database's; what follows can be taken back
+  virtual void Rollback() = 0;  // takes back what was written since Begin
+  virtual void Commit() = 0;    // what was written is the database's from here on, Begin or not
+  virtual void Close() = 0;     // once; statements are gone by then; raises if a transaction is open
 
-  // The limits between Begin and Commit. No grouping if a rollback does not undo everything.
+  // Between Begin and Commit. None where a rollback does not take everything back.
   virtual GroupLimits Grouping() { return {}; }
 
-  // Allows or forbids the session to commit statements in groups, within the limits of Grouping. A session that groups
-  // never loses a saved row, commits before it raises an error, and holds no lock for more than 50 ms while nobody
-  // calls. MayGroup(false) commits the open group.
+  // Whether statements may be committed several at a time from now on, as Grouping says. A session that does so takes
+  // no saved row back, commits before it raises an error, and holds no lock for more than 50 ms while nobody calls.
+  // With false everything is committed.
   virtual void MayGroup(bool) {}
 };
 
@@ -117,7 +117,7 @@ inline constexpr const char* kIsMomentInEitherForm = " in (?,replace(?,' 00:00:0
 class Driver {
  public:
   virtual ~Driver() = default;
-  virtual std::string Form() const = 0;  // of the connection texts that it serves, for error messages
+  virtual std::string Form() const = 0;  // of the connection texts that it serves, for whoever wrote another one
   virtual bool Serves(const ConnectionText& text) const = 0;
   virtual std::unique_ptr<DriverSession> Open(const ConnectionText& text) = 0;
 };

@@ -1,4 +1,4 @@
-// The state that a connection and its record sets share while the connection is open.
+// What a connection and its record sets share while the connection is open.
 #pragma once
 
 #include <map>
@@ -19,14 +19,14 @@ class OpenConnection {
 
   bool IsOpen() const { return driver_ != nullptr; }
   DriverSession& Driver() const;                       // 3709 when closed
-  StoredTable& Table(const std::string& name);         // described once; raises -2147217865 when there is none
+  StoredTable& Table(const std::string& name);         // described once; -2147217865 when there is none
   ConnectionStatement Statement(const SqlText& text);  // 3709 when closed; the text is borrowed
 
   std::string Catalog() { return Driver().Catalog(); }
   void SelectCatalog(const std::string& name);  // 3219 while a record set is open
-  void Close();                                 // the connection is closed afterwards, even when this raises
+  void Close();                                 // closed afterwards, whatever it raises
 
-  // Called by record sets.
+  // Record sets say when they open and close.
   void RecordsetOpened() { ++openRecordsets_; }
   void RecordsetClosed() { --openRecordsets_; }
 
@@ -37,7 +37,7 @@ class OpenConnection {
   int openRecordsets_ = 0;
 };
 
-// Runs the body of a public call. An exception of another type becomes an Error.
+// Runs what a public call does. An exception of another type becomes an Error here, at the platform's wall.
 template <typename Body>
 auto TranslateExceptions(Body&& body) -> decltype(body()) {
   try {
@@ -49,7 +49,7 @@ auto TranslateExceptions(Body&& body) -> decltype(body()) {
   }
 }
 
-// The same, and then calls `tell` for each observer with the error, or null if there was none.
+// The same, and tells each observer of its end: `tell` takes the observer and the error, null for none.
 template <typename Body, typename Tell>
 void Observed(const DatabaseObservers& observers, Body&& body, Tell&& tell) {
   try {

@@ -1,4 +1,4 @@
-// What the record-set layer reads in a statement's text, with a small tokenizer of common SQL: quoted texts and
+// What the record-set layer must know of a statement's text, read by a small tokenizer of common SQL: quoted texts and
 // identifiers, comments, words, symbols.
 #pragma once
 
@@ -12,14 +12,14 @@ namespace qmx {
 // comments.
 void RequireOneStatement(const std::string& statement);
 
-// Returns the one statement of a text, without the ";" after it and what follows.
+// The one statement that a text holds, without the ";" behind it and what follows that.
 std::string_view StatementAlone(std::string_view text);
 
-// Returns a word such as "select"; empty if the text begins with anything else.
+// A word such as "select"; empty where the text begins with anything else.
 std::string_view FirstWord(std::string_view statement);
 
 // The table whose rows a query shows one by one and whole, so that they can be changed through it: "select * from T",
-// with a condition and an order or without. Nothing for any other text, whose rows are read-only.
+// with a condition and an order or without. Nothing for any other text; it is read-only then.
 std::optional<std::string> TableOfRows(std::string_view statement);
 
 }  // namespace qmx
