@@ -140,7 +140,7 @@ completes work orvan-sandbox w
 # The units, as far as systemd can tell without running them.
 if command -v systemd-analyze >/dev/null; then
   said=$(systemd-analyze verify --root="$root" --man=no --recursive-errors=no \
-    "$root"/usr/lib/systemd/system/qmxdatacopy@.{service,timer} 2>&1) || fail "$said"
+    "$root"/usr/lib/systemd/system/qmxdatacopy{@,-metrics}.{service,timer} 2>&1) || fail "$said"
   [ -z "$said" ] || fail "$said"
 fi
 

@@ -12,10 +12,12 @@
 #include "tools/qmxadmin/database_arguments.h"
 #include "tools/qmxadmin/environment_arguments.h"
 #include "tools/qmxadmin/expand.h"
+#include "tools/qmxadmin/history.h"
 #include "tools/qmxadmin/init.h"
 #include "tools/qmxadmin/listing.h"
 #include "tools/qmxadmin/method.h"
 #include "tools/qmxadmin/release.h"
+#include "tools/qmxadmin/run_outputs.h"
 #include "tools/qmxadmin/status.h"
 #include "tools/qmxadmin/verify/verify.h"
 
@@ -44,6 +46,10 @@ void AddDatabase(CLI::App& command, DatabaseArguments& arguments) {
 void AddJson(CLI::App& command, OutputForm& form) {
   command.add_flag_callback(
       "--json", [&form] { form = OutputForm::Json; }, "Tell it as JSON");
+}
+
+void AddLogs(CLI::App& command, std::string& logs) {
+  command.add_option("--logs", logs, "The copies' LOGDIR")->required();
 }
 
 void AddCalendar(CLI::App& program, AdminStatus& status) {
@@ -113,6 +119,22 @@ void AddExpand(CLI::App& program, AdminStatus& status) {
   Does(command, status, arguments, Expand);
 }
 
+void AddHistory(CLI::App& program, AdminStatus& status) {
+  CLI::App& command = *program.add_subcommand("history", "Show the last runs of qmxdatacopy, the newest last");
+  const auto arguments = std::make_shared<HistoryArguments>();
+  command.add_option("TABLE", arguments->tables, "Table codes, such as tsmdm030; default: all tables");
+  AddLogs(command, arguments->logs);
+  command.add_option("--last", arguments->last, "Number of runs")->capture_default_str();
+  command.add_flag("--failed", arguments->failed, "Show failed runs and runs that never ended");
+  command.add_option("--since", arguments->since,
+                     "Show runs since a time, such as 2026-11-20, \"2026-11-20 14:05\", 26h or 3days");
+  command.add_option("--run", arguments->run,
+                     "Show one run with its whole chain of causes; its number or the beginning");
+  AddJson(command, arguments->form);
+  command.footer("Exit status: 1 if --run finds no run.");
+  Does(command, status, arguments, ShowHistory);
+}
+
 void AddInit(CLI::App& program, AdminStatus& status) {
   CLI::App& command = *program.add_subcommand("init", "Make the local tables that are missing");
   const auto arguments = std::make_shared<InitArguments>();
@@ -137,6 +159,15 @@ void AddMethod(CLI::App& program, AdminStatus& status) {
   Does(command, status, arguments, Method);
 }
 
+void AddMetrics(CLI::App& program, AdminStatus& status) {
+  CLI::App& command =
+      *program.add_subcommand("metrics", "Print the state of the last runs for Prometheus' textfile collector");
+  const auto arguments = std::make_shared<RunOutputArguments>();
+  AddLogs(command, arguments->logs);
+  command.add_option("--output", arguments->output, "Replace this file by a rename; default: standard output");
+  Does(command, status, arguments, WriteMetrics);
+}
+
 void AddRelease(CLI::App& program, AdminStatus& status) {
   CLI::App& command = *program.add_subcommand("release", "Free a table after a copy that was killed");
   const auto arguments = std::make_shared<ReleaseArguments>();
@@ -144,6 +175,14 @@ void AddRelease(CLI::App& program, AdminStatus& status) {
   command.add_option("TABLE", arguments->table, "Table code, such as tsmdm030")->required();
   command.add_flag("--yes", arguments->yes, "Release without asking");
   Does(command, status, arguments, Release);
+}
+
+void AddReport(CLI::App& program, AdminStatus& status) {
+  CLI::App& command = *program.add_subcommand("report", "Write the state of all tables as one HTML page");
+  const auto arguments = std::make_shared<RunOutputArguments>();
+  AddLogs(command, arguments->logs);
+  command.add_option("--output", arguments->output, "File to write; - is standard output")->required();
+  Does(command, status, arguments, WriteReport);
 }
 
 void AddStatus(CLI::App& program, AdminStatus& status) {
@@ -175,9 +214,12 @@ void AddCommands(CLI::App& program, AdminStatus& status) {
   AddComponents(program, status);
   AddCopy(program, status);
   AddExpand(program, status);
+  AddHistory(program, status);
   AddInit(program, status);
   AddMethod(program, status);
+  AddMetrics(program, status);
   AddRelease(program, status);
+  AddReport(program, status);
   AddStatus(program, status);
   AddVerify(program, status);
 }
