@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# lint.sh [--all]: looks at the tree: formatting, then clang 14's warnings and clang-tidy's short list, as errors. All that is not the
-# product itself takes three times as long, and g++ has warned of it: clang sees it with --all only.
+# lint.sh [--all]: checks the tree: formatting, then clang 14's warnings and clang-tidy's short list, as errors. The tests, the sandbox and the
+# bench take three times as long as the programs, and g++ warns of them at every build: clang checks them with --all only.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
@@ -18,7 +18,7 @@ cmake --build --preset clang --target qmx_java_inside >"$log" || { cat "$log" >&
 if [ "${1:-}" = --all ]; then
   cmake --build --preset clang --target qmx_test_headers >"$log" || { cat "$log" >&2; exit 1; }
 else
-  mapfile -t sources < <(printf '%s\n' "${sources[@]}" | grep -E '^(startup|handler|copy|calendar|platform|schema|bridges)/')
+  mapfile -t sources < <(printf '%s\n' "${sources[@]}" | grep -E '^(startup|handler|copy|calendar|platform|schema|bridges|tools)/')
 fi
 echo "clang-tidy: ${#sources[@]} files"
 if ! printf '%s\0' "${sources[@]}" | xargs -0 --max-args=4 --max-procs="$(nproc)" clang-tidy-14 --quiet -p build/clang >"$log" 2>&1; then
