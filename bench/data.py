@@ -68,12 +68,12 @@ def changed_erp(orders, changes):
     def make(path):
         _tell(f"making {changes:,} changes of {orders:,} service orders")
         shutil.copyfile(erp(orders), path)
-        _change(path, changes)
+        change_orders(path, changes)
 
     return _made(FOLDER / f"erp-{orders}-{changes}.db", make)
 
 
-def _change(path, changes):
+def change_orders(path, changes):
     dice = random.Random(1)
     file = sqlite3.connect(path, isolation_level=None)
     columns = [row[1] for row in file.execute("pragma table_info(tssoc200)")][1:]
@@ -142,18 +142,23 @@ def local_with_calendars(calendars, years):
     """A local database with calendars that have a morning and an afternoon from Monday to Friday, every week."""
     def make(path):
         shutil.copyfile(empty_local(), path)
-        file = sqlite3.connect(path)
-        mondays = [date(2026, 1, 5) + timedelta(weeks=week) for week in range(52 * years)]
-        for code in (f"C{1000 + calendar}" for calendar in range(calendars)):
-            file.execute("insert into tsmdm140 (emno, ccal) values (?, ?)", [f"E{code}", code])
-            file.executemany(
-                "insert into tcccp030 (ccal, ract, stdt, sttm, endt, entm) values (?, 'WRK', ?, ?, ?, ?)",
-                [(code, str(monday), start, str(monday + timedelta(days=4)), end)
-                 for monday in mondays for start, end in ((800, 1200), (1230, 1630))])
-        file.commit()
-        file.close()
+        add_calendars(path, calendars, 52 * years)
 
     return _made(FOLDER / f"calendars-{calendars}-{years}.db", make)
+
+
+def add_calendars(path, calendars, weeks):
+    """Each with two intervals a day."""
+    file = sqlite3.connect(path)
+    mondays = [date(2026, 1, 5) + timedelta(weeks=week) for week in range(weeks)]
+    for code in (f"C{1000 + calendar}" for calendar in range(calendars)):
+        file.execute("insert into tsmdm140 (emno, ccal) values (?, ?)", [f"E{code}", code])
+        file.executemany(
+            "insert into tcccp030 (ccal, ract, stdt, sttm, endt, entm) values (?, 'WRK', ?, ?, ?, ?)",
+            [(code, f"{monday} 00:00:00", start, f"{monday + timedelta(days=4)} 00:00:00", end)
+             for monday in mondays for start, end in ((800, 1200), (1230, 1630))])
+    file.commit()
+    file.close()
 
 
 def expanded(calendars, years):
