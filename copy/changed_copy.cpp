@@ -99,7 +99,7 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
   const std::string remove = "DELETE FROM " + tableCode;
   SqlText statement("");      // on the row of the entry at hand
   std::size_t keyBegins = 0;  // in that statement's text, for the report of a failure; 0 before it is whole
-  std::int64_t number = 0;    // of that entry, from 1; 0 behind the last
+  std::int64_t number = 0;    // of that entry, from 1; 0 after the last
   const auto apply = [&] {
     for (;;) {
       keyBegins = 0;

@@ -2,7 +2,7 @@
 //
 // Opens regular files only, and never waits: a named pipe in the place of a log is refused and does not hang the
 // program. If the name is a symbolic link, it is followed only if the link belongs to root or to the program's user, so
-// that nobody else chooses which file the program writes. Links in place of a folder are followed.
+// that no other user chooses which file the program writes. Links in place of a folder are followed.
 #pragma once
 
 #include <cstdio>

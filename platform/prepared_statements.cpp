@@ -10,8 +10,8 @@
 namespace qmx {
 namespace {
 
-// Whether the database did nothing because of what the statement says. Anything else (a time-out, a broken rule, a lost
-// connection) the text as it stands would have met as well.
+// Whether the database refused the statement itself and did nothing. Any other error (a time-out, a broken rule, a lost
+// connection) would also occur with the plain text.
 bool IsRefusal(const Error& error) {
   constexpr std::array kRefusals = {errors::kCommand, errors::kTypeMismatch, errors::kOverflow, errors::kNoSuchTable};
   return std::find(kRefusals.begin(), kRefusals.end(), error.Number()) != kRefusals.end();

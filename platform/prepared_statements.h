@@ -1,7 +1,7 @@
 // Prepared statements that are shared by the texts of one shape (sql_text.h).
 //
-// The few that were used last are kept. One that is in use serves no other text. Sharing changes the speed only: if the
-// database refuses the shared form, the text itself is sent, and its outcome is what the caller sees.
+// Keeps the few that were used last. One that is in use serves no other text. Sharing changes the speed only: if the
+// database refuses the shared form, the text itself is sent, and the caller gets its outcome.
 #pragma once
 
 #include <cstdint>
@@ -27,14 +27,14 @@ class PreparedStatements {
   struct Prepared {
     SqlShape shape;
     std::unique_ptr<DriverStatement> statement;
-    std::optional<std::string> table;  // whose rows it shows one by one and whole
+    std::optional<std::string> table;  // the table whose rows it returns one by one with all columns
   };
 
-  std::unique_ptr<Prepared> Take(const SqlShape& shape);  // null where none is kept
+  std::unique_ptr<Prepared> Take(const SqlShape& shape);  // null if none is kept
   void Keep(std::unique_ptr<Prepared> prepared) noexcept;
 
   DriverSession& session_;
-  std::vector<std::unique_ptr<Prepared>> kept_;  // the one that was used last stands last
+  std::vector<std::unique_ptr<Prepared>> kept_;  // the last used one is last
 };
 
 // A statement of an open connection: one text, to be run once.
@@ -46,14 +46,14 @@ class ConnectionStatement {
   ConnectionStatement(const ConnectionStatement&) = delete;
   ConnectionStatement& operator=(const ConnectionStatement&) = delete;
 
-  // Of the result, empty when there is none. They may be others after the first step: the database may have changed
-  // since another text of that shape was prepared.
+  // The columns of the result, empty when there is none. They may change at the first step, because the database may
+  // have changed since another text of that shape was prepared.
   const std::vector<ColumnDescription>& Columns();
-  bool Step();  // true while a row stands ready
+  bool Step();  // returns whether there is a row
   Variant Value(std::size_t column) { return prepared_->statement->Value(column); }
   std::int64_t RowsAffected() const { return prepared_->statement->RowsAffected(); }
 
-  // The table whose rows it shows one by one and whole (sql_statement.h).
+  // The table whose rows it returns one by one with all columns (sql_statement.h).
   const std::optional<std::string>& TableOfRows() const { return prepared_->table; }
 
  private:

@@ -2,11 +2,11 @@
 //
 // The text is what the trace, the logs and errors show: each value as its text, between quotes when a quote is open
 // where it goes in, else bare. No quote is doubled. A quoted value that holds a quote and a bare one that is no number
-// would change what the statement means, so such a text is marked as broken and is refused, with the command error, by
-// whatever is asked to run it. A NUL character in a value breaks it as well.
+// would change what the statement means, so such a text is marked as broken, and running it is refused with the command
+// error. A NUL character in a value breaks it as well.
 //
 // Texts of the same shape differ in their values only and can share a prepared statement, which takes the values as
-// parameters. A value must therefore stand where a parameter means the same: compared with a column or inserted.
+// parameters. So a value must be in a place where a parameter means the same: compared with a column or inserted.
 #pragma once
 
 #include <functional>
@@ -20,7 +20,7 @@
 
 namespace qmx {
 
-// What a text is without its values.
+// A text without its values.
 struct SqlShape {
   enum class ValueKind { Text, Integer, Moment };
   struct Place {
@@ -54,7 +54,7 @@ class SqlText {
   SqlText(std::string_view fixed) { Append(fixed); }
 
   SqlText& Restart(std::string_view fixed);  // as if new, in the memory that it has
-  SqlText& Append(std::string_view fixed);   // a piece of the statement, as it stands
+  SqlText& Append(std::string_view fixed);   // a piece of the statement
   SqlText& Value(const Variant& value);      // a value; raises 13 for an object
   SqlText& Moment(const Variant& value);     // the same; a quoted text that reads as a moment is meant as one
 
@@ -63,7 +63,7 @@ class SqlText {
 
   const SqlShape& Shape() const { return shape_; }
 
-  // The values of the shared form: 32-bit integers; what stands between quotes as moments or texts. A bare number of
+  // The values of the shared form: 32-bit integers; quoted values as moments or texts. A bare number of
   // any other form has no parameter: what its digits mean differs from system to system.
   std::span<const Variant> Values() const { return values_; }
 

@@ -1,4 +1,4 @@
-// All in which the database systems behind ODBC differ, as data.
+// The differences of the database systems behind ODBC, as data.
 #pragma once
 
 #include <string>
@@ -19,61 +19,61 @@ enum class RowForm {
 enum class Refusals {
   ByState,       // a server's own SQLSTATE
   ByNativeCode,  // a server's own error code; its driver's codes begin at 2000
-  Always,        // no connection lies between
+  Always,        // there is no connection that can be lost
 };
 
 struct OdbcDialect {
-  std::string_view system;  // the beginning of what the driver calls its database system; "" fits every one
+  std::string_view system;  // the beginning of the name that the driver reports; "" matches every system
 
-  // Run on every new connection, so that the same text means the same everywhere.
+  // Statements for every new connection, so that the same text means the same everywhere.
   std::vector<std::string> settings;
 
-  // The server's own statement time-out, with "#" for `timeoutUnit`s of it and `noTimeout` in that place for none.
-  // Where there is no such setting the driver's query time-out is used.
+  // The statement that sets the server's own time-out. "#" stands for the time-out, with `timeoutUnitsPerSecond`, or
+  // for `noTimeout`. Without such a statement the driver's query time-out is used.
   std::string timeoutSetting;
   int timeoutUnitsPerSecond = 1;
   std::string noTimeout;
 
-  // How the current catalog is asked for; the driver is asked where this is empty.
+  // Returns the current catalog; if empty, the driver is asked.
   std::string catalogQuery;
 
-  // Whether the driver can switch the catalog; where it cannot, the connection is made anew.
+  // Whether the driver can switch the catalog. If it cannot, a new connection is made.
   bool switchesCatalog = false;
 
-  // A parameter that is an integer, also where a text stands beside it.
+  // A parameter that is always an integer, also beside a text.
   std::string integerParameter = "?";
 
   // Moments are stored as texts, in the full form.
   bool keepsMomentsAsTexts = false;
 
-  // Gives 1 where narrow texts are UTF-8 in both directions, so that the driver need not convert wide ones; "" where
-  // that cannot be known.
+  // Returns 1 if narrow texts are UTF-8 in both directions, so that the driver need not convert wide ones; "" if that
+  // cannot be found out.
   std::string utf8Query;
 
-  // Whether a statement with parameters that was refused may be told as one that went well with a remark.
+  // Whether the driver may report a refused statement with parameters as a success with a warning.
   bool warningsAreErrors = false;
 
-  // Whether a prepared query is refused once its table has other columns. Where it is not, it shows the new ones under
-  // the names of the old ones.
+  // Whether a prepared query is refused after its table's columns have changed. If not, it returns the new columns
+  // under the names of the old ones.
   bool refusesOutdatedQueries = false;
 
   // The connection text's DATABASE is the path of a file, whose catalog is the file's name without ".db".
   bool catalogIsFile = false;
 
-  // In which schema an unqualified table is looked for; "" where there are no schemas.
+  // Returns the schema of unqualified tables; "" if there are no schemas.
   std::string schemaQuery;
 
-  // How the system takes many rows fastest.
+  // The fastest form for many rows.
   RowForm rowForm = RowForm::InValues;
 
-  // Has a row for each table t of the catalog in which a refused statement leaves some of its rows and which a rollback
-  // does not change; "" where there is none such ever.
+  // Returns a row for each table t of the catalog without transactions: a refused statement leaves some of its rows,
+  // and a rollback changes nothing. "" if there are no such tables.
   std::string nonTransactionalTablesQuery;
 
-  // Without such a sign the answer may be lost and the transaction saved.
+  // Any other error may mean that the answer was lost and the transaction is saved.
   Refusals refusals = Refusals::ByState;
 
-  // Where only the written rows are locked, a group is as large as the time allows.
+  // If only the written rows are locked, a group is as large as the time allows.
   GroupLimits grouping;
 };
 

@@ -21,22 +21,22 @@
  * made it comes back as the pointer that it was; an object of the host may reach a server under several pointers.
  *
  * COUNTING
- * An object is made with one reference, which belongs to the receiver. Whoever keeps an object beyond a call takes a
- * reference of its own (add_ref) and gives it back (release); the last release destroys the object.
+ * A new object has one reference, which belongs to the receiver. To keep an object beyond a call, add a reference
+ * (add_ref) and release it later (release). The last release destroys the object.
  *
  * VALUES
  * Arguments belong to the caller: the callee may read them during the call and must copy, or add a reference to, what
- * it keeps. A result belongs to the caller of invoke: an object comes with a reference for the caller; a text stays the
+ * it keeps. A result belongs to the caller of invoke: an object has a reference for the caller; a text stays the
  * callee's, valid until the next call on the same object or its last release.
  *
  * BY REFERENCE
  * An argument flagged QMX_BY_REFERENCE is the caller's variable. The callee may overwrite its kind and its value under
- * the rules of a result; it neither frees nor releases what stood there, and leaves the flag as it is. An object counts
- * as written when it is another pointer than the one passed in. A call that fails leaves its variables as they were.
+ * the rules of a result; it neither frees nor releases the old value, and keeps the flag. An object counts as
+ * written when its pointer differs from the one passed in. A failed call does not change its variables.
  *
  * TEXTS
- * UTF-8 with a length in bytes, no terminating zero needed; data may be null when length is 0. A text that is no UTF-8
- * or holds a NUL is refused with error 13.
+ * UTF-8 with a length in bytes, no terminating zero needed; data may be null when length is 0. A text that is not
+ * UTF-8 or holds a NUL is refused with error 13.
  *
  * ERRORS
  * A call returns QMX_OK or QMX_FAILED. On QMX_FAILED the callee has filled the qmx_error that it was given; its texts
@@ -74,7 +74,7 @@ extern "C" {
 typedef int32_t qmx_status;
 enum { QMX_OK = 0, QMX_FAILED = 1 };
 
-/* Classic automation error numbers that a server will want. */
+/* Classic automation error numbers for servers. */
 enum {
   QMX_E_INVALID_CALL = 5,
   QMX_E_OVERFLOW = 6,
@@ -89,12 +89,12 @@ enum {
 typedef struct qmx_error {
   uint32_t struct_size; /* set by the caller */
   int32_t number;
-  const char* source; /* a short name of who failed */
+  const char* source; /* a short name of the part that failed */
   size_t source_length;
   const char* description; /* one sentence: what, where, what to do */
   size_t description_length;
 
-  /* Since struct_size grew once: more for whoever looks for the cause, such as a stack trace. It may have many lines.
+  /* Since struct_size grew once: more about the cause, such as a stack trace. It may have many lines.
    * Logs do not show it; the trace and the program's standard error do. */
   const char* details;
   size_t details_length;
@@ -120,7 +120,7 @@ enum { QMX_BY_REFERENCE = 1 };
 struct qmx_object;
 
 typedef struct qmx_value {
-  uint32_t struct_size; /* set by whoever provides the memory */
+  uint32_t struct_size; /* set by the side that provides the memory */
   uint16_t kind;
   uint16_t flags;
   union {
@@ -172,7 +172,7 @@ typedef struct qmx_setting {
   size_t value_length;
 } qmx_setting;
 
-/* The manifest on whose behalf the host calls a server. It is the host's, valid during the call. One library may serve
+/* The manifest for which the host calls a server. It is the host's, valid during the call. One library may serve
  * several manifests, each with settings of its own. */
 typedef struct qmx_manifest {
   uint32_t struct_size;
