@@ -11,8 +11,7 @@ from pathlib import Path
 from measuring import BENCH_PROGRAMS, FOLDER, JAVA_MEMORY, PROGRAMS, run
 
 TODAY = "2026-11-20"
-LONG_AGO = "2000-01-01"
-LOCAL_MOMENT = "case when {0} like '% 00:00:00' then substr({0}, 1, 10) else {0} end"  # of the ERP's text, in SQL
+LONG_AGO = "2000-01-01 00:00:00"
 
 
 def _made(path, make):

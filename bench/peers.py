@@ -10,9 +10,7 @@ from way import Way
 def _query():
     """The ERP's service orders as the local table has them."""
     def column(name, kind):
-        if kind == "smallint":
-            return f"{name} = 1 as {name}"
-        return f"{data.LOCAL_MOMENT.format(name)} as {name}" if kind == "datetime" else name
+        return f"{name} = 1 as {name}" if kind == "smallint" else name
 
     described = run("sqlite3", "-separator", " ", data.empty_local(), "select name, type from pragma_table_info('tssoc200')")
     columns = [column(*line.split(" ", 1)) for line in described.splitlines()]

@@ -175,7 +175,6 @@ class Local {
     const bool isNull = reference::IsNull(row, column);
     if (isNull || IsNull(column)) return isNull != IsNull(column);
     if (kind == Kind::Number) return sqlite3_column_double(row.Get(), column) != Number(column);
-    if (kind == Kind::Moment) return row.Text(column) != Found(column);  // a server shows midnight too
     return reference::LocalText(row, column, kind) != Found(column);
   }
 
