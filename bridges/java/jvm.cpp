@@ -32,7 +32,8 @@ Running& running = *new Running;  // never destroyed: the JVM is destroyed while
 bool isStarting = false;
 std::string& printed = *new std::string;
 
-jint Print(FILE*, const char* format, va_list arguments) {
+jint Print(FILE* file, const char* format, va_list arguments) {
+  if (file != stdout && file != stderr) return std::vfprintf(file, format, arguments);
   va_list copy;
   va_copy(copy, arguments);
   const int length = isStarting ? std::vsnprintf(nullptr, 0, format, copy) : 0;
@@ -57,6 +58,7 @@ std::vector<std::string> Options(const Settings& settings) {
       "-XX:-MaxFDLimit",          // and keeps its limits
       "-Xshare:auto",             // classes of the JVM come from its archive: it starts in half the time
       "-XX:TieredStopAtLevel=1",  // records are read by short calls: the second compiler costs memory and gains nothing
+      "-Xms8m",                   // records die young: without it the heap grows by the machine's memory, unused
   };
   bool choosesCollector = false;
   for (const std::string& option : settings.options) {

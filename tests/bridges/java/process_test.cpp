@@ -75,6 +75,17 @@ TEST_F(AProcessWithJava, RefusesALibraryThatIsNoJvmAndOneThatIsTooOld) {
               HasSubstr(OLD_JVM ": it is too old: Java 11 or newer is needed."));
 }
 
+TEST_F(AProcessWithJava, BeginsWithASmallHeapUnlessTheManifestNamesAnother) {
+  const auto heapWith = [&](const std::string& lines) {
+    const std::string log = folder / "heap";
+    Show("setting option = -Xlog:gc+init:file=" + log + "\nsetting classpath = " JAVA_TEST_CLASSES "\n" + lines +
+         "progid = bridge.Values\n");
+    return ReadFile(log);
+  };
+  EXPECT_THAT(heapWith(""), HasSubstr("Heap Initial Capacity: 8M\n"));
+  EXPECT_THAT(heapWith("setting option = -Xms32m\n"), HasSubstr("Heap Initial Capacity: 32M\n"));
+}
+
 TEST_F(AProcessWithJava, ShowsWhatTheJvmPrintsAboutAnOption) {
   EXPECT_THAT(Show("setting option = -Xmxabc\nprogid = bridge.Values\n").out,
               HasSubstr(": it refuses an option: Invalid maximum heap size: -Xmxabc. "));
