@@ -1,5 +1,6 @@
 """The chart of docs/benchmarks.md: a panel for each case, a bar for each way."""
 
+MOST = 10  # times the program's time: a longer bar is cut, since the others would be too short to compare
 PROGRAM, OTHER, TEXT = "#1f5f8b", "#b9c4cc", "#333333"
 
 
@@ -25,11 +26,13 @@ def draw(cases, path):
 def _draw(panel, title, ways):
     names = [name for name, _ in ways]
     seconds = [taken for _, taken in ways]
-    bars = panel.barh(names, seconds, color=[PROGRAM] + [OTHER] * (len(ways) - 1), height=0.72)
-    panel.bar_label(bars, [f"{taken:.2f}" for taken in seconds], padding=3, fontsize=8, color=TEXT)
+    end = 1.1 * max(taken for taken in seconds if taken <= MOST * seconds[0])
+    bars = panel.barh(names, [min(taken, end) for taken in seconds], color=[PROGRAM] + [OTHER] * (len(ways) - 1), height=0.72)
+    labels = [f"{taken:.2f}" + (" (bar is cut)" if taken > end else "") for taken in seconds]
+    panel.bar_label(bars, labels, padding=3, fontsize=8, color=TEXT)
     panel.invert_yaxis()
     panel.set_title(title, loc="left", fontsize=9, fontweight="bold", color=TEXT)
-    panel.set_xlim(0, max(seconds) * 1.12)
+    panel.set_xlim(0, end * 1.12)
     panel.tick_params(axis="y", length=0, labelsize=8, labelcolor=TEXT)
     panel.tick_params(axis="x", bottom=False, labelbottom=False)
     panel.spines[:].set_visible(False)
