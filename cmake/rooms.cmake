@@ -47,6 +47,11 @@ elseif(QMX_SANITIZE_THREADS)
   endforeach()
 endif()
 
+# What is installed is hardened as Debian hardens its own: calls of the C library that know a buffer's size check it, and
+# addresses of functions are bound at the start and are read-only from then on.
+add_compile_options($<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
+add_link_options($<$<CONFIG:Release>:LINKER:-z,relro,-z,now>)
+
 # qmx_room(NAME SOURCES file... [LINKS library...]): a static library whose headers are included from the root of the tree.
 function(qmx_room name)
   cmake_parse_arguments(PARSE_ARGV 1 room "" "" "SOURCES;LINKS")

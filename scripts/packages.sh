@@ -5,7 +5,7 @@ demoPackages=(g++ cmake ninja-build libsqlite3-dev sqlite3 unixodbc-dev libcli11
 serverPackages=(unixodbc odbc-postgresql odbc-mariadb postgresql mariadb-server-core mariadb-client-core)
 testPackages=("${demoPackages[@]}" "${serverPackages[@]}" libgtest-dev libgmock-dev libbenchmark-dev locales clang-14 clang-format-14
               clang-tidy-14 default-jdk-headless dpkg-dev file groff-base junit4 libsqliteodbc
-              libxerial-sqlite-jdbc-java prometheus python3 valgrind)
+              libxerial-sqlite-jdbc-java lintian logrotate prometheus python3 systemd valgrind)
 benchPackages=("${demoPackages[@]}" "${serverPackages[@]}" default-jdk-headless gdal-bin libbenchmark-dev pgloader python3
                python3-matplotlib strace)
 

@@ -57,9 +57,30 @@ dpkg --listfiles "${needed[@]}" | sort --unique | while IFS= read -r file; do
 done | tar --create --directory=/ --files-from=- | tar --extract --directory="$root" --keep-directory-symlink
 dpkg-query --status "${needed[@]}" >"$root/var/lib/dpkg/status"
 
-# dpkg itself sees whether something is missing. A machine that keeps no manuals is told to keep these.
-in_root() { dpkg --root="$root" --force-not-root --path-include='*' "$@" >"$work/dpkg.log" 2>&1 || fail "$(cat "$work/dpkg.log")"; }
+# dpkg itself sees whether something is missing. A machine that keeps no manuals is told to keep these. The packages' scripts run
+# outside the root and are told of it, since it has no shell.
+in_root() { dpkg --root="$root" --force-not-root --force-script-chrootless --path-include='*' "$@" >"$work/dpkg.log" 2>&1 || fail "$(cat "$work/dpkg.log")"; }
 in_root --install "${packages[@]}"
+
+# The user and the folders; only root gives them to that user.
+grep -q '^qmxdatacopy:.*:/var/lib/qmxdatacopy:' "$root/etc/passwd" || fail "The user qmxdatacopy was not made"
+for folder in lib log; do
+  [ "$(stat --format=%a "$root/var/$folder/qmxdatacopy")" = 750 ] || fail "/var/$folder/qmxdatacopy has another mode than 750"
+  owner=$(sed -n 's/^qmxdatacopy:[^:]*:\([0-9]*\):.*/\1/p' "$root/etc/passwd")
+  [ "$(id -u)" -ne 0 ] || [ "$(stat --format=%u "$root/var/$folder/qmxdatacopy")" = "$owner" ] ||
+    fail "/var/$folder/qmxdatacopy does not belong to qmxdatacopy"
+done
+
+# The sandbox and the Java bridge go with later versions of the programs too.
+for package in "${packages[@]:1}"; do
+  dpkg-deb --field "$package" Depends | grep -q 'qmxdatacopy (>= ' || fail "$package is tied to one version of qmxdatacopy"
+done
+
+# Programs and component servers are hardened.
+for file in "$root"/usr/bin/{qmxdatacopy,qmxadmin,orvan-sandbox} "$root"/usr/lib/*/qmxdatacopy/components/*.so; do
+  readelf --dynamic --wide "$file" | grep -qE 'BIND_NOW|Flags:.* NOW' || fail "$file binds functions late"
+done
+readelf --dyn-syms --wide "$root/usr/bin/qmxdatacopy" | grep -q '_chk@' || fail "qmxdatacopy does not check buffers"
 
 # inside PROGRAM...: in that root; without the rights of root in a user namespace of our own.
 variables=(HOME=/)
@@ -140,10 +161,39 @@ completes work orvan-sandbox w
 # The units, as far as systemd can tell without running them.
 if command -v systemd-analyze >/dev/null; then
   said=$(systemd-analyze verify --root="$root" --man=no --recursive-errors=no \
-    "$root"/usr/lib/systemd/system/qmxdatacopy{@,-metrics}.{service,timer} 2>&1) || fail "$said"
+    "$root"/usr/lib/systemd/system/qmxdatacopy{@,-expand,-metrics}.{service,timer} 2>&1) || fail "$said"
   [ -z "$said" ] || fail "$said"
+  said=$(systemd-analyze verify --man=no --recursive-errors=no "$examples/qmxdatacopy-failed@.service" 2>&1) || fail "$said"
 fi
 
+# All logs are rotated, twice here; two rotations keep the last one as it is. "su" is root's.
+log=$root/var/log/qmxdatacopy
+sed "s|^/var|$root/var|; /^\tsu /d" "$root/etc/logrotate.d/qmxdatacopy" >"$work/logrotate"
+for name in tsmdm030.log QMXDBSynclog.txt evtlog.txt QMXRuns.jsonl; do
+  for content in first second; do
+    echo "$content" >"$log/$name"
+    PATH=$PATH:/usr/sbin logrotate --force --state "$work/rotated" "$work/logrotate" || fail "logrotate failed"
+  done
+  [ "$(cat "$log/$name.1")" = second ] && [ "$(zcat "$log/$name.2.gz")" = first ] || fail "$name is not rotated: $(ls "$log")"
+  rm -f "$log"/*
+done
+
+# A removal leaves no timer enabled; a purge leaves nothing but the folder of the database.
+units=$root/etc/systemd/system
+mkdir -p "$units/timers.target.wants" "$units/qmxdatacopy@tsmdm030.timer.d" "$root/etc/default"
+ln -s /lib/systemd/system/qmxdatacopy@.timer "$units/timers.target.wants/qmxdatacopy@tsmdm030.timer"
+ln -s /lib/systemd/system/qmxdatacopy-expand.timer "$units/timers.target.wants/qmxdatacopy-expand.timer"
+touch "$units/qmxdatacopy@tsmdm030.timer.d/override.conf" "$root/etc/default/qmxdatacopy" "$log/tsmdm030.log" \
+  "$root/var/lib/qmxdatacopy/local.db"
+in_root --remove ${java:+qmxdatacopy-java} qmxdatacopy-sandbox qmxdatacopy
+[ -z "$(ls "$units/timers.target.wants")" ] || fail "A removal leaves timers enabled: $(ls "$units/timers.target.wants")"
+for kept in "$units/qmxdatacopy@tsmdm030.timer.d" "$root"/etc/{default,logrotate.d}/qmxdatacopy "$log/tsmdm030.log"; do
+  [ -e "$kept" ] || fail "A removal takes $kept away, which is for a purge"
+done
 in_root --purge ${java:+qmxdatacopy-java} qmxdatacopy-sandbox qmxdatacopy
+[ ! -e "$log" ] || fail "A purge leaves the logs"
+[ -e "$root/var/lib/qmxdatacopy/local.db" ] || fail "A purge takes a database away"
 left=$(find "$root" \( -path "$root/var" -o -path "$root/opt" \) -prune -o \( -name '*qmx*' -o -name 'orvan*' \) -print)
 [ -z "$left" ] || fail "The packages left behind: $left"
+
+lintian --no-cfg --fail-on error,warning "${packages[@]}" >"$work/lintian" 2>&1 || fail "$(cat "$work/lintian")"
