@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* kSource = "ADODB.Recordset";
 
-// Makes a value one that its column holds.
+// Converts a value to its column's type.
 void ToColumnType(Variant& value, Variant::Kind type) {
   if (value.IsEmpty()) value = Variant::Null();
   if (value.IsNull()) return;
@@ -90,7 +90,7 @@ Variant RecordsetCursor::Value(std::size_t column) {
   if (pendingKind_ != Pending::None && !pending_[column].IsEmpty()) return pending_[column];
   if (pendingKind_ == Pending::NewRow) return Variant::Null();
   Row& row = CurrentRow();
-  // A row that was added here is known as far as it was assigned; the database has filled in the rest.
+  // The cursor knows only the assigned columns of a row that it added. The database has filled in the rest.
   if (row[column].IsEmpty()) row = WritableTable().Read(row);
   return row[column];
 }
@@ -145,7 +145,7 @@ void RecordsetCursor::SaveEdit() {
 void RecordsetCursor::SaveNewRow(bool mayWait) {
   WritableTable().Insert(pending_, mayWait);
   hasWritten_ = true;
-  // Adding to a table that nobody has read keeps one row in memory, however many are added.
+  // Unless the table was read, only the last added row is kept in memory.
   if (isRead_ || rows_.empty()) rows_.emplace_back(pending_.size());
   rows_.back().swap(pending_);
   position_ = rows_.size() - 1;

@@ -11,7 +11,7 @@
 namespace qmx {
 namespace {
 
-constexpr std::size_t kPreparedUpdates = 64;  // sets of differing columns that are kept prepared
+constexpr std::size_t kPreparedUpdates = 64;  // sets of changed columns with a prepared update
 
 [[noreturn]] void RaiseRowChanged(std::int64_t hits) {
   const std::string what = hits == 0
@@ -78,7 +78,7 @@ void StoredTable::Update(const Row& stored, const Row& changes) {
       if (!value.IsEmpty()) update.statement->Bind(parameter++, value);
     }
     BindKey(*update.statement, parameter, stored);
-    // Some servers count the rows that they changed and not those that they found.
+    // Some servers count the rows that they changed, not those that they found.
     const auto hits = [&] {
       const std::int64_t changed = execution.Run();
       return changed == 0 ? Count(stored) : changed;
@@ -150,7 +150,7 @@ StoredTable::Prepared StoredTable::NewInsert(const Row& assigned) {
     AppendItem(columns, ",", Quoted(column));
     insert.columns.push_back(layout_->Columns()[column]);
   }
-  // No statement that all databases know adds a row of which nothing is said.
+  // No statement that all databases know adds a row without any values.
   if (columns.empty()) {
     return PreparedOf("insert into " + quotedName_ + " (" + Quoted(0) + ") values (null)");
   }
@@ -209,7 +209,7 @@ std::string StoredTable::Condition(const Row& stored) const {
     condition += (condition.empty() ? " where " : " and ") + Quoted(column);
     condition += value.IsNull() ? " is null" : IsMomentText(column) ? kIsMomentInEitherForm : "=?";
   }
-  if (condition.empty()) RaiseRowChanged(2);  // nothing is known of the row: every row would be meant
+  if (condition.empty()) RaiseRowChanged(2);  // without a condition every row would be meant
   return condition;
 }
 

@@ -1,4 +1,4 @@
-// Values, objects and errors on their way over the C interface of qmx/component_server.h, under its ownership rules.
+// Converts values, objects and errors for the C interface of qmx/component_server.h, by its ownership rules.
 #pragma once
 
 #include <qmx/component_server.h>
@@ -16,20 +16,20 @@
 
 namespace qmx {
 
-// Whether the receiver of an object was given a reference with it (a result) or only sees it (an argument).
+// Whether the receiver of an object owns a reference (a result) or borrows the object (an argument).
 enum class Reference { Given, Borrowed };
 
 inline std::string_view TextFromAbi(const char* data, std::size_t length) {
   return data ? std::string_view(data, length) : std::string_view();
 }
 
-// A text that is only shown, in an error for example: what is no UTF-8 becomes U+FFFD.
+// Returns a text for display, in an error for example. Invalid UTF-8 becomes U+FFFD.
 inline std::string ShownText(const char* data, std::size_t length) {
   return WithReplacements(TextFromAbi(data, length));
 }
 
-// The value as one of ours; texts are copied. Raises 13 for a kind that nobody knows and for a text that is no UTF-8 or
-// holds a NUL, 6 for a number outside its kind.
+// Returns the value as a Variant; texts are copied. Raises 13 for an unknown kind and for a text that is not UTF-8 or
+// holds a NUL, and 6 for a number that is out of range for its kind.
 Variant AnyFromAbi(const qmx_value& value, Reference reference);
 inline Variant FromAbi(const qmx_value& value, Reference reference) {
   if (value.kind == QMX_INT32) return value.as.integer;
@@ -40,13 +40,14 @@ inline Variant FromAbi(const qmx_value& value, Reference reference) {
   return AnyFromAbi(value, reference);
 }
 
-// No object for null. An object of ours becomes itself again.
+// Returns no object for null. An exported object of the program becomes itself again.
 Object ObjectFromAbi(qmx_object* object, Reference reference);
 
-// The object for the other side, with a reference for it; null for no object. An object of a server is its own pointer.
+// Returns the object for the other side, with a new reference; null for no object. A server's object is passed as its
+// own pointer.
 qmx_object* GiveObject(const Object& object);
 
-// The arguments of one call to the other side. They borrow the caller's values, which outlive this.
+// The arguments of one call to the other side. They borrow the caller's values.
 class AbiArguments {
  public:
   explicit AbiArguments(std::span<const Argument> arguments);
@@ -62,21 +63,21 @@ class AbiArguments {
   std::span<const Argument> arguments_;
   std::array<qmx_value, kUsual> values_;
   std::array<qmx_value*, kUsual> usualPointers_;
-  std::vector<qmx_value> manyValues_;  // instead of the arrays, when there are more arguments than usual
+  std::vector<qmx_value> manyValues_;  // replaces the arrays for unusually many arguments
   std::vector<qmx_value*> manyPointers_;
   qmx_value** pointers_;
-  std::vector<qmx_object*> lent_;  // by argument, where there are objects: to be released after the call
+  std::vector<qmx_object*> lent_;  // objects by argument, released after the call
 };
 
-// A value for the other side as the result of a call: an object comes with a reference, a text is borrowed from
+// Returns a value for the other side as the result of a call: an object has a new reference, a text is borrowed from
 // `value`.
 void GiveValue(const Variant& value, qmx_value& out);
 
 inline qmx_error EmptyAbiError() { return {sizeof(qmx_error), 0, nullptr, 0, nullptr, 0, nullptr, 0}; }
-// `source` and stock texts where it has none. Flaws in its texts become U+FFFD: an error about an error helps nobody.
+// `source` and standard texts replace missing ones. Flaws in its texts become U+FFFD, so that the error is shown.
 Error FromAbi(const qmx_error& error, const std::string& source);
 
-// The exception in flight as the other side's error; the texts live until the next one.
+// Returns the exception in flight as the other side's error. The texts live until the next call.
 qmx_status FailWithCurrentError(qmx_error* error) noexcept;
 
 }  // namespace qmx

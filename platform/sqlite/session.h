@@ -41,8 +41,8 @@ class SqliteDriverSession : public DriverSession {
 
   Handle OpenFile(const std::filesystem::path& file);
   void Configure(sqlite3* opened);
-  sqlite3* Selected() const;      // raises where a folder is open and none of its files is selected
-  bool HoldsTransaction() const;  // SQLite's own word; it ends one by itself where it has to
+  sqlite3* Selected() const;      // raises if a folder is open and none of its files is selected
+  bool HoldsTransaction() const;  // as SQLite reports it, which may end a transaction by itself
   void Run(const std::string& statement);
   std::vector<std::string> UniqueKey(const std::string& table, const std::set<std::string>& required);
 
