@@ -230,7 +230,7 @@ std::int32_t clsCalender::GetCount(DateTime st, DateTime et) const {
 
 bool clsCalender::Present_in_Main_Array(std::int16_t day, std::int16_t month, std::int16_t year,
                                         std::int16_t& pos) const {
-  for (std::int16_t i = 0; i < arraycount; ++i) {
+  for (std::int16_t i = arraycount; i-- > 0;) {  // no day is there twice, and it is mostly one of the last
     const MainEntry& entry = Day(i);
     if (entry.day == day && entry.month == month && entry.year == year) {
       pos = i;

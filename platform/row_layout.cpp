@@ -20,9 +20,10 @@ std::optional<std::size_t> RowLayout::Find(std::string_view name) const {
 }
 
 bool RowLayout::HasNamesOf(const std::vector<ColumnDescription>& columns) const {
-  return std::equal(
-      columns_.begin(), columns_.end(), columns.begin(), columns.end(),
-      [](const ColumnDescription& one, const ColumnDescription& other) { return SameName(one.name, other.name); });
+  return std::equal(columns_.begin(), columns_.end(), columns.begin(), columns.end(),
+                    [](const ColumnDescription& one, const ColumnDescription& other) {
+                      return one.name == other.name || SameName(one.name, other.name);
+                    });
 }
 
 }  // namespace qmx

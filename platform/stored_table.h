@@ -42,7 +42,8 @@ class StoredTable {
     std::string text;
     std::unique_ptr<DriverStatement> statement;
   };
-  using Statements = std::map<std::vector<bool>, Prepared>;
+  using Shape = std::string;  // a character, 0 or 1, for each flag: a vector<bool> is compared bit by bit
+  using Statements = std::map<Shape, Prepared>;
 
   Prepared& InsertFor(const Row& assigned);
   Prepared NewInsert(const Row& assigned);
@@ -65,7 +66,7 @@ class StoredTable {
   Statements inserts_;
   Statements::value_type* lastInsert_ = nullptr;  // one of them, or none
   Statements updates_;
-  std::vector<bool> shape_;  // of the statement that is looked for; kept for its memory
+  Shape shape_;  // of the statement that is looked for; kept for its memory
 };
 
 }  // namespace qmx

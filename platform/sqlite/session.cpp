@@ -194,7 +194,9 @@ void SqliteDriverSession::SelectCatalog(const std::string& name) {
         .With("file", source_.string());
   }
   transaction_.RequireNone("The default database cannot be changed");
-  handle_ = OpenFile(source_ / FileName(name));
+  Handle opened = OpenFile(source_ / FileName(name));
+  transactionStatements_.clear();
+  handle_ = std::move(opened);
   catalog_ = name;
 }
 
@@ -237,6 +239,7 @@ GroupLimits SqliteDriverSession::Grouping() { return {16, std::chrono::milliseco
 
 void SqliteDriverSession::Close() {
   if (HoldsTransaction()) transaction_.Opened();
+  transactionStatements_.clear();
   handle_.reset();
   transaction_.RequireNone("The database was closed, and rows were lost,");
 }
@@ -249,9 +252,10 @@ sqlite3* SqliteDriverSession::Selected() const {
       .With("file", source_.string());
 }
 
-void SqliteDriverSession::Run(const std::string& statement) {
-  SqliteDriverStatement running(Selected(), deadline_, transaction_, statement);
-  Execution(running).Run();
+void SqliteDriverSession::Run(const char* transactionStatement) {
+  std::unique_ptr<DriverStatement>& statement = transactionStatements_[transactionStatement];
+  if (!statement) statement = Prepare(transactionStatement);
+  Execution(*statement).Run();
 }
 
 }  // namespace qmx

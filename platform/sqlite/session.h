@@ -2,9 +2,11 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/database_driver.h"
@@ -43,7 +45,7 @@ class SqliteDriverSession : public DriverSession {
   void Configure(sqlite3* opened);
   sqlite3* Selected() const;      // raises if a folder is open and none of its files is selected
   bool HoldsTransaction() const;  // as SQLite reports it, which may end a transaction by itself
-  void Run(const std::string& statement);
+  void Run(const char* transactionStatement);
   std::vector<std::string> UniqueKey(const std::string& table, const std::set<std::string>& required);
 
   std::filesystem::path source_;
@@ -53,6 +55,7 @@ class SqliteDriverSession : public DriverSession {
   Deadline deadline_;
   TransactionState transaction_;
   Handle handle_;
+  std::map<std::string_view, std::unique_ptr<DriverStatement>> transactionStatements_;  // prepared, by their texts
 };
 
 }  // namespace qmx

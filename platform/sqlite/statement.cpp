@@ -122,7 +122,8 @@ bool SqliteDriverStatement::Step() {
 Variant SqliteDriverStatement::Value(std::size_t column) {
   sqlite3_stmt* statement = statement_.get();
   const int index = static_cast<int>(column);
-  switch (sqlite3_column_type(statement, index)) {
+  const int type = sqlite3_column_type(statement, index);
+  switch (type) {
     case SQLITE_NULL:
       return Variant::Null();
     case SQLITE_INTEGER:
@@ -130,7 +131,7 @@ Variant SqliteDriverStatement::Value(std::size_t column) {
     case SQLITE_FLOAT:
       return sqlite3_column_double(statement, index);
     default:
-      return FromText(Text(index), columns_[column].type);
+      return FromText(Text(index, type), columns_[column].type);
   }
 }
 
@@ -151,11 +152,10 @@ void SqliteDriverStatement::RaiseFailure() const {
   throw timeout;
 }
 
-std::string_view SqliteDriverStatement::Text(int column) const {
+std::string_view SqliteDriverStatement::Text(int column, int type) const {
   sqlite3_stmt* statement = statement_.get();
-  const void* bytes = sqlite3_column_type(statement, column) == SQLITE_BLOB
-                          ? sqlite3_column_blob(statement, column)
-                          : static_cast<const void*>(sqlite3_column_text(statement, column));
+  const void* bytes = type == SQLITE_BLOB ? sqlite3_column_blob(statement, column)
+                                          : static_cast<const void*>(sqlite3_column_text(statement, column));
   const int size = sqlite3_column_bytes(statement, column);
   if (!bytes && size > 0) throw std::bad_alloc();
   return {static_cast<const char*>(bytes), static_cast<std::size_t>(size)};

@@ -36,7 +36,7 @@ class SqliteDriverStatement : public DriverStatement {
 
   void DescribeColumns();
   [[noreturn]] void RaiseFailure() const;
-  std::string_view Text(int column) const;  // until the next step
+  std::string_view Text(int column, int type) const;  // until the next step
 
   sqlite3* handle_;
   Deadline& deadline_;

@@ -7,6 +7,7 @@
 
 #include "platform/database.h"
 #include "platform/error.h"
+#include "platform/execution.h"
 #include "platform/sqlite/driver.h"
 #include "tests/support/raised.h"
 #include "tests/support/temp_folder.h"
@@ -89,6 +90,34 @@ TEST_F(SqliteFiles, AFolderHoldsDatabasesByName) {
   connection->defaultdatabase("south");
   EXPECT_EQ(connection->defaultdatabase(), "south");
   EXPECT_EQ(OnlyPerson(*connection), "south.db");
+}
+
+TEST_F(SqliteFiles, TransactionsAreOfTheSelectedDatabaseOfAFolder) {
+  Make("north.db");
+  Make("south.db");
+  const auto session = driver.Open(ConnectionText("Provider=SQLite;Data Source=" + folder.Path().string()));
+  for (const char* name : {"north", "south", "north"}) {
+    session->SelectCatalog(name);
+    for (int time = 0; time < 2; ++time) {
+      session->Begin();
+      Execution(
+          *session->Prepare("insert into people values ('kept" + std::to_string(time) + "' || hex(randomblob(8)))"))
+          .Run();
+      session->Commit();
+      session->Begin();
+      Execution(*session->Prepare("delete from people")).Run();
+      session->Rollback();
+    }
+  }
+  session->Close();
+  const auto people = [&](const std::string& name) {
+    const auto connection = Opened("Provider=SQLite;Data Source=" + folder / name);
+    Recordset records(nullptr);
+    records.Open("select * from people", *connection, kCursorKeyset, kLockOptimistic, kCommandText);
+    return records.recordcount();
+  };
+  EXPECT_EQ(people("north.db"), 1 + 4);
+  EXPECT_EQ(people("south.db"), 1 + 2);
 }
 
 TEST_F(SqliteFiles, InAFolderADatabaseMustBeNamedBeforeItIsUsed) {
