@@ -70,6 +70,19 @@ void OpenConnection::SelectCatalog(const std::string& name) {
   Driver().SelectCatalog(name);
 }
 
+Row OpenConnection::TakeRow() noexcept {
+  if (spareRows_.empty()) return {};
+  Row row = std::move(spareRows_.back());
+  spareRows_.pop_back();
+  return row;
+}
+
+void OpenConnection::ReturnRow(Row row) noexcept {
+  if (spareRows_.size() == kMostSpareRows) return;
+  row.clear();
+  spareRows_.push_back(std::move(row));
+}
+
 void OpenConnection::Close() {
   tables_.clear();
   statements_.Clear();

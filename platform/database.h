@@ -166,6 +166,7 @@ class Recordset {
   bool columnsAreObserved_;
   int number_;  // for the observers
   Connection* connection_ = nullptr;
+  SqlText source_{""};                       // borrowed by the cursor; a member, so that its memory is reused
   std::unique_ptr<RecordsetCursor> cursor_;  // null when closed
 };
 

@@ -42,6 +42,20 @@ class DriverStatement {
   virtual std::int64_t RowsAffected() const = 0;  // by the last execution
   virtual void Reset() noexcept = 0;              // ready to be bound and executed again
 
+  // Binds the row's values that are not Empty, in their order, and returns their number.
+  virtual std::size_t BindRow(std::span<const Variant> row) {
+    std::size_t parameter = 0;
+    for (const Variant& value : row) {
+      if (!value.IsEmpty()) Bind(parameter++, value);
+    }
+    return parameter;
+  }
+
+  // Reads a value into every element of the row, one for each of the first columns.
+  virtual void ReadRow(std::span<Variant> row) {
+    for (std::size_t column = 0; column < row.size(); ++column) row[column] = Value(column);
+  }
+
   // Of a statement that adds a row: nobody needs the outcome of the next execution at once. Whoever puts it off sends
   // the row before the session does anything else, and the session's next call raises what became of it.
   virtual void MayWait() noexcept {}

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/database_driver.h"
 #include "platform/database_observers.h"
@@ -15,7 +16,9 @@ namespace qmx {
 
 class OpenConnection {
  public:
-  explicit OpenConnection(std::unique_ptr<DriverSession> driver) : driver_(std::move(driver)), statements_(*driver_) {}
+  explicit OpenConnection(std::unique_ptr<DriverSession> driver) : driver_(std::move(driver)), statements_(*driver_) {
+    spareRows_.reserve(kMostSpareRows);
+  }
 
   bool IsOpen() const { return driver_ != nullptr; }
   DriverSession& Driver() const;                       // 3709 when closed
@@ -30,10 +33,18 @@ class OpenConnection {
   void RecordsetOpened() { ++openRecordsets_; }
   void RecordsetClosed() { --openRecordsets_; }
 
+  // TakeRow returns an empty row in the memory of a returned one, because a changed copy opens a record set for every
+  // record.
+  Row TakeRow() noexcept;
+  void ReturnRow(Row row) noexcept;
+
  private:
+  static constexpr std::size_t kMostSpareRows = 2;  // as many as a record set of one row uses
+
   std::unique_ptr<DriverSession> driver_;
   std::map<std::string, std::unique_ptr<StoredTable>> tables_;  // by folded name
   PreparedStatements statements_;
+  std::vector<Row> spareRows_;
   int openRecordsets_ = 0;
 };
 

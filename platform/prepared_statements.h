@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -50,7 +51,7 @@ class ConnectionStatement {
   // have changed since another text of that shape was prepared.
   const std::vector<ColumnDescription>& Columns();
   bool Step();  // returns whether there is a row
-  Variant Value(std::size_t column) { return prepared_->statement->Value(column); }
+  void ReadRow(std::span<Variant> row) { prepared_->statement->ReadRow(row); }
   std::int64_t RowsAffected() const { return prepared_->statement->RowsAffected(); }
 
   // The table whose rows it returns one by one with all columns (sql_statement.h).

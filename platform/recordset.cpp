@@ -42,10 +42,11 @@ void Recordset::Open(const SqlText& source, Connection& connection, int cursorTy
         RequireServed(cursorType, lockType, options);
         if (!connection.session_) throw Error(errors::kConnectionClosed, kSource, "The connection is closed.");
         source.Check();
+        source_ = source;
         if (options == kCommandTable) {
-          cursor_ = RecordsetCursor::OnTable(connection.session_, source.Text());
+          cursor_ = RecordsetCursor::OnTable(connection.session_, source_);
         } else {
-          cursor_ = RecordsetCursor::OnStatement(connection.session_, source);
+          cursor_ = RecordsetCursor::OnStatement(connection.session_, source_);
           rows = cursor_->Count();
         }
         cursor_->AnnounceTo(observers_);

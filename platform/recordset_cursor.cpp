@@ -1,7 +1,6 @@
 #include "platform/recordset_cursor.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace qmx {
@@ -14,17 +13,28 @@ void ToColumnType(Variant& value, Variant::Kind type) {
   if (value.IsEmpty()) value = Variant::Null();
   if (value.IsNull()) return;
   if (type != Variant::Kind::Empty && value.GetKind() != type) value = value.ConvertedTo(type);
-  if (value.GetKind() == Variant::Kind::Double && !std::isfinite(value.ToDouble())) {
+  if (!value.IsFinite()) {
     throw Error(errors::kOverflow, kSource, "Overflow: " + value.ToText() + " is no number that a column can hold.");
   }
 }
 
 }  // namespace
 
+RecordsetCursor::RecordsetCursor(std::shared_ptr<OpenConnection> session, const SqlText& source)
+    : session_(std::move(session)), source_(source), pending_(session_->TakeRow()) {
+  session_->RecordsetOpened();
+}
+
+RecordsetCursor::~RecordsetCursor() {
+  session_->ReturnRow(std::move(pending_));
+  if (!rows_.empty()) session_->ReturnRow(std::move(rows_.front()));
+  session_->RecordsetClosed();
+}
+
 std::unique_ptr<RecordsetCursor> RecordsetCursor::OnTable(std::shared_ptr<OpenConnection> session,
-                                                          const std::string& table) {
+                                                          const SqlText& table) {
   std::unique_ptr<RecordsetCursor> cursor(new RecordsetCursor(std::move(session), table));
-  cursor->table_ = &cursor->session_->Table(table);
+  cursor->table_ = &cursor->session_->Table(table.Text());
   cursor->layout_ = cursor->table_->Layout();
   cursor->pending_.resize(cursor->layout_->Columns().size());
   return cursor;
@@ -127,18 +137,20 @@ void RecordsetCursor::Save(bool mayWait) {
 
 void RecordsetCursor::SaveEdit() {
   Row& stored = rows_[position_];
-  Row changes(stored.size());
   bool differs = false;
   for (std::size_t column = 0; column < stored.size(); ++column) {
-    if (pending_[column].IsEmpty() || pending_[column] == stored[column]) continue;
-    changes[column] = pending_[column];
-    differs = true;
+    if (pending_[column].IsEmpty()) continue;
+    if (pending_[column] == stored[column]) {
+      pending_[column].Clear();
+    } else {
+      differs = true;
+    }
   }
   if (!differs) return;
-  WritableTable().Update(stored, changes);
+  WritableTable().Update(stored, pending_);
   hasWritten_ = true;
   for (std::size_t column = 0; column < stored.size(); ++column) {
-    if (!changes[column].IsEmpty()) stored[column] = std::move(changes[column]);
+    if (!pending_[column].IsEmpty()) stored[column] = std::move(pending_[column]);
   }
 }
 
@@ -146,7 +158,7 @@ void RecordsetCursor::SaveNewRow(bool mayWait) {
   WritableTable().Insert(pending_, mayWait);
   hasWritten_ = true;
   // Unless the table was read, only the last added row is kept in memory.
-  if (isRead_ || rows_.empty()) rows_.emplace_back(pending_.size());
+  if (isRead_ || rows_.empty()) rows_.emplace_back(session_->TakeRow()).resize(pending_.size());
   rows_.back().swap(pending_);
   position_ = rows_.size() - 1;
 }
@@ -175,9 +187,9 @@ void RecordsetCursor::ReadRows(const SqlText& statement) {
   if (!layout_) layout_ = table_ ? table_->Layout() : std::make_shared<const RowLayout>(columns);
   std::vector<Row> rows;
   for (; hasRow; hasRow = query.Step()) {
-    Row& row = rows.emplace_back();
-    row.reserve(columns.size());
-    for (std::size_t column = 0; column < columns.size(); ++column) row.push_back(query.Value(column));
+    Row& row = rows.emplace_back(session_->TakeRow());
+    row.resize(columns.size());
+    query.ReadRow(row);
   }
   rows_ = std::move(rows);
   isRead_ = true;

@@ -17,10 +17,11 @@ namespace qmx {
 
 class RecordsetCursor {
  public:
-  static std::unique_ptr<RecordsetCursor> OnTable(std::shared_ptr<OpenConnection> session, const std::string& table);
+  // The table's name and the statement are borrowed.
+  static std::unique_ptr<RecordsetCursor> OnTable(std::shared_ptr<OpenConnection> session, const SqlText& table);
   static std::unique_ptr<RecordsetCursor> OnStatement(std::shared_ptr<OpenConnection> session,
                                                       const SqlText& statement);
-  ~RecordsetCursor() { session_->RecordsetClosed(); }
+  ~RecordsetCursor();
   RecordsetCursor(const RecordsetCursor&) = delete;
   RecordsetCursor& operator=(const RecordsetCursor&) = delete;
 
@@ -44,7 +45,7 @@ class RecordsetCursor {
     const Variant::Kind type = ColumnAt(column).type;
     WritableTable();
     if (pendingKind_ != Pending::NewRow) CurrentRow();
-    const bool fits = value.IsNull() || (value.GetKind() == type && type != Variant::Kind::Double);
+    const bool fits = value.IsNull() || (value.GetKind() == type && value.IsFinite());
     if (!fits) Convert(column, value);
     pending_[column] = std::move(value);
     if (pendingKind_ != Pending::NewRow) pendingKind_ = Pending::Edit;
@@ -59,10 +60,7 @@ class RecordsetCursor {
  private:
   enum class Pending { None, Edit, NewRow };
 
-  RecordsetCursor(std::shared_ptr<OpenConnection> session, const SqlText& source)
-      : session_(std::move(session)), source_(source) {
-    session_->RecordsetOpened();
-  }
+  RecordsetCursor(std::shared_ptr<OpenConnection> session, const SqlText& source);
   void ReadRows(const SqlText& statement);
   void ReadRowsOnce();
   void Convert(std::size_t column, Variant& value);
@@ -79,7 +77,7 @@ class RecordsetCursor {
   const DatabaseObservers* observers_ = nullptr;
   StoredTable* table_ = nullptr;  // the session's; null where the rows are read-only
   std::shared_ptr<const RowLayout> layout_;
-  SqlText source_;  // for errors
+  const SqlText& source_;  // for errors
 
   std::vector<Row> rows_;
   std::size_t position_ = 0;  // rows_.size() past the end

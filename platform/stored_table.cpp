@@ -55,10 +55,7 @@ void StoredTable::Insert(const Row& assigned, bool mayWait) {
     Prepared& insert = InsertFor(assigned);
     text = &insert.text;
     Execution execution(*insert.statement);
-    std::size_t parameter = 0;
-    for (const Variant& value : assigned) {
-      if (!value.IsEmpty()) insert.statement->Bind(parameter++, value);
-    }
+    insert.statement->BindRow(assigned);
     if (mayWait) insert.statement->MayWait();
     execution.Run();
   } catch (Error& error) {
@@ -73,11 +70,7 @@ void StoredTable::Update(const Row& stored, const Row& changes) {
     Prepared& update = UpdateFor(stored, changes);
     text = &update.text;
     Execution execution(*update.statement);
-    std::size_t parameter = 0;
-    for (const Variant& value : changes) {
-      if (!value.IsEmpty()) update.statement->Bind(parameter++, value);
-    }
-    BindKey(*update.statement, parameter, stored);
+    BindKey(*update.statement, update.statement->BindRow(changes), stored);
     // Some servers count the rows that they changed, not those that they found.
     const auto hits = [&] {
       const std::int64_t changed = execution.Run();

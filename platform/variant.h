@@ -8,6 +8,7 @@
 // True is -1 as a number.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -49,6 +50,7 @@ class Variant {
   bool IsEmpty() const { return GetKind() == Kind::Empty; }
   bool IsNull() const { return GetKind() == Kind::Null; }
   bool IsNumber() const { return GetKind() >= Kind::Boolean && GetKind() <= Kind::Double; }
+  bool IsFinite() const { return kind_ != Kind::Double || std::isfinite(plain_.number); }
 
   // The value itself if it is of that kind, else null; borrowed from this value.
   const std::string* IfText() const { return kind_ == Kind::Text ? &text_ : nullptr; }
@@ -57,7 +59,8 @@ class Variant {
   bool ToBoolean() const;
   std::uint8_t ToUInt8() const;
   std::int16_t ToInt16() const {
-    const bool fits = kind_ == Kind::Int32 && std::in_range<std::int16_t>(plain_.whole);  // as most components answer
+    const bool isUsual = kind_ == Kind::Int32 || kind_ == Kind::UInt8;  // most components' numbers, and flags
+    const bool fits = isUsual && std::in_range<std::int16_t>(plain_.whole);
     return fits ? static_cast<std::int16_t>(plain_.whole) : AsInt16();
   }
   std::int32_t ToInt32() const;

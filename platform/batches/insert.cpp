@@ -23,6 +23,14 @@ BatchingInsert::~BatchingInsert() {
 
 void BatchingInsert::Bind(std::size_t parameter, const Variant& value) { bound_.at(parameter) = &value; }
 
+std::size_t BatchingInsert::BindRow(std::span<const Variant> row) {
+  std::size_t parameter = 0;
+  for (const Variant& value : row) {
+    if (!value.IsEmpty()) bound_.at(parameter++) = &value;
+  }
+  return parameter;
+}
+
 bool BatchingInsert::Step() {
   if (mayWait_ && !many_) {
     const auto lock = session_.Ready();

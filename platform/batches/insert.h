@@ -16,6 +16,7 @@ class BatchingInsert : public DriverStatement, public RowSink {
 
   const std::vector<ColumnDescription>& Columns() const override { return noColumns_; }
   void Bind(std::size_t parameter, const Variant& value) override;
+  std::size_t BindRow(std::span<const Variant> row) override;
   bool Step() override;
   Variant Value(std::size_t) override { return Variant::Null(); }
   std::int64_t RowsAffected() const override { return 1; }

@@ -56,6 +56,11 @@ Variant BatchingDriverStatement::Value(std::size_t column) {
   return inner_->Value(column);
 }
 
+void BatchingDriverStatement::ReadRow(std::span<Variant> row) {
+  const auto lock = session_.Locked();
+  inner_->ReadRow(row);
+}
+
 void BatchingDriverStatement::Reset() noexcept {
   if (writes_) return;  // it is reset as soon as it has run
   const auto lock = session_.Locked();

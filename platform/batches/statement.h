@@ -17,6 +17,7 @@ class BatchingDriverStatement : public DriverStatement {
   void Bind(std::size_t parameter, const Variant& value) override;
   bool Step() override;
   Variant Value(std::size_t column) override;
+  void ReadRow(std::span<Variant> row) override;
   std::int64_t RowsAffected() const override { return writes_ ? affected_ : inner_->RowsAffected(); }
   void Reset() noexcept override;
 

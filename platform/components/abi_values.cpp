@@ -1,5 +1,7 @@
 #include "platform/components/abi_values.h"
 
+#include <typeinfo>
+
 #include "platform/components/host_object.h"
 #include "platform/components/server_object.h"
 
@@ -116,37 +118,39 @@ Object ObjectFromAbi(qmx_object* object, Reference reference) {
 
 qmx_object* GiveObject(const Object& object) {
   if (!object) return nullptr;
-  const auto* const server = dynamic_cast<const ServerObject*>(object.Target().get());
-  if (!server) return ExportHostObject(object.Target());
-  server->Pointer()->type->add_ref(server->Pointer());
-  return server->Pointer();
+  const Dispatch& target = *object.Target();
+  if (typeid(target) != typeid(ServerObject)) return ExportHostObject(object.Target());
+  qmx_object* const theirs = static_cast<const ServerObject&>(target).Pointer();
+  theirs->type->add_ref(theirs);
+  return theirs;
 }
 
 AbiArguments::AbiArguments(std::span<const Argument> arguments) : arguments_(arguments) {
   pointers_ = usualPointers_.data();
+  lent_ = usualLent_.data();
   qmx_value* values = values_.data();
   if (arguments.size() > kUsual) {
     manyValues_.resize(arguments.size());
     manyPointers_.resize(arguments.size());
+    manyLent_.resize(arguments.size());
     values = manyValues_.data();
     pointers_ = manyPointers_.data();
+    lent_ = manyLent_.data();
   }
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     qmx_value& out = values[i];
     const Variant& value = arguments[i].Value();
     pointers_[i] = &out;
+    lent_[i] = nullptr;
     out.struct_size = sizeof out;
     out.flags = arguments[i].IsReference() ? QMX_BY_REFERENCE : 0;
     Borrow(value, out);
-    if (value.IfObject() && *value.IfObject()) {
-      lent_.resize(arguments.size());
-      lent_[i] = out.as.object = GiveObject(*value.IfObject());
-    }
+    if (value.IfObject() && *value.IfObject()) lent_[i] = out.as.object = GiveObject(*value.IfObject());
   }
 }
 
 AbiArguments::~AbiArguments() {
-  for (qmx_object* const object : lent_) {
+  for (qmx_object* const object : std::span(lent_, arguments_.size())) {
     if (object) object->type->release(object);
   }
 }
@@ -156,7 +160,7 @@ void AbiArguments::WriteBack() {
     const Argument& argument = arguments_[i];
     if (!argument.IsReference()) continue;
     const qmx_value& value = *pointers_[i];
-    const bool sameObject = value.kind == QMX_OBJECT && !lent_.empty() && lent_[i] && lent_[i] == value.as.object;
+    const bool sameObject = value.kind == QMX_OBJECT && lent_[i] && lent_[i] == value.as.object;
     if (sameObject) continue;
     argument.Write(FromAbi(value, Reference::Given));
   }

@@ -63,10 +63,12 @@ class AbiArguments {
   std::span<const Argument> arguments_;
   std::array<qmx_value, kUsual> values_;
   std::array<qmx_value*, kUsual> usualPointers_;
+  std::array<qmx_object*, kUsual> usualLent_;
   std::vector<qmx_value> manyValues_;  // replaces the arrays for unusually many arguments
   std::vector<qmx_value*> manyPointers_;
+  std::vector<qmx_object*> manyLent_;
   qmx_value** pointers_;
-  std::vector<qmx_object*> lent_;  // objects by argument, released after the call
+  qmx_object** lent_;  // objects by argument, null for other values; released after the call
 };
 
 // Returns a value for the other side as the result of a call: an object has a new reference, a text is borrowed from

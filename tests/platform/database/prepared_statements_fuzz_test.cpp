@@ -6,6 +6,7 @@
 #include <random>
 
 #include "platform/prepared_statements.h"
+#include "platform/row_layout.h"
 #include "tests/platform/database/record_set_test.h"
 
 namespace qmx::test {
@@ -217,8 +218,9 @@ std::string Outcome(Statement&& statement) {
   std::vector<std::string> rows;
   while (statement.Step()) {
     std::string row;
-    for (std::size_t column = 0; column < statement.Columns().size(); ++column) {
-      const Variant value = statement.Value(column);
+    Row values(statement.Columns().size());
+    statement.ReadRow(values);
+    for (const Variant& value : values) {
       row += "|" + std::to_string(static_cast<int>(value.GetKind())) + ":" + (value.IsNull() ? "null" : value.ToText());
     }
     rows.push_back(row);

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <thread>
 
+#include "platform/row_layout.h"
 #include "platform/sqlite/driver.h"
 #include "tests/platform/database/record_set_test.h"
 #include "tests/support/temp_folder.h"
@@ -187,16 +188,21 @@ TEST_P(PreparedTexts, ThatAreOpenAtOnceHaveAStatementEach) {
   PreparedStatements prepared(*session);
   const SqlText first = WithQuoted("select name from people where code>", "A", " order by code");
   const SqlText second = WithQuoted("select name from people where code>", "B", " order by code");
+  const auto name = [](ConnectionStatement& statement) {
+    Row row(1);
+    statement.ReadRow(row);
+    return row[0];
+  };
   {
     ConnectionStatement one(prepared, first);
     ConnectionStatement other(prepared, second);
     EXPECT_TRUE(one.Step());
     EXPECT_TRUE(other.Step());
-    EXPECT_EQ(one.Value(0), Variant("name of B"));
-    EXPECT_EQ(other.Value(0), Variant("name of C"));
+    EXPECT_EQ(name(one), Variant("name of B"));
+    EXPECT_EQ(name(other), Variant("name of C"));
     EXPECT_TRUE(one.Step());
     EXPECT_FALSE(other.Step());
-    EXPECT_EQ(one.Value(0), Variant("name of C"));
+    EXPECT_EQ(name(one), Variant("name of C"));
   }
   prepared.Clear();
   session->Close();

@@ -26,6 +26,33 @@ TEST_P(RecordsetReading, WalksFromTheFirstRowPastTheLast) {
   EXPECT_EQ(records->Fields("code").Value(), Variant("A"));
 }
 
+TEST_P(RecordsetReading, ShowsNothingOfARecordSetBeforeIt) {
+  const auto records = Opened("select * from people where code='A'");
+  records->Fields("floor").Value(3);
+  records->Fields("name").Value("A name that is long enough to be kept elsewhere");
+  records->Close();
+  records->Open("select * from people where code='B'", connection, kCursorKeyset, kLockOptimistic, kCommandText);
+  EXPECT_EQ(RowText(*records), "B|Bob|null|null|null|7|null");
+  records->AddNew();
+  EXPECT_EQ(RowText(*records), "null|null|null|null|null|null|null");
+  records->CancelUpdate();
+  records->Close();
+  records->Open("select name, code from people where code<>'A' order by code", connection, kCursorKeyset,
+                kLockOptimistic, kCommandText);
+  EXPECT_EQ(RowText(*records), "Bob|B");
+  records->MoveNext();
+  EXPECT_EQ(RowText(*records), "Cid|C");
+}
+
+TEST_P(RecordsetReading, NamesTheStatementOfItsOwnWhenAnotherCouldNotBeOpened) {
+  const auto records = Opened("select name from people");
+  EXPECT_EQ(Raised([&] {
+              records->Open("select born from people", connection, kCursorKeyset, kLockOptimistic, kCommandText);
+            }).Number(),
+            3705);
+  EXPECT_THAT(Raised([&] { records->Fields("code"); }).Description(), testing::HasSubstr("select name from people"));
+}
+
 TEST_P(RecordsetReading, WalksATableOpenedByName) {
   const auto records = OpenedTable("people");
   int rows = 0;
