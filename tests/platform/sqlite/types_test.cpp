@@ -94,7 +94,7 @@ TEST_F(SqliteValues, OfDatesAreStoredInTheirCanonicalText) {
   records.Close();
   records.Open("select born||'' , typeof(born) from v order by code", connection, kCursorKeyset, kLockOptimistic,
                kCommandText);
-  EXPECT_EQ(records.Fields(0).Value(), Variant("2026-07-04"));
+  EXPECT_EQ(records.Fields(0).Value(), Variant("2026-07-04 00:00:00"));
   EXPECT_EQ(records.Fields(1).Value(), Variant("text"));
   records.MoveNext();
   EXPECT_EQ(records.Fields(0).Value(), Variant("2026-07-04 08:00:00"));
