@@ -4,27 +4,21 @@
 // of the flag are two steps: two runs that start at the same instant can both pass the check.
 #include "copy/clean_up.h"
 #include "copy/clsDataCopy.h"
+#include "platform/control_record.h"
 #include "platform/error.h"
 #include "platform/failure_report.h"
 
 namespace qmx {
+
+using namespace control_record;
+
 namespace {
-
-constexpr std::int16_t kFree = 0;
-constexpr std::int16_t kInProgress = 1;
-
-const Column kTableName = "TableName";
-const Column kInUse = "in_use";
-const Column kFreq = "freq";
-const Column kReqd = "reqd";
-const Column kSyme = "syme";
-const Column kLutm = "lutm";
 
 // A null or empty value is none.
 bool IsNone(const Variant& value) { return value.IsNull() || value.IsEmpty(); }
 
 // For a report only: none where the column holds no date-time or is missing.
-std::optional<DateTime> MomentIn(Recordset& record, const Column& column) {
+std::optional<DateTime> MomentIn(Recordset& record, const char* column) {
   try {
     const Variant value = record.Fields(column).Value();
     if (!IsNone(value) && value.ToDateTime() > DateTime()) return value.ToDateTime();
@@ -92,8 +86,8 @@ void clsDataCopy::SetCopyInProgress(const std::string& tableCode) {
     if (!found) AddControlRecord(record, tableCode);
     record.Fields(kInUse) = kInProgress;
     if (!found) {
-      record.Fields(kFreq) = std::int16_t{0};
-      record.Fields(kReqd) = std::int16_t{1};
+      record.Fields(kFreq) = kNewFreq;
+      record.Fields(kReqd) = kNewReqd;
     }
     record.Update();
     return kInProgress;

@@ -11,14 +11,15 @@
 #include <vector>
 
 #include "platform/components.h"
+#include "platform/control_record.h"
 #include "platform/database.h"
 #include "platform/variant.h"
 
 namespace qmx {
 
 // The sync methods that a dispatcher acts on; it does nothing on any other value.
-inline constexpr std::int16_t kFullCopy = 1;
-inline constexpr std::int16_t kOnlyChanged = 2;
+using control_record::kFullCopy;
+using control_record::kOnlyChanged;
 
 inline constexpr int kDeleteTimeout = 150;  // seconds; a large table takes its time
 

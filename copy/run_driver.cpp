@@ -68,8 +68,9 @@ std::int16_t clsDataCopy::RunCopy(const std::string& ConnectionString, const std
       return kAlreadyInProgress;
     }
     SetCopyInProgress(tableCode);
-    const std::int16_t syncMethod = ReadSyncMethod(tableCode) == kOnlyChanged ? kOnlyChanged : kFullCopy;
-    declarations_.facts.byChange = syncMethod == kOnlyChanged && !extendedForm;
+    const bool byChange = ReadSyncMethod(tableCode) == kOnlyChanged && !declarations_.copiesInFull;
+    const std::int16_t syncMethod = byChange ? kOnlyChanged : kFullCopy;
+    declarations_.facts.byChange = byChange && !extendedForm;
     events_.DataCopyStarted(Now(), tableCode);
     CopyTable(TableName, tableCode, extendedForm, BusComponent.ToText(), syncMethod);
   } catch (...) {

@@ -24,13 +24,6 @@ ConnectionText CompleteText(const std::string& connectionText, const std::string
       .With("connection text", text.Masked());
 }
 
-Driver& DriverFor(const ConnectionText& text, const std::vector<Driver*>& drivers) {
-  for (Driver* driver : drivers) {
-    if (driver->Serves(text)) return *driver;
-  }
-  RaiseUnserved(text, drivers);
-}
-
 std::int64_t Run(OpenConnection& session, const SqlText& text) {
   try {
     ConnectionStatement statement = session.Statement(text);
@@ -43,6 +36,13 @@ std::int64_t Run(OpenConnection& session, const SqlText& text) {
 }
 
 }  // namespace
+
+Driver& DriverFor(const ConnectionText& text, const std::vector<Driver*>& drivers) {
+  for (Driver* driver : drivers) {
+    if (driver->Serves(text)) return *driver;
+  }
+  RaiseUnserved(text, drivers);
+}
 
 DriverSession& OpenConnection::Driver() const {
   if (!driver_) throw Error(errors::kConnectionClosed, kSource, "The connection is closed.");

@@ -14,6 +14,9 @@
 
 namespace qmx {
 
+// Returns the first driver that serves the text. Raises 5 if none does.
+Driver& DriverFor(const ConnectionText& text, const std::vector<Driver*>& drivers);
+
 class OpenConnection {
  public:
   explicit OpenConnection(std::unique_ptr<DriverSession> driver) : driver_(std::move(driver)), statements_(*driver_) {

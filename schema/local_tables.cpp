@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/error.h"
 #include "platform/names.h"
 #include "schema/column_words.h"
 
@@ -26,6 +27,13 @@ std::vector<LocalTable> AllTables() {
 const std::vector<LocalTable>& LocalTables() {
   static const std::vector<LocalTable> kTables = AllTables();
   return kTables;
+}
+
+const LocalTable& LocalTableNamed(std::string_view name) {
+  const auto table = std::find_if(LocalTables().begin(), LocalTables().end(),
+                                  [name](const LocalTable& known) { return known.name == name; });
+  if (table != LocalTables().end()) return *table;
+  throw Error(errors::kInvalidCall, "schema", "There is no local table \"" + std::string(name) + "\".");
 }
 
 std::string_view DescriptionOfTable(std::string_view name) {

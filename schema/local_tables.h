@@ -32,6 +32,9 @@ struct LocalTable {
 
 const std::vector<LocalTable>& LocalTables();  // in the order of their names, tstables and tscalender last
 
+// Returns the table of exactly this name. Raises 5 if there is none.
+const LocalTable& LocalTableNamed(std::string_view name);
+
 // Of the table of that name, in whatever case; empty where no such table is copied.
 std::string_view DescriptionOfTable(std::string_view name);
 

@@ -1,6 +1,7 @@
 // The process entry: builds the platform from its adapters, runs Main, and returns the run's exit status.
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 #include "platform/components/installed_components.h"
 #include "platform/database.h"
 #include "platform/drivers/local_drivers.h"
+#include "platform/error.h"
 #include "platform/join.h"
 #include "platform/modDeclarations.h"
 #include "platform/platform.h"
@@ -36,6 +38,14 @@
 namespace {
 
 using qmx::ExitStatus;
+
+bool IsFullCopyRequested() {
+  const char* const variable = std::getenv("QMX_METHOD");
+  const std::string method = variable ? variable : "";
+  if (method.empty() || method == "full") return !method.empty();
+  throw qmx::Error(qmx::errors::kInvalidCall, "qmxdatacopy",
+                   "QMX_METHOD is \"" + method + "\". It may be \"full\" or empty.");
+}
 
 ExitStatus Answer(const std::string& text) {
   const bool written = std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
@@ -74,6 +84,7 @@ ExitStatus Run(const std::string& commandLine, int listener, qmx::modDeclaration
   qmx::Database database(drivers.All(), qmx::DatabaseObservers(observers));
   qmx::Platform platform{clock, files, eventLog, seenComponents, database, clearedFailures};
 
+  declarations.copiesInFull = IsFullCopyRequested();
   qmx::Main(platform, declarations, commandLine);
   return declarations.exitStatus;
 }

@@ -21,6 +21,7 @@ class LocalDrivers {
   explicit LocalDrivers(const Decorate& below = {}, Watchdog& watchdog = Watchdog::Usual());  // borrowed
 
   std::vector<Driver*> All() { return {&batchedSqlite_, &batchedOdbc_}; }
+  std::vector<Driver*> Unbatched() { return {&sqlite_, &odbc_}; }  // without what `below` put there
 
  private:
   SqliteDriver sqlite_;

@@ -72,7 +72,7 @@ void Progress::ShowUntilTheEnd() {
     if (look % kLooksBetweenLines == 0) Tell();
   }
   Tell();
-  if (isDrawn_) WriteAll(terminal_, kClearLine);
+  if (!drawn_.empty()) WriteAll(terminal_, ClearText(TerminalWidth(terminal_)));
 }
 
 void Progress::Draw() {
@@ -82,9 +82,18 @@ void Progress::Draw() {
   std::string line = ProgressText(table_, rows, rate_.At(now, rows), elapsed);
   if (!IsInForeground(terminal_)) return;
   // A line as wide as the terminal would wrap.
-  line.resize(std::min(line.size(), static_cast<std::size_t>(TerminalWidth(terminal_) - 1)));
-  WriteAll(terminal_, std::string(kClearLine) + line);
-  isDrawn_ = true;
+  const int width = TerminalWidth(terminal_);
+  line.resize(std::min(line.size(), static_cast<std::size_t>(width - 1)));
+  if (line == drawn_ && width == drawnWidth_) return;
+  WriteAll(terminal_, ClearText(width) + line);
+  drawn_ = std::move(line);
+  drawnWidth_ = width;
+}
+
+std::string Progress::ClearText(int terminalWidth) const {
+  const int rows = RowsTaken(static_cast<int>(drawn_.size()), terminalWidth);
+  if (rows == 1) return std::string(kClearLine);
+  return "\x1b[" + std::to_string(rows - 1) + "A\r\x1b[J";
 }
 
 void Progress::Tell() {

@@ -56,6 +56,7 @@ class Progress {
   using Clock = std::chrono::steady_clock;
   void ShowUntilTheEnd();
   void Draw();
+  std::string ClearText(int terminalWidth) const;
   void Tell();
 
   std::string table_;
@@ -65,7 +66,8 @@ class Progress {
   RowCounter counter_{table_, rows_};
   RowRate rate_;
   Clock::time_point start_ = Clock::now();
-  bool isDrawn_ = false;
+  std::string drawn_;  // the line on the terminal, or empty
+  int drawnWidth_ = 0;
   std::int64_t told_ = -1;
 
   std::mutex mutex_;

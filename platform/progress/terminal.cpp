@@ -23,4 +23,8 @@ int TerminalWidth(int descriptor) {
   return ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
+int RowsTaken(int lineWidth, int terminalWidth) {
+  return lineWidth <= terminalWidth ? 1 : (lineWidth + terminalWidth - 1) / terminalWidth;
+}
+
 }  // namespace qmx

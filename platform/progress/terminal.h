@@ -1,18 +1,22 @@
-// A terminal whose last line is redrawn in place.
+// A terminal whose last lines are redrawn in place.
 #pragma once
 
 #include <string_view>
 
 namespace qmx {
 
-// Whether lines can be drawn there: a terminal that is not "dumb". (There are no colours, so NO_COLOR does not matter.)
+// Returns whether lines can be redrawn: the descriptor is a terminal, and $TERM is set and not "dumb".
 bool IsLiveTerminal(int descriptor);
 
-// Whether this process is in the terminal's foreground.
+// Returns whether this process is in the terminal's foreground.
 bool IsInForeground(int descriptor);
 
-int TerminalWidth(int descriptor);  // in columns; 80 if it is unknown
+int TerminalWidth(int descriptor);  // in columns; 80 if it is not known
 
 inline constexpr std::string_view kClearLine = "\r\x1b[K";
+
+// Returns how many rows a line takes on the terminal. A terminal that became narrower wraps lines that were drawn
+// before.
+int RowsTaken(int lineWidth, int terminalWidth);
 
 }  // namespace qmx

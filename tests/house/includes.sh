@@ -54,4 +54,11 @@ if [ -n "$above" ]; then
   echo "$above"
   failed=1
 fi
+# The operator's tool states once how the local database is opened and queried.
+repeated=$(grep -rnE 'kCursorKeyset|kLockOptimistic|"ADODB\.' tools/qmxadmin | grep -v '^tools/qmxadmin/local_database\.' || true)
+if [ -n "$repeated" ]; then
+  echo "tools/qmxadmin reaches record sets through local_database.h only:"
+  echo "$repeated"
+  failed=1
+fi
 exit $failed

@@ -1,12 +1,12 @@
-// What the process ends with.
+// The exit status of qmxadmin.
 #pragma once
 
 namespace qmx {
 
 enum class AdminStatus {
   Done = 0,
-  Wrong = 1,   // something is not as it should be, or was left as it is; standard output says what
-  Failed = 2,  // the command failed, or its arguments are wrong; standard error says why
+  Wrong = 1,   // A problem was found, or nothing was changed on request. Standard output names it.
+  Failed = 2,  // The command failed or its arguments are wrong. Standard error gives the reason.
 };
 
 }  // namespace qmx

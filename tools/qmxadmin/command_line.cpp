@@ -1,21 +1,24 @@
-// The one source that sees the argument library, which is slow to compile: each command's own source gets a struct.
+// The argument library is slow to compile, so commands take their arguments in structs.
 #include "tools/qmxadmin/command_line.h"
 
-#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
 #include <iostream>
 #include <memory>
+#include <optional>
 
 #include "tools/qmxadmin/calendar/calendar.h"
 #include "tools/qmxadmin/check/check.h"
 #include "tools/qmxadmin/components.h"
 #include "tools/qmxadmin/copy/copy.h"
-#include "tools/qmxadmin/database_arguments.h"
 #include "tools/qmxadmin/environment_arguments.h"
 #include "tools/qmxadmin/expand.h"
 #include "tools/qmxadmin/history.h"
 #include "tools/qmxadmin/init.h"
 #include "tools/qmxadmin/listing.h"
 #include "tools/qmxadmin/method.h"
+#include "tools/qmxadmin/nearest_name.h"
+#include "tools/qmxadmin/options.h"
 #include "tools/qmxadmin/release.h"
 #include "tools/qmxadmin/run_outputs.h"
 #include "tools/qmxadmin/status.h"
@@ -24,98 +27,80 @@
 namespace qmx {
 namespace {
 
-constexpr const char* kConnection = "CONNECTION";
-constexpr const char* kDatabase = "DATABASE";
-
-// Has `run` called with `arguments` when this is the command that is asked for.
+// Calls `run` with `arguments` if this command is given.
 template <typename Arguments>
 void Does(CLI::App& command, AdminStatus& status, const std::shared_ptr<Arguments>& arguments,
           AdminStatus (*run)(const Arguments&)) {
   command.callback([arguments, run, &status] { status = run(*arguments); });
 }
 
-void AddDatabase(CLI::App& command, DatabaseArguments& arguments) {
-  command.add_option(kConnection, arguments.connection, "Such as \"Provider=SQLite;Data Source=FILE\"")->required();
-  command.add_option(kDatabase, arguments.database, "Default database; \"\" for the connection's own")->required();
-  command.footer(
-      "CONNECTION is the connection text of the local database. Where QMX_CONNECTION is\n"
-      "set, CONNECTION and DATABASE may both be left out, so that no password stands on\n"
-      "the command line; QMX_DATABASE is then the default database.");
-}
-
-void AddJson(CLI::App& command, OutputForm& form) {
-  command.add_flag_callback(
-      "--json", [&form] { form = OutputForm::Json; }, "Tell it as JSON");
-}
-
-void AddLogs(CLI::App& command, std::string& logs) {
-  command.add_option("--logs", logs, "The copies' LOGDIR")->required();
-}
-
 void AddCalendar(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand(
-      "calendar", "Draw the working intervals of calendars, as \"expand\" made them, week by week");
+  CLI::App& command =
+      *program.add_subcommand("calendar", "Draw the working intervals that \"expand\" made, week by week");
   const auto arguments = std::make_shared<CalendarArguments>();
   AddDatabase(command, *arguments);
-  command.add_option("CALENDAR", arguments->codes, "Codes of calendars");
-  command.add_option("--employee", arguments->employee, "Number of a service employee, whose calendar is drawn");
-  command.add_option("--from", arguments->from, "A day of the first week, YYYY-MM-DD; without it this week");
-  command.add_option("--to", arguments->to, "A day of the last week; without it four weeks are drawn");
-  command.add_option("--svg", arguments->svg, "Write an SVG picture to this file instead; - is standard output");
+  command.add_option("CALENDAR", arguments->codes, "Calendar codes");
+  command.add_option("--employee", arguments->employee,
+                     "Number of a service employee, to draw the employee's calendar");
+  command.add_option("--from", arguments->from, "A day of the first week, YYYY-MM-DD; default: today");
+  command.add_option("--to", arguments->to, "A day of the last week; default: four weeks are drawn");
+  command.add_option("--svg", arguments->svg, "Write an SVG picture to this file; - is standard output");
   AddJson(command, arguments->form);
   Does(command, status, arguments, ShowCalendars);
 }
 
 void AddCheck(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand("check", "Look whether all that the copies need is there");
+  CLI::App& command = *program.add_subcommand("check", "Check that everything the copies need is in place");
   const auto arguments = std::make_shared<CheckArguments>();
   AddDatabase(command, *arguments);
-  command.add_option("--logs", arguments->logs, "The copies' LOGDIR, to be looked at");
-  command.add_option("--component", arguments->component, "The copies' \"COMPONENT1, COMPONENT2\", to ask the ERP");
+  AddLogs(command, arguments->logs, Need::Optional);
+  AddComponent(command, arguments->component, Need::Optional);
+  command.add_flag("--records", arguments->records, "Read one record per table, and the audit trail");
   AddJson(command, arguments->form);
+  AddQuiet(command, arguments->quiet);
+  command.footer(command.get_footer() +
+                 "\nWithout --logs the log folder is not checked. Without --component the ERP is not called.");
   Does(command, status, arguments, Check);
 }
 
 void AddComponents(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand("components", "Show component servers and whether they load");
+  CLI::App& command = *program.add_subcommand("components", "Show the component servers and whether they load");
   const auto arguments = std::make_shared<ComponentsArguments>();
   AddJson(command, arguments->form);
-  command.footer("Manifests are read from the folders in QMX_COMPONENTS, else from the installed\none.");
+  command.footer(
+      "Manifests are read from the folders in QMX_COMPONENTS, or from the installed folder\nif it is not set.");
   Does(command, status, arguments, ShowComponents);
-}
-
-void AddComponent(CLI::App& command, std::string& component) {
-  command
-      .add_option("--component", component,
-                  "The ERP's business component, \"COMPONENT1, COMPONENT2\", as qmxdatacopy takes it")
-      ->required();
 }
 
 void AddCopy(CLI::App& program, AdminStatus& status) {
   CLI::App& command =
-      *program.add_subcommand("copy", "Copy tables, each with a run of qmxdatacopy, and sum up how they went");
+      *program.add_subcommand("copy", "Copy tables, each in its own run of qmxdatacopy, and print a summary");
   const auto arguments = std::make_shared<CopyArguments>();
   AddDatabase(command, *arguments);
-  command.add_option("TABLE", arguments->tables, "Table codes, such as tsmdm030, or tcccp030=KEY=E or =C");
-  command.add_flag("--all", arguments->all, "All tables; calendars come after employees");
-  command.add_option("--logs", arguments->logs, "Folder of the logs")->required();
-  AddComponent(command, arguments->component);
+  AddTables(command, arguments->tables, arguments->all,
+            "Table codes, such as tsmdm030, or tcccp030=KEY=E or tcccp030=KEY=C");
+  command.add_flag("--full", arguments->full, "Copy in full, whatever the sync method, which is not changed");
+  AddLogs(command, arguments->logs, Need::Required);
+  AddComponent(command, arguments->component, Need::Required);
   command.add_option("--request", arguments->request, "Status request number of the scheduling server");
-  command.add_option("--jobs", arguments->jobs, "Copies that run at a time")->capture_default_str();
+  command.add_option("--jobs", arguments->jobs, "Number of copies that run at the same time")->capture_default_str();
   AddJson(command, arguments->form);
+  AddQuiet(command, arguments->quiet);
   command.footer(
       command.get_footer() +
-      "\nEach run has the connection text as an argument, which other users of the machine can see while it\n"
-      "runs: a DSN keeps a password out of it. qmxdatacopy is taken from beside qmxadmin, else from $PATH.\n"
-      "An interrupt is passed on to the runs, and no further one is started. Exit status 1: at least one\n"
-      "table was not copied.");
+      "\nOther users of the machine can see the arguments of each run, including the connection text. Use a DSN\n"
+      "to keep a password out of it. qmxdatacopy is looked for in the folder of qmxadmin, then in $PATH. An\n"
+      "interrupt is passed on to the running copies, and no further copy is started. Exit status 1: at least\n"
+      "one table was not copied.");
   Does(command, status, arguments, CopyTables);
 }
 
 void AddExpand(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand("expand", "Expand employees' calendars into tscalender");
-  const auto arguments = std::make_shared<DatabaseArguments>();
+  CLI::App& command = *program.add_subcommand("expand", "Expand the employees' calendars into tscalender");
+  const auto arguments = std::make_shared<ExpandArguments>();
   AddDatabase(command, *arguments);
+  AddJson(command, arguments->form);
+  AddQuiet(command, arguments->quiet);
   Does(command, status, arguments, Expand);
 }
 
@@ -123,7 +108,7 @@ void AddHistory(CLI::App& program, AdminStatus& status) {
   CLI::App& command = *program.add_subcommand("history", "Show the last runs of qmxdatacopy, the newest last");
   const auto arguments = std::make_shared<HistoryArguments>();
   command.add_option("TABLE", arguments->tables, "Table codes, such as tsmdm030; default: all tables");
-  AddLogs(command, arguments->logs);
+  AddLogs(command, arguments->logs, Need::Required);
   command.add_option("--last", arguments->last, "Number of runs")->capture_default_str();
   command.add_flag("--failed", arguments->failed, "Show failed runs and runs that never ended");
   command.add_option("--since", arguments->since,
@@ -136,12 +121,15 @@ void AddHistory(CLI::App& program, AdminStatus& status) {
 }
 
 void AddInit(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand("init", "Make the local tables that are missing");
+  CLI::App& command = *program.add_subcommand("init", "Create the missing local tables");
   const auto arguments = std::make_shared<InitArguments>();
   AddDatabase(command, *arguments);
-  command.add_flag("--print", arguments->print, "Show the statements, and make nothing");
-  const CLI::Option* printFor = command.add_option(
-      "--print-for", arguments->printFor, "Show the statements for SQLite, PostgreSQL or MariaDB; needs no CONNECTION");
+  command.add_flag("--print", arguments->print, "Print the statements and create nothing");
+  const CLI::Option* printFor =
+      command.add_option("--print-for", arguments->printFor,
+                         "Print the statements for SQLite, PostgreSQL or MariaDB; needs no CONNECTION");
+  AddJson(command, arguments->form);
+  AddQuiet(command, arguments->quiet);
   for (const char* name : {kConnection, kDatabase}) command.get_option(name)->required(false);
   command.callback([arguments, printFor, &command, &status] {
     for (const char* name : {kConnection, kDatabase}) {
@@ -152,10 +140,14 @@ void AddInit(CLI::App& program, AdminStatus& status) {
 }
 
 void AddMethod(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand("method", "Have tables copied in full, or by change");
+  CLI::App& command = *program.add_subcommand("method", "Set the sync method of tables");
   const auto arguments = std::make_shared<MethodArguments>();
   AddDatabase(command, *arguments);
-  command.add_option("TABLE", arguments->tablesAndMethod, "Codes, such as tsmdm030, then full or changed")->required();
+  command.add_option("TABLE", arguments->tablesAndMethod, "Table codes, such as tsmdm030, followed by full or changed")
+      ->required();
+  command.add_flag("--all", arguments->all, "All tables");
+  AddJson(command, arguments->form);
+  AddQuiet(command, arguments->quiet);
   Does(command, status, arguments, Method);
 }
 
@@ -163,30 +155,32 @@ void AddMetrics(CLI::App& program, AdminStatus& status) {
   CLI::App& command =
       *program.add_subcommand("metrics", "Print the state of the last runs for Prometheus' textfile collector");
   const auto arguments = std::make_shared<RunOutputArguments>();
-  AddLogs(command, arguments->logs);
+  AddLogs(command, arguments->logs, Need::Required);
   command.add_option("--output", arguments->output, "Replace this file by a rename; default: standard output");
   Does(command, status, arguments, WriteMetrics);
 }
 
 void AddRelease(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand("release", "Free a table after a copy that was killed");
+  CLI::App& command = *program.add_subcommand("release", "Release a table after a copy that was killed");
   const auto arguments = std::make_shared<ReleaseArguments>();
   AddDatabase(command, *arguments);
   command.add_option("TABLE", arguments->table, "Table code, such as tsmdm030")->required();
   command.add_flag("--yes", arguments->yes, "Release without asking");
+  AddJson(command, arguments->form);
+  AddQuiet(command, arguments->quiet);
   Does(command, status, arguments, Release);
 }
 
 void AddReport(CLI::App& program, AdminStatus& status) {
   CLI::App& command = *program.add_subcommand("report", "Write the state of all tables as one HTML page");
   const auto arguments = std::make_shared<RunOutputArguments>();
-  AddLogs(command, arguments->logs);
+  AddLogs(command, arguments->logs, Need::Required);
   command.add_option("--output", arguments->output, "File to write; - is standard output")->required();
   Does(command, status, arguments, WriteReport);
 }
 
 void AddStatus(CLI::App& program, AdminStatus& status) {
-  CLI::App& command = *program.add_subcommand("status", "Show what is known of every copied table");
+  CLI::App& command = *program.add_subcommand("status", "Show the state of every copied table");
   const auto arguments = std::make_shared<StatusArguments>();
   AddDatabase(command, *arguments);
   AddJson(command, arguments->form);
@@ -195,16 +189,20 @@ void AddStatus(CLI::App& program, AdminStatus& status) {
 
 void AddVerify(CLI::App& program, AdminStatus& status) {
   CLI::App& command = *program.add_subcommand(
-      "verify", "Compare local tables with what the ERP lists, and tell every row that differs");
+      "verify", "Compare local tables with what the ERP lists and print every row that differs");
   const auto arguments = std::make_shared<VerifyArguments>();
   AddDatabase(command, *arguments);
-  command.add_option("TABLE", arguments->tables, "Table codes, such as tsmdm030")->required();
-  AddComponent(command, arguments->component);
+  AddTables(command, arguments->tables, arguments->all, "Table codes, such as tsmdm030");
+  AddComponent(command, arguments->component, Need::Required);
+  command.add_flag("--after-changed", arguments->afterChanged,
+                   "Leave out columns that a copy by change does not bring");
   AddJson(command, arguments->form);
+  AddQuiet(command, arguments->quiet);
   command.footer(
       command.get_footer() +
-      "\nThe ERP's rows stand in a temporary file in $TMPDIR, else /tmp, meanwhile. Exit status 1: something\n"
-      "differs. What the ERP changes meanwhile, and what a copy by change leaves as it was, differs too.");
+      "\nThe ERP's rows are kept in a temporary file in $TMPDIR or /tmp. Exit status 1: there are differences.\n"
+      "Changes in the ERP during the comparison and columns that a copy by change leaves unchanged count as\n"
+      "differences.");
   Does(command, status, arguments, Verify);
 }
 
@@ -231,12 +229,39 @@ bool TakesDatabase(const CLI::App& program, const std::string& command) {
   return false;
 }
 
-// What is too much is not repeated, unless it is an option's name: it may be a connection text, or a piece of one.
-void TellOfExtras(const CLI::App& program) {
+std::vector<std::string> CommandNames(const CLI::App& program) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  return names;
+}
+
+// Returns the word that stands in the place of the command, if there is no such command.
+std::optional<std::string> UnknownCommand(const CLI::App& program, const std::vector<std::string>& given) {
+  const auto word =
+      std::find_if(given.begin(), given.end(), [](const std::string& argument) { return !argument.starts_with('-'); });
+  const std::vector<std::string> names = CommandNames(program);
+  const bool isKnown = word == given.end() || std::find(names.begin(), names.end(), *word) != names.end();
+  return isKnown ? std::nullopt : std::optional(*word);
+}
+
+// Does not repeat the word, because it may be a connection text.
+void ReportUnknownCommand(const CLI::App& program, const std::string& word) {
+  const std::vector<std::string> names = CommandNames(program);
+  const std::string nearest = NearestName(word, names);
+  std::cerr << (nearest.empty()
+                    ? fmt::format("There is no such command. The commands are {}.\n", fmt::join(names, ", "))
+                    : fmt::format("There is no such command. Did you mean \"{}\"?\n", nearest))
+            << "Run with --help for more information.\n";
+}
+
+// Repeats only the names of options, because other arguments may be a connection text or a piece of one.
+void ReportExtras(const CLI::App& program) {
   for (const std::string& extra : program.remaining(true)) {
     const bool option = extra.starts_with('-');
-    std::cerr << (option ? "There is no option " + extra.substr(0, extra.find('=')) : "There is an argument too many")
-              << ".\n";
+    std::cerr << (option ? fmt::format("There is no option {}.\n", extra.substr(0, extra.find('=')))
+                         : "There is one argument too many.\n");
   }
   std::cerr << "Run with --help for more information.\n";
 }
@@ -245,24 +270,38 @@ void TellOfExtras(const CLI::App& program) {
 
 AdminStatus RunCommandLine(const std::vector<std::string>& given) {
   AdminStatus status = AdminStatus::Done;
+  const SettingsFile settings = SettingsFile::FromEnvironment();
+  settings.ApplyToEnvironment();
   CLI::App program("Administers the local database of QMX Data Copy", "qmxadmin");
   program.require_subcommand(1);
   program.set_version_flag("--version", "qmxadmin " QMX_VERSION);
   program.footer(
-      "Exit status: 0 done, and all is as it should be; 1 something is not as it should\n"
-      "be, or was left as it was; 2 the command failed or its arguments are wrong\n"
-      "(standard error says why).");
+      "Exit status: 0 done, no problem found; 1 a problem was found, or nothing was changed\n"
+      "on request; 2 the command failed or its arguments are wrong (see standard error).\n"
+      "\n"
+      "Settings: QMX_CONNECTION, QMX_DATABASE, QMX_LOGS and QMX_COMPONENT replace arguments.\n"
+      "They come from the environment or from /etc/default/qmxdatacopy. Arguments take\n"
+      "precedence over the environment, and the environment over the file. QMX_SETTINGS\n"
+      "names another file; if it is empty, no file is read.");
   AddCommands(program, status);
 
+  if (const std::optional<std::string> unknown = UnknownCommand(program, given)) {
+    ReportUnknownCommand(program, *unknown);
+    return AdminStatus::Failed;
+  }
+  for (const std::string& problem : settings.Problems()) std::cerr << problem << '\n';
   const bool needsDatabase = !given.empty() && TakesDatabase(program, given.front());
   std::vector<std::string> arguments = needsDatabase ? WithEnvironment(given) : given;
-  std::reverse(arguments.begin(), arguments.end());  // as the library reads them
+  std::reverse(arguments.begin(), arguments.end());  // the library reads them from the end
   try {
     program.parse(std::move(arguments));
   } catch (const CLI::ExtrasError&) {
-    TellOfExtras(program);
+    ReportExtras(program);
     return AdminStatus::Failed;
-  } catch (const CLI::ParseError& end) {  // help is such an end as well
+  } catch (const CLI::RequiredError& missing) {
+    ReportMissing(missing, settings);
+    return AdminStatus::Failed;
+  } catch (const CLI::ParseError& end) {  // --help ends here as well
     return program.exit(end) == 0 ? AdminStatus::Done : AdminStatus::Failed;
   }
   return status;

@@ -1,4 +1,4 @@
-// What qmxadmin is told to do: its subcommands with their arguments. The only place that reads arguments.
+// The command line of qmxadmin: its subcommands and their arguments.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@
 
 namespace qmx {
 
-// Runs the command that the arguments ask for. Wrong ones are told on standard error, without repeating what may hold a
-// password, and are AdminStatus::Failed; what the command raises passes through.
+// Runs the command that the arguments name. Reports wrong arguments on standard error, without repeating what may be a
+// password, and returns Failed. Raises what the command raises.
 AdminStatus RunCommandLine(const std::vector<std::string>& arguments);
 
 }  // namespace qmx

@@ -1,5 +1,7 @@
 #include "tools/qmxadmin/components.h"
 
+#include <fmt/format.h>
+
 #include <iostream>
 #include <map>
 #include <string>
@@ -14,12 +16,12 @@ namespace {
 
 struct Registered {
   Manifest manifest;
-  std::string problem;                         // of its library; empty where it loads
-  std::vector<ServerFact> facts;               // what the library says about itself
-  std::map<std::string, std::string> missing;  // by ProgID: why the library would not make it
+  std::string problem;                         // why the library does not load, or empty
+  std::vector<ServerFact> facts;               // what the library reports about itself
+  std::map<std::string, std::string> missing;  // by ProgID: why the library cannot create it
 };
 
-// Loads the library and asks it about itself and its ProgIDs.
+// Loads the library and asks it for its facts and its ProgIDs.
 Registered Examine(const Manifest& manifest) {
   Registered registered{manifest, {}, {}, {}};
   try {
@@ -40,10 +42,10 @@ Registered Examine(const Manifest& manifest) {
 }
 
 struct Registry {
-  std::vector<Registered> manifests;  // in the order in which they are asked
-  std::vector<std::string> problems;  // of folders and of manifests that cannot be read
+  std::vector<Registered> manifests;  // in the order of their precedence
+  std::vector<std::string> problems;  // folders and manifests that cannot be read
 
-  // The first manifest whose library loads and that claims the ProgID; null for none.
+  // Returns the first manifest that claims the ProgID and whose library loads, or null.
   const Manifest* ServerOf(std::string_view progId) const {
     for (const Registered& registered : manifests) {
       if (registered.problem.empty() && registered.manifest.Claims(progId)) return &registered.manifest;
@@ -65,22 +67,21 @@ Registry ReadRegistry() {
 
 void PrintText(const Registry& registry) {
   for (const auto& [manifest, problem, facts, missing] : registry.manifests) {
-    std::cout << manifest.path.string() << "\n  library " << manifest.library.string() << ": "
-              << (problem.empty() ? "loads" : "does not load: " + problem) << '\n';
-    for (const ServerFact& fact : facts) std::cout << "  " << fact.name << ": " << fact.value << '\n';
+    std::cout << fmt::format("{}\n  library {}: {}\n", manifest.path.string(), manifest.library.string(),
+                             problem.empty() ? "loads" : "does not load: " + problem);
+    for (const ServerFact& fact : facts) std::cout << fmt::format("  {}: {}\n", fact.name, fact.value);
     for (const std::string& progId : manifest.progIds) {
       const Manifest* const server = registry.ServerOf(progId);
       const bool other = problem.empty() && server->path != manifest.path;
-      std::cout << "  " << progId << (other ? "  (served by " + server->path.string() + ")" : "");
-      if (const auto why = missing.find(progId); why != missing.end()) std::cout << ": " << why->second;
-      std::cout << '\n';
+      const auto reason = missing.find(progId);
+      std::cout << fmt::format("  {}{}{}\n", progId,
+                               other ? fmt::format("  (served by {})", server->path.string()) : "",
+                               reason == missing.end() ? "" : ": " + reason->second);
     }
   }
-  if (!registry.ServerOf(kDateProgId)) std::cout << "built in\n  " << kDateProgId << '\n';
-  for (const std::string& problem : registry.problems) std::cout << problem << ".\n";
+  if (!registry.ServerOf(kDateProgId)) std::cout << fmt::format("built in\n  {}\n", kDateProgId);
+  for (const std::string& problem : registry.problems) std::cout << fmt::format("{}.\n", problem);
 }
-
-Variant TextOrNull(const std::string& text) { return text.empty() ? Variant::Null() : Variant(text); }
 
 void PrintJson(const Registry& registry) {
   Listing listing;
@@ -88,8 +89,9 @@ void PrintJson(const Registry& registry) {
     listing.columns.push_back({.key = key, .title = ""});
   }
   for (const auto& [manifest, problem, facts, missing] : registry.manifests) {
-    std::string server;
-    for (const auto& [name, value] : facts) server += (server.empty() ? "" : "; ") + name + ": " + value;
+    std::vector<std::string> pairs;
+    for (const auto& [name, value] : facts) pairs.push_back(fmt::format("{}: {}", name, value));
+    const std::string server = fmt::format("{}", fmt::join(pairs, "; "));
     for (const std::string& progId : manifest.progIds) {
       const auto why = missing.find(progId);
       const Manifest* const asked = registry.ServerOf(progId);

@@ -1,4 +1,4 @@
-// qmxadmin components: which component servers are registered, for what, and whether they load.
+// qmxadmin components: the registered component servers, their ProgIDs, and whether they load.
 #pragma once
 
 #include "tools/qmxadmin/admin_status.h"
@@ -10,7 +10,7 @@ struct ComponentsArguments {
   OutputForm form = OutputForm::Table;
 };
 
-// Wrong where a folder or a manifest cannot be read, or a library does not load.
+// Returns Wrong if a folder or a manifest cannot be read, or if a library does not load or lacks a ProgID.
 AdminStatus ShowComponents(const ComponentsArguments& arguments);
 
 }  // namespace qmx

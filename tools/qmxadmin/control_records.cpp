@@ -2,17 +2,14 @@
 
 #include <algorithm>
 
+#include "platform/control_record.h"
 #include "platform/names.h"
 
 namespace qmx {
-namespace {
 
-const Column kTableName = "TableName";
-const Column kInUse = "in_use";
-const Column kFreq = "freq";
-const Column kReqd = "reqd";
-const Column kSyme = "syme";
-const Column kLutm = "lutm";
+using namespace control_record;
+
+namespace {
 
 bool Is(const Variant& value, int number) { return !value.IsNull() && !value.IsEmpty() && value.ToDouble() == number; }
 
@@ -21,14 +18,8 @@ std::optional<DateTime> Moment(const Variant& value) {
   return value.ToDateTime();
 }
 
-std::unique_ptr<Recordset> OpenRecords(LocalDatabase& local, const SqlText& query) {
-  std::unique_ptr<Recordset> records = local.Layer().CreateRecordset("ADODB.Recordset");
-  records->Open(query, local.Connection(), kCursorKeyset, kLockOptimistic, kCommandText);
-  return records;
-}
-
-std::unique_ptr<Recordset> OpenRecord(LocalDatabase& local, const std::string& tableCode) {
-  return OpenRecords(local, SqlText("select * from tstables where tablename = '").Value(tableCode).Append("'"));
+std::unique_ptr<Recordset> SelectRecord(LocalDatabase& local, const std::string& tableCode) {
+  return local.Select(SqlText("select * from tstables where tablename = '").Value(tableCode).Append("'"));
 }
 
 std::map<std::string, ControlRecord> OfOneCase(LocalDatabase& local, std::map<std::string, ControlRecord> records) {
@@ -43,10 +34,10 @@ std::map<std::string, ControlRecord> OfOneCase(LocalDatabase& local, std::map<st
 
 std::map<std::string, ControlRecord> ReadControlRecords(LocalDatabase& local) {
   std::map<std::string, ControlRecord> read;
-  const auto records = OpenRecords(local, "select * from tstables");
+  const auto records = local.Select("select * from tstables");
   for (; !records->Eof(); records->MoveNext()) {
-    read[records->Fields(kTableName).Value().ToText()] = {Is(records->Fields(kInUse).Value(), 1),
-                                                          Is(records->Fields(kSyme).Value(), 2),
+    read[records->Fields(kTableName).Value().ToText()] = {Is(records->Fields(kInUse).Value(), kInProgress),
+                                                          Is(records->Fields(kSyme).Value(), kOnlyChanged),
                                                           Moment(records->Fields(kLutm).Value())};
   }
   records->Close();
@@ -54,32 +45,28 @@ std::map<std::string, ControlRecord> ReadControlRecords(LocalDatabase& local) {
 }
 
 bool TableCodesIgnoreCase(LocalDatabase& local) {
-  const auto found =
-      OpenRecords(local,
-                  "select count(*) from (select TableName from tstables where 1=0 union all select 'a') t "
-                  "where TableName = 'A'");
-  const bool ignores = found->Fields(std::size_t{0}).Value().ToInt32() == 1;
-  found->Close();
-  return ignores;
+  return local.SelectNumber(
+             "select count(*) from (select TableName from tstables where 1=0 union all select 'a') t "
+             "where TableName = 'A'") == 1;
 }
 
 void WriteSyncMethod(LocalDatabase& local, const std::string& tableCode, bool byChange) {
-  const auto record = OpenRecord(local, tableCode);
+  const auto record = SelectRecord(local, tableCode);
   if (record->recordcount() == 0) {
     record->AddNew();
     record->Fields(kTableName) = tableCode;
-    record->Fields(kInUse) = std::int16_t{0};
-    record->Fields(kFreq) = std::int16_t{0};
-    record->Fields(kReqd) = std::int16_t{1};
+    record->Fields(kInUse) = kFree;
+    record->Fields(kFreq) = kNewFreq;
+    record->Fields(kReqd) = kNewReqd;
   }
-  record->Fields(kSyme) = static_cast<std::int16_t>(byChange ? 2 : 1);
+  record->Fields(kSyme) = byChange ? kOnlyChanged : kFullCopy;
   record->Update();
   record->Close();
 }
 
 void WriteReleased(LocalDatabase& local, const std::string& tableCode) {
-  const auto record = OpenRecord(local, tableCode);
-  record->Fields(kInUse) = std::int16_t{0};
+  const auto record = SelectRecord(local, tableCode);
+  record->Fields(kInUse) = kFree;
   record->Update();
   record->Close();
 }

@@ -13,20 +13,23 @@ namespace qmx {
 struct ControlRecord {
   bool inProgress = false;             // in_use is 1
   bool byChange = false;               // syme is 2
-  std::optional<DateTime> lastUpdate;  // lutm; none where it is null or zero
+  std::optional<DateTime> lastUpdate;  // lutm; empty if it is null or zero
 };
 
-// By table code, as it is spelled there. Raises -2147217865 where there is no tstables.
-// By table code. Where tstables ignores case, a record stands under its code in small letters, however it is spelled.
+// Returns the records by table code. If tstables ignores case, the codes are in small letters. Otherwise they are
+// spelled as in tstables. Raises -2147217865 if there is no table tstables.
 std::map<std::string, ControlRecord> ReadControlRecords(LocalDatabase& local);
 
-// Whether tstables takes a code in capitals for the same one in small letters. Tables of older releases do not.
+// Returns whether tstables treats TSMDM030 and tsmdm030 as the same code. Tables of older releases do not.
 bool TableCodesIgnoreCase(LocalDatabase& local);
 
-// Makes the record where there is none.
+// Sets the sync method. Adds the record if there is none.
 void WriteSyncMethod(LocalDatabase& local, const std::string& tableCode, bool byChange);
 
-// Of a record that is there; the rest of it stays.
+// Clears the in-progress flag of an existing record, and changes nothing else.
 void WriteReleased(LocalDatabase& local, const std::string& tableCode);
+
+// The word for a sync method: "changed" or "full".
+inline const char* MethodWord(bool byChange) { return byChange ? "changed" : "full"; }
 
 }  // namespace qmx

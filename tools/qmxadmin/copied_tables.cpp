@@ -1,5 +1,7 @@
 #include "tools/qmxadmin/copied_tables.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <iterator>
 
@@ -17,15 +19,29 @@ const std::vector<LocalTable>& CopiedTables() {
   return kCopied;
 }
 
-void RequireCopiedTable(const std::string& code) {
-  std::string known;
+const LocalTable& CopiedTable(const std::string& code) {
+  std::vector<std::string_view> known;
   for (const LocalTable& table : CopiedTables()) {
-    if (table.name == code) return;
-    known += (known.empty() ? "" : ", ") + table.name;
+    if (table.name == code) return table;
+    known.push_back(table.name);
   }
-  // A connection text in the wrong place is not repeated: it may hold a password.
-  const std::string named = code.find('=') == std::string::npos ? "table \"" + code + "\"" : "such table";
-  throw Error(errors::kInvalidCall, "qmxadmin", "There is no " + named + ". The tables are " + known + ".");
+  // A connection text in the wrong place is not repeated, because it may hold a password.
+  const std::string named = code.find('=') == std::string::npos ? fmt::format("table \"{}\"", code) : "such table";
+  throw Error(errors::kInvalidCall, "qmxadmin",
+              fmt::format("There is no {}. The tables are {}.", named, fmt::join(known, ", ")));
+}
+
+std::vector<std::string> TablesToWorkOn(const std::vector<std::string>& named, bool all) {
+  std::vector<std::string> tables;
+  const auto add = [&](const std::string& table) {
+    if (std::find(tables.begin(), tables.end(), table) == tables.end()) tables.push_back(table);
+  };
+  for (const std::string& code : named) add(CopiedTable(code).name);
+  if (all) {
+    for (const LocalTable& table : CopiedTables()) add(table.name);
+  }
+  if (tables.empty()) throw Error(errors::kInvalidCall, "qmxadmin", "Name the tables or give --all.");
+  return tables;
 }
 
 }  // namespace qmx

@@ -1,4 +1,4 @@
-// CONNECTION and DATABASE: which local database a command is about.
+// CONNECTION and DATABASE: the local database that a command works on.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@ namespace qmx {
 
 struct DatabaseArguments {
   std::string connection;
-  std::string database;  // made default; blank keeps the connection's own
+  std::string database;  // the default database; blank keeps the connection's own
 };
 
 }  // namespace qmx

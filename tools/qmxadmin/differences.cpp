@@ -1,5 +1,7 @@
 #include "tools/qmxadmin/differences.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "platform/names.h"
@@ -24,16 +26,15 @@ std::string KindName(Variant::Kind kind) {
     case Variant::Kind::Text:
       return "texts";
     default:
-      return "values of no certain type";
+      return "values of any type";
   }
 }
 
 std::string KeyText(std::vector<std::string> columns) {
   if (columns.empty()) return "no key";
+  for (std::string& column : columns) column = FoldName(column);
   std::sort(columns.begin(), columns.end());
-  std::string text;
-  for (const std::string& column : columns) text += (text.empty() ? "the key " : ", ") + FoldName(column);
-  return text;
+  return fmt::format("the key {}", fmt::join(columns, ", "));
 }
 
 template <typename Columns>
@@ -48,21 +49,21 @@ std::vector<std::string> Differences(const LocalTable& wanted, const TableDescri
   for (const LocalColumn& column : wanted.columns) {
     const auto there = FindColumn(found.columns, column.name);
     if (there == found.columns.end()) {
-      differences.push_back("the column " + column.name + " is missing");
+      differences.push_back(fmt::format("the column {} is missing", column.name));
     } else if (there->type != column.type) {
-      differences.push_back("the column " + column.name + " holds " + KindName(there->type) + ", not " +
-                            KindName(column.type));
+      differences.push_back(
+          fmt::format("the column {} holds {}, not {}", column.name, KindName(there->type), KindName(column.type)));
     }
   }
   for (const ColumnDescription& column : found.columns) {
     if (FindColumn(wanted.columns, column.name) == wanted.columns.end()) {
-      differences.push_back("the column " + column.name + " is one more");
+      differences.push_back(fmt::format("the column {} is not expected", column.name));
     }
   }
   std::vector<std::string> key;
   for (const std::size_t column : found.key) key.push_back(found.columns[column].name);
   if (KeyText(key) != KeyText(wanted.key)) {
-    differences.push_back("it has " + KeyText(key) + ", not " + KeyText(wanted.key));
+    differences.push_back(fmt::format("it has {}, not {}", KeyText(key), KeyText(wanted.key)));
   }
   return differences;
 }

@@ -1,4 +1,4 @@
-// How a table that is there differs from the one that would have been made.
+// Differences between an existing table and its definition.
 #pragma once
 
 #include <string>
@@ -9,8 +9,8 @@
 
 namespace qmx {
 
-// One sentence a difference; none where the table serves as it is. A wider text or another order of the columns is no
-// difference.
+// Returns one sentence per difference, and none if copies can use the table. A wider text column and another order of
+// the columns are not differences.
 std::vector<std::string> Differences(const LocalTable& wanted, const TableDescription& found);
 
 }  // namespace qmx

@@ -12,7 +12,7 @@ std::string Variable(const char* name) {
   return value ? value : "";
 }
 
-// No table code is one: "tcccp030=KEY=E" has digits before its "=".
+// "tcccp030=KEY=E" is not one, because it has digits before its "=".
 bool IsConnectionText(std::string_view argument) {
   constexpr std::string_view kKeyword = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz _";
   const std::size_t end = argument.find_first_not_of(kKeyword);

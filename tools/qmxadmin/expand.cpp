@@ -1,5 +1,7 @@
 #include "tools/qmxadmin/expand.h"
 
+#include <fmt/format.h>
+
 #include <iostream>
 #include <map>
 #include <string>
@@ -14,10 +16,8 @@
 namespace qmx {
 namespace {
 
-std::map<std::string, std::int32_t> IntervalsByCalendar(Database& database, Connection& connection) {
-  const auto rows = database.CreateRecordset("ADODB.Recordset");
-  rows->Open("select ccal, count(*) from tscalender group by ccal", connection, kCursorKeyset, kLockOptimistic,
-             kCommandText);
+std::map<std::string, std::int32_t> IntervalsByCalendar(LocalDatabase& local) {
+  const auto rows = local.Select("select ccal, count(*) from tscalender group by ccal");
   std::map<std::string, std::int32_t> counts;
   for (; !rows->Eof(); rows->MoveNext()) {
     counts[rows->Fields(std::size_t{0}).Value().ToText()] = rows->Fields(std::size_t{1}).Value().ToInt32();
@@ -26,50 +26,67 @@ std::map<std::string, std::int32_t> IntervalsByCalendar(Database& database, Conn
   return counts;
 }
 
-void Report(const std::vector<std::string>& inUse, std::map<std::string, std::int32_t> counts) {
-  if (inUse.empty()) std::cout << "No service employee has a calendar: nothing was expanded.\n";
+void PrintLines(const std::vector<std::string>& inUse, std::map<std::string, std::int32_t> counts) {
   for (const std::string& code : inUse) {
-    std::cout << code << ": " << counts[code] << " intervals\n";
+    std::cout << fmt::format("{}: {} intervals\n", code, counts[code]);
     counts.erase(code);
   }
   for (const auto& [code, count] : counts) {
-    std::cout << code << ": " << count << " intervals, left as they were: no service employee has this calendar\n";
+    std::cout << fmt::format("{}: {} intervals, unchanged: no service employee has this calendar\n", code, count);
   }
 }
 
-void LookForAnInterruption(const clsCalender& calender, int expanded) {
+void PrintJson(const std::vector<std::string>& inUse, std::map<std::string, std::int32_t> counts) {
+  Listing listing{{{.key = "calendar"}, {.key = "intervals"}, {.key = "expanded"}}, {}};
+  for (const std::string& code : inUse) {
+    listing.rows.push_back({code, counts[code], true});
+    counts.erase(code);
+  }
+  for (const auto& [code, count] : counts) listing.rows.push_back({code, count, false});
+  Print(listing, OutputForm::Json);
+}
+
+void Report(const std::vector<std::string>& inUse, const std::map<std::string, std::int32_t>& counts,
+            const ExpandArguments& arguments) {
+  if (arguments.form == OutputForm::Json) return PrintJson(inUse, counts);
+  if (inUse.empty()) std::cout << "No service employee has a calendar, so nothing was expanded.\n";
+  if (!arguments.quiet) PrintLines(inUse, counts);
+}
+
+void RaiseIfInterrupted(const clsCalender& calender, int expanded) {
   try {
     Interruption::RaiseIfRequested();
   } catch (Error& error) {
-    error.With("expanded", std::to_string(expanded) + " of " + std::to_string(calender.calcount) + " calendars, not " +
-                               calender.Calcode + " and those after it; expand again");
+    error.With("expanded", fmt::format("{} of {} calendars, not {} and those after it; expand again", expanded,
+                                       calender.calcount, calender.Calcode));
     throw;
   }
 }
 
 }  // namespace
 
-AdminStatus Expand(const DatabaseArguments& arguments) {
+AdminStatus Expand(const ExpandArguments& arguments) {
   LocalDatabase local(arguments);
   Connection& connection = local.Connection();
 
-  // The expansion passes over what it cannot read or write; a table that is missing should not look like no calendars.
+  // The expansion skips what it cannot read or write. Without this check a missing table would look like a database
+  // without calendars.
   for (const char* table : {"tsmdm140", "tcccp030", "tscalender"}) connection.Describe(table);
 
-  const auto records = local.Layer().CreateRecordset("ADODB.Recordset");
+  const auto records = local.NewRecordset();
   clsCalender calender(local.Layer());
   calender.DBConnection = &connection;
   calender.DBRecordSet = records.get();
   const InterruptSignals signals("the expansion ends before the next calendar. A second signal ends it at once.");
   calender.BeforeCalendar = [&calender, expanded = 0]() mutable {
-    LookForAnInterruption(calender, expanded);
+    RaiseIfInterrupted(calender, expanded);
     ++expanded;
   };
   calender.Startprocess();
 
   std::vector<std::string> inUse;
   calender.getEmployeeCalenderList(connection, inUse);
-  Report(inUse, IntervalsByCalendar(local.Layer(), connection));
+  Report(inUse, IntervalsByCalendar(local), arguments);
   connection.Close();
   return AdminStatus::Done;
 }

@@ -1,12 +1,18 @@
-// qmxadmin expand: turns the local calendars into the intervals of tscalender, which no copy does, and tells how many
-// there are.
+// qmxadmin expand: expands the local calendars into the working intervals of tscalender, and prints how many each has.
+// No copy does this.
 #pragma once
 
 #include "tools/qmxadmin/admin_status.h"
 #include "tools/qmxadmin/database_arguments.h"
+#include "tools/qmxadmin/listing.h"
 
 namespace qmx {
 
-AdminStatus Expand(const DatabaseArguments& arguments);
+struct ExpandArguments : DatabaseArguments {
+  OutputForm form = OutputForm::Table;
+  bool quiet = false;  // prints nothing about calendars that were expanded
+};
+
+AdminStatus Expand(const ExpandArguments& arguments);
 
 }  // namespace qmx

@@ -1,4 +1,4 @@
-// Whether a table is there.
+// Looks up a table that may be missing.
 #pragma once
 
 #include <optional>
@@ -8,6 +8,7 @@
 
 namespace qmx {
 
+// Returns the table's description, or nothing if there is no such table.
 std::optional<TableDescription> FindTable(Connection& connection, const std::string& name);
 
 }  // namespace qmx

@@ -1,6 +1,9 @@
 #include "tools/qmxadmin/init.h"
 
+#include <fmt/format.h>
+
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "platform/connection_text.h"
@@ -10,6 +13,7 @@
 #include "schema/dialect.h"
 #include "tools/qmxadmin/differences.h"
 #include "tools/qmxadmin/find_table.h"
+#include "tools/qmxadmin/json_output.h"
 #include "tools/qmxadmin/local_database.h"
 #include "tools/qmxadmin/old_midnights.h"
 
@@ -19,7 +23,7 @@ namespace {
 const Dialect& RequireDialect(const std::string& system) {
   if (const Dialect* dialect = DialectOfSystem(system)) return *dialect;
   throw Error(errors::kInvalidCall, "qmxadmin",
-              "The tables can be made in SQLite, PostgreSQL and MariaDB, not in \"" + system + "\".");
+              fmt::format("The tables can be created in SQLite, PostgreSQL and MariaDB, not in \"{}\".", system));
 }
 
 bool IsEmbedded(const ConnectionText& text) { return SameName(text.Get("Provider").value_or(""), "SQLite"); }
@@ -33,9 +37,9 @@ void Print(const Dialect& dialect) {
   }
 }
 
-// A server may lack the collation for table codes of any case, or the user the right to make it. Then a plain column
-// serves, as "check" reports.
-void Make(Connection& connection, const Dialect& dialect, const LocalTable& table) {
+// The server may lack the collation that ignores the case of table codes, or the user may lack the right to create it.
+// Then the table gets a plain column, which "check" reports.
+void CreateTable(Connection& connection, const Dialect& dialect, const LocalTable& table) {
   const std::vector<std::string> ofAnyCase = dialect.CreateTableOfAnyCase(table);
   try {
     for (const std::string& statement : ofAnyCase) connection.Execute(statement);
@@ -45,26 +49,58 @@ void Make(Connection& connection, const Dialect& dialect, const LocalTable& tabl
   connection.Execute(dialect.CreateTable(table));
 }
 
-// Makes the table or says how it differs; whether it is now as it should be.
-bool Provide(Connection& connection, const Dialect& dialect, const LocalTable& table) {
+struct Outcome {
+  std::string table;
+  const char* state;  // "created", "exists" or "differs"
+  std::vector<std::string> differences;
+};
+
+// Creates the table, or finds out whether copies can use the existing one.
+Outcome Provide(Connection& connection, const Dialect& dialect, const LocalTable& table) {
   const std::optional<TableDescription> found = FindTable(connection, table.name);
-  if (!found) Make(connection, dialect, table);
-  const std::vector<std::string> differences = found ? Differences(table, *found) : std::vector<std::string>();
+  if (!found) CreateTable(connection, dialect, table);
+  std::vector<std::string> differences = found ? Differences(table, *found) : std::vector<std::string>();
   if (differences.empty()) {
     for (const std::string& index : dialect.CreateIndexes(table)) connection.Execute(index);
   }
-  std::cout << table.name << (!found ? ": made\n" : differences.empty() ? ": there already\n" : ": differs\n");
-  for (const std::string& difference : differences) std::cout << "  " << difference << '\n';
-  return differences.empty();
+  return {table.name, !found ? "created" : differences.empty() ? "exists" : "differs", std::move(differences)};
 }
 
-void PrintRewritten(const ConnectionText& text, const std::string& database) {
-  SqliteDriver sqlite;
-  OdbcDriver odbc;
-  const auto session = OpenSession({&sqlite, &odbc}, {text.Text(), database});
+void PrintLines(const Outcome& outcome) {
+  std::cout << fmt::format("{}: {}\n", outcome.table, outcome.state);
+  for (const std::string& difference : outcome.differences) std::cout << fmt::format("  {}\n", difference);
+}
+
+void PrintJson(const std::vector<Outcome>& outcomes) {
+  JsonArrayWriter array(std::cout);
+  for (const Outcome& outcome : outcomes) {
+    array.Add({{"table", outcome.table}, {"state", outcome.state}, {"differences", outcome.differences}});
+  }
+  array.End();
+}
+
+// Returns whether copies can use all tables.
+bool ProvideAll(Connection& connection, const Dialect& dialect, const InitArguments& arguments) {
+  const bool asJson = arguments.form == OutputForm::Json;
+  std::vector<Outcome> outcomes;
+  bool allUsable = true;
+  for (const LocalTable& table : LocalTables()) {
+    const Outcome& outcome = outcomes.emplace_back(Provide(connection, dialect, table));
+    const bool usable = outcome.differences.empty();
+    if (!asJson && !(arguments.quiet && usable)) PrintLines(outcome);
+    allUsable &= usable;
+  }
+  if (asJson) PrintJson(outcomes);
+  return allUsable;
+}
+
+void RewriteMidnights(LocalDatabase& local, bool quiet) {
+  const auto session = local.OpenSession();
   for (const auto& [table, count] : RewriteOldMidnights(*session)) {
-    std::cout << table << ": " << count << (count == 1 ? " midnight" : " midnights")
-              << " of an older release rewritten, as \"2026-11-05 00:00:00\" instead of \"2026-11-05\"\n";
+    if (quiet) continue;
+    std::cout << fmt::format(
+        "{}: {} {} of an older release rewritten, as \"2026-11-05 00:00:00\" instead of \"2026-11-05\"\n", table, count,
+        count == 1 ? "midnight" : "midnights");
   }
   session->Close();
 }
@@ -81,7 +117,7 @@ AdminStatus Init(const InitArguments& arguments) {
     Print(SqliteDialect());
     return AdminStatus::Done;
   }
-  // Whoever asks for tables wants the file that they are in.
+  // The tables need a file, so a missing SQLite file is created too.
   if (IsEmbedded(text) && !text.Get("Mode")) text = text.With("Mode", "Create");
   LocalDatabase local({text.Text(), arguments.database});
   Connection& connection = local.Connection();
@@ -90,12 +126,13 @@ AdminStatus Init(const InitArguments& arguments) {
     Print(dialect);
     return AdminStatus::Done;
   }
-  bool asItShouldBe = true;
-  for (const LocalTable& table : LocalTables()) asItShouldBe &= Provide(connection, dialect, table);
+  const bool allUsable = ProvideAll(connection, dialect, arguments);
   connection.Close();
-  PrintRewritten(text, arguments.database);
-  if (asItShouldBe) return AdminStatus::Done;
-  std::cout << "Tables that differ were left as they are. \"qmxadmin init --print\" shows how they should be.\n";
+  const bool quiet = arguments.quiet || arguments.form == OutputForm::Json;
+  RewriteMidnights(local, quiet);
+  if (allUsable) return AdminStatus::Done;
+  if (arguments.form == OutputForm::Table)
+    std::cout << "Tables that differ were not changed. \"qmxadmin init --print\" shows the expected definitions.\n";
   return AdminStatus::Wrong;
 }
 

@@ -1,15 +1,18 @@
-// qmxadmin init: makes the local tables that are missing and leaves alone those that are there, except for midnights
-// that an older release stored in another form: those are rewritten.
+// qmxadmin init: creates the missing local tables and leaves existing ones unchanged, except that it rewrites midnights
+// that an older release stored in another form.
 #pragma once
 
 #include "tools/qmxadmin/admin_status.h"
 #include "tools/qmxadmin/database_arguments.h"
+#include "tools/qmxadmin/listing.h"
 
 namespace qmx {
 
 struct InitArguments : DatabaseArguments {
-  bool print = false;    // shows the statements and makes nothing
-  std::string printFor;  // the same for a database system, without a connection
+  bool print = false;    // prints the statements and creates nothing
+  std::string printFor;  // prints the statements for this database system, without a connection
+  OutputForm form = OutputForm::Table;
+  bool quiet = false;  // prints only tables that differ
 };
 
 AdminStatus Init(const InitArguments& arguments);

@@ -2,18 +2,19 @@
 
 #include <cmath>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 namespace qmx {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-// A count is written without a point, whatever kind of number the database counts in.
+// Writes whole numbers without a decimal point. Some databases count in doubles.
 Json JsonNumber(double number) {
   constexpr double kExact = 1e15;
   if (std::abs(number) < kExact && number == std::trunc(number)) return static_cast<std::int64_t>(number);
   return number;
 }
+
+}  // namespace
 
 Json JsonValue(const Variant& value) {
   switch (value.GetKind()) {
@@ -29,26 +30,33 @@ Json JsonValue(const Variant& value) {
     case Variant::Kind::Double:
       return JsonNumber(value.ToDouble());
     case Variant::Kind::DateTime:
-      return value.ToDateTime().ToFullText();  // one form for whoever parses it
+      return value.ToDateTime().ToFullText();  // always with the time of day, because a parser expects one form
     default:
       return value.ToText();
   }
 }
 
-}  // namespace
-
-std::string JsonObject(const std::vector<ListingColumn>& columns, const std::vector<Variant>& row) {
+Json JsonObject(const std::vector<ListingColumn>& columns, const std::vector<Variant>& row) {
   Json object = Json::object();
   for (std::size_t i = 0; i < columns.size(); ++i) object[columns[i].key] = JsonValue(row[i]);
-  return object.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return object;
 }
 
+std::string JsonText(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
+
+void JsonArrayWriter::Add(const Json& element) {
+  out_ << (isFirst_ ? "[\n  " : ",\n  ") << JsonText(element);
+  isFirst_ = false;
+}
+
+void JsonArrayWriter::End() { out_ << (isFirst_ ? "[" : "") << "\n]\n"; }
+
 std::string JsonArray(const Listing& listing) {
-  std::string text = "[";
-  for (const std::vector<Variant>& row : listing.rows) {
-    text += (text.size() == 1 ? "\n  " : ",\n  ") + JsonObject(listing.columns, row);
-  }
-  return text + "\n]\n";
+  std::ostringstream text;
+  JsonArrayWriter array(text);
+  for (const std::vector<Variant>& row : listing.rows) array.Add(JsonObject(listing.columns, row));
+  array.End();
+  return text.str();
 }
 
 }  // namespace qmx

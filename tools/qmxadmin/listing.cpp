@@ -14,4 +14,6 @@ void Print(const Listing& listing, OutputForm form) {
   std::cout << (form == OutputForm::Json ? JsonArray(listing) : TextTable(listing, TerminalOf(STDOUT_FILENO)));
 }
 
+Variant TextOrNull(const std::string& text) { return text.empty() ? Variant::Null() : Variant(text); }
+
 }  // namespace qmx

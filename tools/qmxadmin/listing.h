@@ -1,4 +1,4 @@
-// Rows of data that a command tells: a table for people, JSON for programs.
+// Rows that a command prints: as a table for people or as JSON for programs.
 #pragma once
 
 #include <ostream>
@@ -10,21 +10,25 @@
 namespace qmx {
 
 struct ListingColumn {
-  std::string key;          // in JSON
-  std::string title;        // above the column of the table; a column without one is in JSON only
-  bool toTheRight = false;  // as numbers stand
-  bool prose = false;       // gives way first where the terminal is narrow
-  bool shownEmpty = true;   // also in a table where no row has anything in it
+  std::string key;          // the name in JSON
+  std::string title = {};   // the heading in the table; a column without a title appears in JSON only
+  bool toTheRight = false;  // aligned to the right, as numbers are
+  bool prose = false;       // shortened first on a narrow terminal
+  bool shownEmpty = true;   // if false, a column without any value is left out of the table
+  int weight = 5;           // on a narrow terminal the column with the least weight is left out first
 };
 
 struct Listing {
   std::vector<ListingColumn> columns;
-  std::vector<std::vector<Variant>> rows;  // a value for each column; null where there is none
+  std::vector<std::vector<Variant>> rows;  // one value per column, or null
 };
 
 enum class OutputForm { Table, Json };
 
-// On standard output, the table as wide as the terminal allows.
+// Prints to standard output. The table is at most as wide as the terminal.
 void Print(const Listing& listing, OutputForm form);
+
+// Null for an empty text, so that tables show "-" and JSON shows null.
+Variant TextOrNull(const std::string& text);
 
 }  // namespace qmx

@@ -1,26 +1,37 @@
 #include "tools/qmxadmin/local_database.h"
 
-#include "platform/error.h"
+#include "platform/open_connection.h"
 #include "platform/trim.h"
 
 namespace qmx {
 
 LocalDatabase::LocalDatabase(const DatabaseArguments& arguments)
-    : connection_(database_.CreateConnection("ADODB.Connection")) {
+    : arguments_(arguments), connection_(database_.CreateConnection("ADODB.Connection")) {
   connection_->Open(arguments.connection, "", "");
-  const bool named = arguments.database.find_first_not_of(' ') != std::string::npos;
-  if (named) connection_->defaultdatabase(arguments.database);
+  SelectDefaultDatabase(*connection_, arguments.database);
 }
 
-std::unique_ptr<DriverSession> OpenSession(const std::vector<Driver*>& drivers, const DatabaseArguments& arguments) {
-  const ConnectionText text(arguments.connection);
-  for (Driver* driver : drivers) {
-    if (!driver->Serves(text)) continue;
-    std::unique_ptr<DriverSession> session = driver->Open(text);
-    if (!Trimmed(arguments.database).empty()) session->SelectCatalog(arguments.database);
-    return session;
-  }
-  throw Error(errors::kInvalidCall, "qmxadmin", "No driver serves the connection text.");
+std::unique_ptr<Recordset> LocalDatabase::Select(const SqlText& query) {
+  std::unique_ptr<Recordset> rows = NewRecordset();
+  rows->Open(query, *connection_, kCursorKeyset, kLockOptimistic, kCommandText);
+  return rows;
+}
+
+double LocalDatabase::SelectNumber(const SqlText& query) {
+  return Select(query)->Fields(std::size_t{0}).Value().ToDouble();
+}
+
+std::unique_ptr<DriverSession> LocalDatabase::OpenSession() { return OpenSession(arguments_.database); }
+
+std::unique_ptr<DriverSession> LocalDatabase::OpenSession(const std::string& database) {
+  const ConnectionText text(arguments_.connection);
+  std::unique_ptr<DriverSession> session = DriverFor(text, drivers_.Unbatched()).Open(text);
+  if (!Trimmed(database).empty()) session->SelectCatalog(database);
+  return session;
+}
+
+void SelectDefaultDatabase(Connection& connection, const std::string& database) {
+  if (!Trimmed(database).empty()) connection.defaultdatabase(database);
 }
 
 }  // namespace qmx

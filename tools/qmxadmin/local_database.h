@@ -2,7 +2,7 @@
 #pragma once
 
 #include <memory>
-#include <vector>
+#include <string>
 
 #include "platform/database.h"
 #include "platform/drivers/local_drivers.h"
@@ -12,19 +12,34 @@ namespace qmx {
 
 class LocalDatabase {
  public:
-  // Raises what opening and selecting raise.
+  // Connects and selects the default database. Raises what connecting or selecting raises.
   explicit LocalDatabase(const DatabaseArguments& arguments);
 
   Database& Layer() { return database_; }
   qmx::Connection& Connection() { return *connection_; }
 
+  // Returns a closed record set, for a caller that opens it.
+  std::unique_ptr<Recordset> NewRecordset() { return database_.CreateRecordset("ADODB.Recordset"); }
+
+  // Returns the rows of the query. The first row is current.
+  std::unique_ptr<Recordset> Select(const SqlText& query);
+
+  // Returns the number in the only row and column of the query.
+  double SelectNumber(const SqlText& query);
+
+  // Opens a second session, for work below the record sets: no batches, and keys may hold any text. It is on the
+  // default database of the command, or on the one that is named.
+  std::unique_ptr<DriverSession> OpenSession();
+  std::unique_ptr<DriverSession> OpenSession(const std::string& database);
+
  private:
+  DatabaseArguments arguments_;
   LocalDrivers drivers_;
   Database database_{drivers_.All()};
   std::unique_ptr<qmx::Connection> connection_;
 };
 
-// Opens a session of its own on the database, without batches and without a record set's rules.
-std::unique_ptr<DriverSession> OpenSession(const std::vector<Driver*>& drivers, const DatabaseArguments& arguments);
+// Selects DATABASE, unless it is blank.
+void SelectDefaultDatabase(Connection& connection, const std::string& database);
 
 }  // namespace qmx

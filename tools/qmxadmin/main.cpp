@@ -1,4 +1,4 @@
-// qmxadmin: what an operator does around the copies. One source a subcommand.
+// qmxadmin: the operator's tool. Each subcommand has its own source.
 
 #include <poll.h>
 #include <unistd.h>
@@ -14,7 +14,7 @@
 
 namespace {
 
-// Whether it is a pipe that its reader has closed, as "head" does when it has seen enough.
+// Returns whether the descriptor is a pipe whose reader has closed it, as "head" does.
 bool NobodyReads(int descriptor) {
   pollfd pipe{descriptor, POLLOUT, 0};
   return poll(&pipe, 1, 0) == 1 && (pipe.revents & POLLERR) != 0;
@@ -31,11 +31,11 @@ qmx::AdminStatus Run(const std::vector<std::string>& arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A command that changes something is not to die halfway because nobody reads what it says.
+  // A closed pipe must not end a command in the middle of a change.
   std::signal(SIGPIPE, SIG_IGN);
   qmx::AdminStatus status = qmx::AdminStatus::Failed;
   try {
-    // Checks, verifications and listings call components in this process.
+    // Some commands call components in this process, and a component may exit or crash.
     qmx::GuardExit();
     qmx::ReportCrashes();
     status = Run(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc));

@@ -1,5 +1,7 @@
 #include "tools/qmxadmin/method.h"
 
+#include <fmt/format.h>
+
 #include <iostream>
 
 #include "platform/error.h"
@@ -11,34 +13,55 @@ namespace {
 
 bool IsByChange(const std::string& method) {
   if (method == "full" || method == "changed") return method == "changed";
-  throw Error(errors::kInvalidCall, "qmxadmin", "Behind the tables \"full\" or \"changed\" is expected.");
+  throw Error(errors::kInvalidCall, "qmxadmin", "The last argument must be \"full\" or \"changed\".");
 }
 
-const char* Word(bool byChange) { return byChange ? "changed" : "full"; }
+struct Change {
+  std::string table;
+  ControlRecord before;
+};
+
+void PrintLine(const Change& change, bool byChange) {
+  const ControlRecord& before = change.before;
+  std::cout << fmt::format(
+      "{}: {}, {}{}\n", change.table, MethodWord(byChange),
+      before.byChange == byChange ? "as before" : fmt::format("was {}", MethodWord(before.byChange)),
+      before.inProgress ? "; the copy in progress keeps its method" : "");
+}
+
+void PrintJson(const std::vector<Change>& changes, bool byChange) {
+  Listing listing{{{.key = "table"}, {.key = "method"}, {.key = "was"}, {.key = "in_progress"}}, {}};
+  for (const auto& [table, before] : changes) {
+    listing.rows.push_back({table, MethodWord(byChange), MethodWord(before.byChange), before.inProgress});
+  }
+  Print(listing, OutputForm::Json);
+}
+
+void WarnWithoutLastUpdate(const std::string& table) {
+  std::cerr << fmt::format(
+      "{} has no last update time. Its next copy asks the ERP for all changes since 1970-01-01 and does not copy "
+      "records without a change. Copy it in full first.\n",
+      table);
+}
 
 }  // namespace
 
 AdminStatus Method(const MethodArguments& arguments) {
-  std::vector<std::string> tables = arguments.tablesAndMethod;
-  const bool byChange = IsByChange(tables.back());
-  tables.pop_back();
-  if (tables.empty()) throw Error(errors::kInvalidCall, "qmxadmin", "A table is expected before the method.");
-  for (const std::string& table : tables) RequireCopiedTable(table);
+  std::vector<std::string> named = arguments.tablesAndMethod;
+  const bool byChange = IsByChange(named.back());
+  named.pop_back();
+  const std::vector<std::string> tables = TablesToWorkOn(named, arguments.all);
   LocalDatabase local(arguments);
   const std::map<std::string, ControlRecord> records = ReadControlRecords(local);
+  std::vector<Change> changes;
   for (const std::string& table : tables) {
     const auto found = records.find(table);
-    const ControlRecord before = found == records.end() ? ControlRecord() : found->second;
+    changes.push_back({table, found == records.end() ? ControlRecord() : found->second});
     WriteSyncMethod(local, table, byChange);
-    std::cout << table << ": " << Word(byChange)
-              << (before.byChange == byChange ? ", as before" : std::string(", was ") + Word(before.byChange))
-              << (before.inProgress ? "; the copy in progress goes on as it began\n" : "\n");
-    if (byChange && !before.lastUpdate) {
-      std::cerr << table
-                << " has no last update time: its next copy asks the ERP for all changes since 1970-01-01, and "
-                << "brings no record that has not changed since. Copy it in full first.\n";
-    }
+    if (arguments.form == OutputForm::Table && !arguments.quiet) PrintLine(changes.back(), byChange);
+    if (byChange && !changes.back().before.lastUpdate) WarnWithoutLastUpdate(table);
   }
+  if (arguments.form == OutputForm::Json) PrintJson(changes, byChange);
   local.Connection().Close();
   return AdminStatus::Done;
 }

@@ -1,4 +1,4 @@
-// qmxadmin method: how tables are copied from their next copy on, in full or by change.
+// qmxadmin method: sets the sync method of tables, full or changed. It takes effect with the next copy.
 #pragma once
 
 #include <string>
@@ -6,14 +6,18 @@
 
 #include "tools/qmxadmin/admin_status.h"
 #include "tools/qmxadmin/database_arguments.h"
+#include "tools/qmxadmin/listing.h"
 
 namespace qmx {
 
 struct MethodArguments : DatabaseArguments {
-  std::vector<std::string> tablesAndMethod;  // last stands "full" or "changed"
+  std::vector<std::string> tablesAndMethod;  // table codes, followed by "full" or "changed"
+  bool all = false;                          // all tables, in addition to those that are named
+  OutputForm form = OutputForm::Table;
+  bool quiet = false;  // prints warnings only
 };
 
-// Changes nothing where one of the tables or the method is not known.
+// Changes nothing if one of the tables or the method is unknown.
 AdminStatus Method(const MethodArguments& arguments);
 
 }  // namespace qmx

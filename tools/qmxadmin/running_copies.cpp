@@ -24,7 +24,8 @@ std::string Read(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-// The table of its command line, which is joined by blanks and split at commas; nothing for any other program's.
+// Returns the table code of a command line, or nothing if it is not a command line of qmxdatacopy. Arguments are joined
+// by blanks and split at commas.
 std::string TableOf(std::string commandLine) {
   const std::size_t end = std::min(commandLine.find('\0'), commandLine.size());
   if (fs::path(commandLine.substr(0, end)).filename() != "qmxdatacopy") return {};
@@ -47,7 +48,7 @@ std::int64_t SecondsOfBoot() {
   return 0;
 }
 
-// The 22nd field, counted behind the program's name, which may hold anything.
+// Returns field 22. The fields are counted from the end of the program's name, because the name may hold anything.
 std::int64_t TicksFromBoot(const std::string& state) {
   std::istringstream fields(state.substr(std::min(state.rfind(')') + 1, state.size())));
   std::string skipped;

@@ -1,4 +1,4 @@
-// The copies that run on this machine.
+// The copies that are running on this machine.
 #pragma once
 
 #include <sys/types.h>
@@ -15,8 +15,8 @@ struct RunningCopy {
   DateTime since;  // local time
 };
 
-// The processes named qmxdatacopy whose command line names the table, into whatever database. Those whose command line
-// may not be read are not among them.
+// Returns the processes named qmxdatacopy whose command line names the table, whatever database they copy into.
+// Processes whose command line this user may not read are left out.
 std::vector<RunningCopy> RunningCopiesOf(const std::string& tableCode);
 
 }  // namespace qmx

@@ -14,36 +14,32 @@ std::map<std::string, ControlRecord> ControlRecordsOrNone(LocalDatabase& local) 
     return ReadControlRecords(local);
   } catch (const Error& error) {
     if (error.Number() != errors::kNoSuchTable) throw;
-    std::cerr << "There is no table tstables: \"qmxadmin init\" makes it.\n";
+    std::cerr << "There is no table tstables. \"qmxadmin init\" creates it.\n";
     return {};
   }
 }
 
-// What stands in the table's place where it cannot be counted is added to the note.
+// Returns null if the rows cannot be counted, and adds the reason to the note.
 Variant CountRows(LocalDatabase& local, const std::string& table, std::string& note) {
   try {
-    const auto rows = local.Layer().CreateRecordset("ADODB.Recordset");
-    rows->Open("select count(*) from " + table, local.Connection(), kCursorKeyset, kLockOptimistic, kCommandText);
-    return rows->Fields(std::size_t{0}).Value().ToDouble();
+    return local.SelectNumber("select count(*) from " + table);
   } catch (const Error& error) {
     note += (note.empty() ? "" : ", ") + (error.Number() == errors::kNoSuchTable ? "no table" : error.Description());
     return Variant::Null();
   }
 }
 
-Variant OrNull(const std::string& text) { return text.empty() ? Variant::Null() : text; }
-
 std::vector<Variant> Row(const std::string& table, const ControlRecord* record, Variant rows, std::string note) {
   static const ControlRecord kNone;
   const ControlRecord& known = record ? *record : kNone;
   return {table,
-          OrNull(std::string(DescriptionOfTable(table))),
-          known.byChange ? "changed" : "full",
+          TextOrNull(std::string(DescriptionOfTable(table))),
+          MethodWord(known.byChange),
           known.inProgress,
           known.lastUpdate ? Variant(*known.lastUpdate) : Variant::Null(),
           std::move(rows),
           record != nullptr,
-          OrNull(note)};
+          TextOrNull(note)};
 }
 
 }  // namespace
@@ -53,13 +49,13 @@ AdminStatus Status(const StatusArguments& arguments) {
   std::map<std::string, ControlRecord> records = ControlRecordsOrNone(local);
   Listing listing;
   listing.columns = {{.key = "table", .title = "TABLE"},
-                     {.key = "description", .title = "DESCRIPTION", .prose = true},
-                     {.key = "method", .title = "METHOD"},
-                     {.key = "in_progress", .title = "IN USE"},
-                     {.key = "last_update", .title = "LAST UPDATE"},
-                     {.key = "rows", .title = "ROWS", .toTheRight = true},
+                     {.key = "description", .title = "DESCRIPTION", .prose = true, .weight = 1},
+                     {.key = "method", .title = "METHOD", .weight = 3},
+                     {.key = "in_progress", .title = "IN USE", .weight = 9},
+                     {.key = "last_update", .title = "LAST UPDATE", .weight = 7},
+                     {.key = "rows", .title = "ROWS", .toTheRight = true, .weight = 4},
                      {.key = "control_record", .title = ""},
-                     {.key = "note", .title = "NOTE", .prose = true, .shownEmpty = false}};
+                     {.key = "note", .title = "NOTE", .prose = true, .shownEmpty = false, .weight = 8}};
   for (const LocalTable& table : CopiedTables()) {
     const auto record = records.find(table.name);
     const bool found = record != records.end();
@@ -68,9 +64,9 @@ AdminStatus Status(const StatusArguments& arguments) {
     listing.rows.push_back(Row(table.name, found ? &record->second : nullptr, std::move(rows), note));
     if (found) records.erase(record);
   }
-  // A table code in another spelling gets a control record of its own where tstables does not ignore case.
+  // If tstables does not ignore case, a table code in another spelling gets a control record of its own.
   for (const auto& [table, record] : records) {
-    listing.rows.push_back(Row(table, &record, Variant::Null(), "not a table's code, or not in small letters"));
+    listing.rows.push_back(Row(table, &record, Variant::Null(), "not a table code in small letters"));
   }
   Print(listing, arguments.form);
   return AdminStatus::Done;

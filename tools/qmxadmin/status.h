@@ -1,4 +1,4 @@
-// qmxadmin status: what is known of each table that is copied.
+// qmxadmin status: the state of every copied table.
 #pragma once
 
 #include "tools/qmxadmin/admin_status.h"

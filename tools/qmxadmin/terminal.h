@@ -1,4 +1,4 @@
-// What stands at the other end of a standard stream.
+// The terminal of a standard stream.
 #pragma once
 
 #include <optional>
@@ -6,11 +6,11 @@
 namespace qmx {
 
 struct Terminal {
-  std::optional<int> width;  // in columns; none where it is no terminal
-  bool colours = false;      // only on a terminal, and where NO_COLOR is not set
+  std::optional<int> width;  // in columns; empty if the stream is not a terminal
+  bool colours = false;      // only on a terminal, and only if NO_COLOR is not set
 };
 
-// $COLUMNS, where it is a number, is wiser than the terminal.
+// A number in $COLUMNS takes precedence over the terminal's own width.
 Terminal TerminalOf(int descriptor);
 
 }  // namespace qmx

@@ -7,7 +7,7 @@
 namespace qmx {
 namespace {
 
-// wcwidth knows the letters of the thread's locale only.
+// wcwidth knows only the characters of the thread's locale.
 class InUtf8 {
  public:
   InUtf8() : before_(uselocale(Utf8())) {}
@@ -23,7 +23,7 @@ class InUtf8 {
   locale_t before_;
 };
 
-// The character that the text begins with. A byte that is no UTF-8, and a control character, is one of its own.
+// The first character of a text. A byte that is not UTF-8 counts as one character, and so does a control character.
 struct Character {
   std::size_t bytes = 1;
   int width = 1;

@@ -1,4 +1,4 @@
-// How much room a UTF-8 text takes on a terminal, whatever the locale.
+// The width of UTF-8 texts on a terminal, whatever the locale.
 #pragma once
 
 #include <string>
@@ -8,10 +8,10 @@ namespace qmx {
 
 int TextWidth(std::string_view text);  // in columns
 
-// The text where it fits, else its beginning and "…".
+// Returns the text if it fits, and otherwise its beginning and "…".
 std::string CutToWidth(std::string_view text, int width);
 
-// On one line, and without anything that a terminal would take for a command.
+// Replaces every control character by a blank, so that the text stays on one line and sends no command to a terminal.
 std::string Printable(std::string_view text);
 
 }  // namespace qmx

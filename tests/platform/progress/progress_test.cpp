@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <array>
@@ -74,6 +75,28 @@ TEST_F(ProgressOf, ALineIsNeverAsWideAsTheTerminal) {
   Pass(180);
   progress.End();
   EXPECT_EQ(ReadAll(seen_), "\r\x1b[Ktssoc200            0 rows          0 r\r\x1b[K");
+}
+
+TEST_F(ProgressOf, ALineThatDoesNotChangeIsDrawnOnce) {
+  Progress progress("tssoc200", terminal_, Progress::kNobody);
+  Pass(700);  // the time it shows changes once a second
+  progress.End();
+  const std::string shown = ReadAll(seen_);
+  std::size_t drawings = 0;
+  for (std::size_t at = shown.find("tssoc200"); at != std::string::npos; at = shown.find("tssoc200", at + 1))
+    ++drawings;
+  EXPECT_EQ(drawings, 1U) << shown;
+}
+
+TEST_F(ProgressOf, ALineThatWrapsBecauseTheTerminalBecameNarrowerIsRemovedWhole) {
+  Progress progress("tssoc200", terminal_, Progress::kNobody);
+  Pass(200);
+  winsize size{};
+  size.ws_col = 20;  // a line of 39 characters now takes two rows
+  ASSERT_EQ(ioctl(terminal_, TIOCSWINSZ, &size), 0);
+  Pass(250);
+  progress.End();
+  EXPECT_THAT(ReadAll(seen_), HasSubstr("\x1b[1A\r\x1b[Jtssoc200           \r\x1b[K"));
 }
 
 TEST_F(ProgressOf, AFailureIsReportedWithTheLineGone) {

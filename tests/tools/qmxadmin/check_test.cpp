@@ -1,4 +1,5 @@
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -8,6 +9,7 @@
 #include "tests/support/terminal_process.h"
 #include "tests/tools/qmxadmin/admin_on_a_system.h"
 #include "tests/tools/qmxadmin/sandbox_erp.h"
+#include "tools/qmxadmin/check/check_logs.h"
 
 namespace qmx::test {
 namespace {
@@ -55,17 +57,17 @@ TEST_P(QmxAdminCheck, FindsNothingWrongWhereEverythingIsThere) {
   const Process run = CheckAll();
   EXPECT_EQ(run.status, 0) << run.out;
   EXPECT_THAT(run.err, IsEmpty());
-  EXPECT_EQ(Lines(run.out, "ok           "), 47U) << run.out;
-  EXPECT_EQ(Lines(run.out, ""), 47U) << run.out;
+  EXPECT_EQ(Lines(run.out, "ok           "), 48U) << run.out;
+  EXPECT_EQ(Lines(run.out, ""), 48U) << run.out;
   EXPECT_THAT(run.out, StartsWith("ok           connection: " + GetParam().name + "\nok           default database: "));
   EXPECT_THAT(run.out,
-              AllOf(HasSubstr("\nok           table tsmdm030: 4 columns, as they should be\n"),
-                    HasSubstr("\nok           table tscalender: 3 columns, as they should be\n"),
+              AllOf(HasSubstr("\nok           table tsmdm030: 4 columns, as expected\n"),
+                    HasSubstr("\nok           table tscalender: 3 columns, as expected\n"),
                     HasSubstr("\nok           log folder: " + Logs() + " can be written\n"),
-                    HasSubstr("\nok           tsmdm030, ServiceTypes.ServiceTypesManager: answers, and has records\n"),
-                    HasSubstr("\nok           tcccp030, Calendars.CalendarManager: answers, and has no record\n"),
-                    HasSubstr("\nok           audit.AuditReader: can be made\n"),
-                    HasSubstr("\nok           QMXServer20.ClientRequests: can be made\n")));
+                    HasSubstr("\nok           tsmdm030, ServiceTypes.ServiceTypesManager: answers and has records\n"),
+                    HasSubstr("\nok           tcccp030, Calendars.CalendarManager: answers and has no records\n"),
+                    HasSubstr("\nok           audit.AuditReader: can be created\n"),
+                    HasSubstr("\nok           QMXServer20.ClientRequests: can be created\n")));
   EXPECT_TRUE(std::filesystem::is_empty(Logs()));
 }
 
@@ -73,17 +75,17 @@ TEST_P(QmxAdminCheckOnSqlite, SaysWhatWasNotLookedAt) {
   const Process run = Check();
   EXPECT_EQ(run.status, 0) << run.out;
   EXPECT_THAT(run.out, AllOf(HasSubstr("\nnot checked  log folder: --logs is not given\n"),
-                             HasSubstr("\nok           tsmdm030, ServiceTypes.ServiceTypesManager: can be made\n"),
-                             HasSubstr("\nnot checked  ERP: no manager was asked, since --component is not given\n")));
+                             HasSubstr("\nok           tsmdm030, ServiceTypes.ServiceTypesManager: can be created\n"),
+                             HasSubstr("\nnot checked  ERP: --component is not given, so no manager was called\n")));
 }
 
 TEST_P(QmxAdminCheck, RemarksThatAnOlderControlTableTellsCapitalsFromSmallLetters) {
   EXPECT_THAT(Check().out,
-              HasSubstr("\nok           table tstables: 6 columns, as they should be; it tells capitals from "
-                        "small letters, so a copy of TSMDM030 does not see the flag of tsmdm030\n"));
+              HasSubstr("\nok           table tstables: 6 columns, as expected; TableName does not ignore case, "
+                        "so a copy of TSMDM030 does not see the flag of tsmdm030\n"));
   Execute("drop table tstables");
   EXPECT_EQ(Admin({"init"}).status, 0);
-  EXPECT_THAT(Check().out, HasSubstr("\nok           table tstables: 6 columns, as they should be\n"));
+  EXPECT_THAT(Check().out, HasSubstr("\nok           table tstables: 6 columns, as expected\n"));
 }
 
 TEST_P(QmxAdminCheck, TellsEachColumnThatDiffersAndEachTableThatIsMissing) {
@@ -93,13 +95,13 @@ TEST_P(QmxAdminCheck, TellsEachColumnThatDiffersAndEachTableThatIsMissing) {
   const Process run = Check();
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out, HasSubstr("\nwrong        table tsmdm030: the column cstp holds 32-bit integers, not texts. "
-                                 "\"qmxadmin init --print\" shows how it should be.\n"
+                                 "\"qmxadmin init --print\" shows the expected definition.\n"
                                  "wrong        table tsmdm030: the column prod is missing. "
-                                 "\"qmxadmin init --print\" shows how it should be.\n"
+                                 "\"qmxadmin init --print\" shows the expected definition.\n"
                                  "wrong        table tsmdm030: it has no key, not the key cstp. "
-                                 "\"qmxadmin init --print\" shows how it should be.\n"
+                                 "\"qmxadmin init --print\" shows the expected definition.\n"
                                  "ok           table tsmdm100"));
-  EXPECT_THAT(run.out, HasSubstr("\nwrong        table tstables: it is missing. \"qmxadmin init\" makes it.\n"));
+  EXPECT_THAT(run.out, HasSubstr("\nwrong        table tstables: it is missing. \"qmxadmin init\" creates it.\n"));
   EXPECT_EQ(Lines(run.out, "wrong"), 4U);
 }
 
@@ -111,7 +113,7 @@ TEST_P(QmxAdminCheckOnSqlite, TellsTheSameAsJson) {
   EXPECT_EQ(findings[0], nlohmann::json::parse(R"({"check": "connection", "state": "ok", "told": ")" + GetParam().name +
                                                R"(", "what_to_do": null})"));
   EXPECT_EQ(findings[19], nlohmann::json::parse(R"({"check": "table tstables", "state": "wrong",
-      "told": "it is missing", "what_to_do": "\"qmxadmin init\" makes it."})"));
+      "told": "it is missing", "what_to_do": "\"qmxadmin init\" creates it."})"));
 }
 
 TEST_P(QmxAdminCheck, GoesOnWithoutADatabase) {
@@ -138,15 +140,15 @@ TEST_P(QmxAdminCheckOnSqlite, TellsThatTheLogFolderIsMissingOrAFile) {
     const Process run = Check({"--logs", folder});
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.out, HasSubstr("\nwrong        log folder: there is no folder " + folder +
-                                   ". Make it, or name another one.\n"));
+                                   ". Create it or name another folder.\n"));
   }
 }
 
 TEST_P(QmxAdminCheckOnSqlite, TellsThatTheLogFolderCannotBeWritten) {
   const Process run = Check({"--logs", "/proc/self"});  // nobody makes files there, not even root
   EXPECT_EQ(run.status, 1);
-  EXPECT_THAT(run.out, AllOf(HasSubstr("\nwrong        log folder: no file can be made in /proc/self: "),
-                             HasSubstr("Let the user")));
+  EXPECT_THAT(run.out, AllOf(HasSubstr("\nwrong        log folder: no file can be created in /proc/self: "),
+                             HasSubstr("Give the user that runs the copies write access.")));
 }
 
 TEST_P(QmxAdminCheckOnSqlite, ReadsTheLogFolderAsTheCopiesDo) {
@@ -178,7 +180,9 @@ TEST_P(QmxAdminCheckOnSqlite, TellsManagersThatDoNotAnswer) {
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(Lines(run.out, "wrong"), 17U) << run.out;
   EXPECT_THAT(run.out, AllOf(HasSubstr("\nwrong        tsmdm030, ServiceTypes.ServiceTypesManager: error "),
-                             HasSubstr("none.db"), HasSubstr("The ERP's bridge says so")));
+                             HasSubstr("none.db"),
+                             HasSubstr("The ERP's component server reported this. Check its configuration and the "
+                                       "--component argument.")));
 }
 
 TEST_P(QmxAdminCheckOnSqlite, TellsTheOneManagerThatDoesNotAnswer) {
@@ -202,9 +206,9 @@ TEST_P(QmxAdminCheckOnSqlite, TellsComponentsThatAreNotRegistered) {
   EXPECT_THAT(
       run.out,
       AllOf(HasSubstr("\nwrong        tsmdm030, ServiceTypes.ServiceTypesManager: ServiceTypes.ServiceTypesManager is "
-                      "not registered. \"qmxadmin components\" shows the manifests that are read; one must name it.\n"),
+                      "not registered. One of the manifests must name it. \"qmxadmin components\" lists them.\n"),
             HasSubstr("\nwrong        audit.period: audit.period is not registered. "),
-            HasSubstr("\nok           java:java.util.Date: can be made\n"),
+            HasSubstr("\nok           java:java.util.Date: can be created\n"),
             HasSubstr("\nnot checked  QMXServer20.clsMessHandler: it is not registered")));
 }
 
@@ -248,6 +252,52 @@ TEST_P(QmxAdminCheckOnSqlite, ColoursWhatIsWrongOnATerminalOnly) {
                               HasSubstr("\033[1;31mwrong\033[0m        log folder: ")));
   environment["NO_COLOR"] = "1";
   EXPECT_THAT(TerminalProcess(QMX_ADMIN, arguments, environment).Wait().shown, Not(HasSubstr("\033")));
+}
+
+TEST_P(QmxAdminCheckOnSqlite, PrintsFailedChecksOnlyIfItIsQuiet) {
+  EXPECT_EQ(Check({"--quiet"}).out, "");
+  Execute("drop table tstables");
+  const Process run = Check({"--quiet"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "wrong        table tstables: it is missing. \"qmxadmin init\" creates it.\n");
+}
+
+TEST_P(QmxAdminCheckOnSqlite, TellsATableThatCannotBeWritten) {
+  Execute("alter table tsmdm030 rename to rows_of_tsmdm030");
+  Execute("create view tsmdm030 as select * from rows_of_tsmdm030");
+  const Process run = Check();
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, HasSubstr("\nwrong        table tsmdm030: insert is refused: "));
+  EXPECT_THAT(run.out, HasSubstr("Grant the missing privileges to the user.\n"));
+}
+
+TEST_P(QmxAdminCheckOnSqlite, ChangesNoRowWhereItTriesTheRights) {
+  Execute("insert into tsmdm030 (cstp, dsca) values ('A', 'kept')");
+  EXPECT_EQ(Check().status, 0);
+  EXPECT_THAT(Column("select dsca from tsmdm030"), testing::ElementsAre("kept"));
+}
+
+TEST_P(QmxAdminCheckOnSqlite, TellsHowMuchRoomTheLogsHave) {
+  EXPECT_THAT(Check({"--logs", Logs()}).out,
+              testing::ContainsRegex("\nok           room for logs: [0-9]+ MiB free on the file system of /"));
+}
+
+TEST(TheRoomForLogs, IsEnoughFromSixteenMebibytesOn) {
+  EXPECT_TRUE(IsEnoughRoom(16 * 1024 * 1024));
+  EXPECT_FALSE(IsEnoughRoom(16 * 1024 * 1024 - 1));
+  EXPECT_FALSE(IsEnoughRoom(0));
+}
+
+TEST_P(QmxAdminCheckOnSqlite, TellsALogThatBelongsToSomebodyElse) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+  WriteFile(Logs() + "/tsmdm030.log", "");
+  EXPECT_EQ(Check({"--logs", Logs()}).status, 0);
+  ASSERT_EQ(chown(Logs().c_str(), 65534, 65534), 0);
+  const Process run = Check({"--logs", Logs()});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out,
+              HasSubstr("\nwrong        log tsmdm030.log: it belongs to root, not to nobody. Change its owner to "
+                        "the user that runs the copies.\n"));
 }
 
 }  // namespace

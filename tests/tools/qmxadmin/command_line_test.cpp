@@ -18,7 +18,7 @@ using testing::StartsWith;
 TEST(QmxAdmin, ShowsItsCommandsAndExitStatusesWhenAskedForHelp) {
   const Process help = test::Run(QMX_ADMIN, {"--help"});
   EXPECT_EQ(help.status, 0);
-  EXPECT_THAT(help.out, AllOf(HasSubstr("init"), HasSubstr("Exit status: 0"), HasSubstr("1 something"),
+  EXPECT_THAT(help.out, AllOf(HasSubstr("init"), HasSubstr("Exit status: 0"), HasSubstr("1 a problem was found"),
                               HasSubstr("2 the command failed")));
   EXPECT_THAT(help.err, IsEmpty());
 }
@@ -104,7 +104,7 @@ TEST(QmxAdmin, DoesNothingWhenAnArgumentIsTooMany) {
   const Process run =
       test::Run(QMX_ADMIN, {"init", "Provider=SQLite;Data Source=" + folder / "local.db", "", "tsmdm030"});
   EXPECT_EQ(run.status, 2);
-  EXPECT_THAT(run.err, HasSubstr("an argument too many"));
+  EXPECT_THAT(run.err, HasSubstr("one argument too many"));
   EXPECT_FALSE(std::filesystem::exists(folder / "local.db"));
 }
 
@@ -123,6 +123,19 @@ TEST(QmxAdmin, EndsQuietlyWhenItsReaderHasSeenEnough) {
   const Process run = test::Run("/bin/sh", {"-c", intoABrokenPipe, QMX_ADMIN, folder / "pipe"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, "");
+}
+
+TEST(QmxAdmin, SuggestsTheCommandThatIsNearest) {
+  for (const auto& [wrong, right] : std::map<std::string, std::string>{
+           {"stauts", "status"}, {"verfy", "verify"}, {"relese", "release"}, {"calender", "calendar"}}) {
+    const Process run = test::Run(QMX_ADMIN, {wrong, "--json"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.out, IsEmpty());
+    EXPECT_EQ(run.err,
+              "There is no such command. Did you mean \"" + right + "\"?\nRun with --help for more information.\n");
+  }
+  EXPECT_THAT(test::Run(QMX_ADMIN, {"destroy"}).err,
+              StartsWith("There is no such command. The commands are calendar, check, components, copy, "));
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ TEST_F(QmxAdminExpand, ExpandsTheCalendarsInUseAndTellsHowManyIntervalsThereAre)
   EXPECT_EQ(run.out,
             "DAY: 9 intervals\n"
             "NEW: 0 intervals\n"
-            "OLD: 1 intervals, left as they were: no service employee has this calendar\n");
+            "OLD: 1 intervals, unchanged: no service employee has this calendar\n");
   EXPECT_THAT(run.err, IsEmpty());
   EXPECT_EQ(Count("select count(*) from tscalender where ccal = 'DAY' and sttm >= '2026-11-23 08:00:00' and "
                   "entm <= '2026-11-27 12:00:00'"),
@@ -79,9 +79,9 @@ TEST_F(QmxAdminExpand, SelectsTheDatabaseInAFolder) {
 TEST_F(QmxAdminExpand, SaysSoWhenNobodyHasACalendar) {
   Execute({"delete from tsmdm140"});
   EXPECT_EQ(Expand(connectionText).out,
-            "No service employee has a calendar: nothing was expanded.\n"
-            "DAY: 1 intervals, left as they were: no service employee has this calendar\n"
-            "OLD: 1 intervals, left as they were: no service employee has this calendar\n");
+            "No service employee has a calendar, so nothing was expanded.\n"
+            "DAY: 1 intervals, unchanged: no service employee has this calendar\n"
+            "OLD: 1 intervals, unchanged: no service employee has this calendar\n");
 }
 
 TEST_F(QmxAdminExpand, FailsWhereATableIsMissing) {
@@ -116,6 +116,24 @@ TEST_F(QmxAdminExpand, FailsForADatabaseThatIsNotThereAndMakesNone) {
 }
 
 TEST_F(QmxAdminExpand, WantsBothArguments) { EXPECT_EQ(test::Run(QMX_ADMIN, {"expand", connectionText}).status, 2); }
+
+TEST_F(QmxAdminExpand, PrintsTheSameAsJson) {
+  const Process run = test::Run(QMX_ADMIN, {"expand", connectionText, "", "--json"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out,
+            "[\n"
+            "  {\"calendar\":\"DAY\",\"intervals\":9,\"expanded\":true},\n"
+            "  {\"calendar\":\"NEW\",\"intervals\":0,\"expanded\":true},\n"
+            "  {\"calendar\":\"OLD\",\"intervals\":1,\"expanded\":false}\n"
+            "]\n");
+}
+
+TEST_F(QmxAdminExpand, PrintsNothingIfItIsQuietAndAllIsWell) {
+  const Process run = test::Run(QMX_ADMIN, {"expand", connectionText, "", "--quiet"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out + run.err, "");
+  EXPECT_EQ(Count("select count(*) from tscalender where ccal = 'DAY'"), 9);
+}
 
 }  // namespace
 }  // namespace qmx::test

@@ -52,11 +52,11 @@ INSTANTIATE_TEST_SUITE_P(Over, QmxAdminInitOnASystem, testing::ValuesIn(DriversU
 TEST_P(QmxAdminInitOnASystem, MakesAllTablesOnceAndLeavesThemAloneThen) {
   const Process first = Init();
   EXPECT_EQ(first.status, 0) << first.err;
-  EXPECT_EQ(Count(first.out, ": made\n"), 19);
+  EXPECT_EQ(Count(first.out, ": created\n"), 19);
   Execute("insert into tsmdm030 (cstp) values ('A')");
   const Process again = Init();
   EXPECT_EQ(again.status, 0) << again.err;
-  EXPECT_EQ(Count(again.out, ": there already\n"), 19);
+  EXPECT_EQ(Count(again.out, ": exists\n"), 19);
 }
 
 TEST_P(QmxAdminInitOnASystem, MakesAControlTableWhoseTableCodesIgnoreCase) {
@@ -77,15 +77,15 @@ TEST_P(QmxAdminInitOnASystem, TellsWhatDiffersAndLeavesIt) {
                                  "  the column cstp holds 32-bit integers, not texts\n"
                                  "  the column prod is missing\n"
                                  "  it has no key, not the key cstp\n"));
-  EXPECT_EQ(Count(run.out, ": made\n"), 18);
+  EXPECT_EQ(Count(run.out, ": created\n"), 18);
 }
 
 TEST_P(QmxAdminInitOnASystem, PrintsTheStatementsAndMakesNothing) {
   const Process print = Init({"--print"});
   EXPECT_EQ(print.status, 0) << print.err;
   EXPECT_EQ(Count(print.out, "create table "), 19);
-  EXPECT_THAT(print.out, Not(HasSubstr(": made")));
-  EXPECT_EQ(Count(Init().out, ": made\n"), 19);
+  EXPECT_THAT(print.out, Not(HasSubstr(": created")));
+  EXPECT_EQ(Count(Init().out, ": created\n"), 19);
 }
 
 }  // namespace

@@ -58,8 +58,8 @@ constexpr const char* kTables = "select count(*) from sqlite_master where type='
 TEST_F(QmxAdminInit, MakesTheDatabaseAndAllItsTables) {
   const Process run = Init();
   EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_EQ(Lines(run.out, ": made"), 19U);
-  EXPECT_THAT(run.out, HasSubstr("tsmdm030: made\n"));
+  EXPECT_EQ(Lines(run.out, ": created"), 19U);
+  EXPECT_THAT(run.out, HasSubstr("tsmdm030: created\n"));
   EXPECT_THAT(run.err, IsEmpty());
   EXPECT_EQ(Count(kTables), 19);
   EXPECT_EQ(Count("select count(*) from sqlite_master where name='tscalender_by_ccal'"), 1);
@@ -70,7 +70,7 @@ TEST_F(QmxAdminInit, LeavesAloneWhatIsThereAndSaysSo) {
   Execute("insert into tsmdm030 (cstp, dsca) values ('A','kept')");
   const Process again = Init();
   EXPECT_EQ(again.status, 0) << again.err;
-  EXPECT_EQ(Lines(again.out, ": there already"), 19U);
+  EXPECT_EQ(Lines(again.out, ": exists"), 19U);
   EXPECT_EQ(Count("select count(*) from tsmdm030 where dsca='kept'"), 1);
 }
 
@@ -80,8 +80,8 @@ TEST_F(QmxAdminInit, MakesOnlyWhatIsMissing) {
   Execute("drop index tscalender_by_ccal");
   const Process run = Init();
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(Lines(run.out, ": made"), 1U);
-  EXPECT_THAT(run.out, HasSubstr("tssoc200: made\n"));
+  EXPECT_EQ(Lines(run.out, ": created"), 1U);
+  EXPECT_THAT(run.out, HasSubstr("tssoc200: created\n"));
   EXPECT_EQ(Count("select count(*) from sqlite_master where name='tscalender_by_ccal'"), 1);
 }
 
@@ -92,10 +92,10 @@ TEST_F(QmxAdminInit, TellsWhatDiffersLeavesItAndEndsWithStatusOne) {
   EXPECT_THAT(run.out, HasSubstr("tsmdm030: differs\n"
                                  "  the column cstp holds 32-bit integers, not texts\n"
                                  "  the column prod is missing\n"
-                                 "  the column note is one more\n"
+                                 "  the column note is not expected\n"
                                  "  it has no key, not the key cstp\n"));
-  EXPECT_EQ(Lines(run.out, ": made"), 18U);
-  EXPECT_THAT(run.out, HasSubstr("left as they are"));
+  EXPECT_EQ(Lines(run.out, ": created"), 18U);
+  EXPECT_THAT(run.out, HasSubstr("Tables that differ were not changed."));
   EXPECT_EQ(Count("select count(*) from pragma_table_info('tsmdm030')"), 4);
 }
 
@@ -170,6 +170,25 @@ TEST_F(QmxAdminInit, AnUnknownKeywordIsNamed) {
   const Process run = Init();
   EXPECT_EQ(run.status, 2);
   EXPECT_THAT(run.err, AllOf(HasSubstr("\"Chache\""), HasSubstr("Provider, Data Source and Mode")));
+}
+
+TEST_F(QmxAdminInit, PrintsItsOutcomeAsJson) {
+  Execute("create table tsmdm030 (cstp varchar(10), dsca varchar(10), ract text, prod text, note text)");
+  const Process run = Init("", {"--json"});
+  EXPECT_EQ(run.status, 1) << run.err;
+  EXPECT_THAT(run.out, StartsWith("[\n  {\"table\":\"tcccp001\",\"state\":\"created\",\"differences\":[]},\n"));
+  EXPECT_THAT(run.out,
+              HasSubstr("\n  {\"table\":\"tsmdm030\",\"state\":\"differs\",\"differences\":[\"the column note is "
+                        "not expected\",\"it has no key, not the key cstp\"]},\n"));
+  EXPECT_THAT(Init("", {"--json"}).out, HasSubstr("{\"table\":\"tcccp001\",\"state\":\"exists\",\"differences\":[]}"));
+}
+
+TEST_F(QmxAdminInit, PrintsOnlyTablesThatDifferIfItIsQuiet) {
+  EXPECT_EQ(Init("", {"--quiet"}).out, "");
+  Execute("alter table tsmdm030 add column note text");
+  const Process run = Init("", {"--quiet"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, StartsWith("tsmdm030: differs\n  the column note is not expected\nTables that differ"));
 }
 
 }  // namespace

@@ -23,12 +23,12 @@ TEST(JsonOutput, OfNothingIsAnEmptyArray) {
 }
 
 TEST(JsonOutput, HasColumnsThatNoTableShows) {
-  EXPECT_EQ(JsonObject({{"table", ""}}, {"tsmdm030"}), "{\"table\":\"tsmdm030\"}");
+  EXPECT_EQ(JsonText(JsonObject({{"table", ""}}, {"tsmdm030"})), "{\"table\":\"tsmdm030\"}");
 }
 
 TEST(JsonOutput, WritesEachKindOfValue) {
   const std::vector<ListingColumn> columns = {{"v", "V"}};
-  const auto written = [&](Variant value) { return JsonObject(columns, {std::move(value)}); };
+  const auto written = [&](Variant value) { return JsonText(JsonObject(columns, {std::move(value)})); };
   EXPECT_EQ(written(true), "{\"v\":true}");
   EXPECT_EQ(written(std::int16_t{-2}), "{\"v\":-2}");
   EXPECT_EQ(written(2.5), "{\"v\":2.5}");
@@ -40,9 +40,9 @@ TEST(JsonOutput, WritesEachKindOfValue) {
 
 TEST(JsonOutput, EscapesWhatJsonCannotHold) {
   const std::vector<ListingColumn> columns = {{"v", "V"}};
-  EXPECT_EQ(JsonObject(columns, {"a\"b\\c\nd\033"}), "{\"v\":\"a\\\"b\\\\c\\nd\\u001b\"}");
-  EXPECT_EQ(JsonObject(columns, {"M\xfcller"}), "{\"v\":\"M\xef\xbf\xbdller\"}");
-  EXPECT_EQ(JsonObject(columns, {"Müller"}), "{\"v\":\"Müller\"}");
+  EXPECT_EQ(JsonText(JsonObject(columns, {"a\"b\\c\nd\033"})), "{\"v\":\"a\\\"b\\\\c\\nd\\u001b\"}");
+  EXPECT_EQ(JsonText(JsonObject(columns, {"M\xfcller"})), "{\"v\":\"M\xef\xbf\xbdller\"}");
+  EXPECT_EQ(JsonText(JsonObject(columns, {"Müller"})), "{\"v\":\"Müller\"}");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@ namespace qmx::test {
 namespace {
 
 using testing::AllOf;
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -37,7 +38,7 @@ TEST_P(QmxAdminMethod, SetsTheMethodAndNothingElse) {
   const Process run = Admin({"method", "tsmdm030", "tsmdm100", "changed"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out,
-            "tsmdm030: changed, was full; the copy in progress goes on as it began\n"
+            "tsmdm030: changed, was full; the copy in progress keeps its method\n"
             "tsmdm100: changed, as before\n");
   EXPECT_THAT(run.err, IsEmpty());
   EXPECT_EQ(Record("tsmdm030"), "1 | 3 | 4 | 2 | 2026-11-20 23:59:58");
@@ -59,7 +60,7 @@ TEST_P(QmxAdminMethodOnSqlite, SaysWhatACopyByChangeDoesWithoutALastUpdateTime) 
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, "tsmdm030: changed, was full\ntsmdm100: changed, was full\n");
   EXPECT_THAT(run.err, AllOf(StartsWith("tsmdm030 has no last update time"), HasSubstr("since 1970-01-01"),
-                             HasSubstr("\ntsmdm100 has no last update time"), HasSubstr("in full first")));
+                             HasSubstr("\ntsmdm100 has no last update time"), HasSubstr("Copy it in full first.")));
 }
 
 TEST_P(QmxAdminMethodOnSqlite, ChangesNothingWhereATableIsUnknown) {
@@ -80,7 +81,9 @@ TEST_P(QmxAdminMethodOnSqlite, WantsAMethodBehindTheTables) {
     const Process run = Admin(arguments);
     EXPECT_EQ(run.status, 2);
     EXPECT_THAT(run.out, IsEmpty());
-    EXPECT_THAT(run.err, HasSubstr("xpected")) << testing::PrintToString(arguments);
+    EXPECT_THAT(run.err, AnyOf(HasSubstr("The last argument must be \"full\" or \"changed\"."),
+                               HasSubstr("Name the tables or give --all.")))
+        << testing::PrintToString(arguments);
   }
   EXPECT_THAT(Column("select tablename from tstables"), IsEmpty());
 }
@@ -99,6 +102,31 @@ TEST_P(QmxAdminMethodOnSqlite, FailsWhereThereIsNoControlTable) {
   const Process run = Admin({"method", "tsmdm030", "full"});
   EXPECT_EQ(run.status, 2);
   EXPECT_THAT(run.err, AllOf(HasSubstr("-2147217865"), HasSubstr("tstables")));
+}
+
+TEST_P(QmxAdminMethodOnSqlite, SetsTheMethodOfAllTables) {
+  Execute("insert into tstables (tablename, in_use, syme, lutm) values ('tsmdm030', 0, 1, '2026-11-20 23:59:58')");
+  EXPECT_EQ(Admin({"method", "--all", "changed", "--quiet"}).status, 0);
+  EXPECT_THAT(Column("select count(*) from tstables where syme = 2"), ElementsAre("17"));
+  EXPECT_EQ(Admin({"method", "tsmdm030", "--all", "full"}).status, 0);
+  EXPECT_THAT(Column("select count(*) from tstables where syme = 1"), ElementsAre("17"));
+}
+
+TEST_P(QmxAdminMethodOnSqlite, PrintsTheSameAsJson) {
+  Execute("insert into tstables (tablename, in_use, syme, lutm) values ('tsmdm030', 1, 2, '2026-11-20 23:59:58')");
+  EXPECT_EQ(Admin({"method", "tsmdm030", "tsmdm100", "full", "--json"}).out,
+            "[\n"
+            "  {\"table\":\"tsmdm030\",\"method\":\"full\",\"was\":\"changed\",\"in_progress\":true},\n"
+            "  {\"table\":\"tsmdm100\",\"method\":\"full\",\"was\":\"full\",\"in_progress\":false}\n"
+            "]\n");
+}
+
+TEST_P(QmxAdminMethodOnSqlite, PrintsWarningsOnlyIfItIsQuiet) {
+  Execute("insert into tstables (tablename, in_use, syme, lutm) values ('tsmdm030', 0, 1, '2026-11-20 23:59:58')");
+  const Process run = Admin({"method", "tsmdm030", "tsmdm100", "changed", "--quiet"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "");
+  EXPECT_THAT(run.err, StartsWith("tsmdm100 has no last update time."));
 }
 
 }  // namespace

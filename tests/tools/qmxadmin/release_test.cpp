@@ -41,10 +41,10 @@ TEST_P(QmxAdminRelease, ReleasesTheTableAndNothingElse) {
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, "tssoc200: released\n");
   EXPECT_EQ(run.err,
-            "tssoc200 (Service Orders) is in progress; tstables does not tell who copies it.\n"
+            "tssoc200 (Service Orders) is in progress. Its control record does not say which process copies it.\n"
             "Last update time: 2026-11-20 23:59:58.\n"
-            "On this machine no qmxdatacopy copies it; other machines were not looked at.\n"
-            "Once it is released the next copy can start. Two copies at a time leave a mixture of rows.\n");
+            "No qmxdatacopy on this machine copies it. Other machines were not checked.\n"
+            "After the release the next copy can start. Two copies of a table at the same time mix their rows.\n");
   EXPECT_THAT(InUse(), ElementsAre("tsmdm030"));
   EXPECT_THAT(Column("select count(*) from tstables where tablename = 'tssoc200' and in_use = 0 and freq = 3 and "
                      "reqd = 4 and syme = 2 and lutm = '2026-11-20 23:59:58'"),
@@ -81,7 +81,7 @@ TEST_P(QmxAdminReleaseOnSqlite, RefusesWhereNobodyCanBeAsked) {
   const Process run = Admin({"release", "tssoc200"});
   EXPECT_EQ(run.status, 2);
   EXPECT_THAT(run.out, IsEmpty());
-  EXPECT_THAT(run.err, AllOf(StartsWith("tssoc200 (Service Orders) is in progress"), HasSubstr("no terminal"),
+  EXPECT_THAT(run.err, AllOf(StartsWith("tssoc200 (Service Orders) is in progress"), HasSubstr("not a terminal"),
                              HasSubstr("--yes")));
   EXPECT_THAT(InUse(), ElementsAre("tsmdm030", "tssoc200"));
 }
@@ -119,10 +119,25 @@ TEST_P(QmxAdminReleaseOnSqlite, NamesTheProcessThatCopiesTheTable) {
   const RunningProcess other(folder / "qmxdatacopy", copying("tsmdm030"));
   std::this_thread::sleep_for(std::chrono::milliseconds(50));  // until both have become that program
   const Process run = Admin({"release", "tssoc200", "--yes"});
-  EXPECT_THAT(run.err, AllOf(testing::ContainsRegex("On this machine process [0-9]+ has been copying a table of that "
-                                                    "code since 20[0-9-]+ [0-9:]+\\.\n"),
-                             Not(HasSubstr("other machines")), Not(HasSubstr("rose"))));
-  EXPECT_EQ(run.err.find("On this machine process"), run.err.rfind("On this machine process"));
+  EXPECT_THAT(run.err, AllOf(testing::ContainsRegex("Process [0-9]+ on this machine has been copying a table of "
+                                                    "this code since 20[0-9-]+ [0-9:]+\\.\n"),
+                             Not(HasSubstr("Other machines")), Not(HasSubstr("rose"))));
+  EXPECT_EQ(run.err.find("on this machine has been"), run.err.rfind("on this machine has been"));
+}
+
+TEST_P(QmxAdminReleaseOnSqlite, PrintsItsOutcomeAsJson) {
+  EXPECT_EQ(Admin({"release", "tssoc200", "--yes", "--json"}).out,
+            "[\n  {\"table\":\"tssoc200\",\"was_in_progress\":true,\"released\":true}\n]\n");
+  EXPECT_EQ(Admin({"release", "tssoc200", "--yes", "--json"}).out,
+            "[\n  {\"table\":\"tssoc200\",\"was_in_progress\":false,\"released\":false}\n]\n");
+}
+
+TEST_P(QmxAdminReleaseOnSqlite, PrintsNothingIfItIsQuietAndNeedNotAsk) {
+  const Process run = Admin({"release", "tssoc200", "--yes", "--quiet"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out + run.err, "");
+  EXPECT_THAT(InUse(), ElementsAre("tsmdm030"));
+  EXPECT_THAT(Admin({"release", "tsmdm030", "--quiet"}).err, StartsWith("tsmdm030 (Service Types) is in progress."));
 }
 
 }  // namespace

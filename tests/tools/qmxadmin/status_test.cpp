@@ -97,8 +97,8 @@ TEST_P(QmxAdminStatusOnSqlite, ShowsControlRecordsOfOtherSpellings) {
   Execute("insert into tstables (tablename) values ('xyz')");
   EXPECT_THAT(
       Admin({"status"}).out,
-      AllOf(HasSubstr("\nTSSOC200  Service Orders            full    yes     -               -  not a table's code"),
-            HasSubstr("\nxyz       -                         full    no      -               -  not a table's code")));
+      AllOf(HasSubstr("\nTSSOC200  Service Orders            full    yes     -               -  not a table code"),
+            HasSubstr("\nxyz       -                         full    no      -               -  not a table code")));
 }
 
 TEST_P(QmxAdminStatus, ShowsARecordInCapitalsAsTheTablesWhereTheControlTableIgnoresCase) {
@@ -118,7 +118,7 @@ TEST_P(QmxAdminStatusOnSqlite, SaysThatThereIsNoControlTable) {
   EXPECT_EQ(run.status, 0);
   EXPECT_THAT(run.out,
               HasSubstr("\ntsmdm030  Service Types             full    no      -               0  no record\n"));
-  EXPECT_THAT(run.err, "There is no table tstables: \"qmxadmin init\" makes it.\n");
+  EXPECT_THAT(run.err, "There is no table tstables. \"qmxadmin init\" creates it.\n");
 }
 
 TEST_P(QmxAdminStatusOnSqlite, FitsTheTerminal) {
@@ -155,6 +155,18 @@ TEST_P(QmxAdminStatusOnSqlite, ColoursNothingForThoseWhoWantNoColour) {
   auto environment = Environment();
   environment["NO_COLOR"] = "1";
   EXPECT_THAT(TerminalProcess(QMX_ADMIN, {"status"}, environment).Wait().shown, Not(HasSubstr("\033")));
+}
+
+TEST_P(QmxAdminStatusOnSqlite, KeepsCodesWholeAtSixtyColumns) {
+  CopiedOnce();
+  Execute("drop table tsmdm100");
+  const std::vector<std::string> lines =
+      ScreenAfter(TerminalProcess(QMX_ADMIN, {"status"}, Environment(), 60).Wait().shown);
+  ASSERT_EQ(lines.size(), 18U);
+  EXPECT_EQ(lines[0], "TABLE     IN USE  LAST UPDATE          ROWS  NOTE");
+  EXPECT_EQ(lines[8], "tsmdm030  no      2026-11-20 23:59:58     2");
+  EXPECT_EQ(lines[9], "tsmdm100  no      2026-11-20 23:59:58     -  no table");
+  EXPECT_EQ(lines[14], "tssoc200  yes     -                       0");
 }
 
 }  // namespace

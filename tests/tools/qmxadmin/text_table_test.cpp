@@ -10,7 +10,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 const Listing kOrders = {{{.key = "table", .title = "TABLE"},
-                          {.key = "description", .title = "DESCRIPTION", .prose = true},
+                          {.key = "description", .title = "DESCRIPTION", .prose = true, .weight = 1},
                           {.key = "in_progress", .title = "IN PROGRESS"},
                           {.key = "rows", .title = "ROWS", .toTheRight = true},
                           {.key = "note", .title = "NOTE", .prose = true, .shownEmpty = false}},
@@ -37,22 +37,22 @@ TEST(TextTable, CutsProseOnANarrowTerminal) {
             "tssoc210  Service Order A…  no              -\n");
 }
 
-TEST(TextTable, CutsTheWidestColumnWhereThatIsNotEnough) {
-  EXPECT_EQ(TextTable(kOrders, Wide(35)),
-            "TABLE     DESCRIP…  IN PROGR…  ROWS\n"
-            "tssoc200  Service…  yes         400\n"
-            "tssoc210  Service…  no            -\n");
+TEST(TextTable, LeavesOutTheLightestColumnAndOfSeveralTheLast) {
   EXPECT_EQ(TextTable(kOrders, Wide(30)),
-            "TABLE    DESCRI…  IN PR…  ROWS\n"
-            "tssoc2…  Servic…  yes      400\n"
-            "tssoc2…  Servic…  no         -\n");
+            "TABLE     IN PROGRESS  ROWS\n"
+            "tssoc200  yes           400\n"
+            "tssoc210  no              -\n");
+  EXPECT_EQ(TextTable(kOrders, Wide(26)),
+            "TABLE     IN PROGRESS\n"
+            "tssoc200  yes\n"
+            "tssoc210  no\n");
+  EXPECT_EQ(TextTable(kOrders, Wide(20)), "TABLE\ntssoc200\ntssoc210\n");
 }
 
-TEST(TextTable, CutsAsFarAsItGoes) {
-  EXPECT_EQ(TextTable(kOrders, Wide(1)),
-            "…  …  …  …\n"
-            "…  …  …  …\n"
-            "…  …  …  -\n");
+TEST(TextTable, CutsCodesOnlyIfTheTerminalIsNarrowerThanThey) {
+  EXPECT_EQ(TextTable(kOrders, Wide(8)), "TABLE\ntssoc200\ntssoc210\n");
+  EXPECT_EQ(TextTable(kOrders, Wide(5)), "TABLE\ntsso…\ntsso…\n");
+  EXPECT_EQ(TextTable(kOrders, Wide(1)), "…\n…\n…\n");
 }
 
 TEST(TextTable, ShowsAColumnThatMayBeMissingOnceSomethingIsInIt) {

@@ -1,5 +1,6 @@
 #include "tools/qmxadmin/calendar/calendar.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -16,7 +17,7 @@
 namespace qmx {
 namespace {
 
-constexpr int kWeeks = 4;  // that are shown where nothing else is asked for
+constexpr int kWeeks = 4;  // the default
 constexpr int kMostWeeks = 520;
 constexpr int kColumnsOfAFile = 120;
 
@@ -30,7 +31,7 @@ struct Period {
 DateTime DayOf(const std::string& text) {
   const std::optional<DateTime> day = DateTime::Parse(text);
   if (day && day->ToText() == text) return *day;
-  Refuse("\"" + text + "\" is no day of the form YYYY-MM-DD.");
+  Refuse(fmt::format("\"{}\" is not a date of the form YYYY-MM-DD.", text));
 }
 
 Period PeriodOf(const CalendarArguments& arguments) {
@@ -44,15 +45,14 @@ Period PeriodOf(const CalendarArguments& arguments) {
     period.from = period.to.PlusDays(-days);
   }
   if (period.to < period.from)
-    Refuse("The last day, " + arguments.to + ", is before the first, " + arguments.from + ".");
-  if (period.to > period.from.PlusDays(kMostWeeks * 7)) Refuse("A picture shows ten years at most.");
+    Refuse(fmt::format("The last day, {}, is before the first day, {}.", arguments.to, arguments.from));
+  if (period.to > period.from.PlusDays(kMostWeeks * 7)) Refuse("A picture shows at most ten years.");
   return period;
 }
 
-// What the query gives, row by row, with null as an empty text.
+// Returns the first two columns of every row.
 std::vector<std::vector<Variant>> RowsOf(LocalDatabase& local, const SqlText& query) {
-  const auto records = local.Layer().CreateRecordset("ADODB.Recordset");
-  records->Open(query, local.Connection(), kCursorKeyset, kLockOptimistic, kCommandText);
+  const auto records = local.Select(query);
   std::vector<std::vector<Variant>> rows;
   for (; !records->Eof(); records->MoveNext()) {
     rows.push_back({records->Fields(std::size_t{0}).Value(), records->Fields(std::size_t{1}).Value()});
@@ -62,11 +62,11 @@ std::vector<std::vector<Variant>> RowsOf(LocalDatabase& local, const SqlText& qu
 }
 
 void RequireIntervals(LocalDatabase& local, const std::string& code) {
-  const auto rows =
-      RowsOf(local, SqlText("select count(*), count(*) from tscalender where ccal = '").Value(code).Append("'"));
-  if (rows[0][0].ToDouble() > 0) return;
-  Refuse("There is no calendar \"" + code +
-         "\" in tscalender. \"qmxadmin expand\" fills it from the calendars that service employees have.");
+  const SqlText count = SqlText("select count(*) from tscalender where ccal = '").Value(code).Append("'");
+  if (local.SelectNumber(count) > 0) return;
+  Refuse(fmt::format(
+      "There is no calendar \"{}\" in tscalender. \"qmxadmin expand\" fills it from the service employees' calendars.",
+      code));
 }
 
 CalendarPicture PictureOf(LocalDatabase& local, const std::string& code, const Period& period) {
@@ -91,9 +91,9 @@ CalendarPicture PictureOf(LocalDatabase& local, const std::string& code, const P
 
 CalendarPicture PictureOfEmployee(LocalDatabase& local, const std::string& number, const Period& period) {
   const auto rows = RowsOf(local, SqlText("select ccal, dsca from tsmdm140 where emno = '").Value(number).Append("'"));
-  if (rows.empty()) Refuse("There is no service employee \"" + number + "\" in tsmdm140.");
+  if (rows.empty()) Refuse(fmt::format("There is no service employee \"{}\" in tsmdm140.", number));
   const std::string code(Trimmed(rows[0][0].ToText()));
-  if (code.empty()) Refuse("The service employee \"" + number + "\" has no calendar.");
+  if (code.empty()) Refuse(fmt::format("The service employee \"{}\" has no calendar.", number));
   CalendarPicture picture = PictureOf(local, code, period);
   picture.employee = number;
   picture.name = rows[0][1].ToText();
@@ -108,13 +108,14 @@ void WriteSvg(const std::string& path, const std::string& svg) {
   std::ofstream file(path);
   file << svg;
   file.close();
-  if (!file) throw Error(errors::kPathFileAccess, "qmxadmin calendar", "The file " + path + " cannot be written.");
+  if (!file)
+    throw Error(errors::kPathFileAccess, "qmxadmin calendar", fmt::format("The file {} cannot be written.", path));
 }
 
 Listing ListingOf(const std::vector<CalendarPicture>& pictures) {
   Listing listing{{{"calendar", "CALENDAR"}, {"employee", "EMPLOYEE"}, {"from", "FROM"}, {"to", "TO"}}, {}};
   for (const CalendarPicture& picture : pictures) {
-    const Variant employee = picture.employee.empty() ? Variant::Null() : Variant(picture.employee);
+    const Variant employee = TextOrNull(picture.employee);
     for (const Interval& interval : picture.weeks.intervals) {
       listing.rows.push_back({picture.code, employee, interval.from, interval.to});
     }
@@ -125,7 +126,7 @@ Listing ListingOf(const std::vector<CalendarPicture>& pictures) {
 }  // namespace
 
 AdminStatus ShowCalendars(const CalendarArguments& arguments) {
-  if (arguments.codes.empty() && arguments.employee.empty()) Refuse("Name a calendar, or an employee with --employee.");
+  if (arguments.codes.empty() && arguments.employee.empty()) Refuse("Name a calendar or give --employee.");
   const Period period = PeriodOf(arguments);
   LocalDatabase local(arguments);
   std::vector<CalendarPicture> pictures;

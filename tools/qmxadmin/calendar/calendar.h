@@ -1,4 +1,4 @@
-// qmxadmin calendar: the working intervals of tscalender as a picture, in the terminal or as an SVG file.
+// qmxadmin calendar: draws the working intervals of tscalender, in the terminal or as an SVG file.
 #pragma once
 
 #include <string>
@@ -12,13 +12,13 @@ namespace qmx {
 
 struct CalendarArguments : DatabaseArguments {
   std::vector<std::string> codes;
-  std::string employee;  // number of one whose calendar is shown besides
-  std::string from, to;  // days; the weeks that hold them are shown
-  std::string svg;       // file to write instead; "-" is standard output
+  std::string employee;  // number of an employee whose calendar is drawn as well
+  std::string from, to;  // days; whole weeks are drawn
+  std::string svg;       // the file to write; "-" is standard output
   OutputForm form = OutputForm::Table;
 };
 
-// Raises 5 for a calendar or an employee that is not known, and for days that are none.
+// Raises 5 for an unknown calendar or employee, and for an invalid date.
 AdminStatus ShowCalendars(const CalendarArguments& arguments);
 
 }  // namespace qmx

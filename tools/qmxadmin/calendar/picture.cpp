@@ -1,5 +1,7 @@
 #include "tools/qmxadmin/calendar/picture.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "tools/qmxadmin/text_width.h"
@@ -22,7 +24,7 @@ std::string RightAligned(const std::string& text, int width) {
   return std::string(static_cast<std::size_t>(std::max(0, width - TextWidth(text))), ' ') + text;
 }
 
-// Cells a day: the finest scale that leaves room for times behind it.
+// Returns the number of cells per day: the finest scale that leaves room for the times on the right.
 int CellsFor(int columns) {
   for (const int cells : {96, 72, 48}) {
     if (columns >= kLabelColumns + cells + kTotalColumns + kTimesColumns - 1) return cells;
@@ -40,7 +42,7 @@ std::string Axis(int cells) {
   return line;
 }
 
-// Minutes of the cell that are worked, common time once.
+// Returns the minutes worked between `from` and `to`. Overlapping blocks count once.
 int Worked(const Day& day, int from, int to) {
   int minutes = 0;
   int covered = from;
@@ -70,7 +72,7 @@ std::string Times(const Day& day, int columns) {
   return text;
 }
 
-std::string WithoutBlanksBehind(std::string line) {
+std::string WithoutTrailingBlanks(std::string line) {
   line.resize(line.find_last_not_of(' ') + 1);
   return line;
 }
@@ -79,7 +81,7 @@ std::string DayLine(const Day& day, int cells, int columns) {
   std::string line = LeftAligned(DayTitle(day.date), kLabelColumns);
   for (int cell = 0; cell < cells; ++cell) line += Cell(day, cell, cells);
   line += "·" + RightAligned(day.minutes > 0 ? DurationText(day.minutes) : "", kTotalColumns - 2);
-  return WithoutBlanksBehind(line + "  " + Times(day, columns - TextWidth(line) - 2));
+  return WithoutTrailingBlanks(line + "  " + Times(day, columns - TextWidth(line) - 2));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// One calendar's weeks as they are shown: what stands above them, and for a terminal the lines.
+// A calendar's weeks, as text for a terminal.
 #pragma once
 
 #include <string>
@@ -10,16 +10,16 @@ namespace qmx {
 
 struct CalendarPicture {
   std::string code;
-  std::string employee;  // number; empty where the calendar was asked for by its code
-  std::string name;      // the employee's
+  std::string employee;  // number; empty if the calendar was named by its code
+  std::string name;      // of the employee
   Weeks weeks;
 
   std::string Title() const;     // "Calendar CAL007"
-  std::string Subtitle() const;  // employee, days shown, total
+  std::string Subtitle() const;  // employee, period, total
 };
 
-// For a terminal of so many columns, at least 45: a line a day, hours from left to right. A cell is shaded by how much
-// of its time is worked.
+// Draws one line per day, with the hours from left to right. The more of a cell's time is worked, the darker its shade.
+// `columns` is at least 45.
 std::string TerminalPicture(const CalendarPicture& picture, int columns);
 
 }  // namespace qmx

@@ -1,8 +1,8 @@
 #include "tools/qmxadmin/calendar/svg.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
-#include <array>
-#include <charconv>
 
 namespace qmx {
 namespace {
@@ -12,7 +12,7 @@ constexpr int kMinutesPerDay = 1440;
 // In pixels.
 constexpr double kWidth = 1000;
 constexpr double kMargin = 36;
-constexpr double kLeft = 128;  // of the hours
+constexpr double kLeft = 128;  // where the hours begin
 constexpr double kHour = 32;
 constexpr double kRight = kLeft + 24 * kHour;
 constexpr double kRow = 30;
@@ -20,8 +20,8 @@ constexpr double kWeekHead = 50;  // its title and the hours
 constexpr double kWeekGap = 30;
 constexpr double kTitle = 66;
 constexpr double kRemark = 18;
-constexpr double kLane = 20;   // at least, where blocks overlap
-constexpr double kTimes = 78;  // that a block's times take
+constexpr double kLane = 20;   // the least height of one of several overlapping blocks
+constexpr double kTimes = 78;  // the width of a block's times
 constexpr double kGap = 4;     // above and below the blocks of a row
 
 constexpr const char* kStyle = R"(  <style>
@@ -48,9 +48,7 @@ constexpr const char* kStyle = R"(  <style>
 )";
 
 std::string Number(double value) {
-  std::array<char, 32> digits{};
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, 1);
-  std::string text(digits.data(), end.ptr);
+  const std::string text = fmt::format("{:.1f}", value);
   return text.ends_with(".0") ? text.substr(0, text.size() - 2) : text;
 }
 
@@ -67,7 +65,7 @@ std::string Escaped(const std::string& text) {
       case '>':
         escaped += "&gt;";
         break;
-      default:  // no other character below the blank may stand in XML
+      default:  // XML allows no other control character
         escaped += static_cast<unsigned char>(unit) < ' ' ? ' ' : unit;
     }
   }
@@ -75,18 +73,17 @@ std::string Escaped(const std::string& text) {
 }
 
 std::string Text(const char* style, double x, double y, const std::string& text) {
-  return "  <text class=\"" + std::string(style) + "\" x=\"" + Number(x) + "\" y=\"" + Number(y) + "\">" +
-         Escaped(text) + "</text>\n";
+  return fmt::format("  <text class=\"{}\" x=\"{}\" y=\"{}\">{}</text>\n", style, Number(x), Number(y), Escaped(text));
 }
 
 std::string Rectangle(const char* style, double x, double y, double width, double height) {
-  return "  <rect class=\"" + std::string(style) + "\" x=\"" + Number(x) + "\" y=\"" + Number(y) + "\" width=\"" +
-         Number(width) + "\" height=\"" + Number(height) + "\"/>\n";
+  return fmt::format("  <rect class=\"{}\" x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"/>\n", style, Number(x),
+                     Number(y), Number(width), Number(height));
 }
 
 std::string Line(const char* style, double fromX, double fromY, double toX, double toY) {
-  return "  <line class=\"" + std::string(style) + "\" x1=\"" + Number(fromX) + "\" y1=\"" + Number(fromY) +
-         "\" x2=\"" + Number(toX) + "\" y2=\"" + Number(toY) + "\"/>\n";
+  return fmt::format("  <line class=\"{}\" x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"/>\n", style, Number(fromX),
+                     Number(fromY), Number(toX), Number(toY));
 }
 
 double At(int minute) { return kLeft + minute * kHour / 60; }
@@ -101,21 +98,22 @@ double Height(const Week& week) {
 
 int MinuteOf(DateTime moment) { return moment.Hour() * 60 + moment.Minute(); }
 
-// Round where the interval begins and ends, and straight where it goes over midnight.
+// The corners are round where the interval begins and ends, and square where it continues over midnight.
 std::string Bar(const Block& block, double y, double height) {
   const char* const style = block.lane == 0 ? "block" : "other";
   const double from = At(block.from), width = At(block.to) - from;
   const double radius = std::min({5.0, width / 2, height / 2});
-  std::string svg = "  <rect class=\"" + std::string(style) + "\" x=\"" + Number(from) + "\" y=\"" + Number(y) +
-                    "\" width=\"" + Number(width) + "\" height=\"" + Number(height) + "\" rx=\"" + Number(radius) +
-                    "\"><title>" + block.whole.from.ToText() + " to " + block.whole.to.ToText() + "</title></rect>\n";
+  std::string svg = fmt::format(
+      "  <rect class=\"{}\" x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" rx=\"{}\"><title>{} to {}</title></rect>\n",
+      style, Number(from), Number(y), Number(width), Number(height), Number(radius), block.whole.from.ToText(),
+      block.whole.to.ToText());
   if (block.from == 0 && MinuteOf(block.whole.from) > 0) svg += Rectangle(style, from, y, radius, height);
   if (block.to == kMinutesPerDay && MinuteOf(block.whole.to) > 0)
     svg += Rectangle(style, from + width - radius, y, radius, height);
   return svg;
 }
 
-// Its times stand in a block, else beside it where nothing else does, else nowhere.
+// Draws the times in the block, or beside it if there is room, or not at all.
 std::string DrawTimes(const Day& day, std::size_t index, double y) {
   const Block& block = day.blocks[index];
   const double from = At(block.from), to = At(block.to);
@@ -192,10 +190,10 @@ std::string Draw(const CalendarPicture& picture, double y) {
 std::string SvgPicture(const std::vector<CalendarPicture>& pictures) {
   double height = 2 * kMargin - kWeekGap;
   for (const CalendarPicture& picture : pictures) height += Height(picture);
-  std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + Number(kWidth) + "\" height=\"" +
-                    Number(height) + "\" viewBox=\"0 0 " + Number(kWidth) + " " + Number(height) +
-                    "\">\n  <title>Working intervals</title>\n" + kStyle +
-                    "  <rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n";
+  std::string svg = fmt::format(
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0}\" height=\"{1}\" viewBox=\"0 0 {0} {1}\">\n"
+      "  <title>Working intervals</title>\n{2}  <rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n",
+      Number(kWidth), Number(height), kStyle);
   double y = kMargin;
   for (const CalendarPicture& picture : pictures) {
     svg += Draw(picture, y);

@@ -1,7 +1,6 @@
-// Calendars as an SVG picture, one below the other: to be looked at, printed, or put on a page.
+// Calendars as one SVG picture, one below the other, for the screen, the printer or a web page.
 //
-// It needs nothing besides itself, no script and no font of its own. Every interval says its times when it is pointed
-// at.
+// The picture refers to no other file and needs no script and no special font. Pointing at an interval shows its times.
 #pragma once
 
 #include <string>

@@ -1,5 +1,7 @@
 #include "tools/qmxadmin/calendar/weeks.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <tuple>
 
@@ -13,28 +15,30 @@ constexpr const char* kMonths[] = {"January", "February", "March",     "April", 
 
 std::int64_t DayNumber(DateTime moment) { return moment.DatePart().Seconds() / DateTime::kSecondsPerDay; }
 
-// From 0 for Monday; the first day of all was a Saturday.
+// Returns 0 for Monday. Day 0 was a Saturday.
 int WeekdayOf(DateTime day) { return static_cast<int>(((DayNumber(day) + 5) % 7 + 7) % 7); }
 
 int MinuteOf(DateTime moment) { return moment.Hour() * 60 + moment.Minute(); }
 
-std::string TwoDigits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
+std::string MomentText(DateTime moment) {
+  return fmt::format("{} {}", moment.DatePart().ToText(), ClockText(MinuteOf(moment)));
+}
 
-std::string MomentText(DateTime moment) { return moment.DatePart().ToText() + " " + ClockText(MinuteOf(moment)); }
+std::string Whole(const Interval& interval) {
+  return fmt::format("{} to {}", MomentText(interval.from), MomentText(interval.to));
+}
 
-std::string Whole(const Interval& interval) { return MomentText(interval.from) + " to " + MomentText(interval.to); }
-
-// The week that holds Thursday's day of the year counts.
+// Numbers weeks as ISO 8601 does: week 1 holds the first Thursday of the year.
 int WeekNumber(DateTime monday) {
   const DateTime thursday = monday.PlusDays(3);
   return static_cast<int>((DayNumber(thursday) - DayNumber(DateTime::FromDate(thursday.Year(), 1, 1))) / 7 + 1);
 }
 
-// Lanes, overlaps and the day's total; blocks come by their start.
+// Assigns lanes, reports overlaps and adds up the day. The blocks are in the order of their start.
 void Arrange(Day& day, std::vector<std::string>& remarks) {
   std::vector<int> laneEnds;
   int covered = 0;
-  const Block* longest = nullptr;  // of those before, the one that ends last
+  const Block* longest = nullptr;  // the block so far that ends last
   for (Block& block : day.blocks) {
     const auto lane = std::find_if(laneEnds.begin(), laneEnds.end(), [&](int end) { return end <= block.from; });
     block.lane = static_cast<int>(lane - laneEnds.begin());
@@ -44,8 +48,8 @@ void Arrange(Day& day, std::vector<std::string>& remarks) {
       *lane = block.to;
     }
     if (longest && block.from < longest->to) {
-      remarks.push_back(Whole(longest->whole) + " and " + Whole(block.whole) +
-                        " overlap; the totals count their common time once.");
+      remarks.push_back(fmt::format("{} and {} overlap; the totals count their common time once.",
+                                    Whole(longest->whole), Whole(block.whole)));
     }
     day.minutes += std::max(0, block.to - std::max(block.from, covered));
     covered = std::max(covered, block.to);
@@ -110,21 +114,20 @@ std::string PeriodText(DateTime first, DateTime last) {
 }
 
 std::string WeekTitle(DateTime monday) {
-  return "Week " + std::to_string(WeekNumber(monday)) + " · " + PeriodText(monday, monday.PlusDays(6));
+  return fmt::format("Week {} · {}", WeekNumber(monday), PeriodText(monday, monday.PlusDays(6)));
 }
 
 std::string DayTitle(DateTime day) {
-  return std::string(kDays[WeekdayOf(day)]) + " " + (day.Day() < 10 ? " " : "") + std::to_string(day.Day()) + " " +
-         std::string(kMonths[day.Month() - 1]).substr(0, 3);
+  return fmt::format("{} {:2} {:.3}", kDays[WeekdayOf(day)], day.Day(), kMonths[day.Month() - 1]);
 }
 
-std::string DurationText(int minutes) { return std::to_string(minutes / 60) + ":" + TwoDigits(minutes % 60); }
+std::string DurationText(int minutes) { return fmt::format("{}:{:02}", minutes / 60, minutes % 60); }
 
-std::string ClockText(int minutes) { return TwoDigits(minutes / 60) + ":" + TwoDigits(minutes % 60); }
+std::string ClockText(int minutes) { return fmt::format("{:02}:{:02}", minutes / 60, minutes % 60); }
 
 std::string SpanText(const Interval& interval) {
   const int end = MinuteOf(interval.to);
-  return ClockText(MinuteOf(interval.from)) + "–" + ClockText(end == 0 ? kMinutesPerDay : end);
+  return fmt::format("{}–{}", ClockText(MinuteOf(interval.from)), ClockText(end == 0 ? kMinutesPerDay : end));
 }
 
 }  // namespace qmx

@@ -1,8 +1,8 @@
-// Working intervals as weeks of days, Monday to Sunday: what a picture of a calendar shows.
+// Working intervals by week and day, Monday to Sunday, for the pictures of a calendar.
 //
-// An interval that goes over midnight becomes a block on each of its days. Blocks that overlap stand in lanes beside
-// each other, and the totals count their common time once. What cannot be drawn (an interval without length, or one
-// that ends before it begins) becomes a remark, and so does what overlaps. Seconds are dropped.
+// An interval that continues over midnight becomes a block on each of its days. Overlapping blocks get separate lanes,
+// and the totals count their common time once. A remark names each overlap and each interval that cannot be drawn,
+// because it has no length or ends before it begins. Seconds are dropped.
 #pragma once
 
 #include <array>
@@ -42,13 +42,13 @@ struct Week {
 
 struct Weeks {
   std::vector<Week> weeks;
-  std::vector<Interval> intervals;  // all that touch them, drawn or not, by their start
+  std::vector<Interval> intervals;  // all intervals of these weeks, drawn or not, by their start
   std::vector<std::string> remarks;
   int minutes = 0;
 };
 
-// The whole weeks that hold the days from `from` to `to`. Intervals in any order; what lies in no such week is left
-// out.
+// Returns the whole weeks from the week of `from` to the week of `to`. The intervals may be in any order. Those outside
+// of the weeks are left out.
 Weeks WeeksOf(std::vector<Interval> intervals, DateTime from, DateTime to);
 
 DateTime MondayOf(DateTime day);
@@ -60,6 +60,6 @@ std::string PeriodText(DateTime first, DateTime last);
 std::string DayTitle(DateTime day);              // "Mon 23 Nov"
 std::string DurationText(int minutes);           // "8:05"
 std::string ClockText(int minutes);              // "08:05", "24:00"
-std::string SpanText(const Interval& interval);  // "22:00–06:00", each with its own time of day
+std::string SpanText(const Interval& interval);  // "22:00–06:00"
 
 }  // namespace qmx

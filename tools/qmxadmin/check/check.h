@@ -1,4 +1,4 @@
-// qmxadmin check: whether everything that the copies need is there and answers.
+// qmxadmin check: checks that everything the copies need is in place and answers.
 #pragma once
 
 #include <string>
@@ -10,12 +10,14 @@
 namespace qmx {
 
 struct CheckArguments : DatabaseArguments {
-  std::string logs;       // LOGDIR of the copies; empty: not looked at
-  std::string component;  // "COMPONENT1, COMPONENT2" of the copies; empty: the ERP is not asked
+  std::string logs;       // the copies' LOGDIR; empty: not checked
+  std::string component;  // the copies' "COMPONENT1, COMPONENT2"; empty: the ERP is not called
+  bool records = false;   // also reads one record per table, and the audit trail
   OutputForm form = OutputForm::Table;
+  bool quiet = false;  // prints failed checks only
 };
 
-// Wrong where something is. Nothing is changed, but for a file that is made in the log folder and removed again.
+// Returns Wrong if a check fails. Changes nothing, except that it creates a file in the log folder and removes it.
 AdminStatus Check(const CheckArguments& arguments);
 
 }  // namespace qmx

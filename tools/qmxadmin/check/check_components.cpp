@@ -1,5 +1,7 @@
 #include "tools/qmxadmin/check/check_components.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "copy/erp_listings.h"
@@ -9,6 +11,8 @@
 #include "platform/error.h"
 #include "platform/names.h"
 #include "platform/posix/clock.h"
+#include "tools/qmxadmin/check/check_records.h"
+#include "tools/qmxadmin/check/separate_process.h"
 
 namespace qmx {
 namespace {
@@ -17,9 +21,10 @@ constexpr const char* kAuditAndDates[] = {"audit.auditCriteria", "audit.period",
                                           "audit.AuditReader",   "audit.RecordStatus", "java:java.util.Date"};
 constexpr const char* kSchedulingServer[] = {"QMXServer20.clsMessHandler", "QMXServer20.ClientRequests"};
 
-constexpr const char* kRegister = "\"qmxadmin components\" shows the manifests that are read; one must name it.";
-constexpr const char* kMendServer = "\"qmxadmin components\" shows which libraries load; docs/components.md has more.";
-constexpr const char* kMendBridge = "The ERP's bridge says so: look there, or at its settings in --component.";
+constexpr const char* kRegister = "One of the manifests must name it. \"qmxadmin components\" lists them.";
+constexpr const char* kMendServer = "\"qmxadmin components\" shows which libraries load. See docs/components.md.";
+constexpr const char* kMendBridge =
+    "The ERP's component server reported this. Check its configuration and the --component argument.";
 
 bool IsRegistered(InstalledComponents& components, const char* progId) {
   const auto claims = [progId](const Manifest& manifest) { return manifest.Claims(progId); };
@@ -28,17 +33,17 @@ bool IsRegistered(InstalledComponents& components, const char* progId) {
   });
 }
 
-// What becomes of the components of one line, up to the first failure.
+// Checks the components of one line of output, up to the first failure.
 class Trial {
  public:
-  Trial(std::string what, InstalledComponents& components, Findings& findings)
+  Trial(std::string what, InstalledComponents& components, FindingSink& findings)
       : what_(std::move(what)), components_(components), findings_(findings) {}
 
-  // No object where it fails.
+  // Returns no object if the creation fails.
   Object Make(const char* progId) {
     Object made;
     if (!IsRegistered(components_, progId) && !SameName(progId, kDateProgId)) {
-      findings_.Wrong(what_, std::string(progId) + " is not registered", kRegister);
+      findings_.Wrong(what_, fmt::format("{} is not registered", progId), kRegister);
     } else {
       Succeeds(kMendServer, [&] { made = components_.CreateObject(progId); });
     }
@@ -56,28 +61,28 @@ class Trial {
     }
   }
 
-  void Good(const std::string& told) { findings_.Good(what_, told); }
+  void Good(const std::string& detail) { findings_.Good(what_, detail); }
 
  private:
   std::string what_;
   InstalledComponents& components_;
-  Findings& findings_;
+  FindingSink& findings_;
 };
 
-void CheckMade(InstalledComponents& components, const char* progId, Findings& findings) {
+void CheckMade(InstalledComponents& components, const char* progId, FindingSink& findings) {
   Trial trial(progId, components, findings);
-  if (trial.Make(progId)) trial.Good("can be made");
+  if (trial.Make(progId)) trial.Good("can be created");
 }
 
-// The manager, and the record class, which changed copies need besides.
+// Checks the manager, and the record class, which changed copies need as well.
 void CheckTable(InstalledComponents& components, const ErpListing& table, const std::string& businessComponent,
-                Findings& findings) {
-  Trial trial(std::string(table.table) + ", " + table.manager, components, findings);
+                FindingSink& findings) {
+  Trial trial(fmt::format("{}, {}", table.table, table.manager), components, findings);
   const Object manager = trial.Make(table.manager);
   const Object record = manager ? trial.Make(table.record) : Object();
   if (!record || !trial.Succeeds(kMendBridge, [&] { record.Call("getClass"); })) return;
   if (businessComponent.empty()) {
-    trial.Good("can be made");
+    trial.Good("can be created");
     return;
   }
   std::string answer;
@@ -87,32 +92,47 @@ void CheckTable(InstalledComponents& components, const ErpListing& table, const 
     const Object records = Invoke(manager, table.list, bounds).ToObject();
     const bool any = records && records.Call("hasMoreElements").ToBoolean();
     manager.Call("Close");
-    answer = any ? "answers, and has records" : "answers, and has no record";
+    answer = any ? "answers and has records" : "answers and has no records";
   });
   if (answered) trial.Good(answer);
 }
 
 }  // namespace
 
-void CheckComponents(const std::string& businessComponent, Findings& findings) {
+void CheckComponents(const ComponentChecks& wanted, FindingSink& findings) {
+  // Parses the manifests and loads no library, so this process keeps running whatever a component does.
   PosixClock clock;
   InstalledComponents components(clock);
   for (const ManifestFolder& folder : components.Folders()) {
     for (const std::string& problem : folder.problems)
-      findings.Wrong("components", problem, "Correct it, or QMX_COMPONENTS.");
+      findings.Wrong("components", problem, "Correct it or QMX_COMPONENTS.");
   }
+  std::vector<SeparateCheck> checks;
   for (const ErpListing& table : ErpListings()) {
-    CheckTable(components, table, businessComponent, findings);
+    checks.push_back({fmt::format("{}, {}", table.table, table.manager),
+                      [&, table](FindingSink& to) { CheckTable(components, table, wanted.businessComponent, to); }});
+    if (!wanted.records || wanted.businessComponent.empty()) continue;
+    checks.push_back({fmt::format("record of {}", table.table), [&, table](FindingSink& to) {
+                        CheckRecord(table.table, wanted.businessComponent, wanted.calendars, to);
+                      }});
   }
-  if (businessComponent.empty()) findings.NotLookedAt("ERP", "no manager was asked, since --component is not given");
-  for (const char* progId : kAuditAndDates) CheckMade(components, progId, findings);
+  if (wanted.businessComponent.empty()) {
+    checks.push_back(
+        {"ERP", [](FindingSink& to) { to.NotChecked("ERP", "--component is not given, so no manager was called"); }});
+  }
+  for (const char* progId : kAuditAndDates) {
+    checks.push_back({progId, [&, progId](FindingSink& to) { CheckMade(components, progId, to); }});
+  }
   for (const char* progId : kSchedulingServer) {
-    if (IsRegistered(components, progId)) {
-      CheckMade(components, progId, findings);
-    } else {
-      findings.NotLookedAt(progId, "it is not registered, and needed by copies with a REQUEST only");
-    }
+    checks.push_back({progId, [&, progId](FindingSink& to) {
+                        if (IsRegistered(components, progId)) {
+                          CheckMade(components, progId, to);
+                        } else {
+                          to.NotChecked(progId, "it is not registered; only copies with a REQUEST need it");
+                        }
+                      }});
   }
+  RunInSeparateProcess(checks, findings);
 }
 
 }  // namespace qmx

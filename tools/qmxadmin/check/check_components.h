@@ -1,13 +1,21 @@
-// The components' part of a check: those that the copies ask for are registered, load, are made and answer.
+// Checks the components that the copies need: each is registered, loads, can be created and answers.
 #pragma once
 
 #include <string>
+#include <vector>
 
-#include "tools/qmxadmin/check/findings.h"
+#include "tools/qmxadmin/check/finding_sink.h"
 
 namespace qmx {
 
-// The business component is handed to each manager; where it is empty, managers are made and not asked.
-void CheckComponents(const std::string& businessComponent, Findings& findings);
+struct ComponentChecks {
+  std::string businessComponent;  // passed to each manager; if it is empty, the managers are created but not called
+  bool records = false;           // also reads one record per table, and the audit trail
+  std::vector<std::string> calendars;  // of the local service employees, for the record of a calendar
+};
+
+// The components are called in a process of their own. If one of them ends it, that is a finding, and the others are
+// still checked.
+void CheckComponents(const ComponentChecks& checks, FindingSink& findings);
 
 }  // namespace qmx

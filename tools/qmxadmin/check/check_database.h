@@ -1,11 +1,11 @@
-// The local database's part of a check: connection, default database, every table.
+// Checks the local database: connection, default database and every table.
 #pragma once
 
-#include "tools/qmxadmin/check/findings.h"
+#include "tools/qmxadmin/check/finding_sink.h"
 #include "tools/qmxadmin/database_arguments.h"
 
 namespace qmx {
 
-void CheckDatabase(const DatabaseArguments& arguments, Findings& findings);
+void CheckDatabase(const DatabaseArguments& arguments, FindingSink& findings);
 
 }  // namespace qmx

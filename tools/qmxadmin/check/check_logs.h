@@ -1,12 +1,17 @@
-// The log folder's part of a check: it is there, and the logs in it can be written.
+// Checks the log folder: it exists, the logs in it can be written and belong to
+// the right user, and the file system has room.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
-#include "tools/qmxadmin/check/findings.h"
+#include "tools/qmxadmin/check/finding_sink.h"
 
 namespace qmx {
 
-void CheckLogs(const std::string& folder, Findings& findings);
+void CheckLogs(const std::string& folder, FindingSink& findings);
+
+// Returns whether so many free bytes are enough for the logs of some time.
+bool IsEnoughRoom(std::uintmax_t freeBytes);
 
 }  // namespace qmx

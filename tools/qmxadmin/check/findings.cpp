@@ -1,10 +1,10 @@
 #include "tools/qmxadmin/check/findings.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <iostream>
 
-#include "platform/error.h"
 #include "tools/qmxadmin/terminal.h"
 #include "tools/qmxadmin/text_width.h"
 
@@ -22,36 +22,23 @@ std::string Sentence(const std::string& text) { return text.ends_with('.') ? tex
 
 }  // namespace
 
-Findings::Findings(OutputForm form) : form_(form) {
-  listing_.columns = {{.key = "check", .title = ""},
-                      {.key = "state", .title = ""},
-                      {.key = "told", .title = ""},
-                      {.key = "what_to_do", .title = ""}};
+Findings::Findings(OutputForm form, bool quiet) : form_(form), quiet_(quiet) {
+  listing_.columns = {{.key = "check"}, {.key = "state"}, {.key = "told"}, {.key = "what_to_do"}};
 }
 
-void Findings::Good(const std::string& what, const std::string& told) { Add(State::Good, what, told, ""); }
-
-void Findings::Wrong(const std::string& what, const std::string& told, const std::string& whatToDo) {
-  Add(State::Wrong, what, told, whatToDo);
-  anyWrong_ = true;
-}
-
-void Findings::Wrong(const std::string& what, const Error& error, const std::string& whatToDo) {
-  Wrong(what, "error " + std::to_string(error.Number()) + ", " + error.Source() + ": " + error.Description(), whatToDo);
-}
-
-void Findings::NotLookedAt(const std::string& what, const std::string& why) { Add(State::NotLookedAt, what, why, ""); }
-
-void Findings::Add(State state, const std::string& what, const std::string& told, const std::string& whatToDo) {
+void Findings::Add(const Finding& finding) {
+  const auto& [state, what, detail, whatToDo] = finding;
   const Word& word = kWords[static_cast<int>(state)];
+  anyWrong_ |= state == Finding::State::Wrong;
   if (form_ == OutputForm::Json) {
-    listing_.rows.push_back({what, word.text, told, whatToDo.empty() ? Variant::Null() : whatToDo});
+    listing_.rows.push_back({what, word.text, detail, TextOrNull(whatToDo)});
     return;
   }
+  if (quiet_ && state != Finding::State::Wrong) return;
   static const bool colours = TerminalOf(STDOUT_FILENO).colours;
   const std::string blanks(static_cast<std::size_t>(kWidth - TextWidth(word.text)), ' ');
-  std::cout << (colours ? word.colour : "") << word.text << (colours ? "\033[0m" : "") << blanks << "  "
-            << Printable(what) << ": " << Printable(whatToDo.empty() ? told : Sentence(told) + " " + whatToDo)
+  std::cout << fmt::format("{}{}{}{}  {}: {}", colours ? word.colour : "", word.text, colours ? "\033[0m" : "", blanks,
+                           Printable(what), Printable(whatToDo.empty() ? detail : Sentence(detail) + " " + whatToDo))
             << std::endl;
 }
 

@@ -1,31 +1,23 @@
-// What a check found, a line each: told as they come, or as JSON at the end.
+// The results of a check. Prints each result on a line at once, or all of them as JSON at the end.
 #pragma once
 
-#include <string>
-
+#include "tools/qmxadmin/check/finding_sink.h"
 #include "tools/qmxadmin/listing.h"
 
 namespace qmx {
 
-class Error;
-
-class Findings {
+class Findings : public FindingSink {
  public:
-  explicit Findings(OutputForm form);
+  Findings(OutputForm form, bool quiet);
 
-  void Good(const std::string& what, const std::string& told);
-  void Wrong(const std::string& what, const std::string& told, const std::string& whatToDo);
-  void Wrong(const std::string& what, const Error& error, const std::string& whatToDo);
-  void NotLookedAt(const std::string& what, const std::string& why);
+  void Add(const Finding& finding) override;
 
   bool AnyWrong() const { return anyWrong_; }
-  void End();  // once
+  void End();  // once, after the last result
 
  private:
-  enum class State { Good, Wrong, NotLookedAt };
-  void Add(State state, const std::string& what, const std::string& told, const std::string& whatToDo);
-
   OutputForm form_;
+  bool quiet_;  // prints failed checks only
   bool anyWrong_ = false;
   Listing listing_;
 };

@@ -1,4 +1,4 @@
-// qmxadmin copy: copies several tables, each with a run of qmxdatacopy of its own, and sums up how they went.
+// qmxadmin copy: copies tables, each in its own run of qmxdatacopy, and prints a summary.
 #pragma once
 
 #include <string>
@@ -11,18 +11,20 @@
 namespace qmx {
 
 struct CopyArguments : DatabaseArguments {
-  std::vector<std::string> tables;  // codes, or calendars' extended forms
-  bool all = false;                 // besides those that are named
+  std::vector<std::string> tables;  // table codes, or the extended form of calendars
+  bool all = false;                 // all tables, in addition to those in `tables`
+  bool full = false;                // in full, whatever the tables' sync methods
   std::string logs;                 // LOGDIR of every run
   std::string component;            // "COMPONENT1, COMPONENT2" of every run
   std::string request;              // REQUEST; empty: none
   int jobs = 1;                     // runs at a time
   OutputForm form = OutputForm::Table;
+  bool quiet = false;  // prints only what went wrong
 };
 
-// Progress stands on standard error, the summary on standard output. Wrong when any table was not copied. SIGINT,
-// SIGTERM and SIGHUP are passed on to the copies that run, and no further one is started. The summary has each table's
-// fate all the same.
+// Prints progress to standard error and the summary to standard output. Returns Wrong if any table was not copied.
+// SIGINT, SIGTERM and SIGHUP are passed on to the running copies, and no further copy is started. The summary then
+// still has a row for every table.
 AdminStatus CopyTables(const CopyArguments& arguments);
 
 }  // namespace qmx

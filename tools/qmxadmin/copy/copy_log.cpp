@@ -10,7 +10,7 @@
 namespace qmx {
 namespace {
 
-// The number in "Table : CODE - NUMBER records WHAT".
+// Returns the number in "Table : CODE - NUMBER records WHAT".
 std::optional<std::int64_t> NumberBefore(std::string_view line, std::string_view what) {
   const std::string ending = " records " + std::string(what) + "\"";
   const std::size_t end = line.find(ending);

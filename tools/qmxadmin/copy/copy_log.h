@@ -1,4 +1,4 @@
-// What a copy log tells of the run that has just ended.
+// Reads the counts of the latest run from a copy log.
 #pragma once
 
 #include <cstdint>
@@ -13,12 +13,12 @@ struct CopyCounts {
   std::int64_t removed = 0;
 };
 
-// One table's copy log, from where it ended when this object was made.
+// One table's copy log, from its end at the time of construction.
 class CopyLog {
  public:
-  CopyLog(const std::string& logDirectory, const std::string& tableCode);  // as a copy is given them
+  CopyLog(const std::string& logDirectory, const std::string& tableCode);  // as on a copy's command line
 
-  // Nothing where no counts have been added to it since.
+  // Returns the counts written since then, or nothing.
   std::optional<CopyCounts> NewCounts() const;
 
  private:

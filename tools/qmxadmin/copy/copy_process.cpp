@@ -1,10 +1,12 @@
 #include "tools/qmxadmin/copy/copy_process.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdlib>
@@ -19,12 +21,12 @@ namespace {
 constexpr const char* kName = "qmxdatacopy";
 constexpr int kProgressDescriptor = 3;
 constexpr int kCopyFailed = 1;
-constexpr std::size_t kMostSaid = 64 * 1024;  // of a chain of causes, the beginning
+constexpr std::size_t kMostOutput = 64 * 1024;  // keeps the beginning of a chain of causes
 
 struct Pipe {
   Pipe() {
     std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) throw Error(errors::kDeviceIo, "qmxadmin", "There is no pipe to be had.");
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) throw Error(errors::kDeviceIo, "qmxadmin", "No pipe can be created.");
     read = ends[0];
     write = ends[1];
     fcntl(read, F_SETFL, O_NONBLOCK);
@@ -33,7 +35,7 @@ struct Pipe {
   int write = -1;
 };
 
-// What has come; empty where nothing has.
+// Returns what can be read without waiting.
 std::string ReadAll(int descriptor) {
   std::string text;
   std::array<char, 4096> buffer{};
@@ -47,11 +49,17 @@ bool IsProgram(const std::string& path) {
   return access(path.c_str(), X_OK) == 0 && !std::filesystem::is_directory(path);
 }
 
-std::vector<std::string> EnvironmentWithProgress() {
-  const std::string variable = "QMX_PROGRESS_FD=";
-  std::vector<std::string> environment = {variable + std::to_string(kProgressDescriptor)};
+std::vector<std::string> EnvironmentOf(CopyMethod method) {
+  std::vector<std::string> environment = {fmt::format("QMX_PROGRESS_FD={}", kProgressDescriptor)};
+  if (method == CopyMethod::Full) environment.emplace_back("QMX_METHOD=full");
+  const std::size_t own = environment.size();
   for (char** entry = environ; *entry; ++entry) {
-    if (std::strncmp(*entry, variable.c_str(), variable.size()) != 0) environment.emplace_back(*entry);
+    const std::string_view variable = *entry;
+    const std::string_view name = variable.substr(0, variable.find('='));
+    const bool isReplaced =
+        std::any_of(environment.begin(), environment.begin() + static_cast<std::ptrdiff_t>(own),
+                    [&](const std::string& ours) { return ours.substr(0, ours.find('=')) == name; });
+    if (!isReplaced) environment.emplace_back(variable);
   }
   return environment;
 }
@@ -79,28 +87,29 @@ std::string FindDataCopy() {
     start = end + 1;
   }
   throw Error(errors::kFileNotFound, "qmxadmin copy",
-              std::string(kName) + " stands neither beside qmxadmin nor in a folder of $PATH.");
+              fmt::format("{} is neither in the folder of qmxadmin nor in a folder of $PATH.", kName));
 }
 
-CopyProcess::CopyProcess(const std::string& program, const std::string& commandLine) {
+CopyProcess::CopyProcess(const std::string& program, const std::string& commandLine, CopyMethod method) {
   const Pipe progress;
-  const Pipe said;
-  descriptors_ = {progress.read, said.read};
-  Launch(program, commandLine, progress.write, said.write);
+  const Pipe output;
+  descriptors_ = {progress.read, output.read};
+  Launch(program, commandLine, method, progress.write, output.write);
   close(progress.write);
-  close(said.write);
+  close(output.write);
 }
 
 CopyProcess::~CopyProcess() {
   for (const int descriptor : descriptors_) close(descriptor);
 }
 
-void CopyProcess::Launch(const std::string& program, const std::string& commandLine, int progress, int said) {
+void CopyProcess::Launch(const std::string& program, const std::string& commandLine, CopyMethod method, int progress,
+                         int output) {
   posix_spawn_file_actions_t files;
   posix_spawn_file_actions_init(&files);
   posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_adddup2(&files, said, STDOUT_FILENO);
-  posix_spawn_file_actions_adddup2(&files, said, STDERR_FILENO);
+  posix_spawn_file_actions_adddup2(&files, output, STDOUT_FILENO);
+  posix_spawn_file_actions_adddup2(&files, output, STDERR_FILENO);
   posix_spawn_file_actions_adddup2(&files, progress, kProgressDescriptor);
 
   posix_spawnattr_t attributes;
@@ -112,26 +121,27 @@ void CopyProcess::Launch(const std::string& program, const std::string& commandL
   posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETPGROUP);
 
   std::vector<std::string> words = {program, commandLine};
-  std::vector<std::string> environment = EnvironmentWithProgress();
+  std::vector<std::string> environment = EnvironmentOf(method);
   const int failure = posix_spawn(&process_, program.c_str(), &files, &attributes, Pointers(words).data(),
                                   Pointers(environment).data());
   posix_spawn_file_actions_destroy(&files);
   posix_spawnattr_destroy(&attributes);
   if (failure == 0) return;
-  throw Error(errors::kFileNotFound, "qmxadmin copy", program + " cannot be started: " + std::strerror(failure) + ".");
+  throw Error(errors::kFileNotFound, "qmxadmin copy",
+              fmt::format("{} cannot be started: {}.", program, std::strerror(failure)));
 }
 
 void CopyProcess::Read() {
   ReadProgress();
-  said_ += ReadAll(descriptors_[kSaid]);
-  said_.resize(std::min(said_.size(), kMostSaid));
+  output_ += ReadAll(descriptors_[kOutput]);
+  output_.resize(std::min(output_.size(), kMostOutput));
 }
 
 void CopyProcess::ReadProgress() {
   progress_ += ReadAll(descriptors_[kProgress]);
   for (std::size_t end = 0; (end = progress_.find('\n')) != std::string::npos;) {
     if (progress_.starts_with("rows ")) rows_ = std::atoll(progress_.c_str() + 5);
-    if (progress_.starts_with("end ")) toldStatus_ = std::atoi(progress_.c_str() + 4);
+    if (progress_.starts_with("end ")) reportedStatus_ = std::atoi(progress_.c_str() + 4);
     progress_.erase(0, end + 1);
   }
 }
@@ -149,11 +159,11 @@ void CopyProcess::Signal(int signal) const {
 }
 
 int CopyProcess::ExitStatus() const {
-  return WIFEXITED(state_) && WEXITSTATUS(state_) == toldStatus_ ? toldStatus_ : -1;
+  return WIFEXITED(state_) && WEXITSTATUS(state_) == reportedStatus_ ? reportedStatus_ : -1;
 }
 
 bool CopyProcess::WasInterrupted() const {
-  return ExitStatus() == kCopyFailed && said_.find(", Interrupted: ") != std::string::npos;
+  return ExitStatus() == kCopyFailed && output_.find(", Interrupted: ") != std::string::npos;
 }
 
 int CopyProcess::EndingSignal() const { return WIFSIGNALED(state_) ? WTERMSIG(state_) : 0; }

@@ -1,9 +1,9 @@
-// One run of qmxdatacopy as a process of its own.
+// One run of qmxdatacopy, in its own process.
 //
-// Its progress comes on a descriptor of its own (platform/progress/progress.h), what it says on its standard streams is
-// kept; nothing of it reaches ours. Its exit status counts only where its main told the same one there: a component
-// may have called exit. It stands in a process group of its own, so that a key at the terminal ends this
-// program, which then decides about its copies.
+// The run reports its progress on a separate descriptor (platform/progress/progress.h). What it prints is kept in
+// memory and does not reach our standard streams. Its exit status counts only if its main reported the same one,
+// because a component may have called exit. The run has its own process group, so Ctrl-C at the terminal reaches only
+// this program, which then decides about its copies.
 #pragma once
 
 #include <sys/types.h>
@@ -14,41 +14,45 @@
 
 namespace qmx {
 
-// Beside this program, else where $PATH has it. Raises 53 where it is not.
+// Returns the path of qmxdatacopy: in the folder of this program, or else in a folder of $PATH. Raises 53 if there is
+// none.
 std::string FindDataCopy();
+
+enum class CopyMethod { OfTheTable, Full };  // OfTheTable: as tstables says
 
 class CopyProcess {
  public:
-  CopyProcess(const std::string& program, const std::string& commandLine);  // raises 53 when it cannot be started
-  ~CopyProcess();                                                           // does not wait for its end
+  CopyProcess(const std::string& program, const std::string& commandLine,
+              CopyMethod method);  // raises 53 when it cannot be started
+  ~CopyProcess();                  // does not wait for the process
   CopyProcess(const CopyProcess&) = delete;
   CopyProcess& operator=(const CopyProcess&) = delete;
 
-  const std::vector<int>& Descriptors() const { return descriptors_; }  // on which something may come
-  void Read();                                                          // what has come, without waiting
+  const std::vector<int>& Descriptors() const { return descriptors_; }  // to wait on for new output
+  void Read();                                                          // reads new output, without waiting
 
-  bool HasEnded();  // does not wait either
+  bool HasEnded();  // without waiting
   void Signal(int signal) const;
 
   std::int64_t Rows() const { return rows_; }
-  const std::string& Said() const { return said_; }
-  int ExitStatus() const;       // as its main told; -1 when something else ended it
-  int EndingSignal() const;     // 0 when no signal ended it
-  bool WasInterrupted() const;  // by a signal that made the copy fail; its table is released
+  const std::string& Output() const { return output_; }
+  int ExitStatus() const;       // as reported by its main; -1 if something else ended it
+  int EndingSignal() const;     // 0 if no signal ended it
+  bool WasInterrupted() const;  // a signal made the copy fail, and its table is released
 
  private:
-  enum { kProgress, kSaid };
-  void Launch(const std::string& program, const std::string& commandLine, int progress, int said);
+  enum { kProgress, kOutput };
+  void Launch(const std::string& program, const std::string& commandLine, CopyMethod method, int progress, int output);
   void ReadProgress();
 
   std::vector<int> descriptors_;
   pid_t process_ = -1;
   bool hasEnded_ = false;
   int state_ = 0;
-  std::string progress_;  // the line that is not whole yet
+  std::string progress_;  // an incomplete line
   std::int64_t rows_ = 0;
-  int toldStatus_ = -1;
-  std::string said_;
+  int reportedStatus_ = -1;
+  std::string output_;
 };
 
 }  // namespace qmx

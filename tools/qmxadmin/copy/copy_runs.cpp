@@ -1,9 +1,9 @@
 #include "tools/qmxadmin/copy/copy_runs.h"
 
+#include <fmt/format.h>
 #include <poll.h>
 
 #include <chrono>
-#include <cmath>
 #include <cstring>
 #include <list>
 #include <sstream>
@@ -29,8 +29,10 @@ std::vector<std::string> TablesOf(const std::vector<CopyRun>& runs) {
 }
 
 struct Running {
-  Running(std::size_t runNumber, const CopyRun& run, const std::string& program, const std::string& logDirectory)
-      : number(runNumber), log(logDirectory, CodeOf(run.table)), process(program, run.commandLine) {}
+  Running(std::size_t runNumber, const CopyRun& run, const std::string& program, const RunOptions& options)
+      : number(runNumber),
+        log(options.logDirectory, CodeOf(run.table)),
+        process(program, run.commandLine, options.full ? CopyMethod::Full : CopyMethod::OfTheTable) {}
 
   std::size_t number;
   CopyLog log;
@@ -41,7 +43,7 @@ struct Running {
 
 std::string ResultOf(const CopyProcess& process, bool hasCounts) {
   if (const int signal = process.EndingSignal())
-    return "ended by signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";
+    return fmt::format("ended by signal {} ({})", signal, strsignal(signal));
   if (process.WasInterrupted()) return "interrupted";
   switch (process.ExitStatus()) {
     case 0:
@@ -51,7 +53,7 @@ std::string ResultOf(const CopyProcess& process, bool hasCounts) {
     case 3:
       return "refused, in progress";
     case 4:
-      return "no such calendar kind";  // unknown tables are never run
+      return "no such calendar kind";  // unknown tables are refused before
     case -1:
       return "ended halfway";
     default:
@@ -61,10 +63,10 @@ std::string ResultOf(const CopyProcess& process, bool hasCounts) {
 
 class Runs {
  public:
-  Runs(std::vector<CopyRun>& runs, std::string logDirectory, std::size_t atATime)
-      : runs_(runs), logDirectory_(std::move(logDirectory)), atATime_(atATime), plan_(TablesOf(runs)) {}
+  Runs(std::vector<CopyRun>& runs, const RunOptions& options)
+      : runs_(runs), options_(options), lines_(options.quiet), plan_(TablesOf(runs)) {}
 
-  void ToTheEnd() {
+  void RunAll() {
     Start();
     while (!running_.empty()) {
       Wait();
@@ -78,16 +80,16 @@ class Runs {
       Start();
       Draw();
     }
-    TellWhatWasNotRun();
+    PrintCopiesThatWereNotRun();
   }
 
  private:
   void Start() {
-    while (!isStopped_ && running_.size() < atATime_) {
+    while (!isStopped_ && running_.size() < options_.atATime) {
       const std::optional<std::size_t> next = plan_.Next();
       if (!next) return;
-      running_.emplace_back(*next, runs_[*next], program_, logDirectory_);
-      if (!lines_.AreDrawn()) lines_.Say(runs_[*next].table + ": started");
+      running_.emplace_back(*next, runs_[*next], program_, options_);
+      if (!lines_.AreDrawn() && !options_.quiet) lines_.Print(fmt::format("{}: started", runs_[*next].table));
     }
   }
 
@@ -100,10 +102,10 @@ class Runs {
   }
 
   void Stop(int signal) {
-    lines_.Say(std::string(strsignal(signal)) +
-               (isStopped_ ? ": those that run are told again."
-                           : ": no further copy is started, those that run end at their next call to the ERP. A second "
-                             "signal ends them at once."));
+    lines_.Print(fmt::format("{}: {}", strsignal(signal),
+                             isStopped_ ? "the signal is passed on to the running copies again."
+                                        : "no further copy is started. Running copies end at their next call to the "
+                                          "ERP. A second signal ends them at once."));
     isStopped_ = true;
     for (const Running& running : running_) running.process.Signal(signal);
   }
@@ -111,31 +113,31 @@ class Runs {
   std::list<Running>::iterator End(std::list<Running>::iterator ended) {
     CopyRun& run = runs_[ended->number];
     const CopyProcess& process = ended->process;
-    const std::chrono::duration<double> duration = Clock::now() - ended->start;
-    run.seconds = std::round(duration.count() * 10) / 10;
+    run.duration = std::chrono::round<std::chrono::milliseconds>(Clock::now() - ended->start);
     if (process.ExitStatus() >= 0) run.exitStatus = process.ExitStatus();
     run.counts = ended->log.NewCounts();
     run.result = ResultOf(process, run.counts.has_value());
     plan_.Ended(ended->number, run.exitStatus == 0);
-    Tell(run, process);
+    PrintEnd(run, process);
     return running_.erase(ended);
   }
 
-  void Tell(const CopyRun& run, const CopyProcess& process) {
-    std::string line = run.table + ": " + run.result;
+  void PrintEnd(const CopyRun& run, const CopyProcess& process) {
+    if (options_.quiet && run.exitStatus == 0) return;
+    std::string line = fmt::format("{}: {}", run.table, run.result);
     if (run.counts) {
-      line += ", " + CountText(run.counts->added) + " added, " + CountText(run.counts->updated) + " updated, " +
-              CountText(run.counts->removed) + " removed";
+      line += fmt::format(", {} added, {} updated, {} removed", CountText(run.counts->added),
+                          CountText(run.counts->updated), CountText(run.counts->removed));
     }
-    lines_.Say(line);
-    std::istringstream said(process.Said());
-    for (std::string words; std::getline(said, words);) lines_.Say("  " + words);
-    if (process.WasInterrupted()) lines_.Say("  The table is released: the next copy can start.");
+    lines_.Print(line);
+    std::istringstream output(process.Output());
+    for (std::string text; std::getline(output, text);) lines_.Print("  " + text);
+    if (process.WasInterrupted()) lines_.Print("  The table is released, so the next copy can start.");
     if (process.ExitStatus() >= 0) return;
     const bool isKilled = process.EndingSignal() != 0;
-    if (!isKilled) lines_.Say("  Something other than qmxdatacopy itself ended the process.");
-    lines_.Say("  The table " + std::string(isKilled ? "stays" : "may stay") + " in progress: \"qmxadmin release " +
-               CodeOf(run.table) + "\" lets it be copied again.");
+    if (!isKilled) lines_.Print("  Something other than qmxdatacopy itself ended the process.");
+    lines_.Print(fmt::format("  The table {} in progress. \"qmxadmin release {}\" allows the next copy.",
+                             isKilled ? "stays" : "may stay", CodeOf(run.table)));
   }
 
   void Draw() {
@@ -150,18 +152,18 @@ class Runs {
     lines_.Draw(lines);
   }
 
-  void TellWhatWasNotRun() {
-    std::string names;
+  void PrintCopiesThatWereNotRun() {
+    std::vector<std::string> tables;
     for (const CopyRun& run : runs_) {
-      if (!run.seconds) names += (names.empty() ? "" : ", ") + run.table;
+      if (!run.duration) tables.push_back(run.table);
     }
-    if (!names.empty())
-      lines_.Say("Not run: " + names + (isStopped_ ? "." : ", since the service employees were not copied."));
+    if (tables.empty()) return;
+    lines_.Print(fmt::format("Not run: {}{}", fmt::join(tables, ", "),
+                             isStopped_ ? "." : ", because the service employees were not copied."));
   }
 
   std::vector<CopyRun>& runs_;
-  std::string logDirectory_;
-  std::size_t atATime_;
+  const RunOptions& options_;
   std::string program_ = FindDataCopy();
   Signals signals_;
   LiveLines lines_;
@@ -172,8 +174,6 @@ class Runs {
 
 }  // namespace
 
-void RunCopies(std::vector<CopyRun>& runs, const std::string& logDirectory, std::size_t atATime) {
-  Runs(runs, logDirectory, atATime).ToTheEnd();
-}
+void RunCopies(std::vector<CopyRun>& runs, const RunOptions& options) { Runs(runs, options).RunAll(); }
 
 }  // namespace qmx

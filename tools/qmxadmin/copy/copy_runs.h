@@ -1,6 +1,7 @@
-// Several runs of qmxdatacopy, so many at a time, watched until the last one has ended.
+// Runs several copies, a given number at a time, and waits until the last one has ended.
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,15 +13,22 @@ namespace qmx {
 struct CopyRun {
   std::string table;
   std::string commandLine;
-  // What became of it:
+  // The outcome:
   std::string result = "not run";
   std::optional<CopyCounts> counts = {};
-  std::optional<double> seconds = {};
-  std::optional<int> exitStatus = {};  // none where it was not run, or did not end by itself
+  std::optional<std::chrono::milliseconds> duration = {};  // empty if it was not run
+  std::optional<int> exitStatus = {};                      // empty if it was not run or did not end by itself
 };
 
-// Raises 53 where there is no qmxdatacopy. Which copies are not run, and why, is told on standard error, as is what
-// failing ones say.
-void RunCopies(std::vector<CopyRun>& runs, const std::string& logDirectory, std::size_t atATime);
+struct RunOptions {
+  std::string logDirectory;
+  std::size_t atATime = 1;
+  bool full = false;   // copies in full, whatever the sync methods in tstables
+  bool quiet = false;  // prints nothing about copies that succeed
+};
+
+// Raises 53 if there is no qmxdatacopy. Prints to standard error which copies were not run and why, and the output of
+// copies that failed.
+void RunCopies(std::vector<CopyRun>& runs, const RunOptions& options);
 
 }  // namespace qmx

@@ -1,5 +1,6 @@
 #include "tools/qmxadmin/copy/live_lines.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include "platform/progress/terminal.h"
@@ -8,21 +9,39 @@
 
 namespace qmx {
 
-LiveLines::LiveLines() : isLive_(IsLiveTerminal(STDERR_FILENO)) {}
+LiveLines::LiveLines(bool quiet) : isLive_(!quiet && IsLiveTerminal(STDERR_FILENO)) {}
 
-void LiveLines::Say(const std::string& line) {
-  Draw({});
+void LiveLines::Print(const std::string& line) {
+  Clear();
   WriteAll(STDERR_FILENO, Printable(line) + "\n");
 }
 
-void LiveLines::Draw(const std::vector<std::string>& lines) {
-  if (!isLive_ || (lines.empty() && drawn_ == 0) || !IsInForeground(STDERR_FILENO)) return;
-  std::string text = drawn_ > 0 ? "\x1b[" + std::to_string(drawn_) + "A" : "";
-  text += "\r\x1b[J";
-  const int width = TerminalWidth(STDERR_FILENO) - 1;
-  for (const std::string& line : lines) text += CutToWidth(line, width) + "\n";
+void LiveLines::Draw(const std::vector<std::string>& lines, Clock::time_point now) {
+  if (lines.empty()) return Clear();
+  if (!isLive_ || !IsInForeground(STDERR_FILENO)) return;
+  if (!drawn_.empty() && now - drawnAt_ < kBetweenDrawings) return;
+  const int width = TerminalWidth(STDERR_FILENO);
+  std::vector<std::string> cut;
+  for (const std::string& line : lines) cut.push_back(CutToWidth(line, width - 1));
+  if (cut == drawn_ && width == drawnWidth_) return;
+  std::string text = ClearText(width);
+  for (const std::string& line : cut) text += line + "\n";
   WriteAll(STDERR_FILENO, text);
-  drawn_ = lines.size();
+  drawn_ = std::move(cut);
+  drawnWidth_ = width;
+  drawnAt_ = now;
+}
+
+void LiveLines::Clear() {
+  if (drawn_.empty() || !IsInForeground(STDERR_FILENO)) return;
+  WriteAll(STDERR_FILENO, ClearText(TerminalWidth(STDERR_FILENO)));
+  drawn_.clear();
+}
+
+std::string LiveLines::ClearText(int terminalWidth) const {
+  int rows = 0;
+  for (const std::string& line : drawn_) rows += RowsTaken(TextWidth(line), terminalWidth);
+  return rows > 0 ? fmt::format("\x1b[{}A\r\x1b[J", rows) : "\r\x1b[J";
 }
 
 }  // namespace qmx

@@ -1,6 +1,7 @@
-// Lines on standard error: some stay, and below them, on a terminal, some that are drawn over and over.
+// Lines on standard error. Printed lines stay. On a terminal, the lines below them are redrawn in place.
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -8,19 +9,29 @@ namespace qmx {
 
 class LiveLines {
  public:
-  LiveLines();
-  ~LiveLines() { Draw({}); }
+  using Clock = std::chrono::steady_clock;
+  static constexpr std::chrono::milliseconds kBetweenDrawings{100};
+
+  explicit LiveLines(bool quiet);  // draws nothing if quiet
+  ~LiveLines() { Clear(); }
   LiveLines(const LiveLines&) = delete;
   LiveLines& operator=(const LiveLines&) = delete;
 
-  bool AreDrawn() const { return isLive_; }  // else only what stays is written
+  bool AreDrawn() const { return isLive_; }  // if false, only printed lines appear
 
-  void Say(const std::string& line);                 // stays
-  void Draw(const std::vector<std::string>& lines);  // in place of those drawn before
+  void Print(const std::string& line);
+
+  // Replaces the lines drawn before. Does nothing if they are the same, or if the last drawing is less than 100 ms ago.
+  void Draw(const std::vector<std::string>& lines, Clock::time_point now = Clock::now());
 
  private:
+  void Clear();
+  std::string ClearText(int terminalWidth) const;
+
   bool isLive_;
-  std::size_t drawn_ = 0;
+  std::vector<std::string> drawn_;  // as they are on the terminal
+  int drawnWidth_ = 0;
+  Clock::time_point drawnAt_{};
 };
 
 }  // namespace qmx

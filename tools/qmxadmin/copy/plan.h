@@ -1,7 +1,7 @@
-// Which table is copied when: in the order in which they are named, but calendars after employees.
+// The order of several copies: as the tables are named, but calendars after employees.
 //
-// Only the calendars that local employees have are copied. Where employees are to be copied as well, calendars wait for
-// them, and are not copied where that failed: a full copy would drop the calendars of employees that are missing.
+// Only the calendars of local employees are copied. If employees are copied too, calendars wait for them. If the copy
+// of the employees fails, calendars are not copied, because a full copy would drop the calendars of missing employees.
 #pragma once
 
 #include <optional>
@@ -12,10 +12,10 @@ namespace qmx {
 
 class CopyPlan {
  public:
-  explicit CopyPlan(const std::vector<std::string>& tables);  // codes, or calendars' extended forms
+  explicit CopyPlan(const std::vector<std::string>& tables);  // table codes, or the extended form of calendars
 
-  // The next one to start, by its place in the list, which then counts as started. Nothing while what is left has to
-  // wait, and once nothing is left.
+  // Returns the index of the next table and marks it as started. Returns nothing if all other tables must wait, or if
+  // none is left.
   std::optional<std::size_t> Next();
 
   void Ended(std::size_t table, bool copied);
@@ -29,7 +29,7 @@ class CopyPlan {
   std::vector<std::size_t> employees_;
 };
 
-// The table code of a table as it is named for a copy: "tcccp030" of "tcccp030=E1=E".
+// Returns the table code of a table argument: "tcccp030" for "tcccp030=E1=E".
 std::string CodeOf(const std::string& table);
 
 }  // namespace qmx

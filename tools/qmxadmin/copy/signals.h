@@ -1,5 +1,5 @@
-// The signals that matter while copies run, as something that can be waited for: the end of a child, and the wish that
-// this program end.
+// The signals that matter while copies run, on a descriptor that poll can wait for: the end of a child process, and
+// requests to end this program.
 #pragma once
 
 #include <csignal>
@@ -7,8 +7,8 @@
 
 namespace qmx {
 
-// While it lives, the signals are kept back for Take(), and no longer do what they would. Those that this process
-// ignores, as behind nohup, stay ignored.
+// Blocks the signals while it exists, so that they only show in Take(). Signals that this process ignores, as under
+// nohup, stay ignored.
 class Signals {
  public:
   Signals();
@@ -17,7 +17,7 @@ class Signals {
   Signals& operator=(const Signals&) = delete;
 
   int Descriptor() const { return descriptor_; }
-  std::vector<int> Take();  // those that have come, without waiting
+  std::vector<int> Take();  // returns pending signals, without waiting
 
  private:
   sigset_t before_{};

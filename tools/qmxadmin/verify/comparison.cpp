@@ -1,5 +1,7 @@
 #include "tools/qmxadmin/verify/comparison.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <limits>
@@ -14,12 +16,6 @@ namespace {
 
 constexpr std::size_t kRowsAtATime = 1000;
 constexpr std::size_t kAllRows = std::numeric_limits<std::int32_t>::max();
-
-std::string Joined(const std::vector<std::string>& pieces, const char* separator) {
-  std::string text;
-  for (const std::string& piece : pieces) text += (text.empty() ? "" : separator) + piece;
-  return text;
-}
 
 std::optional<Variant> As(const Variant& value, Variant::Kind type) {
   try {
@@ -46,7 +42,7 @@ std::vector<std::size_t> KeyOf(const LocalTable& table) {
   return key;
 }
 
-// A table as one database has it: its name and its columns as statements write them.
+// A table in one of the two databases: its name and its columns, quoted for statements.
 class Side {
  public:
   Side(const LocalTable& table, DriverSession& session, const std::vector<std::size_t>& key)
@@ -62,7 +58,7 @@ class Side {
   }
 
   std::string Select(const std::string& more) const {
-    return "select " + Joined(columns_, ", ") + more + " from " + name_;
+    return fmt::format("select {}{} from {}", fmt::join(columns_, ", "), more, name_);
   }
   std::string KeyColumn(std::size_t part) const { return columns_[key_[part]]; }
 
@@ -90,16 +86,17 @@ class Side {
   std::vector<std::string> columns_;
 };
 
-// The local rows by their keys, so many at a time: a driver may hold all that a statement gives.
+// Reads the local rows in the order of their keys, a fixed number at a time, because a driver may keep the whole result
+// of a statement in memory.
 class LocalRows {
  public:
   LocalRows(const Side& side, const std::vector<std::size_t>& key, std::size_t rowsAtATime)
       : side_(side), key_(key), rowsAtATime_(rowsAtATime) {
     std::vector<std::string> order;
     for (std::size_t part = 0; part < key.size(); ++part) order.push_back(side.KeyColumn(part));
-    const std::string end = " order by " + Joined(order, ", ") + " limit " + std::to_string(rowsAtATime_);
+    const std::string end = fmt::format(" order by {} limit {}", fmt::join(order, ", "), rowsAtATime_);
     first_ = side.Prepare(side.Select("") + end);
-    next_ = side.Prepare(side.Select("") + " where " + Behind(0) + end);
+    next_ = side.Prepare(side.Select("") + " where " + After(0) + end);
   }
 
   template <typename Work>
@@ -108,20 +105,20 @@ class LocalRows {
   }
 
  private:
-  // "a >= ? and (a > ? or b > ?)": the first condition is what an index is searched by.
-  std::string Behind(std::size_t part) const {
+  // Returns "a >= ? and (a > ? or (b > ?))". The database can search an index by the first condition.
+  std::string After(std::size_t part) const {
     const std::string column = side_.KeyColumn(part);
     if (part + 1 == key_.size()) return column + " > ?";
-    return column + " >= ? and (" + column + " > ? or (" + Behind(part + 1) + "))";
+    return fmt::format("{0} >= ? and ({0} > ? or ({1}))", column, After(part + 1));
   }
 
-  // The last row where there may be more behind it.
+  // Returns the last row read, or nothing if it is the last row of the table.
   template <typename Work>
-  std::optional<RowValues> Read(DriverStatement& statement, const std::optional<RowValues>& behind, Work& work) {
+  std::optional<RowValues> Read(DriverStatement& statement, const std::optional<RowValues>& after, Work& work) {
     std::size_t parameter = 0;
-    for (std::size_t part = 0; behind && part < key_.size(); ++part) {
+    for (std::size_t part = 0; after && part < key_.size(); ++part) {
       const bool isLast = part + 1 == key_.size();
-      for (int times = isLast ? 1 : 2; times > 0; --times) statement.Bind(parameter++, (*behind)[key_[part]]);
+      for (int times = isLast ? 1 : 2; times > 0; --times) statement.Bind(parameter++, (*after)[key_[part]]);
     }
     std::size_t count = 0;
     RowValues row;
@@ -139,16 +136,16 @@ class LocalRows {
   std::unique_ptr<DriverStatement> first_, next_;
 };
 
-// The ERP's rows by key, and those that were never asked for.
+// Looks up the ERP's rows by key and knows which rows were never looked up.
 class ErpRows {
  public:
   ErpRows(DriverSession& session, const Side& side, const std::vector<std::size_t>& key) : side_(side), key_(key) {
-    Run(session, "create table asked_for (id integer primary key)");
+    Run(session, "create table looked_up (id integer primary key)");
     std::vector<std::string> conditions;
     for (std::size_t part = 0; part < key.size(); ++part) conditions.push_back(side.KeyColumn(part) + " = ?");
-    find_ = side.Prepare(side.Select(", rowid") + " where " + Joined(conditions, " and "));
-    mark_ = side.Prepare("insert or ignore into asked_for values (?)");
-    left_ = side.Prepare(side.Select("") + " where rowid not in (select id from asked_for) order by rowid");
+    find_ = side.Prepare(side.Select(", rowid") + " where " + fmt::format("{}", fmt::join(conditions, " and ")));
+    mark_ = side.Prepare("insert or ignore into looked_up values (?)");
+    others_ = side.Prepare(side.Select("") + " where rowid not in (select id from looked_up) order by rowid");
   }
 
   std::vector<RowValues> Take(const RowValues& local) {
@@ -169,8 +166,8 @@ class ErpRows {
   }
 
   template <typename Work>
-  void ForEachLeft(Work&& work) {
-    while (left_->Step()) work(side_.Row(*left_));
+  void ForEachOther(Work&& work) {
+    while (others_->Step()) work(side_.Row(*others_));
   }
 
  private:
@@ -178,7 +175,7 @@ class ErpRows {
 
   const Side& side_;
   const std::vector<std::size_t>& key_;
-  std::unique_ptr<DriverStatement> find_, mark_, left_;
+  std::unique_ptr<DriverStatement> find_, mark_, others_;
 };
 
 bool StartsBefore(const LocalTable& table, const RowValues& row, DateTime first) {
@@ -195,19 +192,21 @@ void RequireComparable(const LocalTable& table, const TableDescription& found) {
   for (const ColumnDescription& column : found.columns) columns.insert(FoldName(column.name));
   for (const std::size_t column : found.key) key.insert(FoldName(found.columns[column].name));
   for (const std::string& column : table.key) wantedKey.insert(FoldName(column));
-  std::string lacking;
+  std::string problem;
   for (const LocalColumn& column : table.columns) {
-    if (!columns.contains(FoldName(column.name))) lacking = "has no column " + column.name;
+    if (!columns.contains(FoldName(column.name))) problem = "has no column " + column.name;
   }
-  if (lacking.empty() && key != wantedKey) lacking = "does not have the key " + Joined(table.key, ", ");
-  if (lacking.empty()) return;
+  if (problem.empty() && key != wantedKey)
+    problem = fmt::format("does not have the key {}", fmt::join(table.key, ", "));
+  if (problem.empty()) return;
   throw Error(errors::kInvalidCall, "qmxadmin verify",
-              "The local table " + table.name + " " + lacking +
-                  ", so its rows cannot be compared. \"qmxadmin init --print\" shows how it should be.");
+              fmt::format("The local table {} {}, so its rows cannot be compared. \"qmxadmin init --print\" shows the "
+                          "expected definition.",
+                          table.name, problem));
 }
 
 ComparedRows Compare(const LocalTable& table, DriverSession& local, DriverSession& erp,
-                     std::optional<DateTime> firstStartDate, DifferenceSink& differing) {
+                     std::optional<DateTime> firstStartDate, DifferenceSink& differences) {
   const std::vector<std::size_t> key = KeyOf(table);
   const Side localSide(table, local, key), erpSide(table, erp, key);
   erp.Begin();
@@ -219,27 +218,27 @@ ComparedRows Compare(const LocalTable& table, DriverSession& local, DriverSessio
     ++compared.local;
     const std::vector<RowValues> listed = erpRows.Take(row);
     compared.erp += static_cast<std::int64_t>(listed.size());
-    if (listed.size() > 1) differing.Repeated(listed.front(), static_cast<std::int64_t>(listed.size()));
+    if (listed.size() > 1) differences.Repeated(listed.front(), static_cast<std::int64_t>(listed.size()));
     if (listed.empty()) {
       if (firstStartDate && StartsBefore(table, row, *firstStartDate)) {
         ++compared.older;
       } else {
-        differing.Surplus(row);
+        differences.Surplus(row);
       }
       return;
     }
-    // The last one that is listed is the one that a copy would leave.
+    // A copy would leave the row that is listed last.
     std::vector<std::size_t> columns;
     for (std::size_t column = 0; column < row.size(); ++column) {
       if (!AreSame(row[column], listed.back()[column], table.columns[column].type)) columns.push_back(column);
     }
-    if (!columns.empty()) differing.Different(row, listed.back(), columns);
+    if (!columns.empty()) differences.Different(row, listed.back(), columns);
   });
-  erpRows.ForEachLeft([&](const RowValues& row) {
+  erpRows.ForEachOther([&](const RowValues& row) {
     ++compared.erp;
-    differing.Missing(row);
+    differences.Missing(row);
   });
-  erp.Rollback();  // nobody needs what was asked for any more
+  erp.Rollback();  // the list of rows that were looked up is no longer needed
   return compared;
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "copy/clsDataCopy.h"
+#include "copy/erp_listings.h"
 #include "platform/batches/driver.h"
 #include "platform/components/installed_components.h"
 #include "platform/event_log.h"
@@ -20,7 +21,7 @@ namespace {
 
 constexpr const char* kSource = "qmxadmin verify";
 
-// What the engine reads is the machine's, what it writes goes nowhere.
+// Reads the machine's files and discards what the engine writes.
 class FilesWithoutLogs : public PosixTextFiles {
  public:
   void OpenForAppend(const std::string&, int) override {}
@@ -60,79 +61,101 @@ class Outcome : public DataCopyEvents {
   bool isComplete = false;
 };
 
-// Notes from which start date on a calendar manager is asked to list.
+// An enumeration that ends after its first record.
+class FirstRecord : public Dispatch {
+ public:
+  explicit FirstRecord(Object records) : records_(std::move(records)) {}
+  Variant Invoke(const Member& member, std::span<const Argument> arguments) override {
+    if (SameName(member.Name(), "hasMoreElements") && isRead_) return false;
+    isRead_ |= SameName(member.Name(), "nextElement");
+    return qmx::Invoke(records_, member, arguments);
+  }
+  void Describe(Error& error, const Member& member) const override { records_.Target()->Describe(error, member); }
+
+ private:
+  Object records_;
+  bool isRead_ = false;
+};
+
+// A table's manager. Records the first day of the period that it is asked to list, and can end its listing after one
+// record.
 class WatchedManager : public Dispatch {
  public:
-  WatchedManager(Object manager, std::optional<DateTime>& firstStartDate)
-      : manager_(std::move(manager)), firstStartDate_(firstStartDate) {}
+  WatchedManager(Object manager, ErpListing listing, ErpCopy::Extent extent, std::optional<DateTime>& firstStartDate)
+      : manager_(std::move(manager)), listing_(std::move(listing)), extent_(extent), firstStartDate_(firstStartDate) {}
   Variant Invoke(const Member& member, std::span<const Argument> arguments) override {
     constexpr std::size_t kFirstStartDate = 4;
-    if (SameName(member.Name(), "listActualCalendar") && arguments.size() > kFirstStartDate)
+    const bool lists = SameName(member.Name(), listing_.list.Name());
+    if (lists && SameName(member.Name(), "listActualCalendar") && arguments.size() > kFirstStartDate)
       firstStartDate_ = DateTime::Parse(arguments[kFirstStartDate].Value().ToText());
-    return qmx::Invoke(manager_, member, arguments);
+    Variant result = qmx::Invoke(manager_, member, arguments);
+    if (!lists || extent_ == ErpCopy::Extent::AllRecords) return result;
+    const Object records = result.ToObject();
+    return records ? Variant(Object(std::make_shared<FirstRecord>(records))) : result;
   }
   void Describe(Error& error, const Member& member) const override { manager_.Target()->Describe(error, member); }
 
  private:
   Object manager_;
+  ErpListing listing_;
+  ErpCopy::Extent extent_;
   std::optional<DateTime>& firstStartDate_;
 };
 
+ErpListing ListingOf(const std::string& table) {
+  for (ErpListing& listing : ErpListings()) {
+    if (listing.table == table) return std::move(listing);
+  }
+  throw Error(errors::kInternal, kSource, "There is no listing of " + table + ".");
+}
+
 class WatchedComponents : public Components {
  public:
-  WatchedComponents(Components& components, std::optional<DateTime>& firstStartDate)
-      : components_(components), firstStartDate_(firstStartDate) {}
+  WatchedComponents(Components& components, const std::string& table, ErpCopy::Extent extent,
+                    std::optional<DateTime>& firstStartDate)
+      : components_(components), listing_(ListingOf(table)), extent_(extent), firstStartDate_(firstStartDate) {}
   Object CreateObject(std::string_view progId) override {
     Object object = components_.CreateObject(progId);
-    if (!SameName(progId, "Calendars.CalendarManager")) return object;
-    return Object(std::make_shared<WatchedManager>(std::move(object), firstStartDate_));
+    if (!SameName(progId, listing_.manager)) return object;
+    return Object(std::make_shared<WatchedManager>(std::move(object), listing_, extent_, firstStartDate_));
   }
 
  private:
   Components& components_;
+  ErpListing listing_;
+  ErpCopy::Extent extent_;
   std::optional<DateTime>& firstStartDate_;
 };
 
-const LocalTable& TableNamed(const std::string& name) {
-  for (const LocalTable& table : LocalTables()) {
-    if (table.name == name) return table;
-  }
-  throw Error(errors::kInternal, kSource, "There is no table " + name + ".");
-}
+void Run(DriverSession& session, const std::string& statement) { session.Prepare(statement)->Step(); }
 
-void MakeTables(const ConnectionText& text, const LocalTable& table, const std::vector<std::string>& calendars) {
-  LocalTable withoutKey = table;
-  withoutKey.key.clear();
-  withoutKey.indexed = table.key;
-
-  SqliteDriver sqlite;
-  Database database({&sqlite});
-  const auto connection = database.CreateConnection("ADODB.Connection");
-  connection->Open(text.Text() + ";Mode=Create", "", "");
-  connection->Execute(SqliteDialect().CreateTable(withoutKey));
-  for (const std::string& index : SqliteDialect().CreateIndexes(withoutKey)) connection->Execute(index);
-  connection->Execute(SqliteDialect().CreateTable(TableNamed("tstables")));
+void CreateTables(const ConnectionText& text, LocalTable table, const std::vector<std::string>& calendars) {
+  table.indexed = std::exchange(table.key, {});
+  const auto session = SqliteDriver().Open(text.With("Mode", "Create"));
+  Run(*session, SqliteDialect().CreateTable(table));
+  for (const std::string& index : SqliteDialect().CreateIndexes(table)) Run(*session, index);
+  Run(*session, SqliteDialect().CreateTable(LocalTableNamed("tstables")));
   if (!calendars.empty()) {
-    connection->Execute(SqliteDialect().CreateTable(TableNamed("tsmdm140")));
-    const auto employees = database.CreateRecordset("ADODB.Recordset");
-    employees->Open("tsmdm140", *connection, kCursorKeyset, kLockOptimistic, kCommandTable);
+    Run(*session, SqliteDialect().CreateTable(LocalTableNamed("tsmdm140")));
+    const auto employee = session->Prepare("insert into tsmdm140 (emno, ccal) values (?, ?)");
     for (const std::string& calendar : calendars) {
-      employees->AddNew();
-      employees->Fields("emno") = calendar;
-      employees->Fields("ccal") = calendar;
+      const Variant code = calendar;
+      employee->Bind(0, code);
+      employee->Bind(1, code);
+      employee->Step();
+      employee->Reset();
     }
-    employees->Close();
   }
-  connection->Close();
+  session->Close();
 }
 
 std::unique_ptr<DriverSession> OpenSession(const ConnectionText& text) {
   std::unique_ptr<DriverSession> session = SqliteDriver().Open(text);
-  session->Prepare("pragma synchronous = off")->Step();
+  Run(*session, "pragma synchronous = off");
   return session;
 }
 
-// Gives the one session that it has.
+// Hands out one open session.
 class OpenedDriver : public Driver {
  public:
   explicit OpenedDriver(std::unique_ptr<DriverSession> session) : session_(std::move(session)) {}
@@ -146,25 +169,31 @@ class OpenedDriver : public Driver {
 
 }  // namespace
 
-ErpCopy::ErpCopy(const LocalTable& table, const std::string& component, const std::vector<std::string>& calendars) {
-  std::unique_ptr<DriverSession> engines;
+ErpCopy::ErpCopy(const LocalTable& table, const std::string& component, const std::vector<std::string>& calendars,
+                 Extent extent) {
+  std::unique_ptr<DriverSession> engineSession, auditSession;
   {
     const TemporaryFolder folder;
     const ConnectionText text =
         ConnectionText("Provider=SQLite").With("Data Source", (folder.Path() / "erp.db").string());
-    MakeTables(text, table, calendars);
+    CreateTables(text, table, calendars);
     rows_ = OpenSession(text);
-    engines = OpenSession(text);
+    engineSession = OpenSession(text);
+    if (extent == Extent::OneRecordAndAudit) auditSession = OpenSession(text);
   }
-  Copy(std::move(engines), table, component);
+  Copy(std::move(engineSession), table, component, extent);
+  if (!auditSession) return;
+  Run(*rows_, "update tstables set syme = 2");
+  Copy(std::move(auditSession), table, component, extent);
 }
 
-void ErpCopy::Copy(std::unique_ptr<DriverSession> session, const LocalTable& table, const std::string& component) {
+void ErpCopy::Copy(std::unique_ptr<DriverSession> session, const LocalTable& table, const std::string& component,
+                   Extent extent) {
   PosixClock clock;
   FilesWithoutLogs files;
   NoEventLog eventLog;
   InstalledComponents components(clock);
-  WatchedComponents watched(components, firstStartDate_);
+  WatchedComponents watched(components, table.name, extent, firstStartDate_);
   OpenedDriver opened(std::move(session));
   BatchingDriver batched(opened);
   const std::unique_ptr<Progress> progress = Progress::FromEnvironment(table.name);

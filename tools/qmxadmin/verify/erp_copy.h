@@ -1,11 +1,11 @@
-// A full copy of one table, made by the engine into a temporary SQLite database: what the ERP lists, as it would stand
-// in the local table.
+// A full copy of one table into a temporary SQLite database, made by the engine: the local table as it should be.
 //
-// The table has no key there, so that a record that the ERP lists twice stands in it twice, but an index on the key's
-// columns. Nothing else is touched: no logs, no event log, no scheduling server, no control records but temporary ones.
+// The table has no key there, only an index on the key's columns, so a record that the ERP lists twice is there twice.
+// The copy writes no logs, no event log and nothing to the scheduling server, and keeps its control records in the
+// temporary database.
 //
-// The database's files lose their names before the ERP's components are asked for anything. However the process ends,
-// the system then removes what the ERP has given.
+// The database's files are unlinked before the first call to the ERP's components. However the process ends, the system
+// then frees their space.
 #pragma once
 
 #include <memory>
@@ -21,18 +21,22 @@ namespace qmx {
 
 class ErpCopy {
  public:
-  // `calendars` are the codes that service employees have: for calendars, those that are listed. Raises what the copy
-  // fails with.
-  ErpCopy(const LocalTable& table, const std::string& component, const std::vector<std::string>& calendars);
+  // OneRecordAndAudit copies the first record only, and then reads the audit trail as a copy by change does.
+  enum class Extent { AllRecords, OneRecordAndAudit };
 
-  DriverSession& Rows() const { return *rows_; }  // on the temporary database
+  // `calendars` are the codes of the service employees' calendars. The ERP lists calendars by these codes. Raises what
+  // the copy fails with.
+  ErpCopy(const LocalTable& table, const std::string& component, const std::vector<std::string>& calendars,
+          Extent extent = Extent::AllRecords);
 
-  // The first start date that was asked for, where the ERP lists by start dates (calendars), and nothing else is
-  // listed.
+  DriverSession& Rows() const { return *rows_; }  // a session on the temporary database
+
+  // The first day of the period that the ERP was asked for. Only calendars are listed by period.
   std::optional<DateTime> FirstStartDate() const { return firstStartDate_; }
 
  private:
-  void Copy(std::unique_ptr<DriverSession> session, const LocalTable& table, const std::string& component);
+  void Copy(std::unique_ptr<DriverSession> session, const LocalTable& table, const std::string& component,
+            Extent extent);
 
   std::unique_ptr<DriverSession> rows_;
   std::optional<DateTime> firstStartDate_;

@@ -1,4 +1,5 @@
-// Differences as they are told: a line each, or one JSON object each in an array; and a line for every table.
+// The report of a verification. Prints each difference on one line, or as a JSON array, followed by one summary line
+// per table.
 #pragma once
 
 #include <memory>
@@ -9,14 +10,15 @@
 
 namespace qmx {
 
-// Writes as it is told; kept in memory is nothing.
+// Writes each difference at once. Nothing is kept in memory.
 class VerifyReport : public DifferenceSink {
  public:
-  virtual void Begin(const LocalTable& table) = 0;  // what follows is about it; borrowed until the end
-  virtual bool End(const ComparedRows& rows) = 0;   // whether there was no difference
+  virtual void Begin(const LocalTable& table) = 0;  // borrowed until End
+  virtual bool End(const ComparedRows& rows) = 0;   // returns whether the table has no difference
   virtual void Close() = 0;                         // after the last table
 };
 
-std::unique_ptr<VerifyReport> MakeVerifyReport(std::ostream& out, OutputForm form);
+// A quiet report has no summary lines of tables without a difference.
+std::unique_ptr<VerifyReport> MakeVerifyReport(std::ostream& out, OutputForm form, bool quiet = false);
 
 }  // namespace qmx

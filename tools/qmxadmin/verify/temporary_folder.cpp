@@ -1,5 +1,7 @@
 #include "tools/qmxadmin/verify/temporary_folder.h"
 
+#include <fmt/format.h>
+
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -15,7 +17,7 @@ TemporaryFolder::TemporaryFolder() {
   if (!mkdtemp(pattern.data())) {
     const std::string reason = std::strerror(errno);
     throw Error(errors::kPathFileAccess, "qmxadmin",
-                "No temporary folder " + pattern + " can be made: " + reason + ".");
+                fmt::format("The temporary folder {} cannot be created: {}.", pattern, reason));
   }
   path_ = pattern;
 }

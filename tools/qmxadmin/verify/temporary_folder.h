@@ -1,4 +1,4 @@
-// A folder of this process alone, in $TMPDIR, else /tmp; gone with this object, and all that is in it.
+// A private temporary folder in $TMPDIR or /tmp. The destructor removes it and its contents.
 #pragma once
 
 #include <filesystem>
@@ -7,7 +7,7 @@ namespace qmx {
 
 class TemporaryFolder {
  public:
-  TemporaryFolder();  // raises 75 where none can be made
+  TemporaryFolder();  // raises 75 if none can be created
   ~TemporaryFolder();
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;

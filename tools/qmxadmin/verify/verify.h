@@ -1,8 +1,7 @@
 // qmxadmin verify: compares local tables with what the ERP lists.
 //
-// The engine itself makes a full copy of the table into a temporary SQLite database, without scheduling server, logs
-// and control records of its own, so that both sides were mapped by the same rules; then the rows are compared by key.
-// Memory stays the same however large a table is; the temporary database takes its room in $TMPDIR, else /tmp.
+// The engine makes a full copy of each table into a temporary SQLite database in $TMPDIR or /tmp, so that one mapping
+// serves both sides. The rows are then compared by key. The memory needed does not depend on the size of the table.
 #pragma once
 
 #include <string>
@@ -16,12 +15,15 @@ namespace qmx {
 
 struct VerifyArguments : DatabaseArguments {
   std::vector<std::string> tables;
-  std::string component;  // "COMPONENT1, COMPONENT2"
+  bool all = false;           // all tables, in addition to those that are named
+  bool afterChanged = false;  // leaves out the columns that a copy by change does not bring
+  std::string component;      // "COMPONENT1, COMPONENT2"
   OutputForm form = OutputForm::Table;
+  bool quiet = false;  // prints nothing about tables without a difference
 };
 
-// Every difference on standard output as it is found, and a line a table. Wrong where there is any. Raises what the
-// copy raises, and 5 for a local table that cannot be compared.
+// Prints each difference as it is found, and a summary line per table. Returns Wrong if there is a difference. Raises
+// what the copy raises, and 5 for a local table that cannot be compared.
 AdminStatus Verify(const VerifyArguments& arguments);
 
 }  // namespace qmx

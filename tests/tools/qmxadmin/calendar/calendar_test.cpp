@@ -140,16 +140,17 @@ TEST_F(QmxAdminCalendar, DoesNotTakeTheUnknownForEmpty) {
   EXPECT_THAT(refusal({"--employee", "E9"}), HasSubstr("There is no service employee \"E9\" in tsmdm140."));
   EXPECT_THAT(refusal({"--employee", "E2"}), HasSubstr("The service employee \"E2\" has no calendar."));
   EXPECT_THAT(refusal({"--employee", "E3"}), HasSubstr("There is no calendar \"NONE\""));
-  EXPECT_THAT(refusal({}), HasSubstr("Name a calendar, or an employee with --employee."));
+  EXPECT_THAT(refusal({}), HasSubstr("Name a calendar or give --employee."));
   EXPECT_THAT(refusal({"it's"}), HasSubstr("it's"));
 }
 
 TEST_F(QmxAdminCalendar, RefusesDaysThatAreNone) {
-  EXPECT_THAT(Calendar({"DAY", "--from", "tomorrow"}).err, HasSubstr("\"tomorrow\" is no day of the form YYYY-MM-DD."));
-  EXPECT_THAT(Calendar({"DAY", "--from", "2026-02-30"}).err, HasSubstr("is no day"));
+  EXPECT_THAT(Calendar({"DAY", "--from", "tomorrow"}).err,
+              HasSubstr("\"tomorrow\" is not a date of the form YYYY-MM-DD."));
+  EXPECT_THAT(Calendar({"DAY", "--from", "2026-02-30"}).err, HasSubstr("is not a date"));
   EXPECT_THAT(Calendar({"DAY", "--from", "2026-11-30", "--to", "2026-11-29"}).err,
-              HasSubstr("The last day, 2026-11-29, is before the first, 2026-11-30."));
-  EXPECT_THAT(Calendar({"DAY", "--from", "1000-01-01", "--to", "2026-11-29"}).err, HasSubstr("ten years at most"));
+              HasSubstr("The last day, 2026-11-29, is before the first day, 2026-11-30."));
+  EXPECT_THAT(Calendar({"DAY", "--from", "1000-01-01", "--to", "2026-11-29"}).err, HasSubstr("at most ten years"));
 }
 
 TEST_F(QmxAdminCalendar, SaysWhyAFileCannotBeWritten) {

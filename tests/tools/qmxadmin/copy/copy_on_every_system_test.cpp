@@ -15,7 +15,7 @@ TEST_P(QmxAdminCopyOnASystem, CopiesTablesSeveralAtATimeAndSumsUp) {
   const Process run = Copy({"tcccp030", "tsmdm030", "tsmdm140", "--jobs", "3"});
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(run.out,
-              MatchesRegex("TABLE     DESCRIPTION        METHOD  RESULT  ADDED  UPDATED  REMOVED  SECONDS  STATUS\n"
+              MatchesRegex("TABLE     DESCRIPTION        METHOD  RESULT  ADDED  UPDATED  REMOVED +MS  STATUS\n"
                            "tcccp030  Calendars          full    copied +[0-9]+        0        0 +[0-9.]+       0\n"
                            "tsmdm030  Service Types      full    copied      3        0        0 +[0-9.]+       0\n"
                            "tsmdm140  Service Employees  full    copied     30        0        0 +[0-9.]+       0\n"));

@@ -9,6 +9,7 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::StartsWith;
 
 class QmxAdminCopy : public Copying {
  protected:
@@ -86,7 +87,7 @@ TEST_F(QmxAdminCopy, LeavesCalendarsAloneWhereEmployeesFailed) {
   const Process run = Copy({"tsmdm140", "tcccp030"});
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out, HasSubstr("tcccp030  Calendars          full    not run"));
-  EXPECT_THAT(run.err, HasSubstr("Not run: tcccp030, since the service employees were not copied.\n"));
+  EXPECT_THAT(run.err, HasSubstr("Not run: tcccp030, because the service employees were not copied.\n"));
 }
 
 TEST_F(QmxAdminCopy, HandsTheRequestOn) {
@@ -106,7 +107,7 @@ TEST_F(QmxAdminCopy, TakesTheConnectionFromTheEnvironment) {
 }
 
 TEST_F(QmxAdminCopy, StartsNothingWhereSomethingIsWrongBeforehand) {
-  EXPECT_THAT(Refusal({}), HasSubstr("Name the tables, or --all."));
+  EXPECT_THAT(Refusal({}), HasSubstr("Name the tables or give --all."));
   EXPECT_THAT(Refusal({"tsmdm999"}), HasSubstr("There is no table \"tsmdm999\""));
   EXPECT_THAT(Refusal({"tsmdm030", "--jobs", "0"}), HasSubstr("1 or more"));
   component_ = "OrvanSandbox";
@@ -120,7 +121,7 @@ TEST_F(QmxAdminCopy, StartsNothingWhereItsCommandLineWouldBeSplitElsewhere) {
       QMX_ADMIN, {"copy", "Provider=SQLite;Data Source=a,b", "", "tsmdm030", "--logs", "x", "--component", component_},
       environment_);
   EXPECT_EQ(comma.status, 2);
-  EXPECT_THAT(comma.err, HasSubstr("CONNECTION holds a comma, at which qmxdatacopy splits its command line."));
+  EXPECT_THAT(comma.err, HasSubstr("CONNECTION holds a comma, and qmxdatacopy splits its command line at commas."));
 }
 
 TEST_F(QmxAdminCopy, StartsNothingWithoutALocalDatabase) {
@@ -130,6 +131,59 @@ TEST_F(QmxAdminCopy, StartsNothingWithoutALocalDatabase) {
                                  environment_);
   EXPECT_EQ(none.status, 2);
   EXPECT_THAT(none.err, AllOf(HasSubstr("none.db"), Not(HasSubstr("started"))));
+}
+
+TEST_F(QmxAdminCopy, PrintsOnlyWhatWentWrongIfItIsQuiet) {
+  const Process well = Copy({"tsmdm030", "--quiet"});
+  EXPECT_EQ(well.status, 0);
+  EXPECT_EQ(well.out + well.err, "");
+  Sql("update tstables set in_use = 1 where tablename = 'tsmdm030'");
+  const Process run = Copy({"tsmdm030", "tsmdm100", "--quiet"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, AllOf(HasSubstr("tsmdm030  Service Types  full    refused"), Not(HasSubstr("tsmdm100"))));
+  EXPECT_THAT(run.err, AllOf(StartsWith("tsmdm030: refused, in progress\n"), Not(HasSubstr("tsmdm100"))));
+}
+
+TEST_F(QmxAdminCopy, MeasuresInMilliseconds) {
+  const auto summary = nlohmann::json::parse(Copy({"tsmdm030", "--json"}).out);
+  ASSERT_TRUE(summary[0]["milliseconds"].is_number_integer()) << summary;
+  EXPECT_GT(summary[0]["milliseconds"], 0);
+  EXPECT_FALSE(summary[0].contains("seconds"));
+}
+
+class AFullCopyOfATableCopiedByChange : public QmxAdminCopy {
+ protected:
+  AFullCopyOfATableCopiedByChange() {
+    Copy({"tsmdm030"});
+    Sql("update tstables set syme = 2");
+    Sql("delete from tsmdm030");  // nothing that a copy by change would see
+  }
+  int TablesByChange() { return Rows("tstables where tablename = 'tsmdm030' and syme = 2 and in_use = 0"); }
+};
+
+TEST_F(AFullCopyOfATableCopiedByChange, CopiesAllRowsAndKeepsTheMethod) {
+  EXPECT_EQ(Copy({"tsmdm030"}).status, 0);
+  EXPECT_EQ(Rows("tsmdm030"), 0);
+  const Process run = Copy({"tsmdm030", "--full", "--json"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, AllOf(HasSubstr("\"method\":\"full\""), HasSubstr("\"added\":3")));
+  EXPECT_EQ(Rows("tsmdm030"), 3);
+  EXPECT_EQ(TablesByChange(), 1);
+  EXPECT_THAT(Copy({"tsmdm030", "--json"}).out, HasSubstr("\"method\":\"changed\""));
+}
+
+TEST_F(AFullCopyOfATableCopiedByChange, KeepsTheMethodIfItFails) {
+  component_ = "OrvanSandbox, " + (folder_ / "none.db");
+  EXPECT_EQ(Copy({"tsmdm030", "--full"}).status, 1);
+  EXPECT_EQ(TablesByChange(), 1);
+}
+
+TEST_F(AFullCopyOfATableCopiedByChange, IsRefusedForAnyOtherMethod) {
+  environment_["QMX_METHOD"] = "changed";
+  const Process run = Copy({"tsmdm030"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.err, HasSubstr("QMX_METHOD is \"changed\". It may be \"full\" or empty."));
+  EXPECT_EQ(Copy({"tsmdm030", "--full"}).status, 0);
 }
 
 }  // namespace

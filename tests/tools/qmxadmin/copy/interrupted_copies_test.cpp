@@ -52,7 +52,7 @@ TEST_F(InterruptedCopies, AreReleasedAndThoseThatWaitAreNotRun) {
                              HasSubstr("tsmdm100  Service Centers  full    interrupted      -"),
                              HasSubstr("tsmdm105  Service Areas    full    not run          -")));
   EXPECT_THAT(end.err, AllOf(HasSubstr("tsmdm030: interrupted\n  SIGTERM: the copy ends at its next call to the ERP."),
-                             HasSubstr("  The table is released: the next copy can start.\n"),
+                             HasSubstr("  The table is released, so the next copy can start.\n"),
                              HasSubstr("Not run: tsmdm105.\n")));
   EXPECT_EQ(Rows("tstables where in_use <> 0"), 0);
   EXPECT_EQ(Rows("tstables"), 2);

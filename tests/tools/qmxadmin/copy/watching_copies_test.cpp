@@ -78,7 +78,7 @@ TEST_F(WatchedCopies, AreToldAsKilledWhereASignalEndsThem) {
   EXPECT_THAT(run.out, HasSubstr("tsmdm030  Service Types  full    ended by signal 9 (Killed)      -"));
   EXPECT_THAT(run.err,
               HasSubstr("tsmdm030: ended by signal 9 (Killed)\n"
-                        "  The table stays in progress: \"qmxadmin release tsmdm030\" lets it be copied again.\n"));
+                        "  The table stays in progress. \"qmxadmin release tsmdm030\" allows the next copy.\n"));
 }
 
 TEST_F(WatchedCopies, AreNotBelievedAStatusThatTheirMainDidNotTell) {
@@ -90,8 +90,8 @@ TEST_F(WatchedCopies, AreNotBelievedAStatusThatTheirMainDidNotTell) {
     EXPECT_THAT(run.out, HasSubstr("tcccp030  Calendars          full    not run"));
     EXPECT_THAT(run.err, HasSubstr("tsmdm140: ended halfway\n"
                                    "  Something other than qmxdatacopy itself ended the process.\n"
-                                   "  The table may stay in progress: \"qmxadmin release tsmdm140\" lets it be copied "
-                                   "again.\n"));
+                                   "  The table may stay in progress. \"qmxadmin release tsmdm140\" allows the next "
+                                   "copy.\n"));
   }
 }
 
@@ -104,7 +104,7 @@ TEST_F(WatchedCopies, AreToldToEndWhereQmxAdminIs) {
     run.Signal(signal);
     const TerminalRun end = run.Wait();
     EXPECT_EQ(end.status, 1);
-    EXPECT_THAT(end.shown, AllOf(HasSubstr(": no further copy is started, those that run end at their next call to "
+    EXPECT_THAT(end.shown, AllOf(HasSubstr(": no further copy is started. Running copies end at their next call to "
                                            "the ERP. A second signal ends them at once."),
                                  HasSubstr("tsmdm030: ended by signal " + std::to_string(signal) + " "),
                                  HasSubstr("Not run: tsmdm100, tsmdm105.\r\n"),
@@ -123,7 +123,7 @@ TEST_F(WatchedCopies, AreToldAsReleasedWhereTheyWereInterrupted) {
   EXPECT_EQ(end.status, 1);
   EXPECT_THAT(end.shown,
               AllOf(HasSubstr("tsmdm030: interrupted\r\n  error 118, Copy\r\n"),
-                    HasSubstr("  The table is released: the next copy can start.\r\n"),
+                    HasSubstr("  The table is released, so the next copy can start.\r\n"),
                     HasSubstr("tsmdm030  Service Types    full    interrupted  "), HasSubstr("Not run: tsmdm100.")));
 }
 
@@ -155,9 +155,19 @@ TEST_F(WatchedCopies, AreFoundInThePathWhereTheyDoNotStandBeside) {
   environment_["PATH"] = "/usr/bin:/bin";
   const Process none = Copy({"tsmdm030"});
   EXPECT_EQ(none.status, 2);
-  EXPECT_THAT(none.err, HasSubstr("qmxdatacopy stands neither beside qmxadmin nor in a folder of $PATH."));
+  EXPECT_THAT(none.err, HasSubstr("qmxdatacopy is neither in the folder of qmxadmin nor in a folder of $PATH."));
   environment_["PATH"] = "/usr/bin:" + (folder_ / "elsewhere");
   EXPECT_EQ(Copy({"tsmdm030"}).status, 0);
+}
+
+TEST_F(WatchedCopies, LeaveTheMethodAloneInAFullCopyThatIsKilled) {
+  Sql("insert into tstables (TableName, in_use, syme) values ('tsmdm030', 0, 2)");
+  DataCopyIs("echo \"$QMX_METHOD\" > '" + (folder_ / "method") + "'; kill -9 $$");
+  EXPECT_EQ(Copy({"tsmdm030", "--full"}).status, 1);
+  EXPECT_EQ(ReadFile(folder_ / "method"), "full\n");
+  EXPECT_EQ(Rows("tstables where syme = 2"), 1);
+  EXPECT_EQ(Copy({"tsmdm030"}).status, 1);
+  EXPECT_EQ(ReadFile(folder_ / "method"), "\n");
 }
 
 }  // namespace

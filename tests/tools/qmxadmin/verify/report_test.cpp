@@ -49,11 +49,11 @@ TEST(AVerifyReport, TellsADifferenceALineAndEachTablesCounts) {
       "kinds surplus: code='B [2J', line=2\n"
       "kinds different: code='C', line=3: name is 'x', in the ERP null; stdt is 2026-11-20, in the ERP 2026-11-21\n"
       "kinds repeated: code='D', line=4 is listed 2 times\n"
-      "kinds: 6 in the ERP, 5 here: 1 missing, 1 surplus, 1 different, 1 repeated; 7 here are older than what is "
-      "listed\n"
+      "kinds: 6 in the ERP, 5 here: 1 missing, 1 surplus, 1 different, 1 repeated; 7 local rows are older than "
+      "the period that the ERP lists\n"
       "kinds: 3 in the ERP, 3 here: no difference\n"
-      "kinds: 0 in the ERP, 2 here: no difference; 2 here are older than what is listed; the ERP lists nothing, and "
-      "a full copy would leave these rows\n");
+      "kinds: 0 in the ERP, 2 here: no difference; 2 local rows are older than the period that the ERP lists; "
+      "the ERP lists nothing, and a full copy would keep these rows\n");
 }
 
 TEST(AVerifyReport, ShowsNumbersToTheLastDigit) {

@@ -1,5 +1,6 @@
-/* An ERP that lists 1500 service types and then ends the process: by SIGKILL where QMX_TEST_KILL is set, else by
-   SIGABRT. One object plays all parts. */
+/* An ERP that lists 1500 service types and then ends the process: by SIGKILL if QMX_TEST_KILL is set, else by SIGABRT.
+   With QMX_TEST_AT_LIST it ends at the listing: "abort" by SIGABRT, "exit" by exit(0). It has no member of the name in
+   QMX_TEST_UNKNOWN. One object plays all parts. */
 #include <qmx/component_server.h>
 #include <signal.h>
 #include <stdio.h>
@@ -13,7 +14,12 @@ static int records = 0;
 static qmx_object only;
 
 static qmx_status Resolve(qmx_object* object, const char* name, size_t length, int32_t* id, qmx_error* error) {
-  (void)object, (void)error;
+  (void)object;
+  const char* const unknown = getenv("QMX_TEST_UNKNOWN");
+  if (unknown && strlen(unknown) == length && memcmp(unknown, name, length) == 0) {
+    error->number = QMX_E_NO_SUCH_MEMBER;
+    return QMX_FAILED;
+  }
   for (*id = INITIALIZE; *id < TEXT; ++*id) {
     if (strlen(kNames[*id]) == length && memcmp(kNames[*id], name, length) == 0) break;
   }
@@ -24,6 +30,8 @@ static qmx_status Invoke(qmx_object* object, int32_t id, qmx_value* const* argum
                          qmx_error* error) {
   static char text[16];
   (void)arguments, (void)count, (void)error;
+  const char* const atList = getenv("QMX_TEST_AT_LIST");
+  if (id == LIST && atList) strcmp(atList, "exit") == 0 ? exit(0) : abort();
   if (id == NEXT && ++records > 1500) raise(getenv("QMX_TEST_KILL") ? SIGKILL : SIGABRT);
   if (id == LIST || id == NEXT) {
     result->kind = QMX_OBJECT;

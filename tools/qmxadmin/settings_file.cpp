@@ -1,0 +1,85 @@
+#include "tools/qmxadmin/settings_file.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <optional>
+#include <string_view>
+
+namespace qmx {
+namespace {
+
+constexpr const char* kUsualPath = "/etc/default/qmxdatacopy";
+constexpr const char* kBlanks = " \t\r";
+constexpr const char* kNameCharacters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_";
+
+std::string_view WithoutBlanks(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+// Returns the value without its quotes, or nothing if a quote is not closed or something follows it.
+std::optional<std::string> Unquoted(std::string_view text) {
+  if (text.empty() || (text.front() != '"' && text.front() != '\'')) return std::string(text);
+  const char quote = text.front();
+  std::string value;
+  for (std::size_t at = 1; at < text.size(); ++at) {
+    if (text[at] == quote) return at + 1 == text.size() ? std::optional(value) : std::nullopt;
+    // A shell and systemd treat "\" in double quotes as an escape before these characters.
+    const bool escapes = quote == '"' && text[at] == '\\' && at + 1 < text.size() &&
+                         std::string_view("\"\\$`").find(text[at + 1]) != std::string_view::npos;
+    value += text[escapes ? ++at : at];
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+SettingsFile SettingsFile::FromEnvironment() {
+  const char* const path = std::getenv("QMX_SETTINGS");
+  return SettingsFile(path ? path : kUsualPath);
+}
+
+SettingsFile::SettingsFile(std::string path) : path_(std::move(path)) {
+  if (!path_.empty()) Read();
+}
+
+void SettingsFile::Read() {
+  std::ifstream file(path_);
+  if (!file) {
+    if (errno != ENOENT) unreadable_ = fmt::format("{} cannot be read: {}.", path_, std::strerror(errno));
+    return;
+  }
+  int number = 0;
+  for (std::string line; std::getline(file, line);) ReadLine(line, ++number);
+}
+
+void SettingsFile::ReadLine(const std::string& line, int number) {
+  const std::string_view text = WithoutBlanks(line);
+  if (text.empty() || text.front() == '#' || text.front() == ';') return;
+  const std::size_t end = text.find_first_not_of(kNameCharacters);
+  const bool isSetting = end != 0 && end != std::string_view::npos && text[end] == '=';
+  const std::optional<std::string> value = isSetting ? Unquoted(WithoutBlanks(text.substr(end + 1))) : std::nullopt;
+  if (value) {
+    settings_.push_back({std::string(text.substr(0, end)), *value});
+  } else {
+    problems_.push_back(fmt::format("{}, line {}: NAME=VALUE is expected. The line is ignored.", path_, number));
+  }
+}
+
+void SettingsFile::ApplyToEnvironment() const {
+  const bool namesDatabase = std::getenv("QMX_CONNECTION") || std::getenv("QMX_DATABASE");
+  std::vector<Setting> missing;
+  for (const Setting& setting : settings_) {
+    const bool isOfDatabase = setting.name == "QMX_CONNECTION" || setting.name == "QMX_DATABASE";
+    if (isOfDatabase ? !namesDatabase : !std::getenv(setting.name.c_str())) missing.push_back(setting);
+  }
+  // The last of several lines with the same name counts.
+  for (const Setting& setting : missing) setenv(setting.name.c_str(), setting.value.c_str(), 1);
+}
+
+}  // namespace qmx
