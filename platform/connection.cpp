@@ -133,6 +133,7 @@ void Connection::defaultdatabase(const std::string& name) {
 
 std::int64_t Connection::Execute(const SqlText& statement) {
   std::int64_t affected = 0;
+  observers_.ForEach([&](DatabaseObserver& observer) { observer.Executing(statement.Text()); });
   Observed(
       observers_,
       [&] {

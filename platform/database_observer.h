@@ -19,6 +19,7 @@ class DatabaseObserver {
 
   virtual void ConnectionOpened(std::string_view /*maskedText*/, const Error*) {}
   virtual void DefaultDatabaseSet(std::string_view /*value*/, const Error*) {}
+  virtual void Executing(std::string_view /*statement*/) {}  // before the statement is executed
   virtual void Executed(std::string_view /*statement*/, std::int64_t /*affected*/, const Error*) {}
   virtual void CommandTimeoutSet(int /*seconds*/, const Error*) {}
   virtual void ConnectionClosed(const Error*) {}

@@ -34,7 +34,7 @@ Environment:
   QMX_COMPONENTS    folders with the manifests of component servers, separated by ":"
   QMX_METHOD        "full" for one copy in full, whatever the sync method in tstables, which stays as it is
   QMX_TRACE         file to which every call to components and database is appended, as JSON lines
-  QMX_PROGRESS_FD   number of an open descriptor to which lines "rows N" are written while the copy runs,
+  QMX_PROGRESS_FD   number of an open descriptor to which lines "rows N" or "deleting" are written while the copy runs,
                     and "end STATUS" at its end
   QMX_SILENCE_LIMIT seconds after which a database server that does not answer is given up
 

@@ -18,6 +18,7 @@ namespace {
 constexpr std::chrono::milliseconds kBetweenLooks{125};
 constexpr int kLooksBetweenLines = 2;
 constexpr std::chrono::seconds kForTheEnd{5};
+constexpr std::int64_t kDeleting = -2;  // in place of a number of rows
 
 bool TakesALine(int descriptor, std::chrono::milliseconds within = {}) {
   pollfd state{descriptor, POLLOUT, 0};
@@ -79,7 +80,8 @@ void Progress::Draw() {
   const auto now = Clock::now();
   const std::int64_t rows = rows_.load(std::memory_order_relaxed);
   const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(now - start_);
-  std::string line = ProgressText(table_, rows, rate_.At(now, rows), elapsed);
+  const std::int64_t rate = rate_.At(now, rows);
+  std::string line = counter_.IsDeleting() ? DeletingText(table_, elapsed) : ProgressText(table_, rows, rate, elapsed);
   if (!IsInForeground(terminal_)) return;
   // A line as wide as the terminal would wrap.
   const int width = TerminalWidth(terminal_);
@@ -97,9 +99,9 @@ std::string Progress::ClearText(int terminalWidth) const {
 }
 
 void Progress::Tell() {
-  const std::int64_t rows = rows_.load(std::memory_order_relaxed);
+  const std::int64_t rows = counter_.IsDeleting() ? kDeleting : rows_.load(std::memory_order_relaxed);
   if (listener_ == kNobody || rows == told_ || !TakesALine(listener_)) return;
-  WriteAll(listener_, "rows " + std::to_string(rows) + "\n");
+  WriteAll(listener_, rows == kDeleting ? "deleting\n" : "rows " + std::to_string(rows) + "\n");
   told_ = rows;
 }
 

@@ -34,4 +34,11 @@ std::string ProgressText(const std::string& table, std::int64_t rows, std::int64
          " rows/s  " + RightAligned(ElapsedText(elapsed), 7);
 }
 
+// The time stays in its column.
+std::string DeletingText(const std::string& table, std::chrono::seconds elapsed) {
+  constexpr std::size_t kRateWidth = 25;
+  return table + "  " + RightAligned("deleting", 11) + std::string(kRateWidth, ' ') +
+         RightAligned(ElapsedText(elapsed), 7);
+}
+
 }  // namespace qmx

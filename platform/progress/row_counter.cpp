@@ -8,4 +8,11 @@ void RowCounter::RowSaved(std::string_view table) {
   if (SameName(table, table_)) rows_.fetch_add(1, std::memory_order_relaxed);
 }
 
+void RowCounter::Executing(std::string_view statement) {
+  const std::string deletion = "delete from " + table_ + " ";
+  isDeleting_ = SameName(statement.substr(0, deletion.size()), deletion);
+}
+
+void RowCounter::Executed(std::string_view, std::int64_t, const Error*) { isDeleting_ = false; }
+
 }  // namespace qmx

@@ -1,4 +1,5 @@
-// Counts the rows of one table that record sets save: added ones and changed ones.
+// Counts the rows of one table that record sets save, added ones and changed ones, and knows when rows are being
+// deleted.
 //
 // A changed row counts also when no value of it differed.
 #pragma once
@@ -15,10 +16,16 @@ class RowCounter : public DatabaseObserver {
   RowCounter(std::string table, std::atomic<std::int64_t>& rows) : table_(std::move(table)), rows_(rows) {}  // borrowed
 
   void RowSaved(std::string_view table) override;
+  void Executing(std::string_view statement) override;
+  void Executed(std::string_view statement, std::int64_t affected, const Error* error) override;
+
+  // Returns whether a statement is running that deletes rows of the table. May be called from another thread.
+  bool IsDeleting() const { return isDeleting_.load(std::memory_order_relaxed); }
 
  private:
   std::string table_;
   std::atomic<std::int64_t>& rows_;
+  std::atomic<bool> isDeleting_ = false;
 };
 
 }  // namespace qmx

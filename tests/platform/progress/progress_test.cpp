@@ -152,5 +152,24 @@ TEST_F(ProgressOf, ARunIsNobodysWhereTheEnvironmentNamesNoDescriptor) {
   EXPECT_EQ(fcntl(pipe_[1], F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);  // programs that the run starts do not keep it open
 }
 
+TEST_F(ProgressOf, ARunThatDeletesSaysSoUntilItAddsRows) {
+  Progress progress("tssoc200", Progress::kNobody, pipe_[1]);
+  DatabaseObserver& observer = progress.Counter();
+  observer.Executing("DELETE FROM tssoc200 WHERE 1=1");
+  Pass(400);
+  EXPECT_EQ(ReadAll(pipe_[0]), "deleting\n");
+  observer.Executed("DELETE FROM tssoc200 WHERE 1=1", 5, nullptr);
+  progress.End();
+  EXPECT_EQ(ReadAll(pipe_[0]), "rows 0\n");
+}
+
+TEST_F(ProgressOf, ARunThatDeletesShowsSoOnTheTerminal) {
+  Progress progress("tssoc200", terminal_, Progress::kNobody);
+  progress.Counter().Executing("delete from TSSOC200 where 1=1");
+  Pass(200);
+  progress.End();
+  EXPECT_THAT(ReadAll(seen_), HasSubstr("\r\x1b[Ktssoc200     deleting"));
+}
+
 }  // namespace
 }  // namespace qmx::test

@@ -30,5 +30,12 @@ TEST(ProgressText, KeepsItsColumnsWhileTheNumbersGrow) {
             "tssoc200   12,345,678 rows    234,567 rows/s  1:06:40");
 }
 
+TEST(ProgressText, SaysThatRowsAreDeletedWithTheTimeInItsColumn) {
+  EXPECT_EQ(DeletingText("tssoc200", std::chrono::seconds(4)),
+            "tssoc200     deleting                              0:04");
+  EXPECT_EQ(DeletingText("tssoc200", std::chrono::seconds(4)).size(),
+            ProgressText("tssoc200", 7, 0, std::chrono::seconds(4)).size());
+}
+
 }  // namespace
 }  // namespace qmx

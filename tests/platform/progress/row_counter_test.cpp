@@ -143,5 +143,17 @@ TEST_F(RowsOfATable, CountWhereNoValueDiffers) {
 
 TEST_F(RowsOfATable, CostNothingForTheirColumns) { EXPECT_FALSE(counter.HearsOfColumns()); }
 
+TEST_F(RowsOfATable, AreBeingDeletedWhileAStatementDeletesThem) {
+  EXPECT_FALSE(counter.IsDeleting());
+  counter.Executing("DELETE FROM KINDS WHERE 1=1");
+  EXPECT_TRUE(counter.IsDeleting());
+  counter.Executed("DELETE FROM KINDS WHERE 1=1", 3, nullptr);
+  EXPECT_FALSE(counter.IsDeleting());
+  counter.Executing("delete from kindship where 1=1");
+  EXPECT_FALSE(counter.IsDeleting());
+  connection->Execute("delete from Kinds");
+  EXPECT_FALSE(counter.IsDeleting());
+}
+
 }  // namespace
 }  // namespace qmx::test

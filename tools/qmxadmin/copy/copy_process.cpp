@@ -140,6 +140,7 @@ void CopyProcess::Read() {
 void CopyProcess::ReadProgress() {
   progress_ += ReadAll(descriptors_[kProgress]);
   for (std::size_t end = 0; (end = progress_.find('\n')) != std::string::npos;) {
+    isDeleting_ = progress_.starts_with("deleting");
     if (progress_.starts_with("rows ")) rows_ = std::atoll(progress_.c_str() + 5);
     if (progress_.starts_with("end ")) reportedStatus_ = std::atoi(progress_.c_str() + 4);
     progress_.erase(0, end + 1);

@@ -35,6 +35,7 @@ class CopyProcess {
   void Signal(int signal) const;
 
   std::int64_t Rows() const { return rows_; }
+  bool IsDeleting() const { return isDeleting_; }  // the rows of a former copy
   const std::string& Output() const { return output_; }
   int ExitStatus() const;       // as reported by its main; -1 if something else ended it
   int EndingSignal() const;     // 0 if no signal ended it
@@ -51,6 +52,7 @@ class CopyProcess {
   int state_ = 0;
   std::string progress_;  // an incomplete line
   std::int64_t rows_ = 0;
+  bool isDeleting_ = false;
   int reportedStatus_ = -1;
   std::string output_;
 };

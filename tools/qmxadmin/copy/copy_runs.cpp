@@ -145,9 +145,12 @@ class Runs {
     const auto now = Clock::now();
     std::vector<std::string> lines;
     for (Running& running : running_) {
+      const std::string& table = runs_[running.number].table;
       const std::int64_t rows = running.process.Rows();
-      lines.push_back(ProgressText(runs_[running.number].table, rows, running.rate.At(now, rows),
-                                   std::chrono::duration_cast<std::chrono::seconds>(now - running.start)));
+      const std::int64_t rate = running.rate.At(now, rows);
+      const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(now - running.start);
+      lines.push_back(running.process.IsDeleting() ? DeletingText(table, elapsed)
+                                                   : ProgressText(table, rows, rate, elapsed));
     }
     lines_.Draw(lines);
   }

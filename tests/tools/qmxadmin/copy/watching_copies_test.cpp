@@ -170,5 +170,16 @@ TEST_F(WatchedCopies, LeaveTheMethodAloneInAFullCopyThatIsKilled) {
   EXPECT_EQ(ReadFile(folder_ / "method"), "\n");
 }
 
+TEST_F(WatchedCopies, ShowThatTheyDeleteTheRowsOfAFormerCopy) {
+  DataCopyIs("echo deleting >&3; while [ ! -e '" + (folder_ / "go") + "' ]; do sleep 0.05; done; echo rows 7 >&3; " +
+             "while [ ! -e '" + (folder_ / "end") + "' ]; do sleep 0.05; done");
+  TerminalProcess& run = OnATerminal({"tsmdm030"});
+  run.WaitFor("tsmdm030     deleting");
+  std::ofstream(folder_ / "go") << "";
+  run.WaitFor("tsmdm030            7 rows");
+  std::ofstream(folder_ / "end") << "";
+  EXPECT_EQ(run.Wait().status, 0);
+}
+
 }  // namespace
 }  // namespace qmx::test
