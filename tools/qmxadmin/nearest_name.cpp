@@ -28,7 +28,7 @@ std::size_t Changes(std::string_view from, std::string_view to) {
 std::string NearestName(std::string_view misspelt, const std::vector<std::string>& names) {
   constexpr std::size_t kLongestName = 40;  // a longer text is no name, and would take long to compare
   std::string nearest;
-  std::size_t fewest = misspelt.size() / 3 + 2;  // as many changes or more make another name
+  std::size_t fewest = misspelt.size() / 3 + 1;  // as many changes or more make another name
   if (misspelt.empty() || misspelt.size() > kLongestName) return nearest;
   for (const std::string& name : names) {
     const std::size_t count = Changes(misspelt, name);

@@ -64,6 +64,7 @@ TEST_F(Settings, OfTheCommandLineTakePrecedenceOverAll) {
 
 TEST_F(Settings, ThatAreMissingAreNamedWithThePlacesForThem) {
   WriteSettings();
+  environment_.erase("QMX_COMPONENTS");
   const Process copy = Admin({"copy", "tsmdm030", "--logs", folder_ / "argument"});
   EXPECT_EQ(copy.status, 2);
   EXPECT_EQ(copy.err, "--component is required. QMX_COMPONENT can be set in the environment or in " +
