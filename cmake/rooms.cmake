@@ -19,11 +19,15 @@ set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME qmxdatacopy)
 
 option(QMX_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(QMX_SANITIZE_THREADS "Build with ThreadSanitizer, which excludes the other two" OFF)
+option(QMX_WARNINGS_ARE_ERRORS "Treat warnings as errors, as all presets do; off by default, for other compilers" OFF)
 option(QMX_JOIN_TEST_SOURCES "Compile several sources of a test program at once, which takes a third of the time" OFF)
 
-# What every target of ours has: warnings are errors.
+# The warnings of every target. Presets make them errors.
 add_library(qmx_warnings INTERFACE)
-target_compile_options(qmx_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+target_compile_options(qmx_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion)
+if(QMX_WARNINGS_ARE_ERRORS)
+  target_compile_options(qmx_warnings INTERFACE -Werror)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   # g++ 12 sees overlaps in std::string's own operator+ when it optimises (GCC bug 105651).
   target_compile_options(qmx_warnings INTERFACE -Wno-restrict)
