@@ -28,6 +28,7 @@ class RunningProcess {
   RunningProcess& operator=(const RunningProcess&) = delete;
 
   bool HasEnded();
+  pid_t Number() const { return child_; }
   void Signal(int signal);  // not after its end
   Process Wait();
 

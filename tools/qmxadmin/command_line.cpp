@@ -164,7 +164,9 @@ void AddRelease(CLI::App& program, AdminStatus& status) {
   CLI::App& command = *program.add_subcommand("release", "Release a table after a copy that was killed");
   const auto arguments = std::make_shared<ReleaseArguments>();
   AddDatabase(command, *arguments);
-  command.add_option("TABLE", arguments->table, "Table code, such as tsmdm030")->required();
+  command.add_option("TABLE", arguments->tables, "Table codes, such as tsmdm030")->required();
+  AddLogs(command, arguments->logs, Need::Optional);
+  command.add_flag("--force", arguments->force, "Release even if a process on this machine copies the table");
   command.add_flag("--yes", arguments->yes, "Release without asking");
   AddJson(command, arguments->form);
   AddQuiet(command, arguments->quiet);
@@ -183,7 +185,13 @@ void AddStatus(CLI::App& program, AdminStatus& status) {
   CLI::App& command = *program.add_subcommand("status", "Show the state of every copied table");
   const auto arguments = std::make_shared<StatusArguments>();
   AddDatabase(command, *arguments);
+  AddLogs(command, arguments->logs, Need::Optional);
+  command.add_option("--max-age", arguments->maxAge, "How old a last update may be, such as 26h or 3days");
   AddJson(command, arguments->form);
+  command.footer(
+      command.get_footer() +
+      "\nExit status: 1 if something needs a person: a table that is missing or in use without a run, a last\n"
+      "run that failed, a last update older than --max-age, a copied table without a control record.");
   Does(command, status, arguments, Status);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "tools/qmxadmin/admin_status.h"
 #include "tools/qmxadmin/database_arguments.h"
@@ -10,13 +11,16 @@
 namespace qmx {
 
 struct ReleaseArguments : DatabaseArguments {
-  std::string table;
-  bool yes = false;  // releases without asking
+  std::vector<std::string> tables;
+  std::string logs;    // the copies' LOGDIR, or empty
+  bool force = false;  // releases even if a process on this machine copies the table
+  bool yes = false;    // releases without asking
   OutputForm form = OutputForm::Table;
   bool quiet = false;  // prints nothing but the question
 };
 
-// Returns Wrong if the user answered no. Raises 3219 if the user must be asked and standard input is not a terminal.
+// Returns Wrong if the user answered no, or if a table is left because a process on this machine copies it. Raises 3219
+// if the user must be asked and standard input is not a terminal.
 AdminStatus Release(const ReleaseArguments& arguments);
 
 }  // namespace qmx

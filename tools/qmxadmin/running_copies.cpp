@@ -24,19 +24,21 @@ std::string Read(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-// Returns the table code of a command line, or nothing if it is not a command line of qmxdatacopy. Arguments are joined
-// by blanks and split at commas.
-std::string TableOf(std::string commandLine) {
+// Returns the first three pieces of a command line of qmxdatacopy (connection, database, table), or nothing if it is
+// another program's. Arguments are joined by blanks and split at commas.
+std::vector<std::string> PiecesOf(std::string commandLine) {
   const std::size_t end = std::min(commandLine.find('\0'), commandLine.size());
   if (fs::path(commandLine.substr(0, end)).filename() != "qmxdatacopy") return {};
+  commandLine.erase(0, std::min(end + 1, commandLine.size()));
   std::replace(commandLine.begin(), commandLine.end(), '\0', ' ');
-  std::istringstream pieces(commandLine);
-  std::string piece;
-  for (int number = 0; number <= 2; ++number) {
-    if (!std::getline(pieces, piece, ',')) return {};
-  }
-  const std::string_view table = Trimmed(piece);
-  return FoldName(table.substr(0, table.find('=')));
+  std::istringstream text(commandLine);
+  std::vector<std::string> pieces;
+  for (std::string piece; pieces.size() < 3 && std::getline(text, piece, ',');) pieces.emplace_back(Trimmed(piece));
+  return pieces.size() == 3 ? pieces : std::vector<std::string>();
+}
+
+std::string TableOf(const std::vector<std::string>& pieces) {
+  return pieces.empty() ? "" : FoldName(pieces[2].substr(0, pieces[2].find('=')));
 }
 
 std::int64_t SecondsOfBoot() {
@@ -74,9 +76,10 @@ std::vector<RunningCopy> RunningCopiesOf(const std::string& tableCode) {
     const std::string name = entry->path().filename();
     pid_t process = 0;
     if (std::from_chars(name.data(), name.data() + name.size(), process).ec != std::errc()) continue;
-    if (TableOf(Read(entry->path() / "cmdline")) != FoldName(tableCode)) continue;
+    const std::vector<std::string> pieces = PiecesOf(Read(entry->path() / "cmdline"));
+    if (TableOf(pieces) != FoldName(tableCode)) continue;
     const std::int64_t ticks = TicksFromBoot(Read(entry->path() / "stat"));
-    copies.push_back({process, LocalTime(SecondsOfBoot() + ticks / sysconf(_SC_CLK_TCK))});
+    copies.push_back({process, pieces[0], pieces[1], LocalTime(SecondsOfBoot() + ticks / sysconf(_SC_CLK_TCK))});
   }
   return copies;
 }

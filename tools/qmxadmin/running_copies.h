@@ -12,6 +12,8 @@ namespace qmx {
 
 struct RunningCopy {
   pid_t process = 0;
+  std::string connection;  // of its command line, and so is the default database
+  std::string database;
   DateTime since;  // local time
 };
 

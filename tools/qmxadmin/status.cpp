@@ -5,16 +5,19 @@
 #include "platform/error.h"
 #include "tools/qmxadmin/control_records.h"
 #include "tools/qmxadmin/copied_tables.h"
+#include "tools/qmxadmin/runs/age.h"
+#include "tools/qmxadmin/status_runs.h"
 
 namespace qmx {
 namespace {
 
-std::map<std::string, ControlRecord> ControlRecordsOrNone(LocalDatabase& local) {
+std::map<std::string, ControlRecord> ControlRecordsOrNone(LocalDatabase& local, AdminStatus& status) {
   try {
     return ReadControlRecords(local);
   } catch (const Error& error) {
     if (error.Number() != errors::kNoSuchTable) throw;
     std::cerr << "There is no table tstables. \"qmxadmin init\" creates it.\n";
+    status = AdminStatus::Wrong;
     return {};
   }
 }
@@ -46,7 +49,11 @@ std::vector<Variant> Row(const std::string& table, const ControlRecord* record, 
 
 AdminStatus Status(const StatusArguments& arguments) {
   LocalDatabase local(arguments);
-  std::map<std::string, ControlRecord> records = ControlRecordsOrNone(local);
+  const StatusRuns runs(arguments.logs);
+  std::optional<std::chrono::seconds> maxAge;
+  if (!arguments.maxAge.empty()) maxAge = RequiredAge(arguments.maxAge);
+  AdminStatus status = AdminStatus::Done;
+  std::map<std::string, ControlRecord> records = ControlRecordsOrNone(local, status);
   Listing listing;
   listing.columns = {{.key = "table", .title = "TABLE"},
                      {.key = "description", .title = "DESCRIPTION", .prose = true, .weight = 1},
@@ -55,21 +62,32 @@ AdminStatus Status(const StatusArguments& arguments) {
                      {.key = "last_update", .title = "LAST UPDATE", .weight = 7},
                      {.key = "rows", .title = "ROWS", .toTheRight = true, .weight = 4},
                      {.key = "control_record", .title = ""},
-                     {.key = "note", .title = "NOTE", .prose = true, .shownEmpty = false, .weight = 8}};
+                     {.key = "note", .title = "NOTE", .prose = true, .shownEmpty = false, .weight = 8},
+                     {.key = "needs_attention", .title = ""}};
+  runs.AddColumns(listing);
   for (const LocalTable& table : CopiedTables()) {
     const auto record = records.find(table.name);
     const bool found = record != records.end();
     std::string note = found ? "" : "no record";
     Variant rows = CountRows(local, table.name, note);
-    listing.rows.push_back(Row(table.name, found ? &record->second : nullptr, std::move(rows), note));
+    const ControlRecord* const known = found ? &record->second : nullptr;
+    const std::vector<std::string> problems = runs.Problems(table.name, known, maxAge);
+    const bool isWrong = rows.IsNull() || !problems.empty();
+    for (const std::string& problem : problems) note += (note.empty() ? "" : ", ") + problem;
+    if (isWrong) status = AdminStatus::Wrong;
+    listing.rows.push_back(Row(table.name, known, std::move(rows), note));
+    listing.rows.back().emplace_back(isWrong);
+    runs.AddValues(table.name, listing.rows.back());
     if (found) records.erase(record);
   }
   // If tstables does not ignore case, a table code in another spelling gets a control record of its own.
   for (const auto& [table, record] : records) {
     listing.rows.push_back(Row(table, &record, Variant::Null(), "not a table code in small letters"));
+    listing.rows.back().emplace_back(false);
+    runs.AddValues(table, listing.rows.back());
   }
   Print(listing, arguments.form);
-  return AdminStatus::Done;
+  return status;
 }
 
 }  // namespace qmx

@@ -68,10 +68,11 @@ TEST_P(QmxAdminStatusOnSqlite, TellsTheSameAsJson) {
   const auto tables = nlohmann::json::parse(run.out);
   ASSERT_EQ(tables.size(), 17U);
   EXPECT_EQ(tables[7], nlohmann::json::parse(R"({"table": "tsmdm030", "description": "Service Types", "method": "full",
-      "in_progress": false, "last_update": "2026-11-20 23:59:58", "rows": 2, "control_record": true, "note": null})"));
+      "in_progress": false, "last_update": "2026-11-20 23:59:58", "rows": 2, "control_record": true, "note": null,
+      "needs_attention": false})"));
   EXPECT_EQ(tables[13], nlohmann::json::parse(R"({"table": "tssoc200", "description": "Service Orders",
       "method": "changed", "in_progress": true, "last_update": null, "rows": 0, "control_record": true,
-      "note": null})"));
+      "note": null, "needs_attention": false})"));
 }
 
 TEST_P(QmxAdminStatus, ShowsWhichTablesAndControlRecordsAreMissing) {
@@ -81,7 +82,7 @@ TEST_P(QmxAdminStatus, ShowsWhichTablesAndControlRecordsAreMissing) {
   Execute("drop table tsmdm100");
   Execute("drop table tsmdm105");
   const Process run = Admin({"status"});
-  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.status, 1);
   EXPECT_THAT(
       run.out,
       AllOf(HasSubstr("\ntsmdm030  Service Types             full     no      -                       2  no record\n"),
@@ -115,7 +116,7 @@ TEST_P(QmxAdminStatus, ShowsARecordInCapitalsAsTheTablesWhereTheControlTableIgno
 TEST_P(QmxAdminStatusOnSqlite, SaysThatThereIsNoControlTable) {
   Execute("drop table tstables");
   const Process run = Admin({"status"});
-  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out,
               HasSubstr("\ntsmdm030  Service Types             full    no      -               0  no record\n"));
   EXPECT_THAT(run.err, "There is no table tstables. \"qmxadmin init\" creates it.\n");
