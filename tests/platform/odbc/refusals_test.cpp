@@ -131,7 +131,7 @@ TEST_P(MariaDbRefuses, ATableThatIsFull) {
     }
   });
   EXPECT_EQ(error.Number(), 61);
-  EXPECT_THAT(error.Description(), HasSubstr("make room"));
+  EXPECT_THAT(error.Description(), HasSubstr("free disk space"));
 }
 
 TEST_P(AServerRefuses, AnythingOnceTheConnectionIsCut) {
