@@ -140,25 +140,26 @@ TEST_F(ChangedCopies, LeaveWhatOnlyAListedEmployeeHasWhenItIsGoneMeanwhile) {
 TEST_F(ChangedCopies, BlankTheEndOfAnIntervalWhoseDeletionIsNotInThePeriodYet) {
   CopyInFullAndThenByChange({"tsmdm140", "tcccp030"});
   const std::string one = "ccal = 'CAL001' and stdt = '2026-11-23' and sttm = 800";
+  const std::string stored = "ccal = 'CAL001' and stdt = '2026-11-23 00:00:00' and sttm = 800";
   company_.Change(At(20, 15), "update tcccp030 set entm = 1100 where " + one);
   company_.Change(At(20, 17), "delete from tcccp030 where " + one);
   clock_.now = At(20, 16);
   local_.Copy("tcccp030");
-  EXPECT_THAT(local_.RowsOf("tcccp030", one),
-              ElementsAre(Pair("CAL001/WRK/2026-11-23/800", Row{{"ccal", "CAL001"},
-                                                                {"ract", "WRK"},
-                                                                {"stdt", "2026-11-23"},
-                                                                {"sttm", "800"},
-                                                                {"endt", "1899-12-30"},
-                                                                {"entm", "0"},
-                                                                {"cutm", "0"},
-                                                                {"ccap", "0"},
-                                                                {"ustm", "2026-11-23 08:00:00"},
-                                                                {"uftm", "1899-12-30"},
-                                                                {"ahrs", "-8 Hours 0 Minutes"}})));
+  EXPECT_THAT(local_.RowsOf("tcccp030", stored),
+              ElementsAre(Pair("CAL001/WRK/2026-11-23 00:00:00/800", Row{{"ccal", "CAL001"},
+                                                                         {"ract", "WRK"},
+                                                                         {"stdt", "2026-11-23 00:00:00"},
+                                                                         {"sttm", "800"},
+                                                                         {"endt", "1899-12-30 00:00:00"},
+                                                                         {"entm", "0"},
+                                                                         {"cutm", "0"},
+                                                                         {"ccap", "0"},
+                                                                         {"ustm", "2026-11-23 08:00:00"},
+                                                                         {"uftm", "1899-12-30 00:00:00"},
+                                                                         {"ahrs", "-8 Hours 0 Minutes"}})));
   clock_.now = At(20, 17);
   local_.Copy("tcccp030");
-  EXPECT_THAT(local_.RowsOf("tcccp030", one), IsEmpty());
+  EXPECT_THAT(local_.RowsOf("tcccp030", stored), IsEmpty());
 }
 
 // The second in which a period ends is read twice, so nothing that happens within it is lost.

@@ -12,7 +12,7 @@ std::optional<MissingRight> FindMissingRight(LocalDatabase& local, const LocalTa
   const std::string& column = table.columns.front().name;
   const std::vector<std::pair<std::string, std::string>> statements = {
       {"select", fmt::format("select count(*) from {} where 1=0", name)},
-      {"insert", fmt::format("insert into {0} ({1}) select {1} from {0} where 1=0", name, column)},
+      {"insert", fmt::format("insert into {0} select * from {0} where 1=0", name)},
       {"update", fmt::format("update {0} set {1} = {1} where 1=0", name, column)},
       {"delete", fmt::format("delete from {} where 1=0", name)},
   };

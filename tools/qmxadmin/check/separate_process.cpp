@@ -19,7 +19,7 @@ namespace qmx {
 namespace {
 
 constexpr const char* kDone = "done";
-constexpr const char* kWhatToDo = "Standard error may name the call. Report it to the makers of the component server.";
+constexpr const char* kWhatToDo = "Report it to the makers of the component server.";
 
 [[noreturn]] void RaiseSystemError(const char* what) {
   throw Error(errors::kOutOfMemory, "qmxadmin check", fmt::format("{}: {}.", what, std::strerror(errno)));

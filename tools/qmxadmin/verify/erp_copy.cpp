@@ -184,22 +184,23 @@ ErpCopy::ErpCopy(const LocalTable& table, const std::string& component, const st
   Copy(std::move(engineSession), table, component, extent);
   if (!auditSession) return;
   Run(*rows_, "update tstables set syme = 2");
-  Copy(std::move(auditSession), table, component, extent);
+  Copy(std::move(auditSession), table, component, std::nullopt);
 }
 
 void ErpCopy::Copy(std::unique_ptr<DriverSession> session, const LocalTable& table, const std::string& component,
-                   Extent extent) {
+                   std::optional<Extent> listing) {
   PosixClock clock;
   FilesWithoutLogs files;
   NoEventLog eventLog;
   InstalledComponents components(clock);
-  WatchedComponents watched(components, table.name, extent, firstStartDate_);
+  WatchedComponents watched(components, table.name, listing.value_or(Extent::AllRecords), firstStartDate_);
+  Components& used = listing ? static_cast<Components&>(watched) : components;
   OpenedDriver opened(std::move(session));
   BatchingDriver batched(opened);
   const std::unique_ptr<Progress> progress = Progress::FromEnvironment(table.name);
   Database database({&batched}, progress ? &progress->Counter() : nullptr);
   KeptFailure failures;
-  Platform platform{clock, files, eventLog, watched, database, failures};
+  Platform platform{clock, files, eventLog, used, database, failures};
   modDeclarations declarations;
   Outcome outcome;
   clsDataCopy(platform, declarations, outcome).StartDataCopy("Provider=SQLite", "", table.name, "", component);

@@ -35,8 +35,9 @@ class ErpCopy {
   std::optional<DateTime> FirstStartDate() const { return firstStartDate_; }
 
  private:
+  // `listing` is how much the ERP lists. None for a copy by change: the audit reader takes the ERP's own manager only.
   void Copy(std::unique_ptr<DriverSession> session, const LocalTable& table, const std::string& component,
-            Extent extent);
+            std::optional<Extent> listing);
 
   std::unique_ptr<DriverSession> rows_;
   std::optional<DateTime> firstStartDate_;

@@ -76,10 +76,10 @@ TEST_P(QmxAdminReleaseWithRuns, RefusesWhileAProcessCopiesTheTableIntoTheSameDat
   const Process same = copy(ConnectionText());
   EXPECT_EQ(same.status, 1);
   EXPECT_EQ(same.out, "tssoc200: left in progress, a process on this machine copies it\n");
-  EXPECT_THAT(same.err, HasSubstr("--force releases it all the same."));
+  EXPECT_THAT(same.err, HasSubstr("Use --force to release it all the same."));
   const Process other = copy("Provider=SQLite;Data Source=other.db");
   EXPECT_EQ(other.status, 0);
-  EXPECT_THAT(other.err, testing::ContainsRegex("On this machine process [0-9]+ has been copying"));
+  EXPECT_THAT(other.err, testing::ContainsRegex("Process [0-9]+ on this machine has been copying"));
 }
 
 }  // namespace

@@ -212,7 +212,7 @@ TEST_F(QmxAdminVerify, LeavesOutTheColumnsThatACopyByChangeDoesNotBring) {
   EXPECT_EQ(run.status, 0) << run.out;
   EXPECT_THAT(run.out, AllOf(HasSubstr("tssoc200: 5 in the ERP, 5 here: no difference\n"),
                              HasSubstr("tscfg220: 5 in the ERP, 5 here: no difference\n")));
-  Sql("update tssoc200 set dsca = 'wrong'");
+  Sql("update tssoc200 set emno = 'wrong'");
   EXPECT_EQ(Verify({"tssoc200", "--after-changed"}).status, 1);
 }
 
