@@ -146,17 +146,17 @@ TEST_F(ChangedCopies, BlankTheEndOfAnIntervalWhoseDeletionIsNotInThePeriodYet) {
   clock_.now = At(20, 16);
   local_.Copy("tcccp030");
   EXPECT_THAT(local_.RowsOf("tcccp030", stored),
-              ElementsAre(Pair("CAL001/WRK/2026-11-23 00:00:00/800", Row{{"ccal", "CAL001"},
-                                                                         {"ract", "WRK"},
-                                                                         {"stdt", "2026-11-23 00:00:00"},
-                                                                         {"sttm", "800"},
-                                                                         {"endt", "1899-12-30 00:00:00"},
-                                                                         {"entm", "0"},
-                                                                         {"cutm", "0"},
-                                                                         {"ccap", "0"},
-                                                                         {"ustm", "2026-11-23 08:00:00"},
-                                                                         {"uftm", "1899-12-30 00:00:00"},
-                                                                         {"ahrs", "-8 Hours 0 Minutes"}})));
+              ElementsAre(Pair("CAL001/WRK/2026-11-23/800", Row{{"ccal", "CAL001"},
+                                                                {"ract", "WRK"},
+                                                                {"stdt", "2026-11-23"},
+                                                                {"sttm", "800"},
+                                                                {"endt", "1899-12-30"},
+                                                                {"entm", "0"},
+                                                                {"cutm", "0"},
+                                                                {"ccap", "0"},
+                                                                {"ustm", "2026-11-23 08:00:00"},
+                                                                {"uftm", "1899-12-30"},
+                                                                {"ahrs", "-8 Hours 0 Minutes"}})));
   clock_.now = At(20, 17);
   local_.Copy("tcccp030");
   EXPECT_THAT(local_.RowsOf("tcccp030", stored), IsEmpty());
