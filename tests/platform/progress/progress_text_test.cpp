@@ -31,8 +31,7 @@ TEST(ProgressText, KeepsItsColumnsWhileTheNumbersGrow) {
 }
 
 TEST(ProgressText, SaysThatRowsAreDeletedWithTheTimeInItsColumn) {
-  EXPECT_EQ(DeletingText("tssoc200", std::chrono::seconds(4)),
-            "tssoc200     deleting                            0:04");
+  EXPECT_EQ(DeletingText("tssoc200", std::chrono::seconds(4)), "tssoc200     deleting                            0:04");
   EXPECT_EQ(DeletingText("tssoc200", std::chrono::seconds(4)).size(),
             ProgressText("tssoc200", 7, 0, std::chrono::seconds(4)).size());
 }
