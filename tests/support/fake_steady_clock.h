@@ -38,8 +38,8 @@ class FakeSteadyClock : public SteadyClock {
 
   // Moves on, and returns when the one thread that waits has done what is due and waits again.
   void PassWhileAThreadWaits(std::chrono::milliseconds time) {
-    AwaitWaitingThread();
     std::unique_lock guard(mutex_);
+    Await(guard, [&] { return !waiters_.empty(); });
     now_ += time;
     const Waiter waiter = waiters_.front();
     const int before = waits_;
