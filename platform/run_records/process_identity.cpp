@@ -1,6 +1,5 @@
 #include "platform/run_records/process_identity.h"
 
-#include <fcntl.h>
 #include <pwd.h>
 #include <sys/random.h>
 #include <unistd.h>
@@ -12,19 +11,10 @@
 #include <string_view>
 
 #include "platform/error.h"
+#include "platform/run_records/kernel_file.h"
 
 namespace qmx {
 namespace {
-
-// The beginning of a small file of the kernel's. Empty if it cannot be read.
-std::string ReadKernelFile(const std::string& path) {
-  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) return {};
-  std::array<char, 4096> text{};
-  const ssize_t length = read(descriptor, text.data(), text.size());
-  close(descriptor);
-  return {text.data(), length > 0 ? static_cast<std::size_t>(length) : 0};
-}
 
 // The number at the beginning of the text, behind blanks and tabs.
 std::optional<std::int64_t> NumberAt(std::string_view text) {

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 namespace qmx::test {
@@ -23,7 +23,9 @@ TempFolder::~TempFolder() {
 
 std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  std::ostringstream text;
+  text << in.rdbuf();  // unlike the buffer's own iterators, raises nothing where a read fails
+  return text.str();
 }
 
 void WriteFile(const std::filesystem::path& path, const std::string& text) {

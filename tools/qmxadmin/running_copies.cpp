@@ -6,23 +6,17 @@
 #include <charconv>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <optional>
 #include <sstream>
 
 #include "platform/names.h"
+#include "platform/run_records/kernel_file.h"
+#include "platform/run_records/process_identity.h"
 #include "platform/trim.h"
 
 namespace qmx {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string Read(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 // Returns the first three pieces of a command line of qmxdatacopy (connection, database, table), or nothing if it is
 // another program's. Arguments are joined by blanks and split at commas.
@@ -42,22 +36,12 @@ std::string TableOf(const std::vector<std::string>& pieces) {
 }
 
 std::int64_t SecondsOfBoot() {
-  std::ifstream file("/proc/stat");
+  std::istringstream file(ReadKernelFile("/proc/stat"));
   for (std::string word; file >> word;) {
     std::int64_t seconds = 0;
     if (word == "btime" && file >> seconds) return seconds;
   }
   return 0;
-}
-
-// Returns field 22. The fields are counted from the end of the program's name, because the name may hold anything.
-std::int64_t TicksFromBoot(const std::string& state) {
-  std::istringstream fields(state.substr(std::min(state.rfind(')') + 1, state.size())));
-  std::string skipped;
-  for (int field = 3; field < 22; ++field) fields >> skipped;
-  std::int64_t ticks = 0;
-  fields >> ticks;
-  return ticks;
 }
 
 DateTime LocalTime(std::time_t moment) {
@@ -76,9 +60,9 @@ std::vector<RunningCopy> RunningCopiesOf(const std::string& tableCode) {
     const std::string name = entry->path().filename();
     pid_t process = 0;
     if (std::from_chars(name.data(), name.data() + name.size(), process).ec != std::errc()) continue;
-    const std::vector<std::string> pieces = PiecesOf(Read(entry->path() / "cmdline"));
+    const std::vector<std::string> pieces = PiecesOf(ReadKernelFile(entry->path() / "cmdline"));
     if (TableOf(pieces) != FoldName(tableCode)) continue;
-    const std::int64_t ticks = TicksFromBoot(Read(entry->path() / "stat"));
+    const std::int64_t ticks = StartTicksOf(process).value_or(0);  // 0 if it has ended meanwhile
     copies.push_back({process, pieces[0], pieces[1], LocalTime(SecondsOfBoot() + ticks / sysconf(_SC_CLK_TCK))});
   }
   return copies;

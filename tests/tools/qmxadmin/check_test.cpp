@@ -8,6 +8,7 @@
 #include "tests/support/temp_folder.h"
 #include "tests/support/terminal_process.h"
 #include "tests/tools/qmxadmin/admin_on_a_system.h"
+#include "tests/tools/qmxadmin/output_lines.h"
 #include "tests/tools/qmxadmin/sandbox_erp.h"
 #include "tools/qmxadmin/check/check_logs.h"
 
@@ -19,14 +20,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
-
-// Lines that begin with the text.
-std::size_t Lines(const std::string& text, const std::string& beginning) {
-  std::size_t count = 0;
-  for (std::size_t at = 0; at < text.size(); at = text.find('\n', at) + 1)
-    count += text.compare(at, beginning.size(), beginning) == 0;
-  return count;
-}
 
 class QmxAdminCheck : public AdminOnASystem {
  protected:

@@ -1,5 +1,6 @@
 // What qmxadmin check finds out by calling an ERP: records, audit trails, and components that end the process.
 #include "tests/tools/qmxadmin/copying.h"
+#include "tests/tools/qmxadmin/output_lines.h"
 
 namespace qmx::test {
 namespace {
@@ -8,13 +9,6 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-
-std::size_t Lines(const std::string& text, const std::string& beginning) {
-  std::size_t count = 0;
-  for (std::size_t at = 0; at < text.size(); at = text.find('\n', at) + 1)
-    count += text.compare(at, beginning.size(), beginning) == 0;
-  return count;
-}
 
 class CheckingAnErp : public Copying {
  protected:
