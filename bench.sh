@@ -1,6 +1,5 @@
 #!/usr/bin/env bash
-# Builds what is measured and what it is measured against, makes the data, and measures; see ./bench.sh --help. Installs what is
-# missing.
+# Builds the program and the references, makes the data, and measures; see ./bench.sh --help. Installs missing packages.
 set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/packages.sh

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and shows the program at work: a sandbox ERP with data, an empty local database, every table
+# Installs missing packages, builds, and demonstrates the program: a sandbox ERP with data, an empty local database, every table
 # copied in full, a working day in the ERP, every table copied by change, one employee's calendar, and the expansion of the
-# calendars into working intervals. Everything is left in demo/ to look at.
+# calendars into working intervals. All files stay in demo/.
 set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/packages.sh
@@ -28,7 +28,7 @@ run() { # run TABLE-OR-EXTENDED-FORM: one run of the program, as a scheduler sta
   "$bin/qmxdatacopy" "$connection, local, $1, demo/log, OrvanSandbox, demo/orvan.db, 17"
 }
 
-# copy TABLE: one run, and a line about it in the results: what the scheduling server was told, and how long it took.
+# copy TABLE: one run, and a line in the results with the counts sent to the scheduling server and the duration.
 copy() {
   local started=${EPOCHREALTIME/[.,]/} method
   method=$(echo "select coalesce((select case syme when 2 then 'changed' end from tstables where TableName = '$1'), 'full')" | local_sql)
@@ -85,8 +85,8 @@ step "The working week of employee $employee (tscalender)"
 echo "select e.emno, e.ccal, c.sttm as \"from\", c.entm as \"to\" from tsmdm140 e join tscalender c on c.ccal = e.ccal
       where e.emno = '$employee' and c.sttm >= date('now') and c.sttm < date('now', '+7 days') order by c.sttm" | local_sql -box
 
-# The same ERP once more, in Java: built where CMake found a JDK, shown where a JVM starts. Its classes read the file through
-# Debian's libxerial-sqlite-jdbc-java.
+# The same ERP in Java, if CMake found a JDK and a JVM starts. Its classes read the file through Debian's
+# libxerial-sqlite-jdbc-java.
 if [ -e "$QMX_COMPONENTS-java/orvan-sandbox.jar" ] && [ -e /usr/share/java/sqlite-jdbc.jar ] &&
   servers=$(QMX_COMPONENTS="$QMX_COMPONENTS-java" "$bin/qmxadmin" components 2>&1); then
   step 'Service orders (tssoc200) through the ERP in Java, into a local database of its own'

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The demo, then every test under AddressSanitizer and UndefinedBehaviorSanitizer. Installs what is missing.
+# Runs the demo, then every test under AddressSanitizer and UndefinedBehaviorSanitizer. Installs missing packages.
 set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/packages.sh

@@ -1,4 +1,4 @@
-"""What is measured by itself, since no bare interface does the same: each gives lines of what, figure and target."""
+"""Measurements without a reference to compare with. Each returns lines of name, figure and target."""
 
 import json
 import re
@@ -16,7 +16,7 @@ def verdict(target, is_met):
 
 
 def nothing_to_do(sizes, rounds):
-    """A changed copy without a change, from start to exit."""
+    """A changed copy without changes, from start to exit."""
     data.copy_file(data.local_before_changes(sizes.server_orders), LOCAL)
     command = copying_into_file(data.erp(sizes.server_orders))
     seconds = [measured(command).seconds * 1000 for _ in range(rounds)]
@@ -25,8 +25,8 @@ def nothing_to_do(sizes, rounds):
     return [
         ["start to exit, nothing to do, SQLite", f"{middle:.1f} ms ({min(seconds):.1f} to {max(seconds):.1f})",
          verdict("under 20 ms", middle < 20)],
-        ["system calls of that", f"{calls:,}", ""],
-        ["bytes read by that", f"{read:,}", ""],
+        ["its system calls", f"{calls:,}", ""],
+        ["bytes that it reads", f"{read:,}", ""],
     ]
 
 
@@ -37,7 +37,7 @@ def _system_calls(command):
 
 
 def calls_and_bytes(log):
-    """How many system calls ended in what strace wrote, and how many bytes they read."""
+    """The number of finished system calls in strace's output, and of the bytes that they read."""
     ended = re.compile(r"\d+ +(?:<\.\.\. )?(\w+)(?:\(| resumed>).* = (-?\w+|\?)")
     calls = [found.groups() for found in map(ended.match, log.splitlines()) if found]
     reads = [int(result) for name, result in calls if name in ("read", "pread64", "readv", "recvfrom", "recvmsg")]
@@ -45,7 +45,7 @@ def calls_and_bytes(log):
 
 
 def start_java(sizes, rounds):
-    """The same from an ERP in Java, whose audit reader has nothing to tell."""
+    """The same from an ERP in Java whose audit reader lists no entries."""
     data.copy_file(data.local_before_changes(sizes.server_orders), LOCAL)
     command = copying_from_memory(sizes.server_orders)
     seconds = [measured(command, components=JAVA_MEMORY).seconds * 1000 for _ in range(rounds)]
@@ -55,13 +55,13 @@ def start_java(sizes, rounds):
 
 
 def getters_java(_, rounds):
-    """As the median of what java_getters.cpp reports."""
+    """Medians of the times that java_getters.cpp reports."""
     medians = _medians(BENCH_PROGRAMS / "java_getters", rounds, env={**ENVIRONMENT, "QMX_COMPONENTS": str(JAVA_MEMORY)})
     return [[name, f"{ns:,.0f} ns", verdict("at most 150 ns", ns <= 150)] for name, ns in medians]
 
 
 def memory_java(sizes, _):
-    """With the bridge's own options, and flat in a small heap."""
+    """With the bridge's own options, and constant in a small heap."""
     small, few, many = data.java_memory("-Xmx64m"), max(1, sizes.few // 2), max(1, sizes.many // 2)
     own, small_few, small_many = (_peak_java(JAVA_MEMORY, sizes.few), _peak_java(small, few), _peak_java(small, many))
     name = "peak memory, full copy, SQLite, from Java"
@@ -69,7 +69,7 @@ def memory_java(sizes, _):
         [f"{name}, {sizes.few:,} rows", f"{own:.1f} MiB", verdict("at most 110 MiB", own <= 110)],
         [f"{name}, `-Xmx64m`, {few:,} rows", f"{small_few:.1f} MiB", ""],
         [f"{name}, `-Xmx64m`, {many:,} rows", f"{small_many:.1f} MiB",
-         verdict("within 8 MiB the same", abs(small_many - small_few) <= 8)],
+         verdict("same within 8 MiB", abs(small_many - small_few) <= 8)],
     ]
 
 
@@ -82,7 +82,7 @@ def _peak_java(components, rows):
 
 
 def _memory(system, sizes, limit, prepare, copy, count, processors=EVERY):
-    """Once for each size: what a process holds at most hardly differs between runs."""
+    """One run per size, because peak memory hardly differs between runs."""
     peaks = []
     for rows in (sizes.few, sizes.many):
         prepare()
@@ -94,7 +94,7 @@ def _memory(system, sizes, limit, prepare, copy, count, processors=EVERY):
     return [
         [f"{name}, {sizes.few:,} rows", f"{few:.2f} MiB", verdict(f"under {limit} MiB", few < limit)],
         [f"{name}, {sizes.many:,} rows", f"{many:.2f} MiB",
-         verdict(f"under {limit} MiB, within 1 MiB the same", many < limit and abs(many - few) <= 1)],
+         verdict(f"under {limit} MiB, same within 1 MiB", many < limit and abs(many - few) <= 1)],
     ]
 
 
@@ -110,7 +110,7 @@ def _memory_server(server, sizes):
 
 
 def parts(sizes, rounds):
-    """The inner parts, as the median of what parts.cpp reports."""
+    """Parts of a copy: medians of the times that parts.cpp reports."""
     return [[name, f"{ns:,.0f} ns", ""] for name, ns in _medians(BENCH_PROGRAMS / "parts", rounds, data.erp(sizes.few))]
 
 

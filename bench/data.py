@@ -1,4 +1,4 @@
-"""The data of the cases, made with a fixed seed and kept in build/bench until the sandbox changes."""
+"""The data of the cases, made with a fixed seed. It is kept in build/bench until the sandbox changes."""
 
 import os
 import random
@@ -15,7 +15,7 @@ LONG_AGO = "2000-01-01 00:00:00"
 
 
 def _made(path, make):
-    """The file, made anew where it is missing or older than the sandbox."""
+    """The file. Makes it if it is missing or older than the sandbox."""
     sandbox = PROGRAMS / "orvan-sandbox"
     if not path.exists() or path.stat().st_mtime < sandbox.stat().st_mtime:
         FOLDER.mkdir(parents=True, exist_ok=True)
@@ -29,7 +29,7 @@ def _made(path, make):
 
 
 def _into_one_file(path):
-    """The last one who opens a database to write takes its journal away."""
+    """The last connection removes the journal when it closes."""
     file = sqlite3.connect(path)
     file.execute("pragma wal_checkpoint(truncate)")
     file.close()
@@ -41,7 +41,7 @@ def remove(path):
 
 
 def copy_file(source, target):
-    """A copy of a database, on the disk before it is measured what is done with it."""
+    """Copies a database and flushes it to disk, so that this is not measured."""
     remove(target)
     shutil.copyfile(source, target)
     with open(target, "rb") as file:
@@ -49,23 +49,23 @@ def copy_file(source, target):
     return target
 
 
-def _tell(text):
+def _report(text):
     print(text, file=sys.stderr, flush=True)
 
 
 def erp(orders):
-    """The ERP's file with that many service orders and no audited change."""
+    """The ERP's file with this number of service orders and an empty audit trail."""
     def make(path):
-        _tell(f"making {orders:,} service orders")
+        _report(f"making {orders:,} service orders")
         run(PROGRAMS / "orvan-sandbox", "make", path, "--seed", 1, "--today", TODAY, "--orders", orders, "--activities", 0)
 
     return _made(FOLDER / f"erp-{orders}.db", make)
 
 
 def changed_erp(orders, changes):
-    """The same after that many audited changes: half updates, a quarter inserts, a quarter deletes, in random order."""
+    """The same after this number of changes in the audit trail: half updates, a quarter inserts, a quarter deletes, in random order."""
     def make(path):
-        _tell(f"making {changes:,} changes of {orders:,} service orders")
+        _report(f"making {changes:,} changes of {orders:,} service orders")
         shutil.copyfile(erp(orders), path)
         change_orders(path, changes)
 
@@ -96,7 +96,7 @@ def change_orders(path, changes):
 
 
 def empty_local():
-    """A local database with its tables and no row."""
+    """A local database with empty tables."""
     path = FOLDER / "empty.db"
     remove(path)
     run(PROGRAMS / "qmxadmin", "init", f"Provider=SQLite;Data Source={path};Mode=Create", "")
@@ -104,7 +104,7 @@ def empty_local():
 
 
 def java_memory(option):
-    """A folder whose manifest is that of the ERP in memory in Java, with an option for the JVM."""
+    """A folder with the manifest of the ERP in memory in Java and an option for the JVM."""
     manifest = JAVA_MEMORY / "memory_erp_java.component"
     folder = FOLDER / "components-java"
     folder.mkdir(parents=True, exist_ok=True)
@@ -129,7 +129,7 @@ def local_before_changes(orders):
 
 
 def orders_as_csv(orders):
-    """The rows of a full copy, for the import of SQLite's shell."""
+    """The rows of a full copy, for SQLite's shell to import."""
     def make(path):
         with open(path, "w") as file:
             file.write(run("sqlite3", "-csv", local_before_changes(orders), "select * from tssoc200"))

@@ -1,4 +1,4 @@
-"""Running programs, the product's above all: what they take, and that they end well."""
+"""Runs and measures programs, and ends if one fails."""
 
 import os
 import re
@@ -11,11 +11,11 @@ ROOT = Path(__file__).resolve().parent.parent
 PROGRAMS = ROOT / "build/release/bin"
 BENCH_PROGRAMS = ROOT / "build/release/bench"
 FOLDER = ROOT / "build/bench"
-LOCAL = FOLDER / "local.db"  # what is copied into
+LOCAL = FOLDER / "local.db"  # the target of the copies
 MEMORY, JAVA_MEMORY = BENCH_PROGRAMS / "components", BENCH_PROGRAMS / "components-java"  # ERPs in memory, in C and in Java
 ENVIRONMENT = {**os.environ, "QMX_COMPONENTS": str(ROOT / "build/release/components")}
 
-# A server has the last processor for itself, and what talks to it the first one.
+# A server runs on the last processor, its client on the first.
 LAST = os.cpu_count() - 1
 EVERY, CLIENT, SERVER = f"0-{LAST}", "0", str(LAST)
 
@@ -23,12 +23,12 @@ EVERY, CLIENT, SERVER = f"0-{LAST}", "0", str(LAST)
 @dataclass(frozen=True)
 class Measurement:
     seconds: float
-    processor: float  # seconds that processors worked
+    processor: float  # seconds of CPU time
     peak: float  # MiB
 
 
 def run(*command, env=ENVIRONMENT, **options):
-    """Runs a program that must end well, and returns what it printed."""
+    """Runs a program that must succeed, and returns its output."""
     command = [str(word) for word in command]
     done = subprocess.run(command, env=env, capture_output=True, text=True, check=False, **options)
     if done.returncode != 0:
@@ -57,10 +57,10 @@ def copying_into_file(erp):
 
 
 def measured(command, processors=EVERY, components=None):
-    """The same on some of the machine's processors, with what it took from start to exit and the most memory that it held.
+    """Runs a program on the given processors and measures its time from start to exit and its peak memory.
 
-    A program that prints "seconds N of processor time M" knows better which part of its time counts. The components are
-    the sandbox's where no other folder is named.
+    A program that prints "seconds N of processor time M" has measured the part of its time that counts. `components` is the
+    folder of the ERP's components; the sandbox's by default.
     """
     took = FOLDER / "took"
     environment = {**ENVIRONMENT, "QMX_COMPONENTS": str(components)} if components else ENVIRONMENT

@@ -14,31 +14,31 @@ CHART = ROOT / "docs/benchmarks.svg"
 
 TEXT = """# Speed and memory
 
-What `./bench.sh` measured on {date}, on {machine}.{scaled}
+Measured by `./bench.sh` on {date}, on {machine}.{scaled}
 
 ![How long each way took](benchmarks.svg)
 
 {races}
 
-A line of this table is a way to do the work of a case, the program's first. The ways of a case start from the same rows, and after
-each run the tables must have the same content. They take turns, in {rounds} rounds, and each round begins with another way. The times
-are of whole processes, from start to exit: the median of the rounds. *Processor* is the time that processors worked for the way's own
-processes, not for a server: the program has two threads at work, and most other ways one. *Ratio* is the program's time divided by
-that way's time in the same round: the median, the least and the greatest. *Peak memory* is that of the largest process.
+Each row shows one way to do the work of a case, the program's way first. All ways of a case start from the same rows, and after
+each run the tables must have the same content. The ways take turns in {rounds} rounds, and each round begins with another way. *Time* is
+the median of the rounds, from start to exit of the whole process. *Processor* is the CPU time of the way's own processes, without
+the server's. The program works with two threads, and most other ways with one. *Ratio* is the program's time divided by
+the way's time in the same round: median, minimum and maximum. *Peak memory* is that of the largest process.
 
-*Rows after values* is the program again, with added rows in the plain form that every system knows, `insert ... values (...), (...)`: its
-ratio says what the server's own form brings, `unnest` in PostgreSQL and arrays of parameters in MariaDB.
+*Rows after values* is the program with added rows in the plain form that all systems know, `insert ... values (...), (...)`. Its
+ratio shows the gain from the server's own form: `unnest` in PostgreSQL and arrays of parameters in MariaDB.
 
 {ways}
 
-Into SQLite files all ways write with the program's settings: `journal_mode=wal`, `synchronous=normal`, `wal_autocheckpoint=16000`. One
-transaction is less work than many, and holds its locks to the end; what fails in it is taken back as a whole. The program commits more
-often, so that others can write meanwhile, and keeps what it has saved.
+All ways write SQLite files with the program's settings: `journal_mode=wal`, `synchronous=normal`, `wal_autocheckpoint=16000`. A single
+transaction is less work than many, but holds its locks to the end, and a failure rolls all of it back. The program commits more
+often, so that other programs can write in between, and a failure keeps the rows that were saved before.
 
 {alone}
 
 Service orders have 32 columns. The changes of a changed copy are half updates, a quarter inserts and a quarter deletes, in random
-order. A server and what talks to it have a processor each; the servers keep the settings that they are delivered with.{once}
+order. A server has one processor and its client another. The servers run with their default settings.{once}
 """
 
 RACES = ["case", "way", "time", "processor", "rows/s", "ratio", "target", "peak memory"]
@@ -77,8 +77,8 @@ class Report:
         scaled = "" if self.scale == 1 else f" Sizes are {self.scale:g} times the usual ones."
         if self.load > os.cpu_count() / 2:
             scaled += (f" **The machine was busy with other work** (load {self.load:.1f} on {os.cpu_count()} processors when the run "
-                       "began): only the ratios mean something, and they swing.")
-        once = " What commits each row by\nitself ran in the first round only." if self.rounds > 1 else ""
+                       "began): times are too long, and ratios vary.")
+        once = " Ways that commit\neach row separately ran in the first round only." if self.rounds > 1 else ""
         return TEXT.format(
             date=time.strftime("%Y-%m-%d"), machine=_machine(), rounds=self.rounds, races=_table(RACES, self.races),
             ways=_table(WAYS, self.ways), alone=_table(ALONE, self.alone), scaled=scaled, once=once)

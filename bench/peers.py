@@ -1,4 +1,4 @@
-"""Tools of Debian that somebody may take instead of the program, with what it needs to copy all service orders."""
+"""Debian tools that users could take instead of the program, with the commands that copy all service orders."""
 
 import sys
 
@@ -27,7 +27,7 @@ def shell_import(csv):
 
 
 def _pgloader(erp, at):
-    """Moments and texts are the same to both systems; a function in Lisp makes the flags."""
+    """Moments and texts need no conversion. A function in Lisp converts the flags."""
     flags = run("sqlite3", data.empty_local(), "select name from pragma_table_info('tssoc200') where type = 'smallint'").split()
     casts = ", ".join(f"column tssoc200.{name} to smallint using qmx-flag" for name in flags)
     function, load = FOLDER / "flags.lisp", FOLDER / "orders.load"
@@ -48,14 +48,14 @@ def of_postgresql(erp, at):
     target = f"PG:host={at['SERVER']} port={at['PORT']} user={at['UID']} dbname=bench"
     ogr2ogr = _ogr2ogr(erp, "-f", "PostgreSQL", "--config", "PG_USE_COPY", "YES", target)
     return [
-        Way("pgloader", _pgloader(erp, at), reads="the ERP's table, as pgloader does",
-            writes="COPY of 25,000 rows at a time, each in a transaction of its own"),
+        Way("pgloader", _pgloader(erp, at), reads="the ERP's file with pgloader's own reader",
+            writes="COPY of 25,000 rows, one transaction each"),
         Way("ogr2ogr", ["env", "PGPASSWORD=" + at["PWD"], *ogr2ogr], reads="the ERP's file, one select",
-            writes="COPY, a transaction for each 100,000 rows"),
+            writes="COPY, one transaction per 100,000 rows"),
     ]
 
 
 def of_mariadb(erp, at):
     target = f"MySQL:bench,host={at['SERVER']},port={at['PORT']},user={at['UID']},password={at['PWD']}"
     return [Way("ogr2ogr", _ogr2ogr(erp, "-f", "MySQL", target), once=True, reads="the ERP's file, one select",
-                writes="a statement and a commit for each row, since it can do nothing else there")]
+                writes="one statement and one commit per row; it has no other form there")]

@@ -1,4 +1,4 @@
-"""What the program does, and other ways to do the same."""
+"""The program's copies, and other ways to do the same work."""
 
 from dataclasses import dataclass
 from typing import Callable
@@ -12,19 +12,19 @@ from way import Way
 
 @dataclass(frozen=True)
 class Race:
-    """The ways are taken in turn, each from the same beginning, and must leave the same content. The first one is the program's."""
+    """The ways take turns. Each starts from the same rows and must leave the same content. The first way is the program's."""
 
     title: str
-    rows: int  # that are added or changed
+    rows: int  # added or changed ones
     ways: list
     prepare: Callable[[], None]
     content: Callable[[], str]
 
 
-ERP = "the ERP's file through a component: an object for each record, a call for each field"
-OWN = "the ERP's file with SQLite's own interface, one select"
-ROW_BY_ROW = "a statement for each row, one transaction"
-EACH_CHANGE = "the audit entries and each order with SQLite's own interface"
+ERP = "the ERP's file through a component: one object per record, one call per field"
+OWN = "the ERP's file with SQLite's C interface, one select"
+ROW_BY_ROW = "one statement per row, one transaction"
+EACH_CHANGE = "the audit entries and each order with SQLite's C interface"
 
 
 def _local_content(table):
@@ -32,7 +32,7 @@ def _local_content(table):
 
 
 def _empty_texts_to_null():
-    """SQLite's shell imports no null; in the program's rows a moment is null or a time."""
+    """SQLite's shell imports empty texts instead of null. In the program's rows, a moment is null or a time."""
     moments = run("sqlite3", LOCAL, "select name from pragma_table_info('tssoc200') where type = 'datetime'").split()
     run("sqlite3", LOCAL, "update tssoc200 set " + ", ".join(f"{name} = nullif({name}, '')" for name in moments))
 
@@ -43,11 +43,11 @@ def sqlite_full(sizes):
     csv = data.orders_as_csv(sizes.orders)
     return Race("full copy, SQLite", sizes.orders, [
         Way("program", copying_into_file(erp), reads=ERP,
-            writes="many rows a statement, from a second thread; committed 50 ms after the first of them at the latest"),
+            writes="many rows per statement, from a second thread; committed at most 50 ms after the first of them"),
         Way("prepared reads, prepared inserts", [BENCH_PROGRAMS / "sqlite_full_copy", erp, LOCAL], most=1.25, reads=OWN,
             writes=ROW_BY_ROW),
         Way("sqlite3's .import of CSV", peers.shell_import(csv), most=1 / 2, finish=_empty_texts_to_null,
-            reads="a CSV file with the local table's rows, whose making is not counted, nor that empty texts become null",
+            reads="a CSV file with the local table's rows; neither making it nor turning empty texts into null is measured",
             writes=ROW_BY_ROW),
         Way("Python's executemany", peers.executemany(erp), reads="the ERP's file through Python's sqlite3, one select",
             writes=ROW_BY_ROW),
@@ -59,11 +59,11 @@ def sqlite_changed(sizes):
     before = data.local_before_changes(sizes.orders)
     reference = [BENCH_PROGRAMS / "sqlite_changed_copy", erp, LOCAL]
     return Race("changed copy, SQLite", sizes.changes, [
-        Way("program", copying_into_file(erp), reads=f"{ERP}; new orders and new partners' ones twice",
-            writes="what differs; 16 statements or 5 ms are committed together"),
+        Way("program", copying_into_file(erp), reads=f"{ERP}; twice for new orders and changed partners",
+            writes="columns that differ; committed after 16 statements or 5 ms"),
         Way("prepared statements", reference, most=1.3, reads=EACH_CHANGE, writes=f"all columns; {ROW_BY_ROW}"),
-        Way("the same, only what differs", [*reference, "differences"], reads=EACH_CHANGE,
-            writes="what differs, compared in the program; one transaction"),
+        Way("the same, only differing columns", [*reference, "differences"], reads=EACH_CHANGE,
+            writes="columns that differ, compared in the process; one transaction"),
         Way("prepared statements, a fresh select text per row", [*reference, "fresh"], most=1 / 3.5, reads=EACH_CHANGE,
             writes=f"all columns; {ROW_BY_ROW}"),
     ], lambda: data.copy_file(before, LOCAL), lambda: _local_content("tssoc200"))
@@ -75,10 +75,10 @@ def expansion(sizes):
     intervals = int(run("sqlite3", expanded, "select count(*) from tscalender"))
     return Race("expansion of calendars, SQLite", intervals, [
         Way("program", [BENCH_PROGRAMS / "expand_calendars", LOCAL], reads="the calendars",
-            writes="the intervals of a calendar, once they are made; 16 statements or 5 ms are committed together"),
+            writes="the intervals of a calendar once it is expanded; committed after 16 statements or 5 ms"),
         Way("inserts of the same rows", [BENCH_PROGRAMS / "sqlite_intervals", expanded, LOCAL], most=1.3,
-            reads="the finished intervals, into memory first, which is not counted",
-            writes="a statement for each row, a transaction for each calendar"),
+            reads="the finished intervals, into memory, which is not measured",
+            writes="one statement per row, one transaction per calendar"),
     ], lambda: data.copy_file(before, LOCAL), lambda: _local_content("tscalender"))
 
 
@@ -87,7 +87,7 @@ def from_java(sizes):
     orders = sizes.server_orders
     empty = data.empty_local()
     command = copying_from_memory(orders)
-    reads, writes = "a thousand records in memory, over and over", "as every full copy of the program into SQLite"
+    reads, writes = "a thousand records in memory, again and again", "as all full copies of the program into SQLite"
     return Race("full copy, SQLite, from memory", orders, [
         Way("from Java", command, reads=f"{reads}, through the Java bridge", writes=writes, components=JAVA_MEMORY),
         Way("from C", command, most=1.6, reads=f"{reads}, through a component in C", writes=writes, components=MEMORY),
@@ -96,13 +96,13 @@ def from_java(sizes):
 
 def _full_ways(server, erp, most):
     program = copying(server.connection, erp)
-    together = "sent together from a second thread; committed with each statement, 50 ms after the first row at the latest"
+    together = "sent from a second thread; committed with each statement, at most 50 ms after the first row"
     return [
         Way("program", program, reads=ERP, writes=f"{server.row_form}, {together}"),
         Way("program, rows after values", [BENCH_PROGRAMS / "copy_in_values", program[1]], reads=ERP,
             writes=f"128 rows after values, {together}"),
         Way(server.bulk_name, server.load(erp), most, writes="one statement, one transaction",
-            reads="the ERP's file with SQLite's own interface, in a program that writes lines for the client"),
+            reads="the ERP's file with SQLite's C interface, in a process that pipes lines to the client"),
         *server.peers(erp),
     ]
 
@@ -130,11 +130,11 @@ def _server_changed(server, sizes):
 
     reference = [BENCH_PROGRAMS / "odbc_changed_copy", erp, server.connection]
     return Race(f"changed copy, {server.name}", sizes.server_changes, [
-        Way("program", copying(server.connection, erp), reads=f"{ERP}; new orders and new partners' ones twice",
-            writes="what differs; 500 statements or 40 ms are committed together"),
+        Way("program", copying(server.connection, erp), reads=f"{ERP}; twice for new orders and changed partners",
+            writes="columns that differ; committed after 500 statements or 40 ms"),
         Way("prepared statements, ODBC", reference, most=1.2, reads=EACH_CHANGE, writes=f"all columns; {ROW_BY_ROW}"),
-        Way("the same, only what differs", [*reference, "differences"], reads=EACH_CHANGE,
-            writes="what differs, compared in the program; one transaction"),
+        Way("the same, only differing columns", [*reference, "differences"], reads=EACH_CHANGE,
+            writes="columns that differ, compared in the process; one transaction"),
     ], prepare, lambda: server.sql(server.hashes))
 
 

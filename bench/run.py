@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Measures the program beside the bare interfaces of the databases; ./bench.sh builds everything and calls this."""
+"""Measures the program and the bare interfaces of the databases. ./bench.sh builds everything and calls this."""
 
 import argparse
 import os
@@ -24,7 +24,7 @@ class Sizes:
     server_orders: int
     server_changes: int
     calendars: int
-    few: int  # rows, for the memory
+    few: int  # rows, to measure memory
     many: int
     years: int = 10  # of a calendar
 
@@ -35,7 +35,7 @@ class Sizes:
 
 
 def run_race(race, rounds, processors):
-    """The measurements of each way, by its name. The next round begins with the next way: A B C, B C A, C A B, ..."""
+    """The measurements of each way, by name. Each round begins with the next way: A B C, B C A, C A B, ..."""
     taken = {way.name: [] for way in race.ways}
     contents = {}
     for number in range(rounds):
@@ -54,7 +54,7 @@ def run_race(race, rounds, processors):
 
 
 def lines(race, taken):
-    """A line for each way. A ratio is that of the program's time to the way's time in the same round."""
+    """One line per way. A ratio is the program's time divided by the way's time in the same round."""
     program = taken[race.ways[0].name]
     for way in race.ways:
         seconds = statistics.median(one.seconds for one in taken[way.name])
@@ -72,18 +72,18 @@ def lines(race, taken):
 
 
 def bars(race, taken):
-    """For the chart: how long each way took."""
+    """For the chart: each way's median time."""
     return race.title, [(way.name, statistics.median(one.seconds for one in taken[way.name])) for way in race.ways]
 
 
 def options():
-    parser = argparse.ArgumentParser(prog="bench.sh", description="Measures the program beside the bare databases.")
-    parser.add_argument("cases", metavar="CASE", nargs="*", help=f"of {', '.join(CASES)}; all where none is named")
-    parser.add_argument("--scale", type=float, default=1, help="a part of the usual sizes, such as 0.1")
+    parser = argparse.ArgumentParser(prog="bench.sh", description="Compares the program with the bare databases.")
+    parser.add_argument("cases", metavar="CASE", nargs="*", help=f"one of {', '.join(CASES)}; default: all")
+    parser.add_argument("--scale", type=float, default=1, help="factor on the usual sizes, such as 0.1")
     parser.add_argument("--rounds", type=int, default=5)
-    parser.add_argument("--quick", action="store_true", help="the same as --scale 0.02 --rounds 2")
-    parser.add_argument("--smoke", action="store_true", help="one round of tiny sizes without servers: does it still work?")
-    parser.add_argument("--page", action="store_true", help="write docs/benchmarks.md also where the sizes are not the usual ones")
+    parser.add_argument("--quick", action="store_true", help="same as --scale 0.02 --rounds 2")
+    parser.add_argument("--smoke", action="store_true", help="one round of tiny sizes without servers, to test this script")
+    parser.add_argument("--page", action="store_true", help="write docs/benchmarks.md even if the sizes are not the usual ones")
     given = parser.parse_args()
     if unknown := set(given.cases) - set(CASES):
         parser.error(f"no such case: {', '.join(sorted(unknown))}")

@@ -29,16 +29,16 @@ def parts(text):
 class Server:
     name: str
     connection: str  # for ODBC
-    client: list  # a statement comes behind it
+    client: list  # a command that takes a statement as its last argument
     bulk_name: str
     bulk_load: str  # from the client's standard input
-    hashes: str  # a query for the number of orders and a sum over all that stands in them
-    settle: list  # statements after much was written
-    row_form: str  # in which the program adds rows
+    hashes: str  # a query for the number of orders and a checksum of their content
+    settle: list  # statements after bulk writes
+    row_form: str  # of the rows that the program adds
     peers: Callable[[Path], list]  # further ways to copy all orders from the ERP's file
 
     def sql(self, *statements):
-        """Runs the statements, each in a transaction of its own, and returns what the last one selected."""
+        """Runs each statement in its own transaction and returns the last one's result."""
         for statement in statements:
             output = run(*self.client, statement)
         return output.strip()
@@ -65,7 +65,7 @@ def postgresql():
         "PostgreSQL", text.replace("DATABASE=postgres", "DATABASE=bench"), client("bench"),
         bulk_name="COPY, text", bulk_load="copy tssoc200 from stdin",
         hashes="select count(*), sum(hashtextextended(t::text, 0)) from tssoc200 t",
-        settle=["vacuum analyze tssoc200", "checkpoint"], row_form="an array for each column, taken apart by unnest",
+        settle=["vacuum analyze tssoc200", "checkpoint"], row_form="one array per column, expanded by unnest",
         peers=lambda erp: peers.of_postgresql(erp, at))
     run(PROGRAMS / "qmxadmin", "init", server.connection, "")
     return server
@@ -87,4 +87,4 @@ def mariadb():
         "MariaDB", connection, client,
         bulk_name="LOAD DATA LOCAL", bulk_load="load data local infile '/dev/stdin' into table tssoc200 character set utf8mb4",
         hashes=f"select count(*), sum(cast(conv(left(md5(concat_ws(',', {quoted})), 15), 16, 10) as unsigned)) from tssoc200",
-        settle=["analyze table tssoc200"], row_form="an array for each parameter", peers=lambda erp: peers.of_mariadb(erp, at))
+        settle=["analyze table tssoc200"], row_form="one array per parameter", peers=lambda erp: peers.of_mariadb(erp, at))

@@ -1,4 +1,4 @@
-"""A way to do the work of a case."""
+"""One way to do the work of a case."""
 
 from dataclasses import dataclass
 from pathlib import Path
@@ -9,9 +9,9 @@ from typing import Callable, Optional
 class Way:
     name: str
     command: list
-    most: Optional[float] = None  # what the program may take, as a multiple of this way
+    most: Optional[float] = None  # the target: the program's time as a multiple of this way's
     reads: str = ""
     writes: str = ""
     finish: Callable[[], None] = lambda: None  # not measured
-    once: bool = False  # in the first round only: it takes minutes
-    components: Optional[Path] = None  # the folder of the ERP, where it is not the sandbox
+    once: bool = False  # only in the first round, because it takes minutes
+    components: Optional[Path] = None  # the folder of the ERP, if it is not the sandbox

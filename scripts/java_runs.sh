@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# java_runs.sh [RUNS]: copies a table through the ERP in Java again and again, 1,000 times by default. Each run starts and ends a JVM. Fails
-# at the first that hangs, fails, or leaves its table in progress.
+# java_runs.sh [RUNS]: copies a table from the ERP in Java, 1,000 times by default. Each run starts and ends a JVM. Fails at the first run
+# that hangs, fails, or leaves its table in progress.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh

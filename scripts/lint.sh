@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# lint.sh [--all]: checks the tree: formatting, then clang 14's warnings and clang-tidy's short list, as errors. The tests, the sandbox and the
-# bench take three times as long as the programs, and g++ warns of them at every build: clang checks them with --all only.
+# lint.sh [--all]: checks formatting, then clang 14's warnings and a short list of clang-tidy checks, as errors. clang checks tests, sandbox and
+# bench only with --all, because they take three times as long as the programs and every build has g++'s warnings for them.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh

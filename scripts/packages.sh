@@ -1,4 +1,4 @@
-# The Debian packages that this project needs, and their installation where one is missing. Sourced by demo.sh and test.sh.
+# The Debian packages that this project needs, and how to install them. Sourced by bench.sh, demo.sh and test.sh.
 
 demoPackages=(g++ cmake ninja-build libsqlite3-dev sqlite3 unixodbc-dev libcli11-dev nlohmann-json3-dev
               libfmt-dev libutfcpp-dev zlib1g-dev)
@@ -9,7 +9,7 @@ testPackages=("${demoPackages[@]}" "${serverPackages[@]}" libgtest-dev libgmock-
 benchPackages=("${demoPackages[@]}" "${serverPackages[@]}" default-jdk-headless gdal-bin libbenchmark-dev pgloader python3
                python3-matplotlib strace)
 
-# install_packages PACKAGE...: installs what is missing; without need of a network when nothing is.
+# install_packages PACKAGE...: installs missing packages. Needs no network if none is missing.
 install_packages() {
   local package missing=()
   for package in "$@"; do
@@ -29,20 +29,20 @@ install_packages() {
   echo "Installing ${missing[*]}"
   local log policy=/usr/sbin/policy-rc.d failed=
   log=$(mktemp)
-  # The database servers are wanted for their programs: no service of the machine is started for our sake.
+  # Only the programs of the database servers are needed, so do not start their services.
   if [ -e "$policy" ]; then policy=; else printf '#!/bin/sh\nexit 101\n' | "${asRoot[@]}" install /dev/stdin "$policy"; fi
   { "${asRoot[@]}" apt-get update && "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install --yes \
       --no-install-recommends "${missing[@]}"; } >"$log" 2>&1 || failed=yes
   [ -z "$policy" ] || "${asRoot[@]}" rm -f "$policy"
   if [ -n "$failed" ]; then
     cat "$log" >&2
-    echo "The packages above could not be installed; their messages say why." >&2
+    echo "The packages could not be installed. See the messages above." >&2
     exit 1
   fi
   rm -f "$log"
 }
 
-# build_preset PRESET [TARGET...]: configures and builds; prints what the tools said only where something failed.
+# build_preset PRESET [TARGET...]: configures and builds. Prints the tools' output only if something failed.
 build_preset() {
   local log preset=$1
   shift

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# tsan.sh: looks for data races with ThreadSanitizer: in the batches' tests, and in full and changed copies over SQLite, PostgreSQL and
-# MariaDB. A race that it finds ends it with status 66.
+# tsan.sh: runs the tests of the batches, and full and changed copies over SQLite, PostgreSQL and MariaDB, under ThreadSanitizer. Exits with
+# 66 if it finds a data race.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
@@ -10,7 +10,7 @@ build_preset debug qmxadmin orvan-sandbox
 build_preset tsan qmxdatacopy orvan_sandbox qmx_sandbox_server batches_tests
 program=build/tsan/bin/qmxdatacopy
 
-# ThreadSanitizer of g++ 12 does not start where the kernel puts programs at addresses that are too random for it.
+# ThreadSanitizer of g++ 12 does not start if the kernel randomises addresses too much.
 plain=()
 if "$program" --version 2>&1 | grep -q 'unexpected memory mapping'; then plain=(setarch --addr-no-randomize); fi
 

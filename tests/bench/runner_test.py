@@ -1,5 +1,6 @@
 """The bench's runner: what ends a run, and how its figures come about."""
 
+import importlib.util
 import sys
 import tempfile
 import unittest
@@ -9,6 +10,7 @@ from unittest import mock
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "bench"))
 
 import alone
+import chart
 import measuring
 import page
 import run
@@ -96,6 +98,15 @@ class PageTest(unittest.TestCase):
     def test_says_what_part_of_the_usual_sizes_was_measured(self):
         self.assertIn("Sizes are 0.1 times the usual ones.", self.text(scale=0.1, load=0))
         self.assertNotIn("Sizes", self.text(scale=1, load=0))
+
+
+class ChartTest(unittest.TestCase):
+    @unittest.skipUnless(importlib.util.find_spec("matplotlib"), "needs python3-matplotlib")
+    def test_has_its_names_as_text_and_not_as_paths(self):
+        with tempfile.TemporaryDirectory() as folder:
+            file = Path(folder) / "chart.svg"
+            chart.draw([("a case", [("program", 1.5), ("another way", 3)])], file)
+            self.assertRegex(file.read_text(), "<text[^>]*>another way</text>")
 
 
 class ProgramsTest(unittest.TestCase):

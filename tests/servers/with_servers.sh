@@ -3,22 +3,22 @@
 #
 # The command finds their connection texts in QMX_TEST_POSTGRESQL and QMX_TEST_MARIADB, and the servers' process ids in
 # QMX_TEST_POSTGRESQL_PID and QMX_TEST_MARIADB_PID. Data lives in a temporary folder; the servers run as an unprivileged
-# user and are stopped by process id whatever happens, also when this script is killed. The exit status is the command's.
+# user and are always stopped by process id, even if this script is killed. The exit status is the command's.
 #
-# Tests need speed and no data that survives a power cut; with QMX_SERVERS_AS_DELIVERED set the servers keep their own settings.
+# The servers are set up for speed, not for power cuts. With QMX_SERVERS_AS_DELIVERED they keep their own settings.
 #
-# A server that does not start is told on standard error with its log. Where CI=true it ends the run; elsewhere the
-# command runs without that server's variables.
+# If a server does not start, its log is printed on standard error. With CI=true this ends the run. Otherwise the command
+# runs without that server's variables.
 set -euo pipefail
 
 [ $# -gt 0 ] || { echo "usage: with_servers.sh COMMAND..." >&2; exit 2; }
 
-# What the drivers leak is not ours to mend.
+# Ignore leaks of the drivers.
 export LSAN_OPTIONS="${LSAN_OPTIONS:+$LSAN_OPTIONS:}suppressions=$(cd "$(dirname "$0")" && pwd)/driver_leaks.txt:print_suppressions=0"
 
 folder=$(mktemp --directory "${TMPDIR:-/tmp}/qmx-servers-XXXXXX")
 mkdir "$folder/tmp"  # for the servers' own temporary files: two MariaDB servers disturb each other in a shared one
-password="wild;{}rose"  # needs quoting in a connection text: what quotes it badly fails here
+password="wild;{}rose"  # needs quoting in a connection text, so that wrong quoting fails
 unprivileged=()
 if [ "$(id -u)" -eq 0 ]; then
   unprivileged=(--reuid nobody --regid "$(id -g nobody)" --clear-groups)
@@ -33,8 +33,8 @@ if [ -n "${QMX_SERVERS_AS_DELIVERED:-}" ]; then
   fastMariadb=()
 fi
 
-# become PROGRAM...: in the temporary folder, as nobody where we are root; this shell becomes the program, which is told to
-# quit when its parent dies (a second setpriv, since changing the user forgets that).
+# become PROGRAM...: replaces this shell by the program, in the temporary folder, and as nobody if we are root. The program
+# gets SIGQUIT when its parent dies (a second setpriv, because changing the user resets that).
 become() {
   cd "$folder"
   HOME=$folder TMPDIR=$folder/tmp exec setpriv "${unprivileged[@]}" setpriv --pdeathsig QUIT "$@"
@@ -71,8 +71,8 @@ free_port() {
   echo "$port"
 }
 
-# answers PID DATA PROBE...: waits until the probe prints DATA, the folder of the server's data; fails when the process ends or
-# half a minute passes. Where another server took the port first, the probe reaches that one, and this process ends.
+# answers PID DATA PROBE...: waits until the probe prints DATA, the folder of the server's data. Fails if the process ends or
+# after half a minute. If another server has taken the port, the probe reaches that one, and this process ends.
 answers() {
   local pid=$1 data=$2
   shift 2
@@ -125,11 +125,11 @@ SQL
   export QMX_TEST_MARIADB_PID=$pid
 }
 
-# Another program may have taken the port meanwhile: a second try takes another one.
+# Another program may have taken the port meanwhile, so try again with another one.
 for server in postgresql mariadb; do
   if ! "start_$server" && ! { rm -rf "${folder:?}/$server"; "start_$server"; }; then
     cat "$folder/$server.log" >&2 2>/dev/null || true
-    echo "the $server server did not start; its messages stand above" >&2
+    echo "The $server server did not start. See its messages above." >&2
     [ "${CI:-}" != true ] || exit 1
   fi
 done

@@ -1,11 +1,11 @@
 package ServiceTypes;
 
-/** One service type: the getters that the program asks for, and nothing else. */
+/** One service type, with the getters that the program calls. */
 public class ServiceTypes {
   private final String code;
   private final String description;
 
-  /** The program makes an empty one itself, to ask it for its class. */
+  /** The program creates an empty record to ask for its class. */
   public ServiceTypes() {
     this("", "");
   }

@@ -11,12 +11,12 @@ public class ServiceTypesManager {
 
   private String company;
 
-  /** Gets what the command line says of the ERP: a connection, a company, a user. */
+  /** Receives the ERP's part of the command line, for example a connection, a company, a user. */
   public void initialize(String businessComponent) {
     company = businessComponent;
   }
 
-  /** Both bounds are included. An Enumeration, an Iterator or a Stream would do as well. */
+  /** Includes both bounds. Could also return an Enumeration, an Iterator or a Stream. */
   public List<ServiceTypes> list(String from, String to) {
     if (company == null) throw new IllegalStateException("initialize has not been called");
     List<ServiceTypes> found = new ArrayList<>();
