@@ -10,12 +10,18 @@ namespace {
 
 // Codes compare letter by letter and blank by blank, as in the ERP, but MariaDB's default collation takes "a" for "A".
 // Its tables need an engine with transactions.
-constexpr Dialect kSqlite = {"datetime", "", " collate nocase", ""};
+constexpr Dialect kSqlite = {"datetime", "", " collate nocase", "",
+                             "select count(*) from sqlite_master where type = 'index' and name = '#'"};
 constexpr Dialect kPostgresql = {
     "timestamp(0)", "", " collate qmx_any_case",
-    "create collation if not exists qmx_any_case (provider = icu, locale = 'und-u-ks-level2', deterministic = false)"};
+    "create collation if not exists qmx_any_case (provider = icu, locale = 'und-u-ks-level2', deterministic = false)",
+    "select count(*) from pg_class where relkind = 'i' and oid = to_regclass('#')"};
 constexpr Dialect kMariadb = {"datetime", " engine = InnoDB character set utf8mb4 collate utf8mb4_nopad_bin",
-                              " collate utf8mb4_general_nopad_ci", ""};
+                              " collate utf8mb4_general_nopad_ci", "",
+                              "select count(distinct index_name) from information_schema.statistics"
+                              " where table_schema = database() and index_name = '#'"};
+
+std::string IndexName(const LocalTable& table) { return table.name + "_by_" + table.indexed.front(); }
 
 std::string Type(const LocalColumn& column, const Dialect& dialect) {
   switch (column.type) {
@@ -59,8 +65,14 @@ std::string Dialect::CreateTable(const LocalTable& table, const char* ofTableCod
 
 std::vector<std::string> Dialect::CreateIndexes(const LocalTable& table) const {
   if (table.indexed.empty()) return {};
-  return {"create index if not exists " + table.name + "_by_" + table.indexed.front() + " on " + table.name + " (" +
-          Joined(table.indexed, ", ") + ")"};
+  return {"create index if not exists " + IndexName(table) + " on " + table.name + " (" + Joined(table.indexed, ", ") +
+          ")"};
+}
+
+std::string Dialect::CountIndexes(const LocalTable& table) const {
+  if (table.indexed.empty()) return "";
+  std::string query = countsIndex;
+  return query.replace(query.find('#'), 1, IndexName(table));
 }
 
 const Dialect& SqliteDialect() { return kSqlite; }

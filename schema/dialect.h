@@ -17,6 +17,7 @@ struct Dialect {
   const char* tableOptions;  // after the columns
   const char* anyCase;       // after the type of a column that ignores case
   const char* makesAnyCase;  // creates the collation of `anyCase`; "" if the system has it
+  const char* countsIndex;   // counts the indexes of a name, which replaces "#"
 
   // With columns that compare letter by letter, which every server supports.
   std::string CreateTable(const LocalTable& table) const;
@@ -26,6 +27,10 @@ struct Dialect {
   std::vector<std::string> CreateTableOfAnyCase(const LocalTable& table) const;
 
   std::vector<std::string> CreateIndexes(const LocalTable& table) const;  // each may run when the index exists
+
+  // Returns a query for the number of the table's indexes that exist, or "" for a table without one. Whoever may read
+  // the table may run it, while "create index if not exists" needs the right to create even if the index exists.
+  std::string CountIndexes(const LocalTable& table) const;
 
  private:
   std::string CreateTable(const LocalTable& table, const char* ofTableCodes) const;

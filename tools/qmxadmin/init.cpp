@@ -49,6 +49,14 @@ void CreateTable(Connection& connection, const Dialect& dialect, const LocalTabl
   connection.Execute(dialect.CreateTable(table));
 }
 
+// Runs no statement that creates if the index exists, because the user may lack the right to create.
+void ProvideIndexes(LocalDatabase& local, const Dialect& dialect, const LocalTable& table) {
+  const std::vector<std::string> statements = dialect.CreateIndexes(table);
+  if (statements.empty() || local.SelectNumber(dialect.CountIndexes(table)) == static_cast<double>(statements.size()))
+    return;
+  for (const std::string& statement : statements) local.Connection().Execute(statement);
+}
+
 struct Outcome {
   std::string table;
   const char* state;  // "created", "exists" or "differs"
@@ -56,13 +64,11 @@ struct Outcome {
 };
 
 // Creates the table, or finds out whether copies can use the existing one.
-Outcome Provide(Connection& connection, const Dialect& dialect, const LocalTable& table) {
-  const std::optional<TableDescription> found = FindTable(connection, table.name);
-  if (!found) CreateTable(connection, dialect, table);
+Outcome Provide(LocalDatabase& local, const Dialect& dialect, const LocalTable& table) {
+  const std::optional<TableDescription> found = FindTable(local.Connection(), table.name);
+  if (!found) CreateTable(local.Connection(), dialect, table);
   std::vector<std::string> differences = found ? Differences(table, *found) : std::vector<std::string>();
-  if (differences.empty()) {
-    for (const std::string& index : dialect.CreateIndexes(table)) connection.Execute(index);
-  }
+  if (differences.empty()) ProvideIndexes(local, dialect, table);
   return {table.name, !found ? "created" : differences.empty() ? "exists" : "differs", std::move(differences)};
 }
 
@@ -80,12 +86,12 @@ void PrintJson(const std::vector<Outcome>& outcomes) {
 }
 
 // Returns whether copies can use all tables.
-bool ProvideAll(Connection& connection, const Dialect& dialect, const InitArguments& arguments) {
+bool ProvideAll(LocalDatabase& local, const Dialect& dialect, const InitArguments& arguments) {
   const bool asJson = arguments.form == OutputForm::Json;
   std::vector<Outcome> outcomes;
   bool allUsable = true;
   for (const LocalTable& table : LocalTables()) {
-    const Outcome& outcome = outcomes.emplace_back(Provide(connection, dialect, table));
+    const Outcome& outcome = outcomes.emplace_back(Provide(local, dialect, table));
     const bool usable = outcome.differences.empty();
     if (!asJson && !(arguments.quiet && usable)) PrintLines(outcome);
     allUsable &= usable;
@@ -119,14 +125,14 @@ AdminStatus Init(const InitArguments& arguments) {
   }
   // The tables need a file, so a missing SQLite file is created too.
   if (IsEmbedded(text) && !text.Get("Mode")) text = text.With("Mode", "Create");
-  LocalDatabase local({text.Text(), arguments.database});
+  LocalDatabase local({text.Text(), arguments.database}, Purpose::Write);
   Connection& connection = local.Connection();
   const Dialect& dialect = RequireDialect(connection.System());
   if (arguments.print) {
     Print(dialect);
     return AdminStatus::Done;
   }
-  const bool allUsable = ProvideAll(connection, dialect, arguments);
+  const bool allUsable = ProvideAll(local, dialect, arguments);
   connection.Close();
   const bool quiet = arguments.quiet || arguments.form == OutputForm::Json;
   RewriteMidnights(local, quiet);
