@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <iostream>
+#include <nlohmann/json.hpp>
 
 #include "platform/error.h"
 #include "platform/names.h"
 #include "platform/posix/paths.h"
+#include "tools/qmxadmin/json_output.h"
 #include "tools/qmxadmin/runs/age.h"
 #include "tools/qmxadmin/runs/run_history.h"
 
@@ -68,6 +70,38 @@ Listing ListingOf(const std::vector<const Run*>& runs) {
   return listing;
 }
 
+// As in the records: one chain for each failure, the outermost cause first.
+Json CausesOf(const Run& run) {
+  Json chains = Json::array();
+  if (!run.end) return chains;
+  for (const std::vector<RunCause>& chain : run.end->causes) {
+    Json links = Json::array();
+    for (const RunCause& cause : chain) {
+      Json link = Json::object();
+      link["number"] = cause.number ? Json(*cause.number) : Json(nullptr);
+      link["source"] = cause.source;
+      link["description"] = cause.description;
+      link["details"] = Json::object();
+      for (const auto& [what, value] : cause.details) link["details"][what] = value;
+      links.push_back(std::move(link));
+    }
+    chains.push_back(std::move(links));
+  }
+  return chains;
+}
+
+void PrintList(const std::vector<const Run*>& runs, OutputForm form) {
+  const Listing listing = ListingOf(runs);
+  if (form == OutputForm::Table) return Print(listing, form);
+  JsonArrayWriter array(std::cout);
+  for (std::size_t i = 0; i < runs.size(); ++i) {
+    Json run = JsonObject(listing.columns, listing.rows[i]);
+    run["causes"] = CausesOf(*runs[i]);
+    array.Add(run);
+  }
+  array.End();
+}
+
 // Texts of records hold what components said: no control character of it reaches the terminal.
 std::string Plain(std::string text) {
   std::replace_if(
@@ -121,7 +155,7 @@ AdminStatus ShowRun(const std::vector<Run>& runs, const HistoryArguments& argume
     throw Error(errors::kInvalidCall, "qmxadmin",
                 fmt::format("{} runs begin with {}: give more of the number.", found.size(), arguments.run));
   if (arguments.form == OutputForm::Json) {
-    Print(ListingOf(found), OutputForm::Json);
+    PrintList(found, OutputForm::Json);
   } else {
     PrintWhole(*found.front());
   }
@@ -146,7 +180,7 @@ AdminStatus ShowHistory(const HistoryArguments& arguments) {
   }
   if (shown.size() > arguments.last)
     shown.erase(shown.begin(), shown.end() - static_cast<std::ptrdiff_t>(arguments.last));
-  Print(ListingOf(shown), arguments.form);
+  PrintList(shown, arguments.form);
   return AdminStatus::Done;
 }
 

@@ -95,6 +95,18 @@ TEST_F(QmxAdminHistory, ShowsTheWholeChainOfOneRun) {
                                    "      column: ract\n      key: cstp='ADV'\n"));
 }
 
+TEST_F(QmxAdminHistory, GivesTheWholeChainOfCausesAsJson) {
+  const auto chains = RunLog::Json::parse(R"([[
+      {"number": 3365, "source": "Copy Service Types", "description": " Copy <failed>", "details": {}},
+      {"number": 3265, "source": "ADODB.Recordset", "description": "There is no column \"ract\".",
+       "details": {"column": "ract", "key": "cstp='ADV'"}}]])");
+  EXPECT_EQ(RunLog::Json::parse(History({"--run", "bbbbbbbb-1", "--json"}).out)[0]["causes"], chains);
+  const auto runs = RunLog::Json::parse(History({"--json"}).out);
+  EXPECT_EQ(runs[0]["causes"], RunLog::Json::array());  // complete
+  EXPECT_EQ(runs[1]["causes"], chains);
+  EXPECT_EQ(runs[2]["causes"], RunLog::Json::array());  // never ended
+}
+
 TEST_F(QmxAdminHistory, WantsMoreOfANumberThatSeveralRunsBeginWith) {
   EXPECT_THAT(History({"--run", "bbbb"}).err, HasSubstr("2 runs begin with bbbb: give more of the number."));
   EXPECT_EQ(History({"--run", "cccc"}).status, 0);
