@@ -237,6 +237,20 @@ TEST_P(QmxAdminCheckOnSqlite, TellsAManifestThatCannotBeRead) {
   EXPECT_THAT(run.out, HasSubstr("\nwrong        components: " + (folder_ / "broken.component") + ", line 2: "));
 }
 
+TEST_P(QmxAdminCheckOnSqlite, TellsRunRecordsThatCannotBeWritten) {
+  ASSERT_EQ(mkfifo((Logs() + "/QMXRuns.jsonl").c_str(), 0600), 0);
+  const Process run = Check({"--logs", Logs()});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, HasSubstr("\nwrong        log QMXRuns.jsonl: it is a named pipe, not a regular file. "));
+  EXPECT_EQ(Lines(run.out, "wrong"), 1U);
+}
+
+TEST_P(QmxAdminCheckOnSqlite, LeavesRunRecordsAsTheyAre) {
+  WriteFile(Logs() + "/QMXRuns.jsonl", "\n{}");
+  EXPECT_EQ(Check({"--logs", Logs()}).status, 0);
+  EXPECT_EQ(ReadFile(Logs() + "/QMXRuns.jsonl"), "\n{}");
+}
+
 TEST_P(QmxAdminCheckOnSqlite, ColoursWhatIsWrongOnATerminalOnly) {
   const std::vector<std::string> arguments = {"check", ConnectionText(), "", "--logs", folder_ / "none"};
   std::map<std::string, std::string> environment = {{"QMX_COMPONENTS", components_}};
@@ -283,14 +297,16 @@ TEST(TheRoomForLogs, IsEnoughFromSixteenMebibytesOn) {
 
 TEST_P(QmxAdminCheckOnSqlite, TellsALogThatBelongsToSomebodyElse) {
   if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
-  WriteFile(Logs() + "/tsmdm030.log", "");
+  for (const char* name : {"/tsmdm030.log", "/QMXRuns.jsonl"}) WriteFile(Logs() + name, "");
   EXPECT_EQ(Check({"--logs", Logs()}).status, 0);
   ASSERT_EQ(chown(Logs().c_str(), 65534, 65534), 0);
   const Process run = Check({"--logs", Logs()});
   EXPECT_EQ(run.status, 1);
-  EXPECT_THAT(run.out,
-              HasSubstr("\nwrong        log tsmdm030.log: it belongs to root, not to nobody. Change its owner to "
-                        "the user that runs the copies.\n"));
+  for (const char* name : {"tsmdm030.log", "QMXRuns.jsonl"}) {
+    EXPECT_THAT(run.out, HasSubstr(std::string("\nwrong        log ") + name +
+                                   ": it belongs to root, not to nobody. Change its owner to the user that runs the "
+                                   "copies.\n"));
+  }
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 
 #include "platform/plain_file.h"
 #include "platform/posix/paths.h"
+#include "platform/run_records/record_fields.h"
 #include "tools/qmxadmin/copied_tables.h"
 
 namespace qmx {
@@ -23,7 +24,7 @@ constexpr const char* kRoom = "room for logs";
 constexpr std::uintmax_t kMebibyte = 1024 * 1024;
 
 std::vector<std::string> LogNames() {
-  std::vector<std::string> names = {"QMXDBSynclog.txt", "evtlog.txt"};
+  std::vector<std::string> names = {"QMXDBSynclog.txt", "evtlog.txt", run_records::kFileName};
   for (const LocalTable& table : CopiedTables()) names.push_back(table.name + ".log");
   return names;
 }
