@@ -20,12 +20,14 @@ void RequireKnownKeywords(const ConnectionText& text) {
   }
 }
 
-bool MayCreate(const ConnectionText& text) {
+SqliteMode ModeOf(const ConnectionText& text) {
   const std::string mode = text.Get("Mode").value_or("");
-  if (mode.empty()) return false;
-  if (SameName(mode, "Create")) return true;
+  if (mode.empty()) return SqliteMode::Write;
+  if (SameName(mode, "Create")) return SqliteMode::Create;
+  if (SameName(mode, "Read")) return SqliteMode::Read;
   throw Error(errors::kInvalidCall, "SQLite",
-              "The connection text holds Mode=" + mode + "; the only mode is Create, which makes a missing file.")
+              "The connection text holds Mode=" + mode +
+                  "; the modes are Create, which makes a missing file, and Read, which needs no right to write.")
       .With("connection text", text.Masked());
 }
 
@@ -49,7 +51,7 @@ std::unique_ptr<DriverSession> SqliteDriver::Open(const ConnectionText& text) {
                 "The connection text has no Data Source, which names the database file or a folder of such files.")
         .With("connection text", text.Masked());
   }
-  return std::make_unique<SqliteDriverSession>(source, MayCreate(text));
+  return std::make_unique<SqliteDriverSession>(source, ModeOf(text));
 }
 
 }  // namespace qmx

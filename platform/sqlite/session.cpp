@@ -1,16 +1,15 @@
 #include "platform/sqlite/session.h"
 
 #include <sqlite3.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <map>
 #include <thread>
 
 #include "platform/error.h"
 #include "platform/execution.h"
 #include "platform/sqlite/errors.h"
+#include "platform/sqlite/read_only.h"
 #include "platform/sqlite/statement.h"
 #include "platform/sqlite/types.h"
 
@@ -57,12 +56,17 @@ std::string FileName(const std::string& catalog) {
       "\"" + catalog + "\" cannot be a default database: it must be the name of a file without folder and \".db\".");
 }
 
+std::string CodeOf(const Error& error) {
+  const auto isCode = [](const Error::Detail& detail) { return detail.first == "code"; };
+  const auto found = std::find_if(error.Details().begin(), error.Details().end(), isCode);
+  return found == error.Details().end() ? "" : found->second;
+}
+
 }  // namespace
 
 void SqliteDriverSession::Closer::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
 
-SqliteDriverSession::SqliteDriverSession(const fs::path& source, bool mayCreate)
-    : source_(source), mayCreate_(mayCreate) {
+SqliteDriverSession::SqliteDriverSession(const fs::path& source, SqliteMode mode) : source_(source), mode_(mode) {
   std::error_code ignored;
   isFolder_ = fs::is_directory(source_, ignored);
   if (isFolder_) return;
@@ -71,30 +75,27 @@ SqliteDriverSession::SqliteDriverSession(const fs::path& source, bool mayCreate)
 }
 
 SqliteDriverSession::Handle SqliteDriverSession::OpenFile(const fs::path& file) {
-  RequireFile(file, mayCreate_);
+  const bool mayCreate = mode_ == SqliteMode::Create;
+  RequireFile(file, mayCreate);
   sqlite3* opened = nullptr;
-  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (mayCreate_ ? SQLITE_OPEN_CREATE : 0);
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (mayCreate ? SQLITE_OPEN_CREATE : 0);
   const int code = sqlite3_open_v2(file.c_str(), &opened, flags, nullptr);
   Handle handle(opened);
   if (code != SQLITE_OK) RaiseCannotOpen(file, (opened ? sqlite3_errmsg(opened) : "out of memory") + std::string("."));
   sqlite3_extended_result_codes(opened, 1);
   sqlite3_busy_handler(opened, WaitForLock, &deadline_);
   sqlite3_progress_handler(opened, kInstructionsBetweenLooks, StopWhenLate, &deadline_);
-  if (sqlite3_db_readonly(opened, "main") == 1) {
-    const bool isReadOnlyDisk = access(file.c_str(), W_OK) != 0 && errno == EROFS;
-    throw Error(errors::kPermissionDenied, "SQLite",
-                "The database " + file.string() + " cannot be written: " +
-                    (isReadOnlyDisk ? "its file system is read-only." : "permission is missing on the file."))
-        .With("file", file.string());
-  }
+  const bool isReadOnly = sqlite3_db_readonly(opened, "main") == 1;  // SQLite opened it without the right to write
+  if (isReadOnly && mode_ != SqliteMode::Read) throw ReadOnlyError(file);
+  if (isReadOnly) RequireReadableWithoutWriting(file);
   try {
     Configure(opened);
   } catch (Error& error) {
-    const auto isCode = [](const Error::Detail& detail) { return detail.first == "code"; };
-    const auto found = std::find_if(error.Details().begin(), error.Details().end(), isCode);
-    if (found != error.Details().end() && found->second == "SQLITE_NOTADB") {
-      RaiseCannotOpen(file, "the file is no SQLite database.");
-    }
+    const std::string code = CodeOf(error);
+    if (code == "SQLITE_NOTADB") RaiseCannotOpen(file, "the file is no SQLite database.");
+    const bool hadToWrite = error.Number() == errors::kPermissionDenied;
+    if (mode_ == SqliteMode::Read && (hadToWrite || code == "SQLITE_CANTOPEN")) RequireReadableWithoutWriting(file);
+    if (mode_ == SqliteMode::Read && hadToWrite) throw UnfinishedTransactionError(file);
     error.With("file", file.string());
     throw;
   }
@@ -103,12 +104,14 @@ SqliteDriverSession::Handle SqliteDriverSession::OpenFile(const fs::path& file) 
 
 // SQLite does not wait for the lock when several programs switch a file to WAL mode at the same moment.
 void SqliteDriverSession::Configure(sqlite3* opened) {
+  std::vector<const char*> settings = {"pragma schema_version", "pragma journal_mode=wal", "pragma synchronous=normal",
+                                       "pragma wal_autocheckpoint=16000"};
+  if (mode_ == SqliteMode::Read) settings.resize(1);  // it reads the file, so a failure comes now
   Deadline deadline = deadline_;
   deadline.Start();
   for (int attempts = 0;; ++attempts) {
     try {
-      for (const char* setting : {"pragma schema_version", "pragma journal_mode=wal", "pragma synchronous=normal",
-                                  "pragma wal_autocheckpoint=16000"}) {
+      for (const char* setting : settings) {
         SqliteDriverStatement statement(opened, deadline_, transaction_, setting);
         Execution(statement).Run();
       }

@@ -17,9 +17,15 @@ struct sqlite3;
 
 namespace qmx {
 
+enum class SqliteMode {
+  Write,   // the file exists
+  Create,  // creates a missing file
+  Read     // the file exists, and may be read-only
+};
+
 class SqliteDriverSession : public DriverSession {
  public:
-  SqliteDriverSession(const std::filesystem::path& source, bool mayCreate);
+  SqliteDriverSession(const std::filesystem::path& source, SqliteMode mode);
 
   std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override;
   TableDescription Describe(const std::string& table) override;
@@ -49,7 +55,7 @@ class SqliteDriverSession : public DriverSession {
   std::vector<std::string> UniqueKey(const std::string& table, const std::set<std::string>& required);
 
   std::filesystem::path source_;
-  bool mayCreate_;
+  SqliteMode mode_;
   bool isFolder_;
   std::string catalog_;
   Deadline deadline_;

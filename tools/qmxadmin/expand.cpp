@@ -66,7 +66,7 @@ void RaiseIfInterrupted(const clsCalender& calender, int expanded) {
 }  // namespace
 
 AdminStatus Expand(const ExpandArguments& arguments) {
-  LocalDatabase local(arguments);
+  LocalDatabase local(arguments, Purpose::Write);
   Connection& connection = local.Connection();
 
   // The expansion skips what it cannot read or write. Without this check a missing table would look like a database

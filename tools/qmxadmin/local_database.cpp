@@ -1,14 +1,25 @@
 #include "tools/qmxadmin/local_database.h"
 
+#include "platform/names.h"
 #include "platform/open_connection.h"
 #include "platform/trim.h"
 
 namespace qmx {
+namespace {
 
-LocalDatabase::LocalDatabase(const DatabaseArguments& arguments)
-    : arguments_(arguments), connection_(database_.CreateConnection("ADODB.Connection")) {
-  connection_->Open(arguments.connection, "", "");
-  SelectDefaultDatabase(*connection_, arguments.database);
+// SQLite's own driver must be told. The others open a database as the user's rights permit.
+DatabaseArguments For(Purpose purpose, const DatabaseArguments& arguments) {
+  const ConnectionText text(arguments.connection);
+  if (purpose == Purpose::Write || !SameName(text.Get("Provider").value_or(""), "SQLite")) return arguments;
+  return {text.With("Mode", "Read").Text(), arguments.database};
+}
+
+}  // namespace
+
+LocalDatabase::LocalDatabase(const DatabaseArguments& arguments, Purpose purpose)
+    : arguments_(For(purpose, arguments)), connection_(database_.CreateConnection("ADODB.Connection")) {
+  connection_->Open(arguments_.connection, "", "");
+  SelectDefaultDatabase(*connection_, arguments_.database);
 }
 
 std::unique_ptr<Recordset> LocalDatabase::Select(const SqlText& query) {

@@ -10,10 +10,13 @@
 
 namespace qmx {
 
+// What a command does with the local database. Reading needs no right to write.
+enum class Purpose { Read, Write };
+
 class LocalDatabase {
  public:
   // Connects and selects the default database. Raises what connecting or selecting raises.
-  explicit LocalDatabase(const DatabaseArguments& arguments);
+  LocalDatabase(const DatabaseArguments& arguments, Purpose purpose);
 
   Database& Layer() { return database_; }
   qmx::Connection& Connection() { return *connection_; }

@@ -51,7 +51,7 @@ AdminStatus Method(const MethodArguments& arguments) {
   const bool byChange = IsByChange(named.back());
   named.pop_back();
   const std::vector<std::string> tables = TablesToWorkOn(named, arguments.all);
-  LocalDatabase local(arguments);
+  LocalDatabase local(arguments, Purpose::Write);
   const std::map<std::string, ControlRecord> records = ReadControlRecords(local);
   std::vector<Change> changes;
   for (const std::string& table : tables) {

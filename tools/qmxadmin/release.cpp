@@ -113,7 +113,7 @@ Outcome ReleaseOne(LocalDatabase& local, const std::string& table, const Control
 }  // namespace
 
 AdminStatus Release(const ReleaseArguments& arguments) {
-  LocalDatabase local(arguments);
+  LocalDatabase local(arguments, Purpose::Write);
   const std::map<std::string, ControlRecord> records = ReadControlRecords(local);
   const std::vector<Run> runs = arguments.logs.empty() ? std::vector<Run>() : ReadRuns(NativePath(arguments.logs));
   for (const std::string& table : arguments.tables) FindRecord(records, table);  // every code is checked first

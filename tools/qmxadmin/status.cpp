@@ -48,7 +48,7 @@ std::vector<Variant> Row(const std::string& table, const ControlRecord* record, 
 }  // namespace
 
 AdminStatus Status(const StatusArguments& arguments) {
-  LocalDatabase local(arguments);
+  LocalDatabase local(arguments, Purpose::Read);
   const StatusRuns runs(arguments.logs);
   std::optional<std::chrono::seconds> maxAge;
   if (!arguments.maxAge.empty()) maxAge = RequiredAge(arguments.maxAge);

@@ -17,20 +17,20 @@ INSTANTIATE_TEST_SUITE_P(Over, ALocalDatabase, testing::ValuesIn(SystemsUnderTes
                          [](const auto& info) { return info.param.name; });
 
 TEST_P(ALocalDatabase, SelectsRowsWithTheFirstOneCurrent) {
-  LocalDatabase local({ConnectionText(), ""});
+  LocalDatabase local({ConnectionText(), ""}, Purpose::Write);
   const auto rows = local.Select(SqlText("select dsca from tsmdm030 where cstp = '").Value("B").Append("'"));
   EXPECT_EQ(rows->recordcount(), 1);
   EXPECT_EQ(rows->Fields("dsca").Value().ToText(), "two");
 }
 
 TEST_P(ALocalDatabase, SelectsOneNumber) {
-  LocalDatabase local({ConnectionText(), "  "});
+  LocalDatabase local({ConnectionText(), "  "}, Purpose::Write);
   EXPECT_EQ(local.SelectNumber("select count(*) from tsmdm030"), 2);
   EXPECT_EQ(local.SelectNumber("select count(*) from tsmdm100"), 0);
 }
 
 TEST_P(ALocalDatabase, OpensASecondSessionOnTheSameRows) {
-  LocalDatabase local({ConnectionText(), ""});
+  LocalDatabase local({ConnectionText(), ""}, Purpose::Write);
   const auto session = local.OpenSession();
   EXPECT_EQ(session->System(), local.Connection().System());
   auto statement = session->Prepare("select dsca from tsmdm030 where cstp = ?");
@@ -44,7 +44,7 @@ TEST_P(ALocalDatabase, OpensASecondSessionOnTheSameRows) {
 }
 
 TEST_P(ALocalDatabase, RaisesWhatSelectingAnUnknownDatabaseRaises) {
-  const Error error = Raised([&] { LocalDatabase({ConnectionText(), "no_such_base"}); });
+  const Error error = Raised([&] { LocalDatabase({ConnectionText(), "no_such_base"}, Purpose::Read); });
   EXPECT_THAT(error.Description(), testing::HasSubstr("no_such_base"));
 }
 

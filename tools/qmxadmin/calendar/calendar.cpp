@@ -128,7 +128,7 @@ Listing ListingOf(const std::vector<CalendarPicture>& pictures) {
 AdminStatus ShowCalendars(const CalendarArguments& arguments) {
   if (arguments.codes.empty() && arguments.employee.empty()) Refuse("Name a calendar or give --employee.");
   const Period period = PeriodOf(arguments);
-  LocalDatabase local(arguments);
+  LocalDatabase local(arguments, Purpose::Read);
   std::vector<CalendarPicture> pictures;
   for (const std::string& code : arguments.codes) pictures.push_back(PictureOf(local, code, period));
   if (!arguments.employee.empty()) pictures.push_back(PictureOfEmployee(local, arguments.employee, period));

@@ -14,7 +14,7 @@ namespace {
 // Returns none if the database does not answer, which is a finding of its own.
 std::vector<std::string> LocalCalendars(const DatabaseArguments& arguments) {
   try {
-    LocalDatabase local(arguments);
+    LocalDatabase local(arguments, Purpose::Read);
     return CalendarsOfEmployees(local);
   } catch (const Error&) {
     return {};

@@ -82,7 +82,7 @@ void CheckTable(LocalDatabase& local, DriverSession& session, const LocalTable& 
 void CheckDatabase(const DatabaseArguments& arguments, FindingSink& findings) {
   std::optional<LocalDatabase> local;
   try {
-    local.emplace(DatabaseArguments{arguments.connection, ""});
+    local.emplace(DatabaseArguments{arguments.connection, ""}, Purpose::Read);
   } catch (const Error& error) {
     findings.Wrong(kConnection, error, "Correct CONNECTION.");
     return;

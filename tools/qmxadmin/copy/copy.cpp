@@ -56,7 +56,7 @@ void RequireRunnable(const CopyArguments& arguments) {
 
 // Also checks that the database can be opened before any copy is started.
 std::map<std::string, ControlRecord> ReadControlRecordsOf(const CopyArguments& arguments) {
-  LocalDatabase local(arguments);
+  LocalDatabase local(arguments, Purpose::Write);
   std::map<std::string, ControlRecord> records = ReadControlRecords(local);
   local.Connection().Close();
   return records;

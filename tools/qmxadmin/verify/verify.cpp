@@ -56,7 +56,7 @@ bool VerifyTable(LocalDatabase& local, DriverSession& localRows, const LocalTabl
 
 AdminStatus Verify(const VerifyArguments& arguments) {
   const std::vector<std::string> tables = TablesToWorkOn(arguments.tables, arguments.all);
-  LocalDatabase local(arguments);
+  LocalDatabase local(arguments, Purpose::Read);
   const std::map<std::string, ControlRecord> records = ReadControlRecords(local);
   const auto localRows = local.OpenSession();
   const auto report = MakeVerifyReport(std::cout, arguments.form, arguments.quiet);
