@@ -71,6 +71,15 @@ for folder in lib log; do
     fail "/var/$folder/qmxdatacopy does not belong to qmxdatacopy"
 done
 
+# The settings: comments only, closed to others, and the package's conffile.
+settings=$root/etc/default/qmxdatacopy
+! grep -v '^#' "$settings" | grep . || fail "$settings sets something"
+group=$(sed -n 's/^qmxdatacopy:[^:]*:\([0-9]*\):.*/\1/p' "$root/etc/group")
+[ "$(stat --format=%a "$settings")" = 640 ] || fail "$settings has the mode $(stat --format=%a "$settings"), not 640"
+[ "$(id -u)" -ne 0 ] || [ "$(stat --format=%u:%g "$settings")" = "0:$group" ] || fail "$settings does not belong to root and the group qmxdatacopy"
+dpkg-query --admindir="$root/var/lib/dpkg" --show --showformat='${Conffiles}\n' qmxdatacopy | grep -q '^ /etc/default/qmxdatacopy ' ||
+  fail "$settings is no conffile"
+
 # The sandbox and the Java bridge go with later versions of the programs too.
 for package in "${packages[@]:1}"; do
   dpkg-deb --field "$package" Depends | grep -q 'qmxdatacopy (>= ' || fail "$package is tied to one version of qmxdatacopy"
@@ -103,6 +112,16 @@ grep -q 'Service Employees (tsmdm140) : Copy result. Added - 30;' "$work/board" 
   fail "The scheduling server was not told of 30 employees: $(cat "$work/board")"
 rows=$(echo 'select count(*), min(emno), max(emno) from tsmdm140;' | sqlite3 "$root/var/lib/qmx/local.db")
 [ "$rows" = '30|E00001|E00030' ] || fail "30 employees were expected in the local database; there are $rows"
+
+# With its settings taken out of their comments the file alone suffices, and an upgrade keeps it.
+sed -i 's/^#\(QMX_\(CONNECTION\|DATABASE\|LOGS\|COMPONENT\|REQUEST\)=\)/\1/' "$settings"
+inside /usr/bin/orvan-sandbox make /var/lib/qmxdatacopy/orvan.db >/dev/null
+inside /usr/bin/qmxadmin init >/dev/null
+said=$(inside /usr/bin/qmxadmin check --quiet 2>&1) || fail "With the shipped settings qmxadmin check finds: $said"
+[ -z "$said" ] || fail "With the shipped settings qmxadmin check prints: $said"
+in_root --install "${packages[0]}"
+grep -q '^QMX_CONNECTION=' "$settings" || fail "An upgrade takes the settings away"
+[ "$(stat --format=%a "$settings")" = 640 ] || fail "An upgrade opens the settings to others"
 
 # The example of the Java bridge's page, compiled and put into a folder as the page has it.
 if [ -n "$java" ]; then
@@ -153,8 +172,6 @@ completes() {
   [ "$offered" = "$expected" ] || fail "\"$*\" was completed to \"$offered\", not to \"$expected\""
 }
 completes init qmxadmin in
-completes --employee qmxadmin calendar --e
-completes tsmdm140 qmxadmin release tsmdm14
 completes 'local.db,,tsclm020, local.db,,tsclm024,' qmxdatacopy local.db,,tscl
 completes work orvan-sandbox w
 
@@ -180,10 +197,10 @@ done
 
 # A removal leaves no timer enabled; a purge leaves nothing but the folder of the database.
 units=$root/etc/systemd/system
-mkdir -p "$units/timers.target.wants" "$units/qmxdatacopy@tsmdm030.timer.d" "$root/etc/default"
+mkdir -p "$units/timers.target.wants" "$units/qmxdatacopy@tsmdm030.timer.d"
 ln -s /lib/systemd/system/qmxdatacopy@.timer "$units/timers.target.wants/qmxdatacopy@tsmdm030.timer"
 ln -s /lib/systemd/system/qmxdatacopy-expand.timer "$units/timers.target.wants/qmxdatacopy-expand.timer"
-touch "$units/qmxdatacopy@tsmdm030.timer.d/override.conf" "$root/etc/default/qmxdatacopy" "$log/tsmdm030.log" \
+touch "$units/qmxdatacopy@tsmdm030.timer.d/override.conf" "$log/tsmdm030.log" \
   "$root/var/lib/qmxdatacopy/local.db"
 in_root --remove ${java:+qmxdatacopy-java} qmxdatacopy-sandbox qmxdatacopy
 [ -z "$(ls "$units/timers.target.wants")" ] || fail "A removal leaves timers enabled: $(ls "$units/timers.target.wants")"
