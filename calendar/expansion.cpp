@@ -283,7 +283,7 @@ Variant clsCalender::Insert(std::int16_t ct, std::int16_t dct) {
         .Append("','")
         .Value(end)
         .Append("')");
-    OpenedConnection().Execute(insert_);
+    OpenedConnection().ExecuteSoon(insert_);
   } catch (const std::exception&) {
     // This row is lost; the next one is tried.
   }

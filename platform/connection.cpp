@@ -24,9 +24,9 @@ ConnectionText CompleteText(const std::string& connectionText, const std::string
       .With("connection text", text.Masked());
 }
 
-std::int64_t Run(OpenConnection& session, const SqlText& text) {
+std::int64_t Run(OpenConnection& session, const SqlText& text, bool mayWait) {
   try {
-    ConnectionStatement statement = session.Statement(text);
+    ConnectionStatement statement = session.Statement(text, mayWait);
     while (statement.Step()) continue;
     return statement.RowsAffected();
   } catch (Error& error) {
@@ -55,9 +55,9 @@ StoredTable& OpenConnection::Table(const std::string& name) {
   return *table;
 }
 
-ConnectionStatement OpenConnection::Statement(const SqlText& text) {
+ConnectionStatement OpenConnection::Statement(const SqlText& text, bool mayWait) {
   Driver();
-  return {statements_, text};
+  return {statements_, text, mayWait};
 }
 
 void OpenConnection::SelectCatalog(const std::string& name) {
@@ -131,7 +131,11 @@ void Connection::defaultdatabase(const std::string& name) {
       [&](DatabaseObserver& observer, const Error* error) { observer.DefaultDatabaseSet(name, error); });
 }
 
-std::int64_t Connection::Execute(const SqlText& statement) {
+std::int64_t Connection::Execute(const SqlText& statement) { return Execute(statement, false); }
+
+void Connection::ExecuteSoon(const SqlText& statement) { Execute(statement, !observers_.HearOfStatements()); }
+
+std::int64_t Connection::Execute(const SqlText& statement, bool mayWait) {
   std::int64_t affected = 0;
   observers_.ForEach([&](DatabaseObserver& observer) { observer.Executing(statement.Text()); });
   Observed(
@@ -139,7 +143,7 @@ std::int64_t Connection::Execute(const SqlText& statement) {
       [&] {
         OpenConnection& session = OpenSession();
         statement.Check();
-        affected = Run(session, statement);
+        affected = Run(session, statement, mayWait);
       },
       [&](DatabaseObserver& observer, const Error* error) { observer.Executed(statement.Text(), affected, error); });
   return affected;

@@ -85,6 +85,10 @@ class Connection {
   // Runs one statement and returns the number of affected rows.
   std::int64_t Execute(const SqlText& statement);
 
+  // Executes a statement whose outcome nobody needs. Within Together the row that it inserts may wait for up to 50 ms,
+  // to be sent with others. If the database refuses a row that waited, that row alone is lost and nothing is raised.
+  void ExecuteSoon(const SqlText& statement);
+
   std::string System() const;  // the database system's name
 
   // Returns a table's columns and key. Raises -2147217865 when there is no such table.
@@ -103,6 +107,7 @@ class Connection {
  private:
   friend class Recordset;
   OpenConnection& OpenSession() const;  // 3704 when closed
+  std::int64_t Execute(const SqlText& statement, bool mayWait);
   std::vector<Driver*> drivers_;
   DatabaseObservers observers_;
   std::shared_ptr<OpenConnection> session_;  // null when closed; record sets share it

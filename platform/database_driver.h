@@ -66,6 +66,7 @@ struct RowInsert {
   std::string table;                       // as the database spells it
   std::vector<ColumnDescription> columns;  // at least one; values are null or of the column's type
   std::string into;                        // "insert into T (A,B)"
+  bool isUnheeded = false;                 // a row that waited is lost if it is refused, without an error
   std::function<void(Error&, std::span<const Variant>)> describe;  // adds what is known of a row that was refused
 
   std::string Text(std::size_t rows = 1) const;  // with a parameter for each value of so many rows

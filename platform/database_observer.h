@@ -19,6 +19,8 @@ class DatabaseObserver {
 
   virtual void ConnectionOpened(std::string_view /*maskedText*/, const Error*) {}
   virtual void DefaultDatabaseSet(std::string_view /*value*/, const Error*) {}
+  // Whether it hears of the outcome of each statement, so that no statement may wait (Connection::ExecuteSoon).
+  virtual bool HearsOfStatements() const { return false; }
   virtual void Executing(std::string_view /*statement*/) {}  // before the statement is executed
   virtual void Executed(std::string_view /*statement*/, std::int64_t /*affected*/, const Error*) {}
   virtual void CommandTimeoutSet(int /*seconds*/, const Error*) {}

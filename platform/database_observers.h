@@ -30,6 +30,9 @@ class DatabaseObservers {
     });
     return number;
   }
+  bool HearOfStatements() const {
+    return std::any_of(all_.begin(), all_.end(), [](const auto* observer) { return observer->HearsOfStatements(); });
+  }
   bool HearOfColumns() const {
     return std::any_of(all_.begin(), all_.end(), [](DatabaseObserver* observer) { return observer->HearsOfColumns(); });
   }

@@ -24,9 +24,9 @@ class OpenConnection {
   }
 
   bool IsOpen() const { return driver_ != nullptr; }
-  DriverSession& Driver() const;                       // 3709 when closed
-  StoredTable& Table(const std::string& name);         // described once; -2147217865 when there is none
-  ConnectionStatement Statement(const SqlText& text);  // 3709 when closed; the text is borrowed
+  DriverSession& Driver() const;                // 3709 when closed
+  StoredTable& Table(const std::string& name);  // described once; -2147217865 when there is none
+  ConnectionStatement Statement(const SqlText& text, bool mayWait = false);  // 3709 when closed; the text is borrowed
 
   std::string Catalog() { return Driver().Catalog(); }
   void SelectCatalog(const std::string& name);  // 3219 while a record set is open

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/error.h"
+#include "platform/names.h"
 #include "platform/sql_statement.h"
 
 namespace qmx {
@@ -15,6 +16,20 @@ namespace {
 bool IsRefusal(const Error& error) {
   constexpr std::array kRefusals = {errors::kCommand, errors::kTypeMismatch, errors::kOverflow, errors::kNoSuchTable};
   return std::find(kRefusals.begin(), kRefusals.end(), error.Number()) != kRefusals.end();
+}
+
+// How the statement inserts many rows whose outcome nobody needs. Nothing for any statement but "insert ... values
+// (?,?)" with a parameter for each of the values.
+std::optional<RowInsert> UnheededInsert(const std::string& form, std::size_t values) {
+  RowInsert insert;
+  insert.columns.resize(values);
+  const std::string row = insert.Text();  // " values (?,?)", because it does not yet say into what
+  if (!SameName(FirstWord(form), "insert") || form.size() < row.size()) return std::nullopt;
+  const std::size_t end = form.size() - row.size();
+  if (!SameName(std::string_view(form).substr(end), row)) return std::nullopt;
+  insert.into = form.substr(0, end);
+  insert.isUnheeded = true;
+  return insert;
 }
 
 }  // namespace
@@ -37,7 +52,10 @@ void PreparedStatements::Keep(std::unique_ptr<Prepared> prepared) noexcept {
 }
 
 void ConnectionStatement::Prepare(SqlShape shape, const std::string& text) {
-  std::unique_ptr<DriverStatement> statement = statements_.session_.Prepare(text);
+  DriverSession& session = statements_.session_;
+  const std::size_t values = shape.places.size();
+  const auto insert = mayWait_ && values > 0 ? UnheededInsert(text, values) : std::nullopt;
+  std::unique_ptr<DriverStatement> statement = insert ? session.PrepareInsert(*insert) : session.Prepare(text);
   prepared_ = std::make_unique<Prepared>(Prepared{std::move(shape), std::move(statement), qmx::TableOfRows(text)});
 }
 
@@ -59,8 +77,9 @@ decltype(auto) ConnectionStatement::OrAsItStands(Use&& use) {
   return use();
 }
 
-ConnectionStatement::ConnectionStatement(PreparedStatements& statements, const SqlText& text)
-    : statements_(statements), text_(text), prepared_(statements.Take(text.Shape())) {
+ConnectionStatement::ConnectionStatement(PreparedStatements& statements, const SqlText& text, bool mayWait)
+    : statements_(statements), text_(text), mayWait_(mayWait), prepared_(statements.Take(text.Shape())) {
+  const bool wasAccepted = prepared_ != nullptr;
   std::optional<std::string> form;
   if (!prepared_) {
     RequireOneStatement(text.Text());
@@ -73,6 +92,7 @@ ConnectionStatement::ConnectionStatement(PreparedStatements& statements, const S
     if (!prepared_) Prepare(text.Shape(), *form);
     BindValues();
   });
+  if (mayWait && wasAccepted && isShared_) prepared_->statement->MayWait();
 }
 
 std::optional<std::string> ConnectionStatement::FormFor(const DriverSession& session) const {

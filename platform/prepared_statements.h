@@ -41,8 +41,10 @@ class PreparedStatements {
 // A statement of an open connection: one text, to be run once.
 class ConnectionStatement {
  public:
-  // Both are borrowed. Raises the command error for a text that does not hold one statement.
-  ConnectionStatement(PreparedStatements& statements, const SqlText& text);
+  // Both are borrowed. Raises the command error for a text that does not hold one statement. With mayWait nobody needs
+  // the outcome: the row that it inserts may be sent later, and is lost if it is refused then. It waits only if the
+  // database has accepted the shared form before.
+  ConnectionStatement(PreparedStatements& statements, const SqlText& text, bool mayWait);
   ~ConnectionStatement();
   ConnectionStatement(const ConnectionStatement&) = delete;
   ConnectionStatement& operator=(const ConnectionStatement&) = delete;
@@ -69,6 +71,7 @@ class ConnectionStatement {
 
   PreparedStatements& statements_;
   const SqlText& text_;
+  bool mayWait_;
   std::vector<Variant> moments_;  // that are bound; reserved, so that they stay where they are
   std::unique_ptr<Prepared> prepared_;
   bool isShared_ = false;  // and nothing went wrong so far

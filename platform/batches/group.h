@@ -25,6 +25,7 @@ class Group {
 
   void Allow(bool may) { isAllowed_ = may; }  // to Write, from now on
   bool IsOpen() const { return state_.IsOpen(); }
+  bool KnowsLimits() const { return limits_.has_value(); }
   bool MayOpen();  // allowed, outside the program's own transactions, and possible in the database as it is
   SteadyClock::TimePoint Due() const { return due_; }
 

@@ -34,16 +34,46 @@ std::size_t BatchingInsert::BindRow(std::span<const Variant> row) {
 bool BatchingInsert::Step() {
   if (mayWait_ && !many_) {
     const auto lock = session_.Ready();
-    many_ = session_.Inner().PrepareRows(insert_);
+    many_ = insert_.isUnheeded ? RowsInValues(session_.Inner(), insert_) : session_.Inner().PrepareRows(insert_);
     AskMostRows();
   }
+  affected_ = 1;
   if (mayWait_ && session_.Waits(*this, bound_)) return false;
-  session_.Write(*one_, text_, bound_);
+  affected_ = insert_.isUnheeded ? session_.WriteAlone(*one_, bound_) : session_.Write(*one_, text_, bound_);
   return false;
 }
 
 void BatchingInsert::Send(std::span<const Variant> values) {
+  if (insert_.isUnheeded) return SendAllButRefused(values);
   while (!values.empty()) values = values.subspan(SendTogether(values) * bound_.size());
+}
+
+void BatchingInsert::SendAllButRefused(std::span<const Variant> values) {
+  if (CommitTogether(values)) return;
+  for (; !values.empty(); values = values.subspan(bound_.size())) {
+    try {
+      SendAlone(values.first(bound_.size()));
+    } catch (const std::exception&) {
+      // This row is lost. The next one is tried.
+    }
+  }
+}
+
+bool BatchingInsert::CommitTogether(std::span<const Variant> values) {
+  DriverSession& session = session_.Inner();
+  try {
+    session.Begin();
+  } catch (const std::exception&) {
+    return false;
+  }
+  try {
+    while (!values.empty()) values = values.subspan(many_->Add(values) * bound_.size());
+    session.Commit();
+    return true;
+  } catch (const std::exception&) {
+    session.Rollback();  // if it raises, rows may be saved, so none is sent again
+    return false;
+  }
 }
 
 std::size_t BatchingInsert::SendTogether(std::span<const Variant> values) {
@@ -65,15 +95,19 @@ void BatchingInsert::SendOneByOne(std::span<const Variant> values) {
   for (; !values.empty(); values = values.subspan(bound_.size())) {
     const std::span<const Variant> row = values.first(bound_.size());
     try {
-      Execution execution(*one_);
-      std::size_t parameter = 0;
-      for (const Variant& value : row) one_->Bind(parameter++, value);
-      execution.Run();
+      SendAlone(row);
     } catch (Error& error) {
       insert_.describe(error, row);
       throw;
     }
   }
+}
+
+void BatchingInsert::SendAlone(std::span<const Variant> row) {
+  Execution execution(*one_);
+  std::size_t parameter = 0;
+  for (const Variant& value : row) one_->Bind(parameter++, value);
+  execution.Run();
 }
 
 }  // namespace qmx

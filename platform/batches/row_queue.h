@@ -24,6 +24,9 @@ class RowSink {
   virtual void Send(std::span<const Variant> values) = 0;  // of whole rows, one after the other
   virtual void AskMostRows() = 0;                          // a sent batch may change MostRows
 
+  // Whether nobody needs the outcome of its rows: they may wait also after a pause, and are committed as a group.
+  virtual bool IsUnheeded() const { return false; }
+
  protected:
   ~RowSink() = default;
 };

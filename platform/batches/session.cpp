@@ -99,6 +99,7 @@ BatchingDriverSession::Lock BatchingDriverSession::Settled() {
 
 bool BatchingDriverSession::Waits(RowSink& sink, std::span<const Variant* const> row) {
   Lock lock(mutex_);
+  if (sink.IsUnheeded() && !MayCommitTogether(lock)) return false;
   while (queue_.IsFull()) clock_.Wait(changed_, lock);
   RaiseFailure();
   const bool followsQuickly = queue_.FollowsQuickly();
@@ -107,7 +108,7 @@ bool BatchingDriverSession::Waits(RowSink& sink, std::span<const Variant* const>
     RaiseFailure();
   }
   if (!queue_.IsFilling()) {
-    if (queue_.IsEmpty() && !followsQuickly) return false;
+    if (queue_.IsEmpty() && !followsQuickly && !sink.IsUnheeded()) return false;
     group_.Commit();
     helper_.Wake();
   }
@@ -120,6 +121,16 @@ std::int64_t BatchingDriverSession::Write(DriverStatement& statement, const std:
   const Lock lock = Ready();
   if (group_.MayOpen() && !group_.IsOpen()) helper_.Wake();  // first: it commits the group also if the statement fails
   return group_.Write(statement, text, values);
+}
+
+std::int64_t BatchingDriverSession::WriteAlone(DriverStatement& statement, std::span<const Variant* const> values) {
+  const Lock lock = Settled();
+  return Executed(statement, values);
+}
+
+bool BatchingDriverSession::MayCommitTogether(Lock& lock) {
+  if (!group_.KnowsLimits()) SendAll(lock);  // so that the inner session can be asked
+  return group_.MayOpen();
 }
 
 void BatchingDriverSession::Forget(const RowSink& sink) {

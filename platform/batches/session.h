@@ -66,13 +66,18 @@ class BatchingDriverSession : public DriverSession {
   // Executes a statement with these values, by itself or in a group; returns how many rows were affected.
   std::int64_t Write(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values);
 
-  // Copies the row, to be sent soon. Returns false for the first row after a pause: the caller sends it at once.
+  // The same for a statement whose outcome nobody needs. It is in no group, whose rows its refusal would take back.
+  std::int64_t WriteAlone(DriverStatement& statement, std::span<const Variant* const> values);
+
+  // Copies the row, to be sent soon. Returns false if the caller has to send it at once: the first row after a pause,
+  // and an unheeded one that may not be committed with others.
   bool Waits(RowSink& sink, std::span<const Variant* const> row);
   void Forget(const RowSink& sink);  // sends its rows before it is destroyed; keeps an error for the next call
 
   DriverSession& Inner() { return *inner_; }
 
  private:
+  bool MayCommitTogether(Lock& lock);
   void SendAll(Lock& lock);
   void SendOldest(Lock& lock);  // of the batches that have ended; unlocks meanwhile
   void RaiseFailure();

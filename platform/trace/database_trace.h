@@ -13,6 +13,7 @@ class DatabaseTrace : public DatabaseObserver {
 
   void ConnectionOpened(std::string_view maskedText, const Error* error) override;
   void DefaultDatabaseSet(std::string_view value, const Error* error) override;
+  bool HearsOfStatements() const override { return true; }
   void Executed(std::string_view statement, std::int64_t affected, const Error* error) override;
   void CommandTimeoutSet(int seconds, const Error* error) override;
   void ConnectionClosed(const Error* error) override;

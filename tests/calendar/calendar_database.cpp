@@ -6,9 +6,11 @@
 
 namespace qmx::test {
 
-CalendarDatabase::CalendarDatabase(LocalDrivers::Decorate aboveBatches, LocalDrivers::Decorate belowBatches)
+CalendarDatabase::CalendarDatabase(LocalDrivers::Decorate aboveBatches, LocalDrivers::Decorate belowBatches,
+                                   Calls calls)
     : drivers_(OnlyFor(connectionText_, std::move(belowBatches))),
-      database_(Decorated(drivers_, OnlyFor(connectionText_, std::move(aboveBatches))), &observer_) {
+      database_(Decorated(drivers_, OnlyFor(connectionText_, std::move(aboveBatches))),
+                calls == Calls::Logged ? &observer_ : nullptr) {
   const std::string file = folder_ / "local.db";
   if (sqlite3_open(file.c_str(), &own_) != SQLITE_OK) throw std::runtime_error("cannot open " + file);
   sqlite3_busy_timeout(own_, 5000);

@@ -25,10 +25,14 @@ struct CalendarRecord {
   int entm;
 };
 
+// Where the calls are not logged, intervals may wait for each other on their way to the database.
+enum class Calls { Logged, NotLogged };
+
 class CalendarDatabase {
  public:
   // Through the product's drivers, which may be decorated above and below the batches.
-  explicit CalendarDatabase(LocalDrivers::Decorate aboveBatches = {}, LocalDrivers::Decorate belowBatches = {});
+  explicit CalendarDatabase(LocalDrivers::Decorate aboveBatches = {}, LocalDrivers::Decorate belowBatches = {},
+                            Calls calls = Calls::Logged);
   ~CalendarDatabase();
 
   void Employee(const std::string& emno, const std::string& ccal);

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/calendar/calendar_database.h"
 #include "tests/support/raised.h"
 
@@ -44,6 +46,21 @@ TEST_F(ExpansionFailure, LosesOnlyTheRowWhoseInsertFails) {
   local.Calender().Startprocess();
   EXPECT_THAT(local.Intervals("DAY"),
               ElementsAre("2001-03-05 08:00:00 > 2001-03-05 17:00:00", "2001-03-07 08:00:00 > 2001-03-07 17:00:00"));
+}
+
+TEST(ExpansionOfManyDays, LosesOnlyTheRowsWhoseInsertFailsAndKeepsTheOrder) {
+  CalendarDatabase local({}, {}, Calls::NotLogged);
+  local.Employee("1001", "DAY");
+  local.Record("DAY", {"2001-01-01", "2001-12-31", 800, 1700});
+  local.Execute(
+      "CREATE TRIGGER refuse BEFORE INSERT ON tscalender WHEN NEW.sttm LIKE '2001-01-01%' OR NEW.sttm LIKE "
+      "'2001-07-1%' OR NEW.sttm LIKE '2001-12-31%' BEGIN SELECT RAISE(ABORT, 'refused'); END");
+  local.Calender().Startprocess();
+  const std::vector<std::string> intervals = local.Intervals("DAY");
+  EXPECT_EQ(intervals.size(), 365U - 12);
+  EXPECT_TRUE(std::is_sorted(intervals.begin(), intervals.end()));
+  EXPECT_EQ(intervals.front(), "2001-01-02 08:00:00 > 2001-01-02 17:00:00");
+  EXPECT_EQ(intervals.back(), "2001-12-30 08:00:00 > 2001-12-30 17:00:00");
 }
 
 TEST_F(ExpansionFailure, LeavesTheOldRowsAndExpandsBesideThemWhenTheDeleteFails) {

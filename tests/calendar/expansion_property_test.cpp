@@ -53,7 +53,7 @@ class RandomCalendar {
 
 TEST(ExpansionProperty, CoversExactlyTheMinutesOfRecordsThatDoNotOverlap) {
   RandomCalendar random(20261120);
-  CalendarDatabase local;
+  CalendarDatabase local({}, {}, Calls::NotLogged);
   std::map<std::string, Coverage> given;
   for (int calendar = 0; calendar < 20; ++calendar) {
     const std::string ccal = "C" + std::to_string(calendar);

@@ -21,6 +21,7 @@ class RecordingObserver : public DatabaseObserver {
   void DefaultDatabaseSet(std::string_view value, const Error* error) override {
     Add("connection.defaultdatabase " + std::string(value), error);
   }
+  bool HearsOfStatements() const override { return true; }
   void Executed(std::string_view statement, std::int64_t, const Error* error) override {
     Add("connection.Execute " + std::string(statement), error);
   }
