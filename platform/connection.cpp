@@ -137,7 +137,8 @@ void Connection::ExecuteSoon(const SqlText& statement) { Execute(statement, !obs
 
 std::int64_t Connection::Execute(const SqlText& statement, bool mayWait) {
   std::int64_t affected = 0;
-  observers_.ForEach([&](DatabaseObserver& observer) { observer.Executing(statement.Text()); });
+  const std::string text = observers_.IsEmpty() ? std::string() : statement.Text();
+  observers_.ForEach([&](DatabaseObserver& observer) { observer.Executing(text); });
   Observed(
       observers_,
       [&] {
@@ -145,7 +146,7 @@ std::int64_t Connection::Execute(const SqlText& statement, bool mayWait) {
         statement.Check();
         affected = Run(session, statement, mayWait);
       },
-      [&](DatabaseObserver& observer, const Error* error) { observer.Executed(statement.Text(), affected, error); });
+      [&](DatabaseObserver& observer, const Error* error) { observer.Executed(text, affected, error); });
   return affected;
 }
 

@@ -104,15 +104,22 @@ void ConnectionStatement::BindValues() {
   DriverStatement& statement = *prepared_->statement;
   const bool areTexts = statements_.session_.KeepsMomentsAsTexts();
   const SqlShape& shape = text_.Shape();
-  moments_.reserve(areTexts ? shape.places.size() : 0);
   std::size_t parameter = 0;
   for (std::size_t i = 0; i < shape.places.size(); ++i) {
     const Variant* value = &text_.Values()[i];
     const bool isMomentText = areTexts && shape.places[i].kind == SqlShape::ValueKind::Moment;
-    if (const auto moment = isMomentText ? MomentOf(*value) : std::nullopt) value = &moments_.emplace_back(*moment);
+    if (isMomentText && value->IfText()) value = &InFullForm(*value);
     statement.Bind(parameter++, *value);
     if (isMomentText && shape.IsEqualMoment(shape.places[i])) statement.Bind(parameter++, *value);
   }
+}
+
+// A text that reads as a moment becomes one.
+const Variant& ConnectionStatement::InFullForm(const Variant& text) {
+  const std::optional<DateTime> moment = MomentOf(text);
+  if (!moment) return text;
+  moments_.reserve(text_.Values().size());
+  return moments_.emplace_back(*moment);
 }
 
 ConnectionStatement::~ConnectionStatement() {

@@ -66,6 +66,7 @@ class ConnectionStatement {
   void PrepareAsItStands();
   std::optional<std::string> FormFor(const DriverSession& session) const;  // that is shared
   void BindValues();
+  const Variant& InFullForm(const Variant& text);
   template <typename Use>
   decltype(auto) OrAsItStands(Use&& use);
 

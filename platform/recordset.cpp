@@ -35,6 +35,7 @@ Recordset::~Recordset() = default;
 
 void Recordset::Open(const SqlText& source, Connection& connection, int cursorType, int lockType, int options) {
   std::optional<std::int64_t> rows;
+  const std::string text = observers_.IsEmpty() ? std::string() : source.Text();
   Observed(
       observers_,
       [&] {
@@ -53,7 +54,7 @@ void Recordset::Open(const SqlText& source, Connection& connection, int cursorTy
         connection_ = &connection;
       },
       [&](DatabaseObserver& observer, const Error* error) {
-        observer.RecordsetOpened(number_, source.Text(), cursorType, lockType, options, rows, error);
+        observer.RecordsetOpened(number_, text, cursorType, lockType, options, rows, error);
       });
 }
 
