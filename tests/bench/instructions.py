@@ -116,7 +116,7 @@ class Measured:
 MEASURED = {
     "full-copy": Measured("A row of a full copy", full_copy, 1, 10_001, 1, 38_500),
     "changed-copy": Measured("A change", changed_copy, 40, 4_040, 1, 101_500),
-    "expansion": Measured("An interval of an expansion", expansion, 1, 2, 5_200, 17_000),
+    "expansion": Measured("An interval of an expansion", expansion, 1, 2, 5_200, 13_500),
 }
 
 
