@@ -15,6 +15,7 @@ constexpr int kDays = 30;
 constexpr std::size_t kFailures = 20;
 constexpr double kPlotWidth = 300;
 constexpr double kPlotHeight = 56;
+constexpr double kNarrow = 4;  // gaps between narrower bars would turn them grey
 
 constexpr const char* kHead = R"(<!DOCTYPE html>
 <html lang="en">
@@ -126,10 +127,11 @@ std::string Plot(const std::vector<Bar>& bars, const std::string& what, const st
     const double height = largest > 0 ? std::max(1.0, bars[i].value / largest * (kPlotHeight - 2)) : 1;
     plot += fmt::format(
         "<rect class=\"bar\" x=\"{:.2f}\" y=\"{:.2f}\" width=\"{:.2f}\" height=\"{:.2f}\"><title>{}</title></rect>",
-        static_cast<double>(i) * step, kPlotHeight - 1 - height, std::max(0.4, step * 0.8), height,
+        static_cast<double>(i) * step, kPlotHeight - 1 - height, step < kNarrow ? step : step * 0.8, height,
         Escaped(bars[i].title));
   }
-  return plot + fmt::format("</svg><figcaption>{}, {} at most</figcaption></figure>", what, largestText);
+  return plot + fmt::format("</svg><figcaption>{} of {} complete {}, {} at most</figcaption></figure>", what,
+                            bars.size(), bars.size() == 1 ? "run" : "runs", largestText);
 }
 
 // Of the complete runs of the last days.
@@ -148,7 +150,7 @@ std::string Plots(const TableRuns& table, RunMoment now) {
     longest = std::max(longest, run->end->duration);
     most = std::max(most, count);
   }
-  return Plot(durations, "Durations", DurationText(longest)) + Plot(rows, "Rows written", std::to_string(most));
+  return Plot(durations, "Durations", DurationText(longest)) + Plot(rows, "Rows", std::to_string(most));
 }
 
 std::string Fact(const char* name, const std::string& value) {

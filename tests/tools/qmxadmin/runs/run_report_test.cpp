@@ -53,7 +53,17 @@ TEST_F(TheReport, HasAStripOfThirtyDaysAndBarsOfDurationsAndRows) {
   EXPECT_THAT(page, HasSubstr("2026-11-18: 1 complete, 0 failed, 0 others"));
   EXPECT_THAT(page, HasSubstr("2026-11-20: 0 complete, 1 failed, 0 others"));
   EXPECT_THAT(page, HasSubstr("<title>2026-11-18 14:00:00: 1.50 s</title>"));
-  EXPECT_THAT(page, HasSubstr("<figcaption>Rows written, 10 at most</figcaption>"));
+  EXPECT_THAT(page, HasSubstr("<figcaption>Rows of 1 complete run, 10 at most</figcaption>"));
+  EXPECT_THAT(page, HasSubstr("width=\"9.60\" height=\"54.00\"><title>2026-11-18 14:00:00: 7 added"));
+}
+
+TEST_F(TheReport, LeavesNoGapsBetweenNarrowBars) {
+  for (int run = 0; run < 100; ++run)
+    log_.AddComplete("n" + std::to_string(run), "tsmdm030", "2026-11-19T14:00:00.000+01:00",
+                     "2026-11-19T14:00:01.500+01:00");
+  const std::string page = Page();
+  EXPECT_THAT(page, HasSubstr("<figcaption>Durations of 101 complete runs, 1.50 s at most</figcaption>"));
+  EXPECT_THAT(page, HasSubstr("<rect class=\"bar\" x=\"2.97\" y=\"1.00\" width=\"2.97\""));
 }
 
 TEST_F(TheReport, HasTheLastFailuresWithTheirCauses) {
