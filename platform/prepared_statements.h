@@ -44,7 +44,7 @@ class ConnectionStatement {
   // Both are borrowed. Raises the command error for a text that does not hold one statement. With mayWait nobody needs
   // the outcome: the row that it inserts may be sent later, and is lost if it is refused then. It waits only if the
   // database has accepted the shared form before.
-  ConnectionStatement(PreparedStatements& statements, const SqlText& text, bool mayWait);
+  ConnectionStatement(PreparedStatements& statements, const SqlText& text, bool mayWait = false);
   ~ConnectionStatement();
   ConnectionStatement(const ConnectionStatement&) = delete;
   ConnectionStatement& operator=(const ConnectionStatement&) = delete;
