@@ -1,5 +1,5 @@
-// copy_in_values COMMANDLINE: the program, but that servers take added rows in the plain form, many after one "values",
-// and not as arrays: what that form costs. It exits with the run's status.
+// copy_in_values COMMANDLINE: the program with added rows in the plain form on servers too: many rows after "values"
+// instead of arrays. Exits with the run's status.
 #include <iostream>
 
 #include "platform/components/installed_components.h"

@@ -1,4 +1,4 @@
-// expand_calendars LOCAL: the expansion of the calendars of an SQLite file, and nothing else of what qmxadmin does.
+// expand_calendars LOCAL: expands the calendars of an SQLite file, without the rest of qmxadmin.
 #include <iostream>
 
 #include "calendar/clsCalender.h"

@@ -1,4 +1,4 @@
-// java_getters [benchmark options]: getters of a Java object by themselves, called as a copy does.
+// java_getters [benchmark options]: measures calls of a Java object's getters, as a copy makes them.
 #include <benchmark/benchmark.h>
 
 #include <iostream>

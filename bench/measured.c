@@ -1,8 +1,8 @@
-/* measured FILE COMMAND...: runs the command and writes what it took into FILE: seconds from start to exit, seconds of
-   processor time of it and its children, and the most memory that it or one of its children held, in KiB. The exit
-   status is the command's.
+/* measured FILE COMMAND...: runs the command and writes to FILE: the seconds from start to exit, the seconds of CPU
+   time of the command and its children, and the peak memory of the largest of these processes, in KiB. The exit status
+   is the command's.
 
-   In C, and small: what a process holds when it starts another counts as the other's. */
+   In C, and small, because a process's memory counts for the process that it starts. */
 #define _DEFAULT_SOURCE
 #include <stdio.h>
 #include <stdlib.h>

@@ -1,5 +1,4 @@
-// parts ERP [benchmark options]: the inner parts of a copy by themselves, on the first service order of the sandbox
-// ERP's file.
+// parts ERP [benchmark options]: measures parts of a copy on the first service order of the sandbox ERP's file.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -24,7 +23,7 @@ const LocalTable& ServiceOrders() {
   return *std::find_if(tables.begin(), tables.end(), [](const LocalTable& table) { return table.name == "tssoc200"; });
 }
 
-// A database that takes rows and keeps none: what is left is the program's own work.
+// A database that discards all rows, so that only the program's own work is measured.
 class NowhereStatement : public DriverStatement {
  public:
   const std::vector<ColumnDescription>& Columns() const override { return none_; }

@@ -1,5 +1,5 @@
-// table_content FILE TABLE: how many rows an SQLite table has, and a sum over hashes of all that stands in them, types
-// included. Two tables with the same rows, in whatever order, print the same line.
+// table_content FILE TABLE: prints the number of rows of an SQLite table and the sum of the hashes of their values and
+// types. Tables with the same rows, in any order, print the same line.
 #include <cstdint>
 #include <functional>
 #include <iostream>

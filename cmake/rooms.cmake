@@ -1,4 +1,4 @@
-# What every room of the house has in common: the language, the warnings, the sanitizers, where things are put.
+# Settings that all rooms share: language, warnings, sanitizers, output folders.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -14,7 +14,7 @@ file(MAKE_DIRECTORY ${QMX_COMPONENT_DIR})
 set(QMX_COMPONENT_DESTINATION ${CMAKE_INSTALL_LIBDIR}/qmxdatacopy/components)
 set(QMX_INSTALLED_COMPONENT_DIR ${CMAKE_INSTALL_PREFIX}/${QMX_COMPONENT_DESTINATION})
 
-# The package that an installed file goes into, where install() names none.
+# The default package of installed files.
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME qmxdatacopy)
 
 option(QMX_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
@@ -33,8 +33,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   target_compile_options(qmx_warnings INTERFACE -Wno-restrict)
 endif()
 
-# The rooms have both sanitizers, but for what the first one finds of the second one's anyway; the tests, which take most of
-# the build, are spared the second one in their own code.
+# The rooms have both sanitizers, without the checks that AddressSanitizer covers anyway. The tests' own code has only
+# AddressSanitizer, because it takes most of the build.
 add_library(qmx_options INTERFACE)
 add_library(qmx_test_options INTERFACE)
 target_link_libraries(qmx_options INTERFACE qmx_warnings)
@@ -51,8 +51,8 @@ elseif(QMX_SANITIZE_THREADS)
   endforeach()
 endif()
 
-# What is installed is hardened as Debian hardens its own: calls of the C library that know a buffer's size check it, and
-# addresses of functions are bound at the start and are read-only from then on.
+# Release builds are hardened like Debian's own packages: the C library checks known buffer sizes, and function addresses
+# are bound at start and then read-only.
 add_compile_options($<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
 add_link_options($<$<CONFIG:Release>:LINKER:-z,relro,-z,now>)
 
@@ -78,14 +78,14 @@ function(qmx_component_server name)
   endif()
 endfunction()
 
-# qmx_install_component_server(NAME MANIFEST COMPONENT package): where a host looks that is told no other place.
+# qmx_install_component_server(NAME MANIFEST COMPONENT package): into the folder that hosts search by default.
 function(qmx_install_component_server name manifest)
   install(TARGETS ${name} LIBRARY DESTINATION ${QMX_COMPONENT_DESTINATION} ${ARGN})
   install(FILES ${manifest} DESTINATION ${QMX_COMPONENT_DESTINATION} ${ARGN})
 endfunction()
 
 # qmx_test(NAME SOURCES file... [LINKS library...]): one test program of a room; every test in it is a test of ctest.
-# Sources that use the same names for different things have the property SKIP_UNITY_BUILD_INCLUSION.
+# Set SKIP_UNITY_BUILD_INCLUSION on sources whose names clash with those of others.
 function(qmx_test name)
   cmake_parse_arguments(PARSE_ARGV 1 test "" "" "SOURCES;LINKS")
   add_executable(${name} ${test_SOURCES})

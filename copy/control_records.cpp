@@ -17,7 +17,7 @@ namespace {
 // A null or empty value is none.
 bool IsNone(const Variant& value) { return value.IsNull() || value.IsEmpty(); }
 
-// For a report only: none where the column holds no date-time or is missing.
+// For reports only: none if the column holds no date-time or is missing.
 std::optional<DateTime> MomentIn(Recordset& record, const char* column) {
   try {
     const Variant value = record.Fields(column).Value();
@@ -40,7 +40,7 @@ void AddControlRecord(Recordset& record, const std::string& tableCode) {
   record.Fields(kTableName) = tableCode;
 }
 
-// What is pending after a failure is dropped, so that a half-filled control record is never saved.
+// Drops the pending change after a failure, so that a half-filled control record is never saved.
 void CloseAfterFailure(const std::unique_ptr<Recordset>& record) {
   if (!record || record->State() == kStateClosed) return;
   record->CancelUpdate();
@@ -129,8 +129,8 @@ void clsDataCopy::WriteLastUpdateTime(const std::string& tableCode, DateTime mom
     record->Close();
     declarations_.facts.lastUpdateTime = moment;
   } catch (...) {
-    // Without a new lutm the next run reads a longer period, which does no harm. The copy goes on, but the process does
-    // not end as if all were well.
+    // Without a new lutm the next run reads a longer period, which does no harm. The copy continues, but the exit
+    // status reports the failure.
     const Error failure = CurrentError();
     WriteErrorLog();
     CleanUp().Take([&] { CloseAfterFailure(record); });

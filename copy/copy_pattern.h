@@ -1,4 +1,4 @@
-// The words in which a table says what is particular to it.
+// The types in which each table's source describes its copies.
 //
 // A table's source keeps these as constants and hands them to the shared steps of clsDataCopy. Members and columns
 // remember where they were last found, so the constants live as long as the process.
@@ -23,12 +23,12 @@ using control_record::kOnlyChanged;
 
 inline constexpr int kDeleteTimeout = 150;  // seconds; a large table takes its time
 
-// What becomes of a getter's value on its way into a column.
+// How a getter's value is converted for its column.
 enum class Conversion {
   AsReturned,
   TwoDecimals,  // rounded, halves to even
   YesNo,        // 1 for the ERP's yes, else 0, as one byte
-  DateTime,     // a date object as a date-time, Null where it holds no date
+  DateTime,     // a date object as a date-time, Null if it holds no date
 };
 
 // One column and the getter that fills it.

@@ -1,4 +1,4 @@
-// What a full copy asks of the ERP for each of the seventeen tables.
+// How a full copy lists each of the seventeen tables in the ERP.
 #pragma once
 
 #include <vector>
@@ -8,7 +8,7 @@
 
 namespace qmx {
 
-// Where the ERP keeps a table.
+// A table's classes in the ERP, and its listing.
 struct ErpListing {
   const char* table;
   const char* manager;          // ProgID

@@ -56,12 +56,12 @@ class DriverStatement {
     for (std::size_t column = 0; column < row.size(); ++column) row[column] = Value(column);
   }
 
-  // Of a statement that adds a row: nobody needs the outcome of the next execution at once. Whoever puts it off sends
-  // the row before the session does anything else, and the session's next call raises what became of it.
+  // For a statement that adds a row: the next execution may be postponed. The row is then sent before the session does
+  // anything else, and the session's next call raises its error.
   virtual void MayWait() noexcept {}
 };
 
-// Which columns of a table rows are added with.
+// The columns that added rows have.
 struct RowInsert {
   std::string table;                       // as the database spells it
   std::vector<ColumnDescription> columns;  // at least one; values are null or of the column's type
@@ -76,22 +76,22 @@ struct RowInsert {
 class DriverRows {
  public:
   virtual ~DriverRows() = default;
-  virtual std::size_t Most() const = 0;  // rows at a time from which on more of them gain nothing
+  virtual std::size_t Most() const = 0;  // rows at a time; more would not be faster
 
-  // Adds as many of the rows as go together, from the first one on, and returns how many those were: all of them are
-  // added or, when it raises, none. The values of whole rows follow each other; there is at least one row.
+  // Adds as many of the rows as possible at once, beginning with the first, and returns their number. Adds all of these
+  // or, if it raises, none. `values` holds the values of at least one row, row by row.
   virtual std::size_t Add(std::span<const Variant> values) = 0;
 };
 
 // How many statements that write may be committed together, and for how long.
 struct GroupLimits {
-  std::size_t statements = 0;  // none may where this is 0
+  std::size_t statements = 0;  // 0 for no groups
   std::chrono::milliseconds time{0};
 };
 
 class DriverSession;
 
-// In the form that every database system knows: "insert into T (A,B) values (?,?),(?,?)".
+// Adds rows in the form that all database systems know: "insert into T (A,B) values (?,?),(?,?)".
 std::unique_ptr<DriverRows> RowsInValues(DriverSession& session, const RowInsert& insert, std::size_t most = 128);
 
 class DriverSession {
@@ -116,12 +116,12 @@ class DriverSession {
   virtual void Commit() = 0;    // what was written is the database's from here on, Begin or not
   virtual void Close() = 0;     // once; statements are gone by then; raises if a transaction is open
 
-  // Between Begin and Commit. None where a rollback does not take everything back.
+  // Within a transaction. None if a rollback does not undo everything.
   virtual GroupLimits Grouping() { return {}; }
 
-  // Whether statements may be committed several at a time from now on, as Grouping says. A session that does so takes
-  // no saved row back, commits before it raises an error, and holds no lock for more than 50 ms while nobody calls.
-  // With false everything is committed.
+  // Whether several statements may be committed together from now on, within the limits of Grouping. Such a session
+  // never rolls back a saved row, commits before it raises an error, and between calls holds no lock for more than
+  // 50 ms. False commits the open group.
   virtual void MayGroup(bool) {}
 };
 
@@ -132,7 +132,7 @@ inline constexpr const char* kIsMomentInEitherForm = " in (?,replace(?,' 00:00:0
 class Driver {
  public:
   virtual ~Driver() = default;
-  virtual std::string Form() const = 0;  // of the connection texts that it serves, for whoever wrote another one
+  virtual std::string Form() const = 0;  // of its connection texts, for the error about any other text
   virtual bool Serves(const ConnectionText& text) const = 0;
   virtual std::unique_ptr<DriverSession> Open(const ConnectionText& text) = 0;
 };

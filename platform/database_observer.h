@@ -1,6 +1,7 @@
-// Hears of every call on connections and record sets, in order, and of every saved row.
+// Is notified of every call on connections and record sets, in order, and of every saved row.
 //
-// An observer overrides what it wants to hear. `error` is null when the call succeeded. Connection texts come masked.
+// An observer overrides the notifications that it needs. `error` is null when the call succeeded. Connection texts are
+// masked.
 #pragma once
 
 #include <cstdint>
@@ -26,8 +27,8 @@ class DatabaseObserver {
   virtual void CommandTimeoutSet(int /*seconds*/, const Error*) {}
   virtual void ConnectionClosed(const Error*) {}
 
-  // Returns the number of the record set that has just been made, by which the observer will know it; 0 when it needs
-  // none. With several observers, all hear the number that the first of them gave.
+  // Returns a number for the new record set, which later notifications have; 0 if the observer needs none. With several
+  // observers, all get the number of the first one.
   virtual int NextRecordset() { return 0; }
   // `rows` has a value only when rows were read.
   virtual void RecordsetOpened(int /*recordset*/, std::string_view /*source*/, int /*cursorType*/, int /*lockType*/,
@@ -38,7 +39,7 @@ class DatabaseObserver {
   // call that saved the row.
   virtual void RowSaved(std::string_view /*table*/) {}
 
-  // Whether it hears of assigned columns, which makes rows slower. Record sets ask once.
+  // Whether it is notified of assigned columns, which makes rows slower. Record sets ask once.
   virtual bool HearsOfColumns() const { return false; }
   virtual void ColumnSet(int /*recordset*/, std::string_view /*column*/, const Variant& /*value*/, const Error*) {}
 };

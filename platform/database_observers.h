@@ -1,4 +1,4 @@
-// Any number of database observers, which hear of everything in their order. Without one a call costs nothing more.
+// Any number of database observers, which are notified in order. Without observers calls cost nothing more.
 #pragma once
 
 #include <algorithm>

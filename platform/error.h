@@ -61,7 +61,7 @@ class Error : public std::exception {
   // Takes the exception in flight, if there is one, as the cause.
   Error(std::int32_t number, std::string source, std::string description);
 
-  // Adds a detail unless the error has one of that name: the place nearest to the failure knows best.
+  // Adds a detail unless the error has one of that name, because the innermost place knows best.
   Error& With(const std::string& what, std::string value);
 
   // Appends this error and its causes to the causes, except those that are among them.
@@ -71,7 +71,7 @@ class Error : public std::exception {
   const std::string& Source() const { return source_; }
   const std::string& Description() const { return description_; }
   const std::vector<Detail>& Details() const { return details_; }
-  const Error* Cause() const { return cause_.get(); }  // null where there is none; lives as long as this error
+  const Error* Cause() const { return cause_.get(); }  // null if there is none; lives as long as this error
 
   const char* what() const noexcept override { return description_.c_str(); }
 

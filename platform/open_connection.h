@@ -32,7 +32,7 @@ class OpenConnection {
   void SelectCatalog(const std::string& name);  // 3219 while a record set is open
   void Close();                                 // closed afterwards, whatever it raises
 
-  // Record sets say when they open and close.
+  // Record sets call these when they open and close.
   void RecordsetOpened() { ++openRecordsets_; }
   void RecordsetClosed() { --openRecordsets_; }
 
@@ -51,7 +51,7 @@ class OpenConnection {
   int openRecordsets_ = 0;
 };
 
-// Runs what a public call does. An exception of another type becomes an Error here, at the platform's wall.
+// Runs the work of a public call. Exceptions of other types become an Error.
 template <typename Body>
 auto TranslateExceptions(Body&& body) -> decltype(body()) {
   try {
@@ -63,7 +63,7 @@ auto TranslateExceptions(Body&& body) -> decltype(body()) {
   }
 }
 
-// The same, and tells each observer of its end: `tell` takes the observer and the error, null for none.
+// The same, and then calls `tell` for each observer, with the error or null.
 template <typename Body, typename Tell>
 void Observed(const DatabaseObservers& observers, Body&& body, Tell&& tell) {
   try {

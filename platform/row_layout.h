@@ -1,4 +1,4 @@
-// The columns of a row, in order. Each layout has a number, by which a Column that was looked up once is found again
+// The columns of a row, in order. Each layout has a number, so that a Column that was looked up once is found again
 // without comparing names.
 #pragma once
 

@@ -1,11 +1,11 @@
-// Tells the scheduling server's components from the ERP's, which all others are.
+// Distinguishes the scheduling server's components from the ERP's. All other components are the ERP's.
 #pragma once
 
 #include "platform/names.h"
 
 namespace qmx {
 
-// Allocates nothing, so signal handlers may call it. Null is not one of them.
+// Allocates nothing, so signal handlers may call it. False for null.
 inline bool IsSchedulingServers(const char* progId) noexcept {
   const char* place = progId;
   for (const char* prefix = "qmxserver20."; *prefix; ++prefix, ++place) {

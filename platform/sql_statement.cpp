@@ -81,7 +81,7 @@ class Tokens {
   std::string_view rest_;
 };
 
-// A name without its quotes. None is given for what stands in a name's place and is not one.
+// A name without its quotes; nothing if the token is not a name.
 std::optional<std::string> NameOf(const Token& token) {
   if (token.kind == Token::Kind::Word) return std::string(token.text);
   if (token.kind != Token::Kind::QuotedName || token.text.size() < 3) return std::nullopt;

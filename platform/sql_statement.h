@@ -1,4 +1,4 @@
-// What the record-set layer must know of a statement's text, read by a small tokenizer of common SQL: quoted texts and
+// Reads what the record-set layer needs from a statement's text, with a small tokenizer of common SQL: quoted texts and
 // identifiers, comments, words, symbols.
 #pragma once
 
@@ -12,10 +12,10 @@ namespace qmx {
 // comments.
 void RequireOneStatement(const std::string& statement);
 
-// The one statement that a text holds, without the ";" behind it and what follows that.
+// The statement in a text, without the ";" after it and what follows.
 std::string_view StatementAlone(std::string_view text);
 
-// A word such as "select"; empty where the text begins with anything else.
+// A word such as "select"; empty if the text begins with anything else.
 std::string_view FirstWord(std::string_view statement);
 
 // The table whose rows a query shows one by one and whole, so that they can be changed through it: "select * from T",

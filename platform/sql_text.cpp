@@ -21,14 +21,14 @@ std::string WhyItBreaks(const std::string& value, bool quoted) {
   return {};
 }
 
-// Nothing where the integer is written in another way, such as "007".
+// Nothing if the integer is written in another way, such as "007".
 std::optional<std::int32_t> IntegerWrittenAs(const std::string& text) {
   std::int32_t value = 0;
   std::from_chars(text.data(), text.data() + text.size(), value);
   return std::to_string(value) == text ? std::optional(value) : std::nullopt;
 }
 
-// Whether a literal in these places is one, and not the beginning, the middle or the end of something else.
+// Whether a literal between these positions is complete, and not a part of another token.
 bool StandsAlone(std::string_view text, std::size_t begin, std::size_t end) {
   constexpr std::string_view kBefore = " \t\r\n(,=<>";
   constexpr std::string_view kBehind = " \t\r\n),";

@@ -30,7 +30,7 @@ struct SqlShape {
   };
 
   // With "?" for each value and its quotes or, for an integer and for "=" with a moment, with what the database needs.
-  // Nothing where there is no value, or one that is only a part of a literal.
+  // Nothing if there is no value, or if a value is only a part of a literal.
   std::optional<std::string> SharedForm(std::string_view integerParameter, std::string_view equalsMoment = "=?") const;
 
   // Whether the value is a moment that something is equal to: "stdt='2026-11-05'".

@@ -9,7 +9,7 @@ constexpr const char* kUnknown =
 }  // namespace
 
 void TransactionState::Lose() noexcept {
-  if (state_ == State::Unknown) return;  // the first error says why
+  if (state_ == State::Unknown) return;  // keeps the first error
   state_ = State::Unknown;
   try {
     loss_ = CurrentError();

@@ -2,10 +2,9 @@
 //
 // Texts are UTF-8. Conversions are explicit and raise errors: to an integer rounds half to even and is error 6 out of
 // range; null to anything but text is error 94; a text that is one number literal (sign, digits, point, exponent,
-// blanks around) becomes a number, any other text is error 13. Empty is 0, false, "" and the zero date-time; null as
-// text is
-// "". A number as text is the shortest form that reads back as the same number, at most 15 digits, always with ".".
-// True is -1 as a number.
+// blanks around) becomes a number, any other text is error 13. Empty is 0, false, "" and the zero date-time. Null as a
+// text is "". A number as text is the shortest form that reads back as the same number, at most 15 digits, always with
+// ".". True is -1 as a number.
 #pragma once
 
 #include <cmath>
@@ -49,7 +48,6 @@ class Variant {
   Kind GetKind() const { return kind_; }
   bool IsEmpty() const { return GetKind() == Kind::Empty; }
   bool IsNull() const { return GetKind() == Kind::Null; }
-  bool IsNumber() const { return GetKind() >= Kind::Boolean && GetKind() <= Kind::Double; }
   bool IsFinite() const { return kind_ != Kind::Double || std::isfinite(plain_.number); }
 
   // The value itself if it is of that kind, else null; borrowed from this value.

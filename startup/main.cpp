@@ -99,7 +99,7 @@ void ReportStartUpFailure(qmx::FailureReport& failures) noexcept {
   }
 }
 
-// Null where the command line names no folder for it.
+// Null if the command line names no folder for it.
 std::unique_ptr<qmx::RunRecord> BeginRecord(const std::string& commandLine, qmx::FailureReport& failures) {
   const std::optional<qmx::RunRequest> request = qmx::ReadRunRequest(commandLine);
   if (!request) return nullptr;

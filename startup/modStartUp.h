@@ -20,15 +20,15 @@ void Main(Platform& platform, modDeclarations& declarations, std::string_view co
 // Returns the table code on the command line; empty if there is none.
 std::string TableCode(std::string_view commandLine);
 
-// What a command line asks for, as its record tells it.
+// The parts of a command line that the run record shows.
 struct RunRequest {
   std::string connection;
   std::string table;
   std::string logDirectory;
-  std::optional<std::int32_t> statusRequest;  // none where it is absent, empty or no number
+  std::optional<std::int32_t> statusRequest;  // none if it is absent, empty or not a number
 };
 
-// None where the command line names no log directory.
+// None if the command line names no log directory.
 std::optional<RunRequest> ReadRunRequest(std::string_view commandLineText);
 
 // Returns the log directory on the command line; raises 9 if there is none.

@@ -26,7 +26,7 @@ void EndSilentRun(std::string_view commandLine, int listener, const Error& failu
     }
   }
   const int status = static_cast<int>(ExitStatus::StartUpFailed);
-  if (record) record->End(status, {});  // what the run did is the run's own, which may still write it
+  if (record) record->End(status, {});  // the blocked run may still write its facts
   Progress::TellEnd(listener, status);
   std::_Exit(status);
 }

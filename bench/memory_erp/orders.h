@@ -1,5 +1,5 @@
-/* Service orders in memory: a thousand of them, listed over and over, each time under another number. The classes in
- * java/ have the same ones, text for text. */
+/* A thousand service orders in memory, listed again and again with new numbers. The classes in java/ have the same
+ * values. */
 #ifndef QMX_BENCH_MEMORY_ERP_ORDERS_H
 #define QMX_BENCH_MEMORY_ERP_ORDERS_H
 

@@ -1,5 +1,5 @@
-/* An ERP in memory in plain C, out of the public header alone: the service orders, for a full copy. "initialize" takes
- * "Memory, N": there are N. What the classes in java/ are compared with. */
+/* An ERP in memory, in plain C with the public header only: service orders for a full copy. "initialize" takes
+ * "Memory, N" for N orders. The classes in java/ are compared with it. */
 #include <qmx/component_server.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -60,7 +60,7 @@ static qmx_status find(const char* const* names, int32_t count, const char* name
   return fail(error, QMX_E_NO_SUCH_MEMBER, "There is no such member.");
 }
 
-/* With the one reference that the host gets. */
+/* Has one reference, which the host gets. */
 static qmx_status give(qmx_value* result, component* made, const qmx_type* type, qmx_error* error) {
   if (!made) return fail(error, 7, "Out of memory.");
   made->head.struct_size = sizeof(qmx_object);
@@ -101,7 +101,7 @@ static qmx_status date_invoke(qmx_object* object, int32_t id, qmx_value* const* 
 
 static const qmx_type date_type = {sizeof(qmx_type), 0, date_resolve, date_invoke, add_ref, release, "date"};
 
-/* A service order: the number, then what the model has, in its order. */
+/* A service order: the number, then the model's values in order. */
 
 static const char* const record_members[] = {"getServiceOrder",
                                              "getConfiguration",

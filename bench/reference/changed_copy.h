@@ -1,8 +1,8 @@
-// A changed copy of the service orders with nothing above the databases' own interfaces: the ERP's audit entries in
-// their order, each one a delete, or a select by key and then an insert or an update.
+// A changed copy of the service orders directly on the databases' own interfaces: the ERP's audit entries in order,
+// each one a delete, or a select by key and then an insert or an update.
 //
-// As in the program's copy, an order that is known and keeps its partner keeps the partner's name too, and its page
-// frequency becomes 0: the audit trail carries neither. An update writes all columns, or those alone that differ.
+// As in the program's copy, a known order with an unchanged partner keeps the partner's name, and its page frequency
+// becomes 0, because the audit trail has neither. An update writes all columns, or only those that differ.
 #pragma once
 
 #include <map>
@@ -18,7 +18,7 @@ using Columns = std::vector<int>;
 
 inline constexpr const char* kOnlyDifferences = "differences";
 
-// What an update writes of the ERP's row, beside the page frequency of an audited one. A new partner has a new name.
+// The columns that an update writes, besides the page frequency. A new partner has a new name.
 inline Columns UpdatedColumns(bool isAudited) {
   Columns columns;
   for (int i = kNumber + 1; i < static_cast<int>(kOrderColumns.size()); ++i) {
@@ -58,8 +58,8 @@ class Updates {
   std::map<Update, Prepared> statements_;
 };
 
-// Local has Delete(orno), Find(orno), false where there is no such order, and of the order that was found
-// Partner(), Differs(row, column) and HasPageFrequency(); Insert(row) and Change(update, row).
+// Local has Delete(orno), Insert(row), Change(update, row), and Find(orno), which returns false if there is no such
+// order. Of the order that was found it has Partner(), Differs(row, column) and HasPageFrequency().
 template <class Local>
 class Changes {
  public:

@@ -1,6 +1,6 @@
-// odbc_changed_copy ORVAN CONNECTION [differences]: a changed copy of the service orders with ODBC's own interface, in
-// one transaction and with prepared statements, each run for one row. CONNECTION is a connection text of ODBC. With
-// "differences" an update writes only what differs.
+// odbc_changed_copy ORVAN CONNECTION [differences]: a changed copy of the service orders with ODBC's C interface, in
+// one transaction, with prepared statements for single rows. CONNECTION is a connection text of ODBC. With
+// "differences" an update writes only the columns that differ.
 #include <sql.h>
 #include <sqlext.h>
 
@@ -67,7 +67,7 @@ class Connection {
   std::optional<Handle<SQL_HANDLE_DBC>> connection_;
 };
 
-// What is bound once and filled for each row.
+// Values that are bound once and set for each row.
 struct Place {
   char text[512];
   double number;
@@ -94,7 +94,7 @@ class Prepared {
     for (std::size_t i = 0; i < columns_.size(); ++i) Fill(places_[i], row, columns_[i]);
     statement_.Check(SQLExecute(statement_.Get()));
   }
-  void Run(const std::string& orno) {  // where that is the only parameter
+  void Run(const std::string& orno) {  // if it is the only parameter
     places_[0].Take(orno);
     const SQLRETURN result = SQLExecute(statement_.Get());
     if (result != SQL_NO_DATA) statement_.Check(result);

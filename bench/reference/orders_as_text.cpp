@@ -1,5 +1,5 @@
-// orders_as_text ORVAN: the service orders as PostgreSQL's COPY and MariaDB's LOAD DATA read them: a line for each, a
-// tabulator between the columns, "\N" for null.
+// orders_as_text ORVAN: prints the service orders for PostgreSQL's COPY and MariaDB's LOAD DATA: one line per order,
+// tabs between the columns, "\N" for null.
 #include <cstdio>
 #include <iostream>
 

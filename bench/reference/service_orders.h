@@ -1,4 +1,4 @@
-// Service orders: the columns that the ERP's file and the local table share, and what becomes of a value on its way.
+// Service orders: the columns that the ERP's file and the local table share, and the conversion of their values.
 #pragma once
 
 #include <array>

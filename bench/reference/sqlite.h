@@ -1,4 +1,4 @@
-// SQLite's own interface, with nothing above it but that failures are exceptions.
+// SQLite's C interface, with exceptions for failures.
 #pragma once
 
 #include <sqlite3.h>

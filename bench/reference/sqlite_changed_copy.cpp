@@ -1,6 +1,6 @@
-// sqlite_changed_copy ORVAN LOCAL [fresh|differences]: a changed copy of the service orders with SQLite's own
-// interface, in one transaction and with prepared statements. With "fresh" each order is selected by a text of its own;
-// with "differences" an update writes only what differs.
+// sqlite_changed_copy ORVAN LOCAL [fresh|differences]: a changed copy of the service orders with SQLite's C interface,
+// in one transaction and with prepared statements. With "fresh" each order is selected by its own statement. With
+// "differences" an update writes only the columns that differ.
 #include <cstring>
 #include <iostream>
 

@@ -1,4 +1,4 @@
-// sqlite_full_copy ORVAN LOCAL: a full copy of the service orders with SQLite's own interface: one prepared select, one
+// sqlite_full_copy ORVAN LOCAL: a full copy of the service orders with SQLite's C interface: one prepared select, one
 // prepared insert, one transaction.
 #include <iostream>
 

@@ -1,6 +1,5 @@
-// sqlite_intervals EXPANDED LOCAL: inserts the intervals of an expanded file into another with SQLite's own interface:
-// one prepared insert, a transaction for each calendar. It prints what the inserting took; the reading before it is no
-// part of that.
+// sqlite_intervals EXPANDED LOCAL: inserts the intervals of an expanded file into another with SQLite's C interface:
+// one prepared insert, one transaction per calendar. Prints the time of the inserts, without the reading before them.
 #include <chrono>
 #include <ctime>
 #include <iostream>

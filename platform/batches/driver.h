@@ -5,10 +5,10 @@
 // and 50 ms after the first of them at the latest, also while nobody calls. So no lock is ever held while waiting. The
 // session's helper thread sends one batch while the program fills the other (RowQueue).
 //
-// Only the speed shows. A refused batch is sent again row by row: the rows before the bad one are saved, the bad one
-// and those after it are not, and the error has the bad row's key. The session's next call raises it. Of rows whose
-// outcome nobody needs (RowInsert::isUnheeded) only the bad ones are not saved, and nothing is raised. They wait where
-// statements may be committed together.
+// The results are those of single rows. A refused batch is sent again row by row: the rows before the bad one are
+// saved, the bad one and those after it are not, and the error has the bad row's key. The session's next call raises
+// it. Of rows whose outcome nobody needs (RowInsert::isUnheeded) only the bad ones are not saved, and nothing is
+// raised. They wait where statements may be committed together.
 #pragma once
 
 #include "platform/batches/steady_clock.h"

@@ -1,8 +1,8 @@
 // Statements that are committed together.
 //
-// A commit costs as much as a written row or more. Where anything fails, the group is taken back and done again one by
-// one, so that the tables end as if every statement had been committed by itself. A group that cannot be taken back is
-// never done again: it may be saved already. Every further use of it raises.
+// A commit costs at least as much as a written row. If anything fails, the group is rolled back and its statements are
+// executed again one by one, so the tables end as if each statement had been committed separately. A group that cannot
+// be rolled back is never executed again, because it may be saved already. Every further use of it raises.
 #pragma once
 
 #include <optional>
@@ -29,8 +29,8 @@ class Group {
   bool MayOpen();  // allowed, outside the program's own transactions, and possible in the database as it is
   SteadyClock::TimePoint Due() const { return due_; }
 
-  // Executes a statement with these values, in the group where it may, else after it. Returns how many rows were
-  // affected. Opens the group if it is not open.
+  // Executes a statement with these values, in the group if allowed, else after it. Returns the number of affected
+  // rows. Opens the group if it is not open.
   std::int64_t Write(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values);
 
   void Commit();  // if it is open; it is not open afterwards, even when this raises

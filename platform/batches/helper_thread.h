@@ -1,4 +1,4 @@
-// A thread that does what is due and sleeps in between.
+// A thread that does work when it is due and sleeps in between.
 //
 // It shares its owner's lock and condition, so the owner wakes it early by notifying the condition.
 #pragma once

@@ -47,7 +47,7 @@ bool BatchingDriverStatement::Step() {
     affected_ = session_.Write(*inner_, text_, bound_);
     return false;
   }
-  // What is neither could not be done again with a group.
+  // Any other statement could not be repeated with a group.
   return session_.Read(isSelect_ ? session_.Ready() : session_.Settled(), [&] { return inner_->Step(); });
 }
 

@@ -36,9 +36,6 @@ class OdbcConnection {
   const TransactionState& Transaction() const { return transaction_; }
   void Lose() noexcept { transaction_.Lose(); }  // an answer was lost: the error is being handled
 
-  void AutoCommit(bool on);
-  void End(SQLSMALLINT completion);  // SQL_COMMIT or SQL_ROLLBACK
-
   std::string Attribute(SQLINTEGER attribute) const;
   void Attribute(SQLINTEGER attribute, const std::string& value);
 
@@ -72,6 +69,8 @@ class OdbcConnection {
     Watch& watch_;
   };
 
+  void AutoCommit(bool on);
+  void End(SQLSMALLINT completion);  // SQL_COMMIT or SQL_ROLLBACK
   void ReturnToAutoCommit();
   std::string Info(SQLUSMALLINT what) const;
   template <typename Function>

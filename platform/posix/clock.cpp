@@ -37,6 +37,13 @@ std::tm BrokenDown(DateTime moment) {
 
 }  // namespace
 
+DateTime LocalTime(std::time_t moment) {
+  std::tm parts{};
+  localtime_r(&moment, &parts);
+  return DateTime::FromDate(parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday)
+      .PlusTime(parts.tm_hour, parts.tm_min, parts.tm_sec);
+}
+
 PosixClock::PosixClock() : PosixClock(LocaleOfEnvironment()) {}
 
 PosixClock::PosixClock(const std::string& localeName) {
@@ -47,13 +54,7 @@ PosixClock::~PosixClock() {
   if (locale_) freelocale(locale_);
 }
 
-DateTime PosixClock::Now() {
-  const std::time_t now = std::time(nullptr);
-  std::tm parts{};
-  localtime_r(&now, &parts);
-  return DateTime::FromDate(parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday)
-      .PlusTime(parts.tm_hour, parts.tm_min, parts.tm_sec);
-}
+DateTime PosixClock::Now() { return LocalTime(std::time(nullptr)); }
 
 std::string PosixClock::DateText(DateTime moment) {
   return locale_ ? Format("%x", moment) : moment.DatePart().ToText();

@@ -3,9 +3,14 @@
 
 #include <locale.h>
 
+#include <ctime>
+
 #include "platform/clock.h"
 
 namespace qmx {
+
+// In the machine's time zone.
+DateTime LocalTime(std::time_t moment);
 
 class PosixClock : public Clock {
  public:

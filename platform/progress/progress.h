@@ -5,11 +5,10 @@
 //   and is cleared before the program writes anything else there. A process in the background draws nothing, and no
 //   process draws on a terminal whose $TERM is "dumb" or not set.
 // - If $QMX_PROGRESS_FD is the number of an open descriptor: it gets lines "rows N" when the number has changed, at
-// most
-//   four a second, and a last one at the end. While the rows of the former copy are deleted, the line is "deleting" (on
-//   the terminal too). The descriptor is for the process that started this one, and is not inherited further. A reader
-//   that does not keep up misses lines, and costs no time. main writes the last line, "end STATUS". If it is missing, a
-//   component ended the process by exit, or the process crashed.
+//   most four a second, and a last one at the end. While the rows of the former copy are deleted, the line is
+//   "deleting" (on the terminal too). The descriptor is for the process that started this one, and is not inherited
+//   further. A reader that does not keep up misses lines, and costs no time. main writes the last line, "end STATUS".
+//   If it is missing, a component ended the process by exit, or the process crashed.
 //
 // A helper thread draws and writes. The copy only adds to a counter. Without a terminal and a descriptor nothing of
 // this exists.

@@ -1,7 +1,7 @@
 // A JSON object or array on one line, written member by member.
 //
-// A JSON library is not used, because its values allocate when they are destroyed: a run that is short of memory would
-// end there. This one raises bad_alloc where it grows, and nowhere else.
+// Does not use a JSON library, because its values allocate memory when they are destroyed, which would end a run that
+// is short of memory. This class raises bad_alloc only when it grows.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ class JsonLine {
   static JsonLine Object() { return JsonLine('{', '}'); }
   static JsonLine Array() { return JsonLine('[', ']'); }
 
-  // Members of an object. What is no UTF-8 becomes U+FFFD.
+  // Members of an object. Invalid UTF-8 becomes U+FFFD.
   JsonLine& Add(const char* name, std::string_view value);
   JsonLine& Add(const char* name, std::int64_t value);
   JsonLine& Add(const char* name, const std::optional<std::int64_t>& value);  // null for none

@@ -4,6 +4,7 @@
 #include <sys/random.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdio>
@@ -16,7 +17,7 @@
 namespace qmx {
 namespace {
 
-// The number at the beginning of the text, behind blanks and tabs.
+// The number at the beginning of the text, after blanks and tabs.
 std::optional<std::int64_t> NumberAt(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
   std::int64_t number = 0;
@@ -24,7 +25,7 @@ std::optional<std::int64_t> NumberAt(std::string_view text) {
   return number;
 }
 
-// A directory service is not asked, because it may be slow or away.
+// Does not ask a directory service, because it may be slow or unreachable.
 std::string UserName(uid_t number) {
   struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -54,8 +55,10 @@ std::string BootNumber() {
 
 std::optional<std::int64_t> StartTicksOf(pid_t process) {
   const std::string state = ReadKernelFile("/proc/" + std::to_string(process) + "/stat");
-  // The 22nd field. The second, the program's name, may hold blanks and brackets.
+  // The 22nd field. The second, the program's name, may hold blanks and brackets. The third is Z if the process has
+  // ended.
   std::size_t place = state.rfind(')');
+  if (state.compare(std::min(place, state.size()), 3, ") Z") == 0) return std::nullopt;
   for (int field = 2; field < 22 && place != std::string::npos; ++field) place = state.find(' ', place + 1);
   return place == std::string::npos ? std::nullopt : NumberAt(std::string_view(state).substr(place));
 }
@@ -81,7 +84,7 @@ std::string NewRunNumber() {
   return text;
 }
 
-// The resource usage is not asked: it counts the memory of the program that started this one, too.
+// getrusage would include the memory of the program that started this one.
 std::optional<std::int64_t> PeakMemoryKib() {
   const std::string state = ReadKernelFile("/proc/self/status");
   constexpr std::string_view kPeak = "\nVmHWM:";

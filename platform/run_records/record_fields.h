@@ -3,7 +3,7 @@
 
 namespace qmx::run_records {
 
-// Grows when a field changes its meaning or goes. New fields do not change it.
+// Incremented when a field is removed or changes its meaning. New fields do not change it.
 inline constexpr int kVersion = 1;
 
 inline constexpr const char* kFileName = "QMXRuns.jsonl";

@@ -20,7 +20,7 @@ namespace {
 
 using namespace run_records;
 
-// Shorter values are parts of too many words.
+// Shorter values occur within too many words.
 constexpr std::size_t kShortestSecret = 4;
 
 constexpr const char* OutcomeOf(int status) {
@@ -39,7 +39,7 @@ std::vector<std::string> SecretsOf(const std::string& connection) {
 
 std::string CodeOf(const std::string& table) { return table.substr(0, table.find('=')); }
 
-// A comma in a password moves the pieces behind it: what no table code holds may be the rest of a connection text.
+// A comma in a password shifts the pieces after it, so a text that is no table code may be part of a connection text.
 bool MayBeASecret(const std::string& table) { return table.find_first_of(";\"'{}") != std::string::npos; }
 
 // An empty text is null.

@@ -1,10 +1,10 @@
 // The record of one run: a line of JSON when it starts and one when it ends, appended to a file in the folder of the
 // logs. docs/run-records.md is the contract of the lines.
 //
-// The file is opened as logs are (platform/plain_file.h). Each record is one write that begins with a line end, so that
-// processes side by side do not mix their records, and a record that was cut short spoils no other.
+// The file is opened like the logs (platform/plain_file.h). Each record is one write that begins with a line end, so
+// concurrent processes do not mix their records, and a record that was cut short does not damage the next one.
 //
-// A record that cannot be written costs the run nothing: the failure report gets one Error, and the run goes on.
+// If a record cannot be written, the failure report gets one Error, and the run continues.
 // Values that the connection text hides, such as passwords, are "***" in every text.
 #pragma once
 
@@ -25,8 +25,8 @@ namespace qmx {
 struct RunStart {
   std::string path;        // of the file, in the system's own form
   std::string version;     // of the program
-  std::string table;       // as it was asked for
-  std::string connection;  // the connection text, to know its secrets
+  std::string table;       // as given on the command line
+  std::string connection;  // the connection text, whose secrets are hidden
   std::optional<std::int32_t> request = {};
 };
 
@@ -52,7 +52,7 @@ class RunRecord {
   JsonLine Link(const Error& error) const;
   std::string WithoutSecrets(std::string text) const;
 
-  // Reports what it raises as a loss of the record.
+  // Reports its errors as a loss of the record.
   template <typename Step>
   void Try(const char* loss, Step&& step) noexcept;
 
@@ -67,7 +67,7 @@ class RunRecord {
   std::vector<Error> causes_;
 };
 
-// A failure report whose failures stand in the run's record.
+// A failure report that also adds each failure to the run's record.
 class RecordedFailures : public FailureReport {
  public:
   RecordedFailures(FailureReport& inner, RunRecord* record) : inner_(inner), record_(record) {}  // borrowed

@@ -24,7 +24,7 @@ struct Armed {
 };
 Armed armed;
 
-// A record in a buffer that it may not leave: what is too much is cut.
+// A record in a buffer of fixed size. Cuts what does not fit.
 class RecordBuffer {
  public:
   void Add(std::string_view text) noexcept {

@@ -236,8 +236,8 @@ void SqliteDriverSession::Commit() {
 
 bool SqliteDriverSession::HoldsTransaction() const { return handle_ && sqlite3_get_autocommit(handle_.get()) == 0; }
 
-// Others wait for the one lock by looking whether it is free: there must be a gap every now and then. After 16
-// statements the commit is hardly seen any more in what each of them costs.
+// Other programs poll for the file's only lock, so there must be gaps. With 16 statements the commit adds little to the
+// cost of each.
 GroupLimits SqliteDriverSession::Grouping() { return {16, std::chrono::milliseconds(5)}; }
 
 void SqliteDriverSession::Close() {

@@ -22,7 +22,7 @@ class ExpansionFailure : public ::testing::Test {
   CalendarDatabase local;
 };
 
-TEST_F(ExpansionFailure, OfWhatIsCalledBeforeACalendarLeavesItAndThoseAfterItAsTheyWere) {
+TEST_F(ExpansionFailure, BeforeACalendarLeavesItAndThoseAfterItUnchanged) {
   local.Employee("1002", "NIGHT");
   local.Record("NIGHT", {"2001-03-05", "2001-03-05", 2000, 2400});
   local.Execute("INSERT INTO tscalender VALUES ('NIGHT', '1999-01-01', '1999-01-02')");
@@ -132,7 +132,7 @@ TEST_F(ExpansionFailure, SkipsACodeThatHoldsAQuoteAndGoesOnWithTheNext) {
   EXPECT_EQ(local.Intervals("DAY").size(), 3u);
 }
 
-TEST_F(ExpansionFailure, EndsLoudlyForATimeThatDoesNotFit16Bits) {
+TEST_F(ExpansionFailure, RaisesForATimeThatDoesNotFit16Bits) {
   local.Employee("1002", "LATER");
   local.Record("LATER", {"2001-03-05", "2001-03-05", 800, 1700});
   local.Record("DAY", {"2001-03-08", "2001-03-08", 800, 32768});
@@ -141,7 +141,7 @@ TEST_F(ExpansionFailure, EndsLoudlyForATimeThatDoesNotFit16Bits) {
   EXPECT_THAT(local.Intervals("LATER"), IsEmpty());
 }
 
-TEST_F(ExpansionFailure, EndsLoudlyForARecordWithoutAnEnd) {
+TEST_F(ExpansionFailure, RaisesForARecordWithoutAnEnd) {
   local.Execute("INSERT INTO tcccp030 VALUES ('DAY', 'WRK', '2001-03-08', 800, NULL, 1700)");
   const Error error = Raised([&] { local.Calender().Startprocess(); });
   EXPECT_EQ(error.Number(), 94);

@@ -50,7 +50,7 @@ TEST_P(ExpansionMoments, TakesTheLastDayOfAPeriodIntoItAndNotIntoTheNext) {
                           "2001-04-20 08:00:00 > 2001-04-20 09:00:00"));
 }
 
-TEST_P(ExpansionMoments, EndsBehindAPeriodWithoutRecordsAlsoIfOneStartsOnTheDayThatEndsIt) {
+TEST_P(ExpansionMoments, EndsAfterAPeriodWithoutRecordsEvenIfOneStartsOnItsEndDate) {
   Record("2001-01-10", 800, 1200);
   Record("2001-07-29", 800, 1200);
   EXPECT_THAT(Expanded(), ElementsAre("2001-01-10 08:00:00 > 2001-01-10 12:00:00"));

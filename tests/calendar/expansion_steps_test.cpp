@@ -84,7 +84,7 @@ TEST_F(ExpansionSteps, OverflowsWhileTheRecordsOfAPeriodAreSpread) {
   EXPECT_EQ(Raised([&] { calender.process(); }).Number(), 6);
 }
 
-TEST_F(ExpansionSteps, SaysWhetherThePeriodHasRecords) {
+TEST_F(ExpansionSteps, ReturnsWhetherThePeriodHasRecords) {
   local.Record("DAY", {"2001-03-05", "2001-03-05", 800, 1700});
   calender.Calcode = "DAY";
   EXPECT_TRUE(calender.GetFirstYearofCalcode());
@@ -108,7 +108,7 @@ TEST_F(ExpansionSteps, SkipsACodeThatIsBlankOrHasNoRecords) {
   }
 }
 
-TEST_F(ExpansionSteps, LooksACodeUpWithItsBlanks) {
+TEST_F(ExpansionSteps, FindsACodeWithItsBlanks) {
   local.Record(" D ", {"2001-03-05", "2001-03-05", 800, 1700});
   calender.Calcode = " D ";
   EXPECT_TRUE(calender.GetFirstYearofCalcode());
@@ -125,7 +125,7 @@ TEST_F(ExpansionSteps, WritesEveryIntervalOfEveryDay) {
                                                               "2001-03-06 09:00:00 > 2001-03-06 10:00:00"}));
 }
 
-TEST_F(ExpansionSteps, PassesOverAnIntervalThatIsNotThere) {
+TEST_F(ExpansionSteps, SkipsAnIntervalThatDoesNotExist) {
   calender.Calcode = "DAY";
   calender.InsertInMainArray(5, 3, 2001, 800, 1200);
   EXPECT_TRUE(calender.Insert(0, 1).IsEmpty());

@@ -32,7 +32,7 @@ TEST_F(Expansion, StartsWithTheZeroDateTimeAndNothingInUse) {
   EXPECT_EQ(calender.calcount, 0);
 }
 
-TEST_F(Expansion, CountsTheCalendarsAnewEachTime) {
+TEST_F(Expansion, CountsTheCalendarsAgainEachTime) {
   local.Employee("1002", "NIGHT");
   clsCalender calender = local.Calender();
   calender.getCalender();
@@ -92,7 +92,7 @@ TEST_F(Expansion, KeepsTheOrderInWhichDaysAreFirstMet) {
                           "2001-03-08 08:00:00 > 2001-03-08 09:00:00"));
 }
 
-TEST_F(Expansion, LetsOverlapsThroughThatCombiningKeeps) {
+TEST_F(Expansion, KeepsOverlapsThatMergingKeeps) {
   EXPECT_THAT(Expanded({{"2001-03-05", "2001-03-05", 800, 1200},
                         {"2001-03-05", "2001-03-05", 1100, 1400},
                         {"2001-03-04", "2001-03-05", 1300, 1700}}),
@@ -167,7 +167,7 @@ TEST_F(Expansion, ExpandsACalendarOfSeveralEmployeesOnce) {
               ElementsAre("2001-03-05 08:00:00 > 2001-03-05 17:00:00"));
 }
 
-TEST_F(Expansion, ExpandsNothingWhereNoEmployeeHasACalendar) {
+TEST_F(Expansion, ExpandsNothingIfNoEmployeeHasACalendar) {
   local.Execute("UPDATE tsmdm140 SET ccal = ''");
   local.Employee("1002", "");
   local.Execute("INSERT INTO tsmdm140 VALUES ('1003', NULL)");

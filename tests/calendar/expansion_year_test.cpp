@@ -27,7 +27,7 @@ std::string ByDay(const std::vector<std::string>& intervals) {
   return text;
 }
 
-TEST(ExpansionOfAYear, GivesTheIntervalsThatTheYearMeans) {
+TEST(ExpansionOfAYear, GivesTheIntervalsOfEachDay) {
   CalendarDatabase local;
   local.Employee("1001", "SHOP");
   local.Records("SHOP", kYearRecords);

@@ -82,7 +82,7 @@ TEST(IntervalMergingOracle, AgreesWithALinkedListOnManyRandomDays) {
   EXPECT_GT(AgreeOnRandomDays(30000, 20261120, false), 1000);
 }
 
-TEST(IntervalMergingOracle, AgreesWithALinkedListWhereIntervalsEndBeforeTheyStart) {
+TEST(IntervalMergingOracle, AgreesWithALinkedListIfIntervalsEndBeforeTheyStart) {
   EXPECT_GT(AgreeOnRandomDays(10000, 4711, true), 1000);
 }
 

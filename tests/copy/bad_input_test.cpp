@@ -28,6 +28,13 @@ std::string Chain(const CopyRig& rig) {
                                          : std::to_string(rig.failures.chains.size()) + " failures";
 }
 
+// Service types are copied by change, and this is their audit trail.
+void ByChange(CopyRig& rig, const std::vector<AuditEntry>& entries) {
+  rig.ControlRecord("tsmdm030", 2, "2026-11-19");
+  rig.erp.Lists(kServiceTypesManager, {});
+  rig.erp.Audits(kServiceTypesRecord, entries);
+}
+
 TEST(BadInput, InAFullCopyMayHoldAQuoteInAKey) {
   CopyRig rig;
   rig.erp.Lists(kServiceTypesManager, {ServiceType("O'NEIL", "it's")});
@@ -37,9 +44,7 @@ TEST(BadInput, InAFullCopyMayHoldAQuoteInAKey) {
 
 TEST(BadInput, InAChangedCopyFailsOnAQuoteInAKey) {
   CopyRig rig;
-  rig.ControlRecord("tsmdm030", 2, "2026-11-19");
-  rig.erp.Lists(kServiceTypesManager, {});
-  rig.erp.Audits(kServiceTypesRecord, {Updated(ServiceType("O'NEIL"))});
+  ByChange(rig, {Updated(ServiceType("O'NEIL"))});
   rig.Run("tsmdm030");
   EXPECT_THAT(
       Chain(rig),
@@ -81,7 +86,7 @@ TEST(BadInput, OfANumberThatCannotBeRoundedNamesItsColumn) {
                                 HasSubstr("table: tsclm020"), HasSubstr("key: crtc='R1'")));
 }
 
-TEST(BadInput, OfANullWhereAValueIsNeededNamesItsColumn) {
+TEST(BadInput, OfANullInsteadOfAValueNamesItsColumn) {
   for (const auto& [getter, number, column] :
        {std::tuple("getBlocked", "94", "blyn"), std::tuple("getOrderDate", "91", "ordt")}) {
     CopyRig rig;
@@ -99,7 +104,7 @@ TEST(BadInput, OfANullWhereAValueIsNeededNamesItsColumn) {
   EXPECT_THAT(Chain(rig), AllOf(HasSubstr("because of error 94, "), HasSubstr("column: rctt")));
 }
 
-TEST(BadInput, OfATextThatTheDatabaseFindsTooLongFailsWhereTheRowIsSaved) {
+TEST(BadInput, OfATextThatTheDatabaseFindsTooLongFailsWhenTheRowIsSaved) {
   CopyRig rig;
   rig.Sql("drop table tsmdm030");
   rig.Sql(
@@ -114,7 +119,7 @@ TEST(BadInput, OfATextThatTheDatabaseFindsTooLongFailsWhereTheRowIsSaved) {
   EXPECT_THAT(rig.Rows("tsmdm030", {"cstp"}), ElementsAre("\"A\""));
 }
 
-TEST(BadInput, OfAKeyThatIsListedTwiceFailsWhereTheSecondRowIsSaved) {
+TEST(BadInput, OfAKeyThatIsListedTwiceFailsWhenTheSecondRowIsSaved) {
   CopyRig rig;
   rig.erp.Lists(kServiceTypesManager, {ServiceType("A", "first"), ServiceType("A", "second")});
   rig.Run("tsmdm030");
@@ -163,11 +168,9 @@ TEST(BadInput, OfAListingThatIsATextNamesMemberAndTable) {
                                           "[member: List; table: tsmdm030]")));
 }
 
-TEST(BadInput, OfAnAuditEntryThatIsNoObjectTellsItsNumber) {
+TEST(BadInput, OfAnAuditEntryThatIsNoObjectShowsItsNumber) {
   CopyRig rig;
-  rig.ControlRecord("tsmdm030", 2, "2026-11-19");
-  rig.erp.Lists(kServiceTypesManager, {});
-  rig.erp.Audits(kServiceTypesRecord, {});
+  ByChange(rig, {});
   rig.erp.Serves("audit.AuditReader", [&] {
     const auto reader = rig.erp.Make("reader");
     reader->Takes("initialize", 3).Gives("hasMoreElements", true).Gives("nextElement", Variant());
@@ -180,9 +183,7 @@ TEST(BadInput, OfAnAuditEntryThatIsNoObjectTellsItsNumber) {
 
 TEST(BadInput, OfAnAuditEntryWithoutItsObjectBlamesTheReader) {
   CopyRig rig;
-  rig.ControlRecord("tsmdm030", 2, "2026-11-19");
-  rig.erp.Lists(kServiceTypesManager, {});
-  rig.erp.Audits(kServiceTypesRecord, {});
+  ByChange(rig, {});
   rig.erp.Serves("audit.AuditReader", [&] {
     const auto reader = rig.erp.Make("reader");
     const auto entry = rig.erp.Make("entry");
@@ -196,17 +197,14 @@ TEST(BadInput, OfAnAuditEntryWithoutItsObjectBlamesTheReader) {
                                     "getCurrentObject; table: tsmdm030; audit entry: 1]"));
 }
 
-TEST(BadInput, OfAnAuditEntryWhoseKeyCannotBeReadTellsItsNumber) {
+TEST(BadInput, OfAnAuditEntryWhoseKeyCannotBeReadShowsItsNumber) {
   CopyRig rig;
-  rig.ControlRecord("tsmdm030", 2, "2026-11-19");
-  rig.erp.Lists(kServiceTypesManager, {});
-  rig.erp.Audits(kServiceTypesRecord,
-                 {Inserted(ServiceType("A")), Inserted({{"getServiceType", Error(900, "Orvan", "No.")}})});
+  ByChange(rig, {Inserted(ServiceType("A")), Inserted({{"getServiceType", Error(900, "Orvan", "No.")}})});
   rig.Run("tsmdm030");
   EXPECT_THAT(Chain(rig), HasSubstr("because of error 900, Orvan: No. [table: tsmdm030; audit entry: 2]"));
 }
 
-TEST(BadInput, OfAGetterThatRaisesFailsTheReReadingToo) {
+TEST(BadInput, OfAGetterThatRaisesFailsTheSecondReadingToo) {
   CopyRig rig;
   rig.ControlRecord("tsmdm140", 2, "2026-11-19");
   rig.erp.Lists("ServiceEmployees.ServiceEmployeesManager",
@@ -221,9 +219,7 @@ TEST(BadInput, OfAGetterThatRaisesFailsTheReReadingToo) {
 
 TEST(BadInput, OfAnAuditReaderThatRaisesHalfwayKeepsWhatWasApplied) {
   CopyRig rig;
-  rig.ControlRecord("tsmdm030", 2, "2026-11-19");
-  rig.erp.Lists(kServiceTypesManager, {});
-  rig.erp.Audits(kServiceTypesRecord, {Inserted(ServiceType("A"))});
+  ByChange(rig, {Inserted(ServiceType("A"))});
   rig.erp.auditFailure = Error(300, "Audit", "The trail is broken.");
   rig.Run("tsmdm030");
   EXPECT_THAT(Chain(rig),

@@ -232,7 +232,7 @@ TEST_F(FailingChangedCopy, LeavesTheRecordSetOpenAndTheHalfFilledRowUnsaved) {
       HasSubstr("[member: getServiceProcedure; column: prod; table: tsmdm030; audit entry: 1; key: where cstp='A']"));
 }
 
-TEST_F(FailingChangedCopy, IsToleratedByTheDriverWithItsRecordSetOpen) {
+TEST_F(FailingChangedCopy, LetsTheRunEndAsUsualWithItsRecordSetOpen) {
   rig.Sql("insert into tsmdm030 (cstp, dsca) values ('A', 'old')");
   Getters halfFilled = ServiceType("A", "half");
   halfFilled.erase("getServiceProcedure");

@@ -71,7 +71,7 @@ TEST_F(ControlRecords, TakeOnlyOneAsInProgress) {
   EXPECT_FALSE(rig.inside.IsCopyInProgress("tsmdm100"));
 }
 
-TEST_F(ControlRecords, AreMadeByTheSetWhereThereIsNone) {
+TEST_F(ControlRecords, AreMadeByTheSetIfThereIsNone) {
   rig.inside.SetCopyInProgress("tsmdm030");
   EXPECT_THAT(rig.Rows("tstables", {"TableName", "in_use", "freq", "reqd", "lutm"}),
               ElementsAre("\"tsmdm030\", 1, 0, 1, null"));

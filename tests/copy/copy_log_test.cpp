@@ -97,7 +97,7 @@ TEST_F(CopyLogFile, GrowsWithEveryRun) {
             "\"Table : tsmdm030 - 0 records Inserted\"\r\n");
 }
 
-TEST_F(CopyLogFile, FailsWhoeverWritesItWhenItCannotBeWritten) {
+TEST_F(CopyLogFile, FailsEveryRoutineThatCannotWriteIt) {
   for (const char* operation : {"Open", "Write", "Close"}) {
     CopyRig failing;
     failing.inside.LogFile() = "C:\\log\\tsmdm030.log";

@@ -83,7 +83,7 @@ TEST(DateObject, OfNowIsSetFromOneReadingOfTheDateAndThreeOfTheTime) {
                           "date1.setHours(23)", "date1.setMinutes(0)", "date1.setSeconds(1)"));
 }
 
-TEST(YesNo, IsOneForTheErpsYesAlone) {
+TEST(YesNo, IsOneOnlyForTheErpsYes) {
   EXPECT_EQ(DataCopyInside::YesNoToFlag(1), 1);
   for (const int code : {0, 2, 3, -1, 255, 257}) {
     EXPECT_EQ(DataCopyInside::YesNoToFlag(static_cast<std::int16_t>(code)), 0) << code;

@@ -19,7 +19,7 @@ std::string Failed(const std::string& table) {
          ".log' for details\"";
 }
 
-TEST(Run, TellsStartThenCompletionWithItsCountsThenDone) {
+TEST(Run, RaisesStartThenCompletionWithItsCountsThenDone) {
   CopyRig rig;
   rig.erp.Lists(kServiceTypesManager, {ServiceType("A"), ServiceType("B")});
   rig.Run("tsmdm030");
@@ -91,7 +91,7 @@ TEST(Run, ReportsARefusalWithTheLastUpdateTimeAndWhatToDo) {
           "later; when no run copies it, release it with \"qmxadmin release tsmdm030\"]"));
 }
 
-TEST(Run, ReportsARefusalWithoutALastUpdateTimeWhereThereIsNone) {
+TEST(Run, ReportsARefusalWithoutALastUpdateTimeIfThereIsNone) {
   for (const char* change : {"update tstables set lutm = null", "alter table tstables drop column lutm"}) {
     CopyRig rig;
     rig.ControlRecord("tsmdm030", 1);
@@ -141,7 +141,7 @@ TEST(Run, SplitsALongerTableNameAndCopiesItsFirstPart) {
                                         "event Complete 2026-11-20 14:05:09, \"tsmdm030\", 1, 0, 0", "event done"));
 }
 
-TEST(Run, TellsTwoStartsForTheCalendarOfAnEmployee) {
+TEST(Run, RaisesTwoStartsForTheCalendarOfAnEmployee) {
   CopyRig rig;
   rig.Run("tcccp030=4711=E");
   EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"tcccp030\"",
@@ -153,7 +153,7 @@ TEST(Run, TellsTwoStartsForTheCalendarOfAnEmployee) {
   EXPECT_EQ(rig.declarations.statusWhenFinished, ExitStatus::Complete);
 }
 
-TEST(Run, TellsTwoStartsForACalendarByItsCode) {
+TEST(Run, RaisesTwoStartsForACalendarByItsCode) {
   CopyRig rig;
   rig.erp.Lists("Calendars.CalendarManager", {}, "listActualCalendar");
   rig.Run("tcccp030=DAY=C");
@@ -296,7 +296,7 @@ TEST_F(UnclosedRun, LogsTheFailureAndCountsAsFinished) {
   EXPECT_THAT(rig.CopyLog("unknown1"), HasSubstr("was made to fail: Close\"\r\n"));
 }
 
-TEST_F(UnclosedRun, WhoseLogRefusesTheFailureLogsThatAndTriesToCloseAgain) {
+TEST_F(UnclosedRun, LogsTheFailureOfItsLogToo) {
   CopyRig rig(faulty_);
   rig.files.failOn = "Open";
   rig.files.failsOnce = true;
@@ -324,7 +324,7 @@ TEST(Run, LogsThenReleasesThenClosesAfterAFailure) {
                           "rs5.Update", "rs5.Close", "connection.Close", Failed("tsmdm030"), "event done"));
 }
 
-TEST(Run, TellsEachEventWithTheTimeAtWhichItIsRaised) {
+TEST(Run, RaisesEachEventWithTheCurrentTime) {
   CopyRig rig;
   rig.clock.step = 1;
   rig.Run("unknown1");

@@ -1,5 +1,5 @@
-// The event sinks one by one: what the scheduling server and the event log are told, in which order, with which kinds
-// of arguments.
+// The event sinks one by one: the calls to the scheduling server and the event log, their order, and the kinds of their
+// arguments.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -44,7 +44,7 @@ class EventSinks : public testing::Test {
   std::vector<std::string> created_;
 };
 
-TEST_F(EventSinks, TellThatACopyStarted) {
+TEST_F(EventSinks, ReportThatACopyStarted) {
   Begin();
   handler_.MyDataCopy_DataCopyStarted(kTime, "tsmdm030");
   EXPECT_THAT(
@@ -70,7 +70,7 @@ TEST_F(EventSinks, NameTheMemberThatWroteNoNumberIntoTheRequestNumber) {
       "the server wrote; member: UpdateStatusByTalbe]");
 }
 
-TEST_F(EventSinks, TellTheResultWithItsCounts) {
+TEST_F(EventSinks, ReportTheResultWithItsCounts) {
   Begin();
   handler_.MyDataCopy_DataCopyComplete(kTime, "tssoc200", 1000000, 0, 12);
   EXPECT_THAT(calls_.Lines(),
@@ -80,7 +80,7 @@ TEST_F(EventSinks, TellTheResultWithItsCounts) {
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::Complete);
 }
 
-TEST_F(EventSinks, TellThatACopyIsAlreadyInProgressWithoutADescription) {
+TEST_F(EventSinks, ReportThatACopyIsAlreadyInProgressWithoutADescription) {
   Begin();
   handler_.MyDataCopy_DataCopyAlreadyInProgress(kTime, "tsmdm030");
   EXPECT_THAT(
@@ -91,7 +91,7 @@ TEST_F(EventSinks, TellThatACopyIsAlreadyInProgressWithoutADescription) {
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::Refused);
 }
 
-TEST_F(EventSinks, TellAFailureToTheEventLogFirstThenToTheServer) {
+TEST_F(EventSinks, ReportAFailureToTheEventLogFirstThenToTheServer) {
   Begin();
   handler_.MyDataCopy_DataCopyError(kTime, "tsmdm030", std::int16_t{-1},
                                     "DataCopy Failed, see logfile 'C:\\log\\tsmdm030.log' for details");
@@ -107,7 +107,7 @@ TEST_F(EventSinks, TellAFailureToTheEventLogFirstThenToTheServer) {
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::CopyFailed);
 }
 
-TEST_F(EventSinks, TellTheEventLogAloneOfAFailureWhenTheServerIsToHearNothing) {
+TEST_F(EventSinks, ReportAFailureOnlyToTheEventLogIfMessagesAndStatusAreOff) {
   declarations_.ServerMessagesOff = true;
   declarations_.HasStatusRequestId = false;
   Begin();
@@ -121,7 +121,7 @@ TEST_F(EventSinks, TellTheEventLogAloneOfAFailureWhenTheServerIsToHearNothing) {
                                           "Description : why\", 1)"));
 }
 
-TEST_F(EventSinks, SendMessagesWithoutStatusWhereThereIsNoRequestNumber) {
+TEST_F(EventSinks, SendMessagesWithoutStatusIfThereIsNoRequestNumber) {
   declarations_.HasStatusRequestId = false;
   Begin();
   EXPECT_THAT(created_, ElementsAre("create QMXServer20.clsMessHandler"));
@@ -132,7 +132,7 @@ TEST_F(EventSinks, SendMessagesWithoutStatusWhereThereIsNoRequestNumber) {
   EXPECT_THAT(calls_.StartingWith({"requests."}), IsEmpty());
 }
 
-TEST_F(EventSinks, SendStatusWithoutMessagesWhereMessagesAreOff) {
+TEST_F(EventSinks, SendStatusWithoutMessagesIfMessagesAreOff) {
   declarations_.ServerMessagesOff = true;
   Begin();
   EXPECT_THAT(created_, ElementsAre("create QMXServer20.ClientRequests"));
@@ -271,7 +271,7 @@ TEST_F(EventSinks, PassAServerCallThatFailsToTheEngine) {
   EXPECT_THAT(calls_.StartingWith({"requests."}), IsEmpty());
 }
 
-TEST_F(EventSinks, PassAnEventLogThatFailsToTheEngineBeforeTheServerHearsAnything) {
+TEST_F(EventSinks, PassAFailureOfTheEventLogToTheEngineBeforeTheServerIsCalled) {
   Begin();
   eventLog_.fails = true;
   EXPECT_EQ(Raised([&] { handler_.MyDataCopy_DataCopyError(kTime, "tsmdm030", std::int16_t{-1}, "why"); }).Number(),
@@ -279,7 +279,7 @@ TEST_F(EventSinks, PassAnEventLogThatFailsToTheEngineBeforeTheServerHearsAnythin
   EXPECT_THAT(calls_.StartingWith({"messages.", "requests."}), IsEmpty());
 }
 
-TEST_F(EventSinks, CannotBeReachedWhereAServerObjectCannotBeCreated) {
+TEST_F(EventSinks, CannotBeReachedIfAServerObjectCannotBeCreated) {
   components_.Serves("QMXServer20.ClientRequests", []() -> Object {
     throw Error(429, "Components", "QMXServer20.ClientRequests cannot be created.");
   });

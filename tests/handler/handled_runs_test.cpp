@@ -43,7 +43,7 @@ class HandledRun : public testing::Test {
   modDeclarations declarations_;
 };
 
-TEST_F(HandledRun, OfAnUnknownTableTellsAnEmptyDescriptionAndZeroCounts) {
+TEST_F(HandledRun, OfAnUnknownTableReportsAnEmptyDescriptionAndZeroCounts) {
   Handle("tsxyz999");
   EXPECT_THAT(Told(),
               ElementsAre("messages.writeToMessageBox(2026-11-20 14:05:09, \" (tsxyz999) : Data copy started\")",
@@ -54,7 +54,7 @@ TEST_F(HandledRun, OfAnUnknownTableTellsAnEmptyDescriptionAndZeroCounts) {
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::NothingToCopy);
 }
 
-TEST_F(HandledRun, WhoseTableCannotBeReleasedTellsItsCompletionAndEndsWithTwo) {
+TEST_F(HandledRun, WhoseTableCannotBeReleasedReportsItsCompletionAndEndsWithTwo) {
   rig_.erp.Lists("ServiceTypes.ServiceTypesManager", {});
   RemakeControlTable("in_use smallint check (in_use = 1)", "lutm datetime");
   Handle("tsmdm030");
@@ -63,7 +63,7 @@ TEST_F(HandledRun, WhoseTableCannotBeReleasedTellsItsCompletionAndEndsWithTwo) {
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::StartUpFailed);
 }
 
-TEST_F(HandledRun, WhoseLastUpdateTimeCannotBeWrittenTellsItsCompletionAndEndsWithTwo) {
+TEST_F(HandledRun, WhoseLastUpdateTimeCannotBeWrittenReportsItsCompletionAndEndsWithTwo) {
   rig_.erp.Lists("ServiceTypes.ServiceTypesManager", {});
   RemakeControlTable("in_use smallint", "lutm datetime check (lutm is null)");
   Handle("tsmdm030");
@@ -72,7 +72,7 @@ TEST_F(HandledRun, WhoseLastUpdateTimeCannotBeWrittenTellsItsCompletionAndEndsWi
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::StartUpFailed);
 }
 
-TEST_F(HandledRun, OfAServiceTypesTableTellsItsCounts) {
+TEST_F(HandledRun, OfAServiceTypesTableReportsItsCounts) {
   rig_.erp.Lists("ServiceTypes.ServiceTypesManager", {});
   Handle("tsmdm030");
   EXPECT_THAT(
@@ -86,7 +86,7 @@ TEST_F(HandledRun, OfAServiceTypesTableTellsItsCounts) {
   EXPECT_EQ(declarations_.CurrentDatabaseName, "local");
 }
 
-TEST_F(HandledRun, OfATableInProgressTellsTheRefusalAlone) {
+TEST_F(HandledRun, OfATableInProgressReportsOnlyTheRefusal) {
   rig_.ControlRecord("tsmdm030", 1);
   rig_.Sql("update tstables set in_use = 1");
   Handle("tsmdm030");
@@ -96,7 +96,7 @@ TEST_F(HandledRun, OfATableInProgressTellsTheRefusalAlone) {
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::Refused);
 }
 
-TEST_F(HandledRun, ThatFailsTellsTheEventLogAndTheServer) {
+TEST_F(HandledRun, ThatFailsReportsToTheEventLogAndTheServer) {
   Handle("tsmdm030");  // no ERP component serves it
   EXPECT_THAT(
       Told(),
@@ -112,7 +112,7 @@ TEST_F(HandledRun, ThatFailsTellsTheEventLogAndTheServer) {
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::CopyFailed);
 }
 
-TEST_F(HandledRun, OfOneCalendarTellsItsStartTwice) {
+TEST_F(HandledRun, OfOneCalendarReportsItsStartTwice) {
   Handle("tcccp030=C1=C");  // no ERP component serves it, which comes out after both
   const std::string started =
       "messages.writeToMessageBox(2026-11-20 14:05:09, \"Calendars (tcccp030) : Data copy started\")";
@@ -120,7 +120,7 @@ TEST_F(HandledRun, OfOneCalendarTellsItsStartTwice) {
   EXPECT_EQ(rig_.calls.Count("requests.UpdateStatusByTalbe(17, \"tcccp030\", 10)"), 2U);
 }
 
-TEST_F(HandledRun, WithoutServerCreatesNoObjectAndTellsTheEventLogAlone) {
+TEST_F(HandledRun, WithoutServerCreatesNoObjectAndReportsOnlyToTheEventLog) {
   declarations_.ServerMessagesOff = true;
   declarations_.HasStatusRequestId = false;
   Handle("tsmdm030");
@@ -129,7 +129,7 @@ TEST_F(HandledRun, WithoutServerCreatesNoObjectAndTellsTheEventLogAlone) {
   EXPECT_EQ(rig_.calls.StartingWith({"eventlog.LogEvent"}).size(), 1U);
 }
 
-TEST_F(HandledRun, WhoseStartCannotBeToldFailsAsACopyAndReleasesTheTable) {
+TEST_F(HandledRun, WhoseStartCannotBeReportedFailsAsACopyAndReleasesTheTable) {
   rig_.erp.Serves("QMXServer20.clsMessHandler", [&] {
     const auto messages = rig_.erp.Make("messages");
     messages->On("writeToMessageBox", 2, [](ScriptedObject::Arguments arguments) -> Variant {
@@ -145,7 +145,7 @@ TEST_F(HandledRun, WhoseStartCannotBeToldFailsAsACopyAndReleasesTheTable) {
   EXPECT_NE(rig_.CopyLog("tsmdm030").find("\"Server\",\"The board is full.\""), std::string::npos);
 }
 
-TEST_F(HandledRun, WhoseResultCannotBeToldFailsAfterTheCopy) {
+TEST_F(HandledRun, WhoseResultCannotBeReportedFailsAfterTheCopy) {
   rig_.erp.Serves("QMXServer20.ClientRequests", [&] {
     const auto requests = rig_.erp.Make("requests");
     requests->On("UpdateStatusByTalbe", 3, [](ScriptedObject::Arguments arguments) -> Variant {

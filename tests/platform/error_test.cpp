@@ -1,4 +1,4 @@
-// Errors: causes are found by themselves, details never overwrite nearer ones, the chain is told line by line.
+// Errors: their causes, details that never replace inner ones, and the chain's lines.
 #include "platform/error.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 namespace qmx::test {
 namespace {
 
-TEST(Error, HasNoCauseWhereNothingIsBeingHandled) {
+TEST(Error, HasNoCauseIfNothingIsBeingHandled) {
   const Error error(13, "Values", "Type mismatch");
   EXPECT_EQ(error.Number(), 13);
   EXPECT_EQ(error.Source(), "Values");
@@ -69,7 +69,7 @@ TEST(Error, KeepsTheCauseAliveAfterTheHandlerThatHeldIt) {
   EXPECT_EQ(kept->Cause()->Description(), "Not found");
 }
 
-TEST(Error, AddsFurtherCausesBehindItsOwnAndNoneTwice) {
+TEST(Error, AddsFurtherCausesAfterItsOwnAndNoneTwice) {
   try {
     throw Error(53, "Files", "Not found");
   } catch (const Error& first) {
@@ -104,7 +104,7 @@ TEST(Error, TakesAForeignExceptionAsItsCauseInItsOwnForm) {
   }
 }
 
-TEST(Error, LetsTheNearestDetailOfANameStand) {
+TEST(Error, KeepsTheInnermostDetailOfAName) {
   Error error(3265, "Recordset", "No column.");
   error.With("table", "tsmdm030").With("column", "cstp").With("table", "tstables");
   EXPECT_EQ(error.Details(), (std::vector<Error::Detail>{{"table", "tsmdm030"}, {"column", "cstp"}}));
@@ -160,11 +160,11 @@ TEST(NumberPlus100, PastTheLargestNumberIsAnOverflow) {
   }
 }
 
-TEST(DescribeChain, TellsOneLineForALoneError) {
+TEST(DescribeChain, GivesOneLineForAnErrorWithoutACause) {
   EXPECT_EQ(DescribeChain(Error(53, "Files", "File not found: C:\\x")), "error 53, Files: File not found: C:\\x");
 }
 
-TEST(DescribeChain, TellsCausesAndDetailsOneLineEach) {
+TEST(DescribeChain, GivesOneLinePerErrorWithItsDetails) {
   try {
     try {
       throw Error(-2147217873, "SQLite", "UNIQUE constraint failed").With("table", "tsmdm030").With("key", "cstp=A");

@@ -36,7 +36,7 @@ TEST(Trimming, RemovesTheBlanksAroundATextAndNoneWithin) {
   EXPECT_EQ(Trimmed(""), "");
 }
 
-TEST(Trimming, RemovesOtherCharactersOnlyWhereTheyAreGiven) {
+TEST(Trimming, RemovesOtherCharactersOnlyIfTheyAreGiven) {
   EXPECT_EQ(Trimmed("\t a \t"), "\t a \t");
   EXPECT_EQ(Trimmed("\t a \r", " \t\r"), "a");
 }

@@ -37,7 +37,7 @@ TEST(RunningCall, IsRestoredAfterACallBack) {
   EXPECT_STREQ(RunningCall::Member(), "List");
 }
 
-TEST(RunningCall, KeepsATextBeyondItsOwnerAndOnce) {
+TEST(RunningCall, KeepsATextOnceAndLongerThanItsOwner) {
   std::optional<std::string> text = "a text that is longer than a small one";
   const char* const kept = RunningCall::KeepText(*text);
   EXPECT_NE(kept, text->c_str());

@@ -23,7 +23,7 @@ TEST(TextEncoding, IsPlainAsciiWithEveryCharacterFrom1To127AtEveryPlaceOfEveryLe
   }
 }
 
-TEST(TextEncoding, IsPlainAsciiWithoutLookingBehindItsEnd) {
+TEST(TextEncoding, IsPlainAsciiWithoutReadingPastItsEnd) {
   const std::string text = "0123456789\xFF\0\xFF";
   for (std::size_t size = 0; size <= 10; ++size) EXPECT_TRUE(IsPlainAscii(std::string_view(text).substr(0, size)));
   EXPECT_TRUE(IsPlainAscii(std::string_view()));

@@ -1,4 +1,4 @@
-// What a session says about its transaction once it lost track of it.
+// The state of a session's transaction, also after it became unknown.
 #include "platform/transaction_state.h"
 
 #include <gmock/gmock.h>

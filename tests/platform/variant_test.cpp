@@ -244,7 +244,7 @@ TEST(Variant, ATextAsDateTimeIsTheCanonicalForm) {
   EXPECT_EQ(NumberRaisedBy([] { Variant("").ToDateTime(); }), 13);
 }
 
-TEST(Variant, AnObjectIsNothingButAnObject) {
+TEST(Variant, AnObjectConvertsToNothingElse) {
   const Object object = SomeObject();
   EXPECT_EQ(Variant(object).ToObject(), object);
   EXPECT_EQ(NumberRaisedBy([&] { Variant(object).ToText(); }), 13);

@@ -73,7 +73,7 @@ class Audit : public testing::Test {
   SandboxErp erp_;
 };
 
-TEST_F(Audit, ShowsWhatAnySqlToolChanges) {
+TEST_F(Audit, ShowsChangesOfAnySqlTool) {
   erp_.RunAt("2026-11-20 09:00:00", "INSERT INTO tsmdm030 (cstp, \"desc\") VALUES ('A', 'one'), ('B', 'two')");
   erp_.RunAt("2026-11-20 10:00:00", "UPDATE tsmdm030 SET \"desc\" = 'changed' WHERE cstp = 'B'");
   erp_.RunAt("2026-11-20 11:00:00", "DELETE FROM tsmdm030 WHERE cstp = 'A'");
@@ -110,7 +110,7 @@ TEST_F(Audit, KeepsTheOrderInWhichThingsHappenedWhateverTheClockSaid) {
               ElementsAre("I A", "D A", "I A"));
 }
 
-TEST_F(Audit, GivesADeletedRecordThatCameBackAsItStandsNow) {
+TEST_F(Audit, GivesADeletedRecordThatCameBackAsItIsNow) {
   erp_.RunAt("2026-11-20 09:00:00", "INSERT INTO tsmdm030 (cstp, \"desc\") VALUES ('A', 'old')");
   erp_.RunAt("2026-11-20 10:00:00", "DELETE FROM tsmdm030");
   erp_.RunAt("2026-11-20 11:00:00", "INSERT INTO tsmdm030 (cstp, \"desc\") VALUES ('A', 'new')");
@@ -146,7 +146,7 @@ TEST_F(Audit, GivesDateObjectsOfNoDateForPointsInTimeThatWereNotAskedFor) {
   EXPECT_EQ("0-0-1 0:0:0", Parts(order.Call("getPlannedStartTime").ToObject()));
 }
 
-TEST_F(Audit, NarrowsByEveryParameter) {
+TEST_F(Audit, FiltersByEveryParameter) {
   erp_.RunAt("2026-11-20 09:00:00",
              "INSERT INTO tsmdm135 VALUES ('E1', 'S1', 'G1', 1), ('E1', 'S2', 'G1', 1), ('E2', 'S1', 'G1', 1), "
              "('E1', 'S1', 'G2', 1)");
@@ -284,7 +284,7 @@ TEST_F(Audit, IsKeptForEveryTable) {
   }
 }
 
-TEST_F(Audit, RefusesWhatItIsNotMeantFor) {
+TEST_F(Audit, RefusesInvalidCalls) {
   const Object manager = erp_.Manager("ServiceTypes.ServiceTypesManager");
   const Object record = erp_.Create("ServiceTypes.ServiceTypes");
   const Object criteria = erp_.Create("audit.auditCriteria");
@@ -335,7 +335,7 @@ TEST_F(Audit, RefusesWhatItIsNotMeantFor) {
             refusal([&] { reader.Call("initialize", manager, record, criteria); }));
 }
 
-TEST_F(Audit, RefusesParametersThatNarrowNoKey) {
+TEST_F(Audit, RefusesParametersThatFilterNoKey) {
   const auto start = [&](const Bounds& bound) {
     return Raised([&] {
       Reader("ServiceOrderActivities.ServiceOrderActivitiesManager", "ServiceOrderActivities.ServiceOrderActivities",

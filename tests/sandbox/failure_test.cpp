@@ -121,7 +121,7 @@ TEST_F(Failures, OfACallOutOfOrderSayWhatComesFirst) {
   EXPECT_EQ(closed, Told(Raised([&] { manager.Call("List", "", "ZZZ"); })));
 }
 
-TEST_F(Failures, OfReadingPastTheEndSayWhatToAskFirst) {
+TEST_F(Failures, OfReadingPastTheEndNameTheCallThatIsNeededFirst) {
   const Object types = erp_.Manager("ServiceTypes.ServiceTypesManager").Call("List", "", "ZZZ").ToObject();
   EXPECT_EQ("5 java.util.Enumeration: There is no further record of tsmdm030. Ask hasMoreElements first.",
             Told(Raised([&] { types.Call("nextElement"); })));

@@ -34,7 +34,7 @@ TEST_F(Listing, IsReadBesideAnotherOneOfTheSameManager) {
   EXPECT_THAT(Rows(first, {"getServiceType"}), ElementsAre("B"));
 }
 
-TEST_F(Listing, StartsAnewWhereAnEarlierOneWasLeftInTheMiddle) {
+TEST_F(Listing, StartsFromTheBeginningEvenIfAnEarlierOneWasNotReadToItsEnd) {
   erp_.Run("INSERT INTO tsmdm030 (cstp) VALUES ('A'), ('B'), ('C'), ('D')");
   const Object manager = erp_.Manager("ServiceTypes.ServiceTypesManager");
   manager.Call("List", "A", "D").ToObject().Call("nextElement");

@@ -177,7 +177,7 @@ TEST_F(Make, LeavesNothingBehindWhenItFails) {
   EXPECT_FALSE(std::filesystem::exists(File("taken.db.unfinished")));
 }
 
-TEST_F(Make, SaysWhereAFileCannotBeMade) {
+TEST_F(Make, NamesAFileThatCannotBeMade) {
   const qmx::test::Process made = qmx::test::Run(TEST_TOOL, {"make", "/no/such/folder/x.db"});
   EXPECT_EQ(1, made.status);
   EXPECT_EQ(

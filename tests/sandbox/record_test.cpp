@@ -323,7 +323,7 @@ TEST(Record, GivesAPriorityTimeScaleAsADouble) {
   EXPECT_EQ(Variant("One and a half hours"), record.Call("getdescription"));
 }
 
-TEST(Record, GivesTextsAsTheyStand) {
+TEST(Record, GivesTextsUnchanged) {
   SandboxErp erp;
   erp.Run("INSERT INTO tsmdm030 VALUES (' Ü', 'O''Neill \"& Søn\" ', '', 'x' || char(10) || 'y')");
   EXPECT_EQ(" Ü|O'Neill \"& Søn\" ||x\ny",
@@ -332,7 +332,7 @@ TEST(Record, GivesTextsAsTheyStand) {
                 .at(0));
 }
 
-TEST(Record, GivesWhatStandsInAColumnEvenWhenItIsOfAnotherType) {
+TEST(Record, GivesAValueEvenIfItIsNotOfItsColumnsType) {
   SandboxErp erp;
   erp.Run("INSERT INTO tsmdm130 VALUES ('S1', 'Welding', 'cheap'), ('S2', 'Painting', 30)");
   EXPECT_THAT(
@@ -355,7 +355,7 @@ TEST(Record, ThatWasOnlyMadeIsBlank) {
   EXPECT_EQ("0-0-1 0:0:0", Parts(erp.Create("ServiceOrders.ServiceOrders").Call("getOrderDate").ToObject()));
 }
 
-TEST(Record, GivesNullWhereTheFileHasNoneOfTheErpsBlanks) {
+TEST(Record, GivesNullIfTheFileHasNullInsteadOfABlank) {
   SandboxErp erp;
   erp.Run("CREATE TABLE loose AS SELECT * FROM tsmdm130; DROP TABLE tsmdm130; ALTER TABLE loose RENAME TO tsmdm130");
   erp.Run("INSERT INTO tsmdm130 VALUES ('S1', NULL, NULL)");

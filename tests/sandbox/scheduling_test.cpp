@@ -38,7 +38,7 @@ TEST_F(SchedulingServer, WritesOneLinePerCallToTheBoard) {
   EXPECT_EQ(Variant("tsmdm030"), table);
 }
 
-TEST_F(SchedulingServer, KeepsWhatStandsOnTheBoard) {
+TEST_F(SchedulingServer, AppendsToTheBoard) {
   const EnvironmentVariable board("QMX_MESSAGE_BOARD", Board().c_str());
   WriteFile(Board(), "before\n");
   components_.CreateObject("qmxserver20.CLIENTREQUESTS").Call("updatestatusbytalbe", 1, "t", 40);
@@ -52,7 +52,7 @@ TEST_F(SchedulingServer, WritesToStandardErrorWithoutABoard) {
   EXPECT_EQ("status | 1 | t | 40\n", testing::internal::GetCapturedStderr());
 }
 
-TEST_F(SchedulingServer, SaysWhenTheBoardCannotBeWritten) {
+TEST_F(SchedulingServer, RaisesAnErrorIfTheBoardCannotBeWritten) {
   const EnvironmentVariable board("QMX_MESSAGE_BOARD", "/no/such/folder/board.txt");
   const Error error =
       Raised([&] { components_.CreateObject("QMXServer20.ClientRequests").Call("UpdateStatusByTalbe", 1, "t", 40); });
@@ -64,7 +64,7 @@ TEST_F(SchedulingServer, SaysWhenTheBoardCannotBeWritten) {
       error.Description());
 }
 
-TEST_F(SchedulingServer, WantsAllArguments) {
+TEST_F(SchedulingServer, NeedsAllArguments) {
   EXPECT_EQ(450, Raised([&] {
                    components_.CreateObject("QMXServer20.clsMessHandler").Call("writeToMessageBox", "text");
                  }).Number());

@@ -105,7 +105,7 @@ TEST_F(WorkingDay, GivesAnEmployeeACalendarThatNobodyHad) {
   EXPECT_NE("0", One(path, "SELECT count(*) FROM tcccp030 WHERE ccal = 'CAL007'"));
 }
 
-TEST_F(WorkingDay, TakesOrdersAllTheirWay) {
+TEST_F(WorkingDay, TakesOrdersThroughAllTheirStates) {
   const std::string path = Made();
   Work(path, 6);
   const auto some = [&](const std::string& condition) {
@@ -119,7 +119,7 @@ TEST_F(WorkingDay, TakesOrdersAllTheirWay) {
   EXPECT_THAT(Query(path, "SELECT orno FROM tssoc210 WHERE orno NOT IN (SELECT orno FROM tssoc200)"), IsEmpty());
 }
 
-TEST_F(WorkingDay, UsesTheMachinesClockUnlessToldOtherwise) {
+TEST_F(WorkingDay, UsesTheMachinesClockByDefault) {
   const std::string path = Made();
   const qmx::test::Process worked = qmx::test::Run(TEST_TOOL, {"work", path});
   EXPECT_EQ(0, worked.status) << worked.err;

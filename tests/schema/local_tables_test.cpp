@@ -30,7 +30,7 @@ TEST(LocalTables, AreTheSeventeenOfTheErpAndTheTwoOfThisSystem) {
                                    "tssoc205", "tssoc210", "tsspc200", "tstables", "tscalender"));
 }
 
-TEST(LocalTables, AreCalledAsTheSchedulingServerIsTold) {
+TEST(LocalTables, HaveTheDescriptionsThatTheSchedulingServerGets) {
   EXPECT_EQ(DescriptionOfTable("tsmdm030"), "Service Types");
   EXPECT_EQ(DescriptionOfTable("TSSOC210"), "Service Order Activities");
   for (const char* notCopied : {"tstables", "tscalender", "tsxyz999", ""}) EXPECT_EQ(DescriptionOfTable(notCopied), "");
@@ -108,7 +108,7 @@ TEST(LocalTables, KeyColumnsAreColumnsOfTheirTable) {
   }
 }
 
-TEST(LocalTables, TextsAreNoObstacle) {
+TEST(LocalTables, HaveTextColumnsOfAtLeast100Characters) {
   for (const LocalTable& table : LocalTables()) {
     for (const LocalColumn& column : table.columns) {
       if (column.type == Variant::Kind::Text) {

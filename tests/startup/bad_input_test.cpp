@@ -1,5 +1,4 @@
-// Bad input, as the user meets it: the status, what stands on standard error and in the logs, and that the data which
-// was there is still there.
+// Bad input as users see it: exit status, standard error and logs. Existing data is kept.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,7 +21,7 @@ class BadInput : public DataCopyProcess {
     EXPECT_THAT(Log("QMXDBSynclog.txt"), HasSubstr("Data Copy Failed:\r\nError is - "));
     EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
   }
-  // A run that fails in the copy itself tells the copy log, and lets the table go.
+  // A run that fails in the copy itself writes to the copy log and releases the table.
   void ExpectFailedCopy(const Process& copy) {
     EXPECT_EQ(copy.status, 1) << copy.err;
     EXPECT_THAT(Log("tsmdm030.log"),
@@ -139,7 +138,7 @@ TEST_F(BadInput, TheRestOfAPasswordBehindASemicolonIsShownNowhere) {
   }
 }
 
-TEST_F(BadInput, AMissingLogDirectoryIsNamedBeforeAnythingIsTouched) {
+TEST_F(BadInput, AMissingLogDirectoryIsNamedBeforeAnythingChanges) {
   pieces_.logs = folder_ / "none";
   const Process copy = Copy();
   EXPECT_EQ(copy.status, 2);
@@ -149,7 +148,7 @@ TEST_F(BadInput, AMissingLogDirectoryIsNamedBeforeAnythingIsTouched) {
   EXPECT_THAT(InUse(), IsEmpty());
 }
 
-TEST_F(BadInput, ALogDirectoryThatIsAFileIsNamedBeforeAnythingIsTouched) {
+TEST_F(BadInput, ALogDirectoryThatIsAFileIsNamedBeforeAnythingChanges) {
   WriteFile(folder_ / "file", "");
   pieces_.logs = folder_ / "file";
   const Process copy = Copy();
@@ -159,7 +158,7 @@ TEST_F(BadInput, ALogDirectoryThatIsAFileIsNamedBeforeAnythingIsTouched) {
   EXPECT_THAT(InUse(), IsEmpty());
 }
 
-TEST_F(BadInput, ALogDirectoryThatCannotBeWrittenIsNamedBeforeAnythingIsTouched) {
+TEST_F(BadInput, ALogDirectoryThatCannotBeWrittenIsNamedBeforeAnythingChanges) {
   pieces_.logs = "/proc/sys";  // refuses root as well
   const Process copy = Copy();
   EXPECT_EQ(copy.status, 2);
@@ -215,7 +214,7 @@ TEST_F(BadInput, ATextOfTheErpThatIsNoUtf8NamesMemberByteAndRecord) {
   EXPECT_EQ(ServiceTypes().size(), 2u);  // those before it
 }
 
-TEST_F(BadInput, AFailureLogOnAFullDiskIsToldOnStandardError) {
+TEST_F(BadInput, AFailureLogOnAFullDiskIsReportedOnStandardError) {
   FillDiskFor("logs/QMXDBSynclog.txt");
   const Process copy = RunOnFullDisk("x,y,tsmdm030," + pieces_.logs + ",OrvanSandbox");
   EXPECT_EQ(copy.status, 2);
@@ -299,7 +298,7 @@ TEST_F(BadInput, AnErpFileThatIsMissingIsNamed) {
   EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
 }
 
-TEST_F(BadInput, ASchedulingServerThatIsNotRegisteredIsNamedBeforeAnythingIsTouched) {
+TEST_F(BadInput, ASchedulingServerThatIsNotRegisteredIsNamedBeforeAnythingChanges) {
   ServeBy("gone.so");
   pieces_.rest = ",17";
   const Process copy = Copy();
@@ -308,7 +307,7 @@ TEST_F(BadInput, ASchedulingServerThatIsNotRegisteredIsNamedBeforeAnythingIsTouc
   EXPECT_THAT(InUse(), IsEmpty());
 }
 
-TEST_F(BadInput, ATraceThatCannotBeWrittenIsNamedBeforeAnythingIsTouched) {
+TEST_F(BadInput, ATraceThatCannotBeWrittenIsNamedBeforeAnythingChanges) {
   environment_["QMX_TRACE"] = folder_ / "none/trace.jsonl";
   const Process copy = Copy();
   EXPECT_EQ(copy.status, 2);
@@ -317,7 +316,7 @@ TEST_F(BadInput, ATraceThatCannotBeWrittenIsNamedBeforeAnythingIsTouched) {
   EXPECT_THAT(InUse(), IsEmpty());
 }
 
-TEST_F(BadInput, AnEmptyTableNameIsToldAfterTheRun) {
+TEST_F(BadInput, AnEmptyTableNameIsReportedAfterTheRun) {
   pieces_.table = "";
   const Process copy = Copy();
   ExpectStartUpFailure(copy);

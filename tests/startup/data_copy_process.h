@@ -1,5 +1,5 @@
-// The program as its user has it: run as a process in a folder of its own, with a sandbox ERP of three service types, a
-// local database in which one older service type stands, and a folder for the logs.
+// Runs the program as a process in its own folder, with a sandbox ERP of three service types, a local database with one
+// older service type, and a folder for the logs.
 #pragma once
 
 #include <gmock/gmock.h>

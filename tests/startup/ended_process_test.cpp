@@ -38,7 +38,7 @@ TEST_F(AnExitOfAComponent, NamesTheObjectsOwnProgIdAndItsMember) {
               StartsWith(std::string(kExit) + "addOutputField of audit.auditCriteria:"));
 }
 
-TEST_F(AnExitOfAComponent, DoesNotSayThatTheTableStaysWhereTheSchedulingServerCalledIt) {
+TEST_F(AnExitOfAComponent, DoesNotSayThatTheTableStaysInProgressIfTheSchedulingServerCalledIt) {
   pieces_.rest = ",17";
   const Process copy = CopyEndedAt("UpdateStatusByTalbe", 2, "exit 0");
   EXPECT_EQ(copy.status, 2);
@@ -46,14 +46,14 @@ TEST_F(AnExitOfAComponent, DoesNotSayThatTheTableStaysWhereTheSchedulingServerCa
   EXPECT_THAT(InUse(), ElementsAre("0"));  // the copy had ended
 }
 
-TEST_F(AnExitOfAComponent, IsNoBusinessOfARunThatEndsByItself) {
+TEST_F(AnExitOfAComponent, IsNotReportedForARunThatEndsByItself) {
   const Process copy = Copy();
   EXPECT_EQ(copy.status, 0);
   EXPECT_THAT(copy.err, IsEmpty());
   EXPECT_THAT(Column("select count(*) from tsmdm030"), ElementsAre("40"));
 }
 
-TEST_F(AnExitOfAComponent, CannotBeCaughtWhereItIsTheSystemsOwn) {
+TEST_F(AnExitOfAComponent, CannotBeCaughtIfItIsTheSystemsOwn) {
   const Process copy = CopyEndedAt("getServiceType", 5, "_exit 0");
   EXPECT_EQ(copy.status, 0);
   EXPECT_THAT(copy.err, IsEmpty());
@@ -95,7 +95,7 @@ TEST_F(ACrash, NamesTheCallAndTheTableAndEndsByItsSignal) {
   }
 }
 
-TEST_F(ACrash, IsReportedOnceWhereTheFaultComesAgain) {
+TEST_F(ACrash, IsReportedOnceIfTheFaultComesAgain) {
   const Process copy = CopyEndedAt("List", 1, "fault");
   EXPECT_EQ(copy.status, 128 + SIGSEGV);
   EXPECT_EQ(copy.err, std::string("SIGSEGV ended the run during List of ServiceTypes.ServiceTypesManager") + kStays);
@@ -114,7 +114,7 @@ TEST_F(ACrash, OfTheSchedulingServerMayComeBeforeTheTableIsMarked) {
             std::string("SIGSEGV ended the run during writeToMessageBox of QMXServer20.clsMessHandler") + kMayStay);
 }
 
-TEST_F(ACrash, NamesTheTableCodeAloneOfAnExtendedForm) {
+TEST_F(ACrash, NamesOnlyTheTableCodeOfAnExtendedForm) {
   pieces_.table = "tsmdm030=1=E";
   EXPECT_THAT(CopyEndedAt("List", 1, "fault").err, EndsWith(": qmxadmin release tsmdm030\n"));
 }

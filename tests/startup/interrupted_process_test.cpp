@@ -55,7 +55,7 @@ class AnInterruption : public EndingComponent {
   std::unique_ptr<RunningProcess> run_;
 };
 
-TEST_F(AnInterruption, FailsACopyInTheOrdinaryWay) {
+TEST_F(AnInterruption, FailsACopyAsAnErrorDoes) {
   for (const auto& [signal, name] :
        {std::pair(SIGINT, "SIGINT"), std::pair(SIGTERM, "SIGTERM"), std::pair(SIGHUP, "SIGHUP")}) {
     Sql("delete from tsmdm030");
@@ -89,7 +89,7 @@ TEST_F(AnInterruption, IsRaisedOnceAndNotAtTheManagersClose) {
   EXPECT_THAT(Trace(), HasSubstr("\"member\":\"Close\",\"args\":[],\"result\":{}}"));
 }
 
-TEST_F(AnInterruption, FailsACopyByChangeInTheOrdinaryWay) {
+TEST_F(AnInterruption, FailsACopyByChangeAsAnErrorDoes) {
   Sql("insert into tstables (TableName, in_use, syme) values ('tsmdm030', 0, 2)");
   const Process copy = InterruptedAt("isUpdated", 3);
   EXPECT_EQ(copy.status, 1);
@@ -109,7 +109,7 @@ TEST_F(AnInterruption, NeverFailsACallToTheSchedulingServer) {
   EXPECT_THAT(Trace(), AllOf(HasSubstr("Data copy FAILED"), Not(HasSubstr("initialize"))));
 }
 
-TEST_F(AnInterruption, DoesNothingWhereNoCallToTheErpIsLeft) {
+TEST_F(AnInterruption, DoesNothingIfNoCallToTheErpIsLeft) {
   const Process copy = InterruptedAt("Close", 1);
   EXPECT_EQ(copy.status, 0);
   EXPECT_EQ(copy.err, std::string("SIGTERM") + kSentence);
@@ -129,7 +129,7 @@ TEST_F(AnInterruption, ByASecondSignalEndsTheRunAtOnce) {
   EXPECT_THAT(InUse(), ElementsAre("1"));
 }
 
-TEST_F(AnInterruption, ByASignalThatIsIgnoredAsBehindNohupIsNone) {
+TEST_F(AnInterruption, ByASignalThatNohupIgnoresDoesNotHappen) {
   At("getServiceType", 5, "wait " + folder_.Path().string());
   RunningProcess run("/bin/sh", {"-c", "trap '' HUP; exec \"$0\" \"$1\"", QMXDATACOPY, pieces_.Line()}, environment_);
   while (!std::filesystem::exists(folder_ / "reached")) std::this_thread::sleep_for(std::chrono::milliseconds(2));
@@ -140,7 +140,7 @@ TEST_F(AnInterruption, ByASignalThatIsIgnoredAsBehindNohupIsNone) {
   EXPECT_EQ(copy.err, "");
 }
 
-TEST_F(AnInterruption, TakesTheProgressLineAwayFirst) {
+TEST_F(AnInterruption, RemovesTheProgressLineFirst) {
   At("getServiceType", 5, "wait " + folder_.Path().string());
   TerminalProcess run(QMXDATACOPY, {pieces_.Line()}, environment_, 140);
   run.WaitFor("rows/s");

@@ -1,4 +1,4 @@
-// Start-up: how the command line is taken apart, what the switches come out as, and where a failure is told.
+// Start-up: how the command line is split, the resulting switches, and where failures are reported.
 #include "startup/modStartUp.h"
 
 #include <gmock/gmock.h>
@@ -33,7 +33,7 @@ class StartUp : public testing::Test {
   modDeclarations declarations_;
 };
 
-TEST_F(StartUp, WithSixPiecesCopiesWithoutTellingTheServer) {
+TEST_F(StartUp, WithSixPiecesCopiesWithoutReportingToTheServer) {
   StartWith("");
   EXPECT_TRUE(declarations_.ServerMessagesOff);
   EXPECT_FALSE(declarations_.HasStatusRequestId);
@@ -73,7 +73,7 @@ TEST_F(StartUp, WithARequestNumberSendsMessagesAndStatus) {
                           "requests.UpdateStatusByTalbe(17, \"tsxyz999\", 40)"));
 }
 
-TEST_F(StartUp, WithATextInPlaceOfARequestNumberSendsMessagesAlone) {
+TEST_F(StartUp, WithATextInPlaceOfARequestNumberSendsOnlyMessages) {
   StartWith(",abc");
   EXPECT_FALSE(declarations_.ServerMessagesOff);
   EXPECT_FALSE(declarations_.HasStatusRequestId);
@@ -81,13 +81,13 @@ TEST_F(StartUp, WithATextInPlaceOfARequestNumberSendsMessagesAlone) {
   EXPECT_THAT(rig_.calls.StartingWith({"requests."}), IsEmpty());
 }
 
-TEST_F(StartUp, WithBlanksInPlaceOfARequestNumberSendsMessagesAlone) {
+TEST_F(StartUp, WithBlanksInPlaceOfARequestNumberSendsOnlyMessages) {
   StartWith(",  ");
   EXPECT_FALSE(declarations_.ServerMessagesOff);
   EXPECT_FALSE(declarations_.HasStatusRequestId);
 }
 
-TEST_F(StartUp, WithAnEmptyRequestNumberTellsTheServerNothing) {
+TEST_F(StartUp, WithAnEmptyRequestNumberReportsNothingToTheServer) {
   StartWith(",");
   EXPECT_TRUE(declarations_.ServerMessagesOff);
   EXPECT_FALSE(declarations_.HasStatusRequestId);
@@ -145,7 +145,7 @@ TEST_F(StartUp, StartsTheEventLogBeforeAnythingOfTheCopy) {
   EXPECT_EQ(rig_.calls.Lines().front(), "eventlog.StartLogging(\"C:\\log\\evtlog.txt\", 0)");
 }
 
-TEST_F(StartUp, TargetsTheEventLogWithoutADirectoryWhereNoneIsNamed) {
+TEST_F(StartUp, TargetsTheEventLogWithoutADirectoryIfNoneIsNamed) {
   Start(rig_.ConnectionText() + ",,tsxyz999,   ,a,b");
   EXPECT_EQ(rig_.calls.Lines().front(), "eventlog.StartLogging(\"\\evtlog.txt\", 0)");
 }
@@ -180,17 +180,17 @@ TEST_F(StartUp, WithThreePiecesOrFewerFailsWithoutALogBecauseItHasNoDirectory) {
   }
 }
 
-TEST_F(StartUp, WritesTheFailureLogToTheDriveWhereTheDirectoryIsBlank) {
+TEST_F(StartUp, WritesTheFailureLogToTheDriveIfTheDirectoryIsBlank) {
   Start("x,y,tsmdm030,   ,a");
   EXPECT_THAT(FailureLog("C:"), HasSubstr("Error is - 9999: "));
 }
 
-TEST_F(StartUp, TakesATabForNoBlank) {
+TEST_F(StartUp, DoesNotTrimTabs) {
   Start("x,y,tsmdm030,\t,a");
   EXPECT_THAT(FailureLog("\t"), HasSubstr("Error is - 9999: "));
 }
 
-TEST_F(StartUp, TakesTheDirectoryOfTheFailureLogAsItStands) {
+TEST_F(StartUp, UsesTheDirectoryOfTheFailureLogUntrimmed) {
   Start("x,y,tsmdm030, C:\\log ,a");
   EXPECT_THAT(FailureLog(" C:\\log "), HasSubstr("Error is - 9999: "));
 }
@@ -215,17 +215,17 @@ TEST_F(StartUp, PassesOnAFailureLogThatCannotBeWrittenWithItsCause) {
   EXPECT_EQ(error.Number(), 61);
   ASSERT_NE(error.Cause(), nullptr);
   EXPECT_EQ(error.Cause()->Number(), 9999);
-  EXPECT_THAT(rig_.failures.chains, IsEmpty());  // whoever catches it tells it
+  EXPECT_THAT(rig_.failures.chains, IsEmpty());  // the caller reports it
 }
 
-TEST_F(StartUp, TellsAnEventLogThatCannotBeStarted) {
+TEST_F(StartUp, ReportsAnEventLogThatCannotBeStarted) {
   eventLog_.fails = true;
   StartWith("");
   EXPECT_THAT(FailureLog("C:\\log"), HasSubstr("Error is - 76: Path not found: C:\\log\\evtlog.txt\r\n"));
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::StartUpFailed);
 }
 
-TEST_F(StartUp, TellsAServerObjectThatCannotBeCreatedAndTouchesNoTable) {
+TEST_F(StartUp, ReportsAServerObjectThatCannotBeCreatedAndChangesNoTable) {
   rig_.erp.Serves("QMXServer20.ClientRequests",
                   []() -> Object { throw Error(429, "Components", "QMXServer20.ClientRequests: not registered."); });
   StartWith(",17");
@@ -234,7 +234,7 @@ TEST_F(StartUp, TellsAServerObjectThatCannotBeCreatedAndTouchesNoTable) {
   EXPECT_EQ(rig_.InUse("tsxyz999"), "no record");
 }
 
-TEST_F(StartUp, TellsADatabaseThatCannotBeOpened) {
+TEST_F(StartUp, ReportsADatabaseThatCannotBeOpened) {
   Start("Provider=SQLite;Data Source=" + (rig_.folder / "none/x.db") + ",,tsmdm030,C:\\log,a,b");
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::StartUpFailed);
   EXPECT_THAT(FailureLog("C:\\log"), HasSubstr("Data Copy Failed:\r\nError is - "));
@@ -243,7 +243,7 @@ TEST_F(StartUp, TellsADatabaseThatCannotBeOpened) {
   EXPECT_FALSE(std::filesystem::exists(rig_.folder / "none"));
 }
 
-TEST_F(StartUp, TellsTheSubscriptErrorOfAnEmptyTableNameAfterTheRun) {
+TEST_F(StartUp, ReportsTheSubscriptErrorOfAnEmptyTableNameAfterTheRun) {
   Start(rig_.ConnectionText() + ",,,C:\\log,a,b");
   EXPECT_THAT(FailureLog("C:\\log"), HasSubstr("Error is - 9: "));
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::StartUpFailed);
@@ -256,7 +256,7 @@ TEST_F(StartUp, LeavesAFailedCopyToTheCopysOwnLogs) {
   EXPECT_EQ(rig_.failures.chains.size(), 1U);
 }
 
-TEST_F(StartUp, EndsRefusedWhereTheTableIsInProgress) {
+TEST_F(StartUp, EndsRefusedIfTheTableIsInProgress) {
   rig_.ControlRecord("tsmdm030", 1);
   rig_.Sql("update tstables set in_use = 1");
   Start(rig_.ConnectionText() + ",,tsmdm030,C:\\log,a,b");

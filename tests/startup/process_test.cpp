@@ -28,18 +28,18 @@ TEST_F(ProcessEntry, AnswersVersionOnStandardOutput) {
   EXPECT_EQ(answer.err, "");
 }
 
-TEST_F(ProcessEntry, AnswersNothingWhereAnOptionDoesNotStandAlone) {
+TEST_F(ProcessEntry, AnswersAnOptionOnlyIfItIsTheOnlyArgument) {
   const Process answer = Run({"--help", "--version"});
   EXPECT_EQ(answer.status, 2);
   EXPECT_EQ(answer.out, "");
   EXPECT_THAT(answer.err, HasSubstr("has 1 piece(s) between commas"));
 }
 
-TEST_F(ProcessEntry, FailsWhereItsAnswerCannotBeWritten) {
+TEST_F(ProcessEntry, FailsIfItsAnswerCannotBeWritten) {
   EXPECT_EQ(test::Run("/bin/sh", {"-c", std::string(QMXDATACOPY) + " --help > /dev/full"}).status, 2);
 }
 
-TEST_F(ProcessEntry, CopiesATableAndTellsTheSchedulingServer) {
+TEST_F(ProcessEntry, CopiesATableAndReportsToTheSchedulingServer) {
   pieces_.rest = ",17";
   const Process copy = Copy();
   EXPECT_EQ(copy.status, 0);
@@ -64,12 +64,12 @@ TEST_F(ProcessEntry, JoinsItsArgumentsByOneBlank) {
   EXPECT_THAT(ReadFile(folder_ / "my logs/tsmdm030.log"), HasSubstr("3 records Inserted"));
 }
 
-TEST_F(ProcessEntry, WithSixPiecesTellsTheSchedulingServerNothing) {
+TEST_F(ProcessEntry, WithSixPiecesReportsNothingToTheSchedulingServer) {
   EXPECT_EQ(Copy().status, 0);
   EXPECT_FALSE(std::filesystem::exists(folder_ / "board"));
 }
 
-TEST_F(ProcessEntry, TracesComponentsAndDatabaseInTheOrderOfTheCallsWhereItIsAskedTo) {
+TEST_F(ProcessEntry, TracesComponentsAndDatabaseInTheOrderOfTheCallsIfItIsAskedTo) {
   environment_["QMX_TRACE"] = folder_ / "trace.jsonl";
   EXPECT_EQ(Copy().status, 0);
   const std::string trace = ReadFile(folder_ / "trace.jsonl");
@@ -81,7 +81,7 @@ TEST_F(ProcessEntry, TracesComponentsAndDatabaseInTheOrderOfTheCallsWhereItIsAsk
   }
 }
 
-TEST_F(ProcessEntry, EndsWithThreeWhereTheTableIsInProgress) {
+TEST_F(ProcessEntry, EndsWithThreeIfTheTableIsInProgress) {
   Sql("insert into tstables (TableName, in_use) values ('tsmdm030', 1)");
   const Process copy = Copy();
   EXPECT_EQ(copy.status, 3);
@@ -94,7 +94,7 @@ TEST_F(ProcessEntry, EndsWithThreeWhereTheTableIsInProgress) {
   EXPECT_THAT(InUse(), ElementsAre("1"));
 }
 
-TEST_F(ProcessEntry, RefusesACodeInCapitalsWhereTheControlTableIgnoresCase) {
+TEST_F(ProcessEntry, RefusesACodeInCapitalsIfTheControlTableIgnoresCase) {
   Sql("drop table tstables");
   for (const LocalTable& table : LocalTables()) {
     for (const std::string& statement : SqliteDialect().CreateTableOfAnyCase(table)) Sql(statement);
@@ -108,7 +108,7 @@ TEST_F(ProcessEntry, RefusesACodeInCapitalsWhereTheControlTableIgnoresCase) {
   EXPECT_THAT(Column("select count(*) from tstables"), ElementsAre("1"));
 }
 
-TEST_F(ProcessEntry, EndsWithFourAndASentenceWhereThereIsNoSuchTableOrCalendarKind) {
+TEST_F(ProcessEntry, EndsWithFourAndASentenceIfThereIsNoSuchTableOrCalendarKind) {
   pieces_.rest = ",17";
   for (const auto& [table, sentence] : std::map<std::string, std::string>{
            {"tsmdm03", "There is no table \"tsmdm03\" that can be copied: nothing was copied. ["},
@@ -122,7 +122,7 @@ TEST_F(ProcessEntry, EndsWithFourAndASentenceWhereThereIsNoSuchTableOrCalendarKi
   EXPECT_THAT(Board(), HasSubstr("status | 17 | tcccp030 | 40\n"));
 }
 
-TEST_F(ProcessEntry, EndsWithTwoWhereTheTableCannotBeReleasedAfterTheCopy) {
+TEST_F(ProcessEntry, EndsWithTwoIfTheTableCannotBeReleasedAfterTheCopy) {
   RemakeControlTable("in_use smallint check (in_use = 1)", "lutm datetime");
   pieces_.rest = ",17";
   const Process copy = Copy();
@@ -135,7 +135,7 @@ TEST_F(ProcessEntry, EndsWithTwoWhereTheTableCannotBeReleasedAfterTheCopy) {
   EXPECT_EQ(Copy().status, 2);  // a table that stays in progress is worse than one that is unknown
 }
 
-TEST_F(ProcessEntry, EndsWithTwoWhereTheLastUpdateTimeCannotBeWritten) {
+TEST_F(ProcessEntry, EndsWithTwoIfTheLastUpdateTimeCannotBeWritten) {
   RemakeControlTable("in_use smallint", "lutm datetime check (lutm is null)");
   const Process copy = Copy();
   EXPECT_EQ(copy.status, 2);
@@ -146,7 +146,7 @@ TEST_F(ProcessEntry, EndsWithTwoWhereTheLastUpdateTimeCannotBeWritten) {
   EXPECT_THAT(InUse(), ElementsAre("0"));
 }
 
-TEST_F(ProcessEntry, EndsWithOneAndTheChainOfCausesWhereTheCopyFails) {
+TEST_F(ProcessEntry, EndsWithOneAndTheChainOfCausesIfTheCopyFails) {
   pieces_.component2 = folder_ / "none.db";
   pieces_.rest = ",17";
   const Process copy = Copy();
@@ -170,7 +170,7 @@ TEST_F(ProcessEntry, EndsWithOneAndTheChainOfCausesWhereTheCopyFails) {
   EXPECT_THAT(InUse(), ElementsAre("0"));
 }
 
-TEST_F(ProcessEntry, WithoutArgumentsTellsWhatIsWantedAndEndsWithTwo) {
+TEST_F(ProcessEntry, WithoutArgumentsPrintsTheUsageAndEndsWithTwo) {
   const Process copy = Run({});
   EXPECT_EQ(copy.status, 2);
   EXPECT_EQ(copy.out, "");
@@ -194,13 +194,13 @@ TEST_F(ProcessEntry, WithFivePiecesWritesTheFailureLogAndEndsWithTwo) {
                                   "log directory, and the two of the component]\n"));
 }
 
-TEST_F(ProcessEntry, WritesTheFailureLogToTheSystemDriveWhereNoDirectoryIsNamed) {
+TEST_F(ProcessEntry, WritesTheFailureLogToTheSystemDriveIfNoDirectoryIsNamed) {
   std::filesystem::create_directory(folder_ / "drive");
   EXPECT_EQ(Run({"x,y,tsmdm030, ,OrvanSandbox"}).status, 2);
   EXPECT_THAT(ReadFile(folder_ / "drive/QMXDBSynclog.txt"), HasSubstr("Error is - 9999: "));
 }
 
-TEST_F(ProcessEntry, OutlivesAReaderOfItsStandardErrorThatIsGone) {
+TEST_F(ProcessEntry, EndsAsUsualIfTheReaderOfItsStandardErrorIsGone) {
   const Process shell = test::Run(
       "/bin/sh", {"-c", "{ " + std::string(QMXDATACOPY) + "; echo $? > '" + folder_ / "status" + "'; } 2>&1 | true"});
   EXPECT_EQ(shell.status, 0);

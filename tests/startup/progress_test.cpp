@@ -43,7 +43,7 @@ class ProgressOfARun : public DataCopyProcess {
   std::optional<TerminalProcess> run_;
 };
 
-TEST_F(ProgressOfARun, StandsOnOneLineOfTheTerminalThatIsGoneAtTheEnd) {
+TEST_F(ProgressOfARun, IsOneLineOfTheTerminalThatIsRemovedAtTheEnd) {
   TerminalProcess& run = OnATerminal(pieces_.Line());
   run.WaitFor("rows/s");
   LetItRun();
@@ -82,7 +82,7 @@ TEST_F(ProgressOfARun, IsNotShownOnATerminalThatCannotDrawIt) {
   EXPECT_THAT(run.Wait().shown, IsEmpty());
 }
 
-TEST_F(ProgressOfARun, IsNotShownWhereStandardErrorIsNoTerminal) {
+TEST_F(ProgressOfARun, IsNotShownIfStandardErrorIsNoTerminal) {
   TerminalProcess shell("/bin/sh", {"-c", "\"$0\" \"$1\" 2> '" + folder_ / "err" + "'", QMXDATACOPY, pieces_.Line()},
                         environment_);
   std::this_thread::sleep_for(std::chrono::milliseconds(400));
@@ -93,14 +93,14 @@ TEST_F(ProgressOfARun, IsNotShownWhereStandardErrorIsNoTerminal) {
   EXPECT_EQ(ReadFile(folder_ / "err"), "");
 }
 
-TEST_F(ProgressOfARun, IsToldToTheDescriptorThatTheEnvironmentNames) {
+TEST_F(ProgressOfARun, IsWrittenToTheDescriptorThatTheEnvironmentNames) {
   const Process run = WithDescriptor("3");
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(ReadFile(folder_ / "told"), EndsWith("rows 3\nend 0\n"));
   EXPECT_EQ(run.out + run.err, "");
 }
 
-TEST_F(ProgressOfARun, IsToldNobodyWhereTheDescriptorIsNotOpenOrNoNumber) {
+TEST_F(ProgressOfARun, IsNotWrittenIfTheDescriptorIsNotOpenOrNotANumber) {
   for (const char* number : {"7", "-1", "three", "3x", "''"}) {
     EXPECT_EQ(WithDescriptor(number).status, 0) << number;
     EXPECT_EQ(ReadFile(folder_ / "told"), "") << number;

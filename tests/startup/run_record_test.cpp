@@ -45,7 +45,7 @@ class TheRunRecord : public EndingComponent {
   static std::string InnermostCause(const Json& end) { return end["causes"].at(0).back()["description"]; }
 };
 
-TEST_F(TheRunRecord, TellsWhoCopiedWhatAndHowItWent) {
+TEST_F(TheRunRecord, HasHostUserTableOutcomeAndCounts) {
   pieces_.rest = ",17";
   EXPECT_EQ(Copy().status, 0);
   const Json start = Records().at(0);
@@ -109,7 +109,7 @@ TEST_F(TheRunRecord, CountsTheRowsThatAFailedCopySaved) {
   EXPECT_THAT(InnermostCause(End()), HasSubstr("UNIQUE constraint failed"));
 }
 
-TEST_F(TheRunRecord, TellsOfARefusal) {
+TEST_F(TheRunRecord, HasARefusal) {
   Sql("insert into tstables (TableName, in_use) values ('tsmdm030', 1)");
   EXPECT_EQ(Copy().status, 3);
   EXPECT_EQ(End()["outcome"], "refused");
@@ -117,14 +117,14 @@ TEST_F(TheRunRecord, TellsOfARefusal) {
   EXPECT_THAT(InnermostCause(End()), StartsWith("The table tsmdm030 is in progress, so it was not copied"));
 }
 
-TEST_F(TheRunRecord, TellsWhereThereIsNothingToCopy) {
+TEST_F(TheRunRecord, HasACopyWithNothingToCopy) {
   pieces_.table = "tsmdm03";
   EXPECT_EQ(Copy().status, 4);
   EXPECT_EQ(End()["outcome"], "nothing");
   EXPECT_TRUE(End()["method"].is_null());
 }
 
-TEST_F(TheRunRecord, TellsOfAConnectionThatCannotBeMade) {
+TEST_F(TheRunRecord, HasAFailureToConnect) {
   pieces_.connection = "Provider=SQLite;Data Source=" + (folder_ / "none.db");
   EXPECT_EQ(Copy().status, 2);
   EXPECT_EQ(End()["outcome"], "error");
@@ -132,7 +132,7 @@ TEST_F(TheRunRecord, TellsOfAConnectionThatCannotBeMade) {
   EXPECT_THAT(End()["causes"].dump(), HasSubstr("none.db"));
 }
 
-TEST_F(TheRunRecord, TellsOfACompleteCopyWhoseTableStaysInProgress) {
+TEST_F(TheRunRecord, HasACompleteCopyWhoseTableStaysInProgress) {
   RemakeControlTable("in_use smallint check (in_use = 1)", "lutm datetime");
   EXPECT_EQ(Copy().status, 2);
   EXPECT_EQ(End()["outcome"], "error");
@@ -141,7 +141,7 @@ TEST_F(TheRunRecord, TellsOfACompleteCopyWhoseTableStaysInProgress) {
   EXPECT_THAT(InnermostCause(End()), HasSubstr("CHECK constraint failed"));
 }
 
-TEST_F(TheRunRecord, TellsOfTooFewPiecesWhereTheyNameAFolder) {
+TEST_F(TheRunRecord, HasTooFewPiecesIfTheyNameAFolder) {
   EXPECT_EQ(Run({"x,y,tsmdm030," + pieces_.logs}).status, 2);
   EXPECT_THAT(InnermostCause(End()), StartsWith("Invalid Number of Arguments"));
 }
@@ -155,14 +155,14 @@ TEST_F(TheRunRecord, HasTheCauseOfAFailureThatItsOwnLogCannotTake) {
   EXPECT_THAT(End()["causes"].dump(), HasSubstr("Papyrus"));
 }
 
-TEST_F(TheRunRecord, TellsOfAnInterruption) {
+TEST_F(TheRunRecord, HasAnInterruption) {
   EndAt("getServiceType", 5, "raise " + std::to_string(SIGTERM));
   EXPECT_EQ(Copy().status, 1);
   EXPECT_EQ(End()["outcome"], "failed");
   EXPECT_EQ(End()["causes"].at(0).back()["number"], 18);
 }
 
-TEST_F(TheRunRecord, TellsWhereAComponentCalledExit) {
+TEST_F(TheRunRecord, HasTheExitOfAComponent) {
   for (const char* what : {"exit 0", "exit 3 on a thread", "quick_exit 0"}) {
     std::filesystem::remove(folder_ / "logs/QMXRuns.jsonl");
     Sql("delete from tstables");
@@ -178,7 +178,7 @@ TEST_F(TheRunRecord, TellsWhereAComponentCalledExit) {
   }
 }
 
-TEST_F(TheRunRecord, TellsOfACrash) {
+TEST_F(TheRunRecord, HasACrash) {
   for (const char* what : {"fault", "overflow", "raise 6"}) {
     std::filesystem::remove(folder_ / "logs/QMXRuns.jsonl");
     Sql("delete from tstables");
@@ -192,7 +192,7 @@ TEST_F(TheRunRecord, TellsOfACrash) {
   }
 }
 
-TEST_F(TheRunRecord, HasNoEndWhereTheProcessWasKilledOrLeftByTheSystemsOwnExit) {
+TEST_F(TheRunRecord, HasNoEndIfTheProcessWasKilledOrLeftByTheSystemsOwnExit) {
   for (const std::string& what : {"raise " + std::to_string(SIGKILL), std::string("_exit 0")}) {
     std::filesystem::remove(folder_ / "logs/QMXRuns.jsonl");
     EndAt("List", 1, what);
@@ -209,7 +209,7 @@ TEST_F(TheRunRecord, IsWrittenForOneRunAlone) {
   EXPECT_FALSE(std::filesystem::exists(folder_ / "logs/QMXRuns.jsonl"));
 }
 
-TEST_F(TheRunRecord, ThatCannotBeWrittenCostsOneLineAndNotTheCopy) {
+TEST_F(TheRunRecord, ThatCannotBeWrittenPrintsOneLineAndDoesNotFailTheCopy) {
   std::filesystem::create_directory(folder_ / "logs/QMXRuns.jsonl");
   const Process copy = Copy();
   EXPECT_EQ(copy.status, 0);
@@ -225,7 +225,7 @@ TEST_F(TheRunRecord, DoesNotWaitForAReaderOfAPipe) {
   EXPECT_THAT(copy.err, HasSubstr("it is a named pipe, not a regular file"));
 }
 
-TEST_F(TheRunRecord, HasNoPasswordWhereverOneStands) {
+TEST_F(TheRunRecord, NeverHasAPassword) {
   const std::vector<std::string> connections = {
       "Provider=Papyrus;PWD=hush-hush;Password=hush-hush",
       "Provider=SQLite;Data Source=" + (folder_ / "local.db") + ";PWD=hush-hush",

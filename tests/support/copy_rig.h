@@ -1,6 +1,6 @@
-// Everything that a copy needs: a scripted ERP, a clock that stands at 2026-11-20 14:05:09, text files in memory, and
-// a database of its own with the local tables in it. All that happens goes into one call log. The database is SQLite's,
-// or one of the system which QMX_TEST_COPY_OVER names (lent_database.h); it is reached through the product's drivers.
+// Everything that a copy needs: a scripted ERP, a clock that shows 2026-11-20 14:05:09, text files in memory, and its
+// own database with the local tables. One call log records all calls. The database is SQLite's, or one of the system
+// that QMX_TEST_COPY_OVER names (lent_database.h). It is reached through the product's drivers.
 #pragma once
 
 #include <functional>
@@ -77,7 +77,7 @@ class CopyRig {
   // One whole run: StartDataCopy on an engine of its own.
   void Run(const std::string& tableName);
 
-  // What the last run told, and the copy log.
+  // The events of the last run, and the copy log.
   std::vector<std::string> Events() const { return calls.StartingWith({"event "}); }
   std::string CopyLog(const std::string& tableCode) const;
 

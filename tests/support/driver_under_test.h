@@ -1,6 +1,6 @@
 // The drivers over which the record-set suite runs. Another driver joins by one more entry in DriversUnderTest().
 //
-// What differs between database systems stands here as data, so that no test has to know which one it meets.
+// The differences between database systems are data here, so that tests need not know which system they run on.
 #pragma once
 
 #include <functional>

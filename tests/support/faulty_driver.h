@@ -206,7 +206,7 @@ class FaultyDriver : public Driver {
     GroupLimits Grouping() override {
       return owner_.Do("Grouping", [&] { return inner_->Grouping(); });
     }
-    // One that fails to commit what is open has stopped grouping all the same.
+    // Stops grouping even if it fails to commit the open group.
     void MayGroup(bool may) override {
       const std::string operation = std::string("MayGroup ") + (may ? "true" : "false");
       const Fate fate = owner_.Count(operation, "");

@@ -1,7 +1,7 @@
-// Outputs that are kept as files and looked at by people.
+// Expected outputs in files, which people review.
 //
-// With QMX_UPDATE_GOLDEN=1 in the environment the files are written anew, and every test that does so fails: somebody
-// is to look at what has changed.
+// With QMX_UPDATE_GOLDEN=1 in the environment the files are overwritten, and each test that does so fails, so that the
+// changes are reviewed.
 #pragma once
 
 #include <gtest/gtest.h>

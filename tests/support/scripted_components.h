@@ -33,7 +33,7 @@ class ScriptedCalls {
   std::int64_t failAt_ = 0;
 };
 
-// An object that answers what it is told to answer.
+// An object with scripted answers.
 class ScriptedObject : public Dispatch {
  public:
   using Arguments = std::span<const Argument>;
@@ -67,11 +67,11 @@ struct GetterValue {
   Variant value;
   std::optional<Error> failure;
 };
-// By the getter's name; what stands under kAnyOther is given by every getter that is not named.
+// By the getter's name. Getters that are not named return the value of kAnyOther.
 using Getters = std::map<std::string, GetterValue>;
 inline constexpr const char* kAnyOther = "*";
 
-// What the audit reader tells of one record.
+// An entry of the audit reader.
 struct AuditEntry {
   bool deleted = false;
   bool updated = false;
@@ -102,11 +102,11 @@ class ScriptedErp : public Components {
   void ListsNoObject(const std::string& managerProgId, const std::string& member = "List");
   void ListsBy(const std::string& managerProgId, Listing listing, const std::string& member = "List");
 
-  // The record class of an audited table, and what the audit reader tells.
+  // The record class of an audited table, and the entries of the audit reader.
   void Audits(const std::string& recordProgId, std::vector<AuditEntry> entries);
-  // The same for a reader that is initialised several times: what it tells each time.
+  // The same for a reader that is initialised several times: the entries of each time.
   void AuditsInTurn(const std::string& recordProgId, const std::vector<std::vector<AuditEntry>>& turns);
-  std::optional<Error> auditFailure;  // raised by the reader's hasMoreElements once all entries are told
+  std::optional<Error> auditFailure;  // raised by the reader's hasMoreElements after the last entry
 
   // A date object that holds this moment, as a record's getter gives it.
   Object Date(ErpDate date);

@@ -1,5 +1,5 @@
-// Carries bytes between clients on a port of loopback and a server on another, until the line is cut: then both ends
-// find their connection reset, and nobody can connect any more.
+// Forwards bytes between clients on one loopback port and a server on another, until the line is cut. Then both
+// connections are reset, and no client can connect.
 //
 // It can swallow bytes instead: connections stay open and new ones are accepted, but nothing arrives.
 #pragma once

@@ -1,5 +1,5 @@
-// A folder of the test's own, removed with everything in it. In memory where the machine has a file system there: for
-// tests that make hundreds of databases.
+// A temporary folder of one test, removed with its content. It is in memory if the machine has such a file system,
+// because some tests make hundreds of databases.
 #pragma once
 
 #include <filesystem>

@@ -1,5 +1,5 @@
 // Records of the ERP that cannot be copied: the run ends with status 1, standard error names the table, the record and
-// what is wrong with it, the logs hold their texts, and what was copied before stays.
+// the problem, the logs have their texts, and rows that were copied before are kept.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -13,8 +13,8 @@ using testing::HasSubstr;
 
 class BadRecord : public testing::Test {
  protected:
-  // Has the records in the local table as the ERP had them before the change, copies it by change or in full, and
-  // gives what stands on standard error.
+  // Fills the local table with the ERP's records before the change, copies it by change or in full, and returns
+  // standard error.
   std::string Copy(const std::string& table, int syncMethod, const std::string& change) {
     local_.Copy(table);
     local_.Sql("update tstables set lutm = '2001-01-01', syme = " + std::to_string(syncMethod));
@@ -75,13 +75,13 @@ TEST_F(BadRecord, WhoseGetterRaisesIsNamedInAChangedCopyAndWhatCameBeforeStays) 
   EXPECT_THAT(log_, HasSubstr("\"Copy Service Orders - Only Changed\","));
 }
 
-TEST_F(BadRecord, OfATableThatTheErpLacksIsToldWithTheErpsOwnWords) {
+TEST_F(BadRecord, OfATableThatTheErpLacksIsReportedInTheErpsOwnWords) {
   EXPECT_THAT(Copy("tsmdm030", kFull, "drop table tsmdm030"),
               AllOf(HasSubstr("Copy Service Types"), HasSubstr("has no table tsmdm030")));
   EXPECT_EQ(local_.RowsOf("tsmdm030"), before_);
 }
 
-TEST_F(BadRecord, IsToldWhereTheErpHasNoAuditTrail) {
+TEST_F(BadRecord, IsReportedIfTheErpHasNoAuditTrail) {
   EXPECT_THAT(Copy("tsmdm030", kChanged, "drop table audit_tsmdm030"),
               AllOf(HasSubstr("Copy Service Types - Only Changed"), HasSubstr("audit_tsmdm030")));
   EXPECT_EQ(local_.RowsOf("tsmdm030"), before_);

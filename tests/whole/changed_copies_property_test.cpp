@@ -1,5 +1,5 @@
-// Whatever the company does, and whenever its changes are copied: in the end the local tables are what fresh full
-// copies would make of them, except in what changed copies do not bring.
+// Whatever the company does, and whenever its changes are copied, the local tables end as after fresh full copies,
+// except for the columns that changed copies do not update.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

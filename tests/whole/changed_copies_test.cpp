@@ -56,7 +56,7 @@ std::map<std::string, std::set<std::string>> Columns(const std::string& table, c
   return columns;
 }
 
-TEST_F(ChangedCopies, BringEveryColumnOfAChangedRecordButThoseListed) {
+TEST_F(ChangedCopies, CopyEveryColumnOfAChangedRecordExceptThoseListed) {
   CopyInFullAndThenByChange(CopiedTables());
   std::map<std::string, std::set<std::string>> missed;
   std::map<std::string, Rows> before;
@@ -84,7 +84,7 @@ TEST_F(ChangedCopies, BringEveryColumnOfAChangedRecordButThoseListed) {
   EXPECT_EQ(missed, expected);
 }
 
-TEST_F(ChangedCopies, ListTheEmployeeAnewAndSoBringItsCalendar) {
+TEST_F(ChangedCopies, ListTheEmployeeAgainAndSoCopyItsCalendar) {
   CopyInFullAndThenByChange({"tsmdm140"});
   company_.Change(clock_.now,
                   "update tsmdm140 set ccal = (select o.ccal from tsmdm140 o where o.ccal not in ('', tsmdm140.ccal))");
@@ -92,14 +92,14 @@ TEST_F(ChangedCopies, ListTheEmployeeAnewAndSoBringItsCalendar) {
   EXPECT_THAT(Differences("tsmdm140", local_.RowsOf("tsmdm140"), Fresh("tsmdm140")), IsEmpty());
 }
 
-TEST_F(ChangedCopies, ListAnOrderAnewWhoseSoldToPartnerChanged) {
+TEST_F(ChangedCopies, ListAnOrderAgainWhoseSoldToPartnerChanged) {
   CopyInFullAndThenByChange({"tssoc200"});
   company_.Change(clock_.now, "update tssoc200 set ofbp = ofbp || 'x', stna = stna || 'y', minu = minu + 1");
   local_.Copy("tssoc200");
   EXPECT_THAT(Differences("tssoc200", local_.RowsOf("tssoc200"), Fresh("tssoc200")), IsEmpty());
 }
 
-TEST_F(ChangedCopies, AreDoneWithRecordsThatWereChangedAndThenDeleted) {
+TEST_F(ChangedCopies, DeleteRecordsThatWereChangedAndThenDeleted) {
   CopyInFullAndThenByChange(CopiedTables());
   for (const std::string& table : CopiedTables()) {
     if (table == "tsmdm140") continue;  // the calendars need it
@@ -163,7 +163,7 @@ TEST_F(ChangedCopies, BlankTheEndOfAnIntervalWhoseDeletionIsNotInThePeriodYet) {
 }
 
 // The second in which a period ends is read twice, so nothing that happens within it is lost.
-TEST_F(ChangedCopies, BringWhatHappensInTheSecondInWhichTheLastCopyEnded) {
+TEST_F(ChangedCopies, CopyChangesInTheSecondInWhichTheLastCopyEnded) {
   CopyInFullAndThenByChange({"tsmdm030"});
   const auto rename = [&](const std::string& key, const std::string& name, DateTime at) {
     company_.Change(at, "update tsmdm030 set desc = '" + name + "' where cstp = '" + key + "'");
@@ -184,7 +184,7 @@ TEST_F(ChangedCopies, BringWhatHappensInTheSecondInWhichTheLastCopyEnded) {
   EXPECT_THAT(Differences("tsmdm030", local_.RowsOf("tsmdm030"), Fresh("tsmdm030")), IsEmpty());
 }
 
-TEST_F(ChangedCopies, BringWhatHappensInTheSecondOfAFullCopy) {
+TEST_F(ChangedCopies, CopyChangesInTheSecondOfAFullCopy) {
   CopyInFullAndThenByChange({"tsmdm030"});
   company_.Change(clock_.now, "update tsmdm030 set desc = 'just now' where cstp = 'CAL'");
   local_.Copy("tsmdm030");
@@ -225,7 +225,7 @@ TEST_F(ChangedCopies, HaveBoundsOfTheirOwnForSomeKeys) {
   }
 }
 
-TEST_F(ChangedCopies, TakeNoCodeInSmallLetters) {
+TEST_F(ChangedCopies, DoNotCopyCodesInSmallLetters) {
   CopyInFullAndThenByChange({"tsmdm105"});
   LocalCopy fresh(company_, clock_);
   company_.Change(clock_.now, "insert into tsmdm105 (csar) values ('north')");
@@ -298,7 +298,7 @@ TEST_F(ChangedCalendars, KeepACalendarThatNobodyUsesAnyMoreAndDoNotCatchUpWithIt
   EXPECT_THAT(Differences("tcccp030", local_.RowsOf("tcccp030"), Fresh("tcccp030")), IsEmpty());
 }
 
-TEST_F(ChangedCalendars, BringACalendarThatIsNotLocalWhole) {
+TEST_F(ChangedCalendars, CopyACalendarThatIsNotLocalInFull) {
   const std::string unused = company_.Value("select max(ccal) from tcccp030");
   ASSERT_EQ(Intervals(local_, "ccal = '" + unused + "'"), "0");
   clock_.now = At(20, 18);

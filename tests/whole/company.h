@@ -1,4 +1,4 @@
-// The sandbox ERP's file with a small company in it, which works when the test says so.
+// The sandbox ERP's file with a small company, which works when the test makes it.
 //
 // The data is about 2026-11-20; nothing is in the audit trail yet. What the test changes by SQL is entered in the trail
 // at the time that the test names, like the company's own work.

@@ -35,7 +35,7 @@ class CopyProcesses {
   }
   std::string Log(const std::string& table) const { return File(table + ".log"); }
   std::string File(const std::string& name) const { return ReadFile(folder_ / ("log/" + name)); }  // beside the logs
-  std::string Board() const { return ReadFile(folder_ / "board"); }  // what the scheduling server was told
+  std::string Board() const { return ReadFile(folder_ / "board"); }  // the messages to the scheduling server
 
  private:
   const Company& company_;
@@ -47,7 +47,7 @@ class CopyProcesses {
                                                      {"LC_ALL", "C"}};
 };
 
-// Looks again and again until the condition holds; raises std::runtime_error where it does not within a minute.
+// Polls until the condition holds. Raises std::runtime_error if it does not within a minute.
 template <typename Condition>
 void WaitUntil(const std::string& what, Condition&& condition) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);

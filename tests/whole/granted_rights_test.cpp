@@ -1,5 +1,5 @@
-// What docs/databases.md tells a DBA to grant is enough, and no more than that is used: a database and a user made with
-// the page's own statements, in which everything is done that the program and its tool can do.
+// The privileges of docs/databases.md are sufficient and all used: the program and its tool do everything that they can
+// with a database and a user that were created with the page's own statements.
 #include <unistd.h>
 
 #include <cstdlib>

@@ -20,7 +20,7 @@ const LocalTable& TableOf(const std::string& name) {
 
 std::string Text(const Variant& value) { return value.IsNull() ? "null" : value.ToText(); }
 
-// What a run told of its end.
+// The events at the end of a run.
 class Outcome : public DataCopyEvents {
  public:
   void DataCopyStarted(Variant, Variant) override {}

@@ -1,6 +1,5 @@
-// The program and the server lose each other in the middle of a copy: the connection is ended by the server, the line
-// is cut, the whole server is killed, or the program is. What was saved stays, nothing else is written, and the table
-// waits for somebody who frees it.
+// The connection is lost during a copy: the server ends it, the line is cut, the server is killed, or the program is.
+// Saved rows are kept, nothing else is written, and the table stays in progress.
 #include <csignal>
 #include <cstdlib>
 
@@ -126,7 +125,7 @@ TEST_P(LostServer, WhichEndsTheConnectionInAChangedCopyKeepsTheFirstChangesAndTh
   ExpectRefusalUntilTheFlagIsResetAndThenAllOrders();
 }
 
-TEST_P(LostServer, BehindALineThatIsCutIsToldAsLostToo) {
+TEST_P(LostServer, BehindACutLineIsReportedAsLostToo) {
   TcpProxy line(static_cast<std::uint16_t>(std::stoi(OdbcKeyword(ConnectionText(), "PORT"))));
   const CopyProcesses program(company_, WithOdbcKeyword(ConnectionText(), "PORT", std::to_string(line.Port())), "");
   const Process ended = Copy(program, kFullCopy, [&] { line.Cut(); });
@@ -150,7 +149,7 @@ TEST_P(KilledProgram, LeavesInAChangedCopyTheFirstChangesAndTheTableInProgress) 
   EXPECT_EQ(Value("select orno from tssoc200 where orno = 'A'"), "A");
 }
 
-// Only where the servers were started for these tests alone.
+// Only if the servers were started for these tests alone.
 std::vector<DriverUnderTest> ServersThatMayBeKilled() {
   return std::getenv("QMX_TEST_MAY_KILL_SERVERS") ? ServersUnderTest() : std::vector<DriverUnderTest>();
 }
@@ -181,11 +180,9 @@ class KilledServer : public LostServer {
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(KilledServer);
 INSTANTIATE_TEST_SUITE_P(Over, KilledServer, testing::ValuesIn(ServersThatMayBeKilled()), ServerName);
 
-TEST_P(KilledServer, InAFullCopyIsToldAsLostAndThenAsOneThatDoesNotAnswer) { ExpectALossAndThenNoAnswer(kFullCopy); }
+TEST_P(KilledServer, InAFullCopyIsReportedAsLostAndThenAsNotAnswering) { ExpectALossAndThenNoAnswer(kFullCopy); }
 
-TEST_P(KilledServer, InAChangedCopyIsToldAsLostAndThenAsOneThatDoesNotAnswer) {
-  ExpectALossAndThenNoAnswer(kOnlyChanged);
-}
+TEST_P(KilledServer, InAChangedCopyIsReportedAsLostAndThenAsNotAnswering) { ExpectALossAndThenNoAnswer(kOnlyChanged); }
 
 // Read-only for everybody but administrators: each server refuses the transaction that is open with its COMMIT.
 class ReadOnlyServer : public LostServer {
@@ -214,7 +211,7 @@ INSTANTIATE_TEST_SUITE_P(Over, ReadOnlyServer,
                                                : std::vector<DriverUnderTest>()),
                          ServerName);
 
-TEST_P(ReadOnlyServer, WhichRefusesTheCommitKeepsWhatWasSavedBeforeAndSaysSo) {
+TEST_P(ReadOnlyServer, WhichRefusesTheCommitKeepsTheRowsSavedBeforeAndReportsIt) {
   const CopyProcesses program = ProgramOfAClerk();
   const auto run = HalfACopy(program, kOnlyChanged);
   WaitUntil("a transaction is open", [&] {

@@ -9,15 +9,15 @@
 namespace qmx::test {
 
 enum class Fate {
-  Emptied,  // the audit reader is not asked for it, so its getter gives what the ERP has for nothing
-  Left,     // not written, unless the record is listed anew
+  Emptied,  // not requested from the audit reader, so its getter returns the ERP's blank value
+  Left,     // not written, unless the record is listed again
 };
 
 struct ColumnNotByChange {
   const char* table;
   const char* column;
   Fate fate;
-  const char* blank = "";  // the sandbox ERP's, where it is emptied
+  const char* blank = "";  // the sandbox ERP's blank value, if it is emptied
 };
 
 inline constexpr ColumnNotByChange kColumnsNotByChange[] = {

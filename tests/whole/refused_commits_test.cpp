@@ -129,31 +129,31 @@ INSTANTIATE_TEST_SUITE_P(Over, RefusedCommit, testing::ValuesIn(ServersUnderTest
 constexpr const char* kRefused = "40001 1213";
 constexpr const char* kLost = "08S01 2013";
 
-TEST_P(RefusedCommit, LeavesNoContradictionWhicheverIsRefused) {
+TEST_P(RefusedCommit, LeavesAConsistentStateWhicheverIsRefused) {
   CopyWithEachSoOften({.function = "SQLEndTran", .answer = kRefused}, {1, 2, 0});
 }
 
-TEST_P(RefusedCommit, LeavesNoContradictionWhereItNeverReachedTheServer) {
+TEST_P(RefusedCommit, LeavesAConsistentStateIfItNeverReachedTheServer) {
   CopyWithEachSoOften({.function = "SQLEndTran", .answer = kLost}, {1});
 }
 
-TEST_P(RefusedCommit, LeavesNoContradictionWhereItWasDoneAndTheAnswerIsLost) {
+TEST_P(RefusedCommit, LeavesAConsistentStateIfItWasDoneAndTheAnswerIsLost) {
   CopyWithEachSoOften({.function = "SQLEndTran", .isDone = true, .answer = kLost}, {1});
 }
 
-TEST_P(RefusedCommit, LeavesNoContradictionWhereTheCommitModeCannotBeSet) {
+TEST_P(RefusedCommit, LeavesAConsistentStateIfTheCommitModeCannotBeSet) {
   CopyWithEachSoOften({.function = "SQLSetConnectAttr", .answer = "HY000 2000"}, {1, 0});
 }
 
-TEST_P(RefusedCommit, LeavesNoContradictionWhereTheCommitModeIsSetAndTheAnswerIsLost) {
+TEST_P(RefusedCommit, LeavesAConsistentStateIfTheCommitModeIsSetAndTheAnswerIsLost) {
   CopyWithEachSoOften({.function = "SQLSetConnectAttr", .isDone = true, .answer = kLost}, {1});
 }
 
-TEST_P(RefusedCommit, LeavesNoContradictionWhereAStatementIsRefused) {
+TEST_P(RefusedCommit, LeavesAConsistentStateIfAStatementIsRefused) {
   CopyWithEachSoOften({.function = "SQLExecute", .answer = kRefused}, {1, 0});
 }
 
-TEST_P(RefusedCommit, LeavesNoContradictionWhereAStatementsAnswerIsLost) {
+TEST_P(RefusedCommit, LeavesAConsistentStateIfAStatementsAnswerIsLost) {
   CopyWithEachSoOften({.function = "SQLExecute", .isDone = true, .answer = kLost}, {1});
 }
 

@@ -1,5 +1,5 @@
-// What the tests of copies into a server share: a company, a database on the server with the local tables, the program
-// as its user runs it, and what must be found where a run failed.
+// Shared by tests of copies into a server: a company, a database on the server with the local tables, the program as a
+// process, and the expectations after a failed run.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -57,7 +57,7 @@ class CopyIntoAServer : public testing::TestWithParam<DriverUnderTest> {
         std::to_string(syncMethod) + ", '" + kLutm + "')");
   }
 
-  // A failure of which the program could still tell everybody: the table is free for the next run.
+  // A failure that the program could report everywhere. The table is released.
   void ExpectFailure(const CopyProcesses& program, const Process& ended, const std::string& table) {
     EXPECT_EQ(ended.status, 1) << ended.err;
     EXPECT_EQ(InUse(), "0");
@@ -68,7 +68,7 @@ class CopyIntoAServer : public testing::TestWithParam<DriverUnderTest> {
     EXPECT_EQ(program.File("QMXDBSynclog.txt"), "");
   }
 
-  // A failure after which the table could not be released: nothing is told but in the logs and on standard error.
+  // A failure after which the table could not be released. It is reported only in the logs and on standard error.
   void ExpectFailureOfTheReleaseToo(const CopyProcesses& program, const Process& ended, const std::string& table) {
     EXPECT_EQ(ended.status, 2) << ended.err;
     const std::string text = "Release of Data copy in Progress flag for table " + table + " Failed";

@@ -1,6 +1,5 @@
-// What a database server may refuse while the program copies into it, as the user reads it: the chain of causes on
-// standard error with one sentence about what to do, the exit status, the logs, what the scheduling server is told, and
-// what stands in the tables afterwards.
+// Refusals of a database server during a copy, as users see them: the chain of causes on standard error with one
+// sentence of advice, the exit status, the logs, the scheduling server's messages, and the tables afterwards.
 #include "tests/whole/server_copy.h"
 
 namespace qmx::test {
@@ -41,16 +40,16 @@ class ServerRefusal : public CopyIntoAServer {
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ServerRefusal);
 INSTANTIATE_TEST_SUITE_P(Over, ServerRefusal, testing::ValuesIn(ServersUnderTest()), ServerName);
 
-TEST_P(ServerRefusal, OfRowsThatSomebodyElseHasLockedLeavesThemAndFreesTheTable) {
+TEST_P(ServerRefusal, OfRowsThatAnotherProgramLockedKeepsThemAndReleasesTheTable) {
   ControlRecord(kTable, kFullCopy);
   OdbcConnection another(ConnectionText());
-  another.AutoCommit(false);
+  another.Begin();
   another.Run("update tsmdm030 set dsca = 'Locked'");
   // As long as the program itself would wait, no test can.
   const CopyProcesses program =
       ProgramThatRunsFirst(IsPostgresql() ? "set lock_timeout to 300" : "set session innodb_lock_wait_timeout = 1");
   const Process ended = program.Run(kTable);
-  another.End(SQL_ROLLBACK);
+  another.Rollback();
   ExpectFailure(program, ended, kTable);
   EXPECT_THAT(ended.err, AllOf(StartsWith("error -2147217671, Copy Service Types: "),
                                HasSubstr("because of error -2147217771, Delete All Records: "),
@@ -60,7 +59,7 @@ TEST_P(ServerRefusal, OfRowsThatSomebodyElseHasLockedLeavesThemAndFreesTheTable)
   EXPECT_THAT(Column(kRows), ElementsAre("OLD"));
 }
 
-TEST_P(ServerRefusal, OfEveryChangeIsToldBeforeAnythingIsCopied) {
+TEST_P(ServerRefusal, OfEveryChangeIsReportedBeforeAnythingIsCopied) {
   ControlRecord(kTable, kFullCopy);
   const CopyProcesses program = ProgramThatRunsFirst(IsPostgresql() ? "set default_transaction_read_only to on"
                                                                     : "set session transaction read only");
@@ -111,7 +110,7 @@ TEST_P(ServerRefusal, OfATextThatIsLongerThanItsColumnNamesTheRowAndKeepsThoseBe
   EXPECT_THAT(Column(kRows), ElementsAre("ADV"));
 }
 
-TEST_P(ServerRefusal, ToTellAlikeRowsOfATableWithoutAKeyApartChangesNeither) {
+TEST_P(ServerRefusal, ToDistinguishEqualRowsWithoutAKeyChangesNeither) {
   ControlRecord(kTable, kOnlyChanged);
   TableInsteadOf("cstp varchar(10), dsca varchar(60), prod varchar(10), ract varchar(10)");
   Sql("insert into tsmdm030 values ('ADV', 'x', 'y', 'z'), ('ADV', 'x', 'y', 'z'), ('CAL', 'x', 'y', 'z')");
@@ -125,7 +124,7 @@ TEST_P(ServerRefusal, ToTellAlikeRowsOfATableWithoutAKeyApartChangesNeither) {
   EXPECT_THAT(Column("select dsca from tsmdm030"), ElementsAre("x", "x", "x"));
 }
 
-TEST_P(ServerRefusal, IsNoneWhereTheRowsOfATableWithoutAKeyDiffer) {
+TEST_P(ServerRefusal, DoesNotHappenIfTheRowsOfATableWithoutAKeyDiffer) {
   ControlRecord(kTable, kOnlyChanged);
   TableInsteadOf("cstp varchar(10), dsca varchar(60), prod varchar(10), ract varchar(10)");
   Sql("insert into tsmdm030 values ('ADV', 'x', 'y', 'z'), ('CAL', 'x', null, 'z')");
@@ -157,7 +156,7 @@ TEST_P(ServerRefusal, ToAddForAUserWithoutThatRightComesAfterTheDeleting) {
   EXPECT_THAT(Column(kRows), ElementsAre());
 }
 
-TEST_P(ServerRefusal, ToReadForAUserWithoutThatRightIsToldInAChangedCopyToo) {
+TEST_P(ServerRefusal, ToReadForAUserWithoutThatRightIsReportedInAChangedCopyToo) {
   ControlRecord(kTable, kOnlyChanged);
   company_.Change(DateTime::FromDate(2002, 1, 1), "update tsmdm030 set \"desc\" = 'New' where cstp = 'ADV'");
   const CopyProcesses program(company_, ConnectionTextOfAClerk("insert, update, delete"), "");

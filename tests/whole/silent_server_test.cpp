@@ -1,5 +1,5 @@
-// The server falls silent: it keeps the connection and never answers again. The run ends by itself, as after a lost
-// server, and says how long it waited and for what.
+// The server falls silent: it keeps the connection open and never answers. The run ends by itself, as after a lost
+// connection, and reports how long it waited and for what.
 #include "tests/support/tcp_proxy.h"
 #include "tests/whole/server_copy.h"
 
@@ -33,8 +33,11 @@ class SilentServer : public CopyIntoAServer {
     return run->Wait();
   }
 
-  // Where the server falls silent while the program does `action`.
-  void ExpectTheSilenceToBeTold(const CopyProcesses& program, const Process& ended, const std::string& action) {
+  // A copy over the line, on which the server falls silent during `action`. Returns how the process ended.
+  Process ExpectSilenceReported(const TcpProxy& line, const std::string& action) {
+    CopyProcesses program = ProgramBehind(line);
+    const Process ended = EndOf(program);
+    EXPECT_TRUE(line.Swallows());
     ExpectFailureOfTheReleaseToo(program, ended, kTable);
     const std::string text = "The server did not answer for 5 seconds while " + action + ", " + kAdvice;
     EXPECT_THAT(ended.err, AllOf(HasSubstr("because of error -2147467259, ODBC: " + text), HasSubstr("table: tssoc200"),
@@ -43,6 +46,7 @@ class SilentServer : public CopyIntoAServer {
                 AllOf(HasSubstr("Copy of Service Orders from Orvan to Local DB failed\"\r\n"), HasSubstr(text)));
     EXPECT_EQ(InUse(), "1");
     EXPECT_EQ(Lutm(), kLutm);
+    return ended;
   }
   std::string FirstOrder() { return company_.Value("select min(orno) from tssoc200"); }
 };
@@ -66,33 +70,22 @@ TEST_P(SilentServer, AtTheLogInFailsTheStart) {
 
 TEST_P(SilentServer, InASelectEndsTheCopyAndLeavesTheTableInProgress) {
   ControlRecord(kTable, kOnlyChanged);
-  TcpProxy line(ServerPort(), FirstOrder());
-  CopyProcesses program = ProgramBehind(line);
-  const Process ended = EndOf(program);
-  EXPECT_TRUE(line.Swallows());
-  ExpectTheSilenceToBeTold(program, ended, "a statement was executed");
+  const TcpProxy line(ServerPort(), FirstOrder());
+  const Process ended = ExpectSilenceReported(line, "a statement was executed");
   EXPECT_THAT(ended.err, HasSubstr("statement: select * from tssoc200 where orno='" + FirstOrder() + "'"));
   EXPECT_EQ(Value("select count(*) from tssoc200"), "0");
 }
 
 TEST_P(SilentServer, InABatchOfInsertsEndsTheCopyAndLeavesTheTableInProgress) {
   ControlRecord(kTable, kFullCopy);
-  TcpProxy line(ServerPort(), FirstOrder());
-  CopyProcesses program = ProgramBehind(line);
-  const Process ended = EndOf(program);
-  EXPECT_TRUE(line.Swallows());
-  ExpectTheSilenceToBeTold(program, ended, "a statement was executed");
+  ExpectSilenceReported(TcpProxy(ServerPort(), FirstOrder()), "a statement was executed");
   EXPECT_EQ(Value("select count(*) from tssoc200"), "0");
 }
 
 // The server did commit; the program cannot know.
 TEST_P(SilentServer, InACommitEndsTheCopyAndLeavesTheTableInProgress) {
   ControlRecord(kTable, kOnlyChanged);
-  TcpProxy line(ServerPort(), "COMMIT", TcpProxy::Swallowed::Answers);
-  CopyProcesses program = ProgramBehind(line);
-  const Process ended = EndOf(program);
-  EXPECT_TRUE(line.Swallows());
-  ExpectTheSilenceToBeTold(program, ended, "a transaction was ended");
+  ExpectSilenceReported(TcpProxy(ServerPort(), "COMMIT", TcpProxy::Swallowed::Answers), "a transaction was ended");
   EXPECT_NE(Value("select count(*) from tssoc200"), "0");
 }
 

@@ -100,8 +100,8 @@ TEST_F(SimultaneousCopies, OfOneTableAreRefusedButForTheFirst) {
   EXPECT_THAT(Differences("tssoc200", local_.RowsOf("tssoc200"), Fresh("tssoc200")), IsEmpty());
 }
 
-// The check of the flag and its setting are two steps. What follows starts a second run between two operations of the
-// first, which goes on when the second has ended.
+// Checking the flag and setting it are two steps. These tests start a second run between two operations of the first,
+// which continues when the second has ended.
 class SecondRunWithinTheFirst : public SimultaneousCopies {
  protected:
   // Before the nth operation of the first run that begins so.
@@ -135,7 +135,7 @@ class SecondRunWithinTheFirst : public SimultaneousCopies {
 // The statement is prepared once and bound for each execution.
 constexpr const char* kSelectControlRecord = "Bind select * from tstables where tablename = ";
 
-TEST_F(SecondRunWithinTheFirst, PassesTheCheckTooWhereTheFirstHasNotSetItsFlagYet) {
+TEST_F(SecondRunWithinTheFirst, PassesTheCheckTooIfTheFirstHasNotSetItsFlagYet) {
   Run(kSelectControlRecord, 2);  // the first one checks, the second one sets
   EXPECT_EQ(inProgressBefore_, 0);
   EXPECT_EQ(secondEnd_, "complete");
@@ -152,7 +152,7 @@ TEST_F(SecondRunWithinTheFirst, IsRefusedOnceTheFlagIsSet) {
   EXPECT_EQ(CopiesInProgress(), 0);
 }
 
-TEST_F(SecondRunWithinTheFirst, MakesTheFirstFailWhereBothAddTheControlRecord) {
+TEST_F(SecondRunWithinTheFirst, MakesTheFirstFailIfBothAddTheControlRecord) {
   Run("Prepare insert into \"tstables\"", 1);
   EXPECT_EQ(secondEnd_, "complete");
   EXPECT_THAT(firstEnd_, HasSubstr("Setting Data Copy in Progress flag for table tsmdm030 Failed"));

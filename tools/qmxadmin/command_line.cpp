@@ -190,7 +190,7 @@ void AddStatus(CLI::App& program, AdminStatus& status) {
   AddJson(command, arguments->form);
   command.footer(
       command.get_footer() +
-      "\nExit status: 1 if something needs a person: a table that is missing or in use without a run, a last\n"
+      "\nExit status: 1 if something needs attention: a table that is missing or in use without a run, a last\n"
       "run that failed, a last update older than --max-age, a copied table without a control record.");
   Does(command, status, arguments, Status);
 }

@@ -4,11 +4,11 @@
 
 #include <algorithm>
 #include <charconv>
-#include <ctime>
 #include <filesystem>
 #include <sstream>
 
 #include "platform/names.h"
+#include "platform/posix/clock.h"
 #include "platform/run_records/kernel_file.h"
 #include "platform/run_records/process_identity.h"
 #include "platform/trim.h"
@@ -42,13 +42,6 @@ std::int64_t SecondsOfBoot() {
     if (word == "btime" && file >> seconds) return seconds;
   }
   return 0;
-}
-
-DateTime LocalTime(std::time_t moment) {
-  std::tm local{};
-  localtime_r(&moment, &local);
-  return DateTime::FromDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday)
-      .PlusTime(local.tm_hour, local.tm_min, local.tm_sec);
 }
 
 }  // namespace

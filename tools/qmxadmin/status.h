@@ -15,7 +15,7 @@ struct StatusArguments : DatabaseArguments {
   OutputForm form = OutputForm::Table;
 };
 
-// Returns Wrong if something needs a person.
+// Returns Wrong if something needs attention.
 AdminStatus Status(const StatusArguments& arguments);
 
 }  // namespace qmx

@@ -21,7 +21,7 @@ class StatusRuns {
   void AddColumns(Listing& listing) const;
   void AddValues(const std::string& table, std::vector<Variant>& row) const;
 
-  // What needs a person, in words. Empty if nothing does. `record` is null if there is none. A lutm that is older than
+  // What needs attention, in words. Empty if nothing does. `record` is null if there is none. A lutm that is older than
   // `maxAge`, or missing, is one such thing.
   std::vector<std::string> Problems(const std::string& table, const ControlRecord* record,
                                     std::optional<std::chrono::seconds> maxAge) const;

@@ -168,7 +168,7 @@ TEST_F(JavaArguments, ThatFitNoOverloadAreRefusedWithAllOfThem) {
             "onlyText(java.lang.Character), onlyText(java.lang.String).");
 }
 
-TEST_F(JavaArguments, ByReferenceAreReadAndLeftAlone) {
+TEST_F(JavaArguments, ByReferenceAreReadAndNotChanged) {
   Variant variable = 5;
   EXPECT_EQ(target.Call("ofInt", Ref(variable)), Variant("java.lang.Integer 5"));
   EXPECT_EQ(variable, Variant(5));

@@ -1,4 +1,4 @@
-// The example of docs/java.md: what the page shows is what is built, and it works.
+// The example of docs/java.md is the one that is built, and it works.
 #include <gmock/gmock.h>
 #include <sqlite3.h>
 
@@ -33,7 +33,7 @@ std::string FirstText(const std::string& file, const std::string& select) {
   return text;
 }
 
-TEST(TheJavaExample, IsWhatThePageShows) {
+TEST(TheJavaExample, IsTheOneOnThePage) {
   const std::string docs = JAVA_DOCS;
   const std::string page = Content(docs + "/java.md");
   for (const char* const file : {"ServiceTypes/ServiceTypesManager.java", "ServiceTypes/ServiceTypes.java"}) {

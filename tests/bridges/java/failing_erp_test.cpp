@@ -96,7 +96,7 @@ TEST_F(AFailingErpInJava, WhichEndsTheProcessIsNamed) {
   EXPECT_THAT(ended.err, HasSubstr("during getServiceType of ServiceTypes.ServiceTypesManager"));
 }
 
-// The program's crash handler was there before the JVM's, which uses SIGSEGV itself and hands on what is not its own.
+// The program installs its crash handler before the JVM's, which uses SIGSEGV itself and passes other signals on.
 TEST_F(AFailingErpInJava, WhichCrashesIsNamed) {
   const Process crashed = Copy("crash in getter");
   EXPECT_EQ(crashed.status, 128 + SIGSEGV) << crashed.err;

@@ -57,7 +57,7 @@ TEST_F(AProcessWithJava, TakesTheJvmOfAFolder) {
   EXPECT_THAT(Show(classes, {{"JAVA_HOME", home}}).out, HasSubstr("\n  JVM: " + library + "\n"));
 }
 
-TEST_F(AProcessWithJava, NamesEveryPlaceWhereNoJvmWasFound) {
+TEST_F(AProcessWithJava, NamesEveryPlaceIfNoJvmWasFound) {
   // A folder of that name without a JVM stands for a machine without one.
   const Process run = Show("setting jvm = .\nprogid = bridge.Values\n");
   EXPECT_THAT(run.out, HasSubstr("no JVM can be started; " + (folder / "lib/server/libjvm.so") + ": "));
@@ -142,7 +142,7 @@ TEST_F(ItsEndDeathTest, ComesWhileJavaObjectsAreStillHeld) {
   EXPECT_EXIT(releaseLate(), ExitedWithCode(4), "");
 }
 
-TEST_F(ItsEndDeathTest, LeavesASystemExitOfJavaToWhoeverGuardsTheProcess) {
+TEST_F(ItsEndDeathTest, LeavesASystemExitOfJavaToTheExitGuard) {
   const auto guarded = [&] {
     std::atexit([] { _exit(5); });
     CallAndExit(components, "exit");

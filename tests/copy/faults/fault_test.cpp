@@ -1,6 +1,6 @@
-// Every fault in its turn: the database driver fails at its Nth operation, before or after it is done, the ERP at its
-// Nth call, for every N until the run passes. After each the events, the flag, lutm, the local rows, the copy log, the
-// raised error and the report are what they must be for the place where the fault hit.
+// Injects every fault in turn: the database driver fails at its Nth operation, before or after executing it, and the
+// ERP at its Nth call, for every N until the run passes. After each fault, checks the events, the flag, lutm, the local
+// rows, the copy log, the raised error and the report against the expectation for the place of the fault.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -35,7 +35,7 @@ Fault FaultOf(const std::string& failed) {
 
 class Faults : public testing::TestWithParam<std::tuple<CopiedTable, std::int16_t>> {};
 
-TEST_P(Faults, OfTheDatabaseDriverAtEveryOperationLeaveWhatTheyMust) {
+TEST_P(Faults, OfTheDatabaseDriverAtEveryOperationKeepTheGuarantees) {
   const auto& [table, syncMethod] = GetParam();
   std::int64_t operation = 1;
   for (;; ++operation) {
@@ -52,7 +52,7 @@ TEST_P(Faults, OfTheDatabaseDriverAtEveryOperationLeaveWhatTheyMust) {
 
 class LostAnswers : public Faults {};
 
-TEST_P(LostAnswers, OfTheDatabaseDriverLeaveWhatTheyMust) {
+TEST_P(LostAnswers, OfTheDatabaseDriverKeepTheGuarantees) {
   const auto& [table, syncMethod] = GetParam();
   std::int64_t operation = 1;
   for (;; ++operation) {
@@ -69,7 +69,7 @@ TEST_P(LostAnswers, OfTheDatabaseDriverLeaveWhatTheyMust) {
   EXPECT_GT(operation, 50);
 }
 
-TEST_P(Faults, OfTheErpAtEveryCallLeaveWhatTheyMust) {
+TEST_P(Faults, OfTheErpAtEveryCallKeepTheGuarantees) {
   const auto& [table, syncMethod] = GetParam();
   std::int64_t call = 1;
   for (;; ++call) {

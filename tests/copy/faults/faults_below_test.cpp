@@ -84,7 +84,7 @@ class FaultsBelow : public testing::TestWithParam<std::tuple<CopiedTable, std::i
   }
 };
 
-TEST_P(FaultsBelow, LeaveAnEndAFlagATimeAndRowsThatAgree) {
+TEST_P(FaultsBelow, LeaveAConsistentOutcomeFlagTimeAndRows) {
   const auto& [table, syncMethod, faults] = GetParam();
   std::int64_t operation = 1;
   for (;; ++operation) {

@@ -37,7 +37,7 @@ TEST_F(FillTable, ReportsWhatEndsTheExpansion) {
   EXPECT_EQ(error.Description(), " Filling tscalender table failed");
 }
 
-TEST_F(FillTable, IsQuietWhereTheExpansionIs) {
+TEST_F(FillTable, RaisesNothingIfTheExpansionRaisesNothing) {
   rig.Sql("drop table tsmdm140");
   EXPECT_NO_THROW(rig.inside.FillTable_tscalender());
 }

@@ -94,7 +94,7 @@ TEST(CalendarsByChange, GiveTheSecondLocalCalendarTheParametersOfTheFirstToo) {
   EXPECT_EQ(rig.calls.Count("create audit.auditCriteria"), 1u);
 }
 
-TEST(CalendarsByChange, ApplyWhatTheReaderTellsOfEachLocalCalendar) {
+TEST(CalendarsByChange, ApplyTheAuditEntriesOfEachLocalCalendar) {
   CalendarRig rig;
   rig.Employee("1001", "DAY");
   rig.Employee("1002", "NIGHT");
@@ -142,7 +142,7 @@ TEST(CalendarsByChange, CopyACalendarThatIsNotLocalWholeWithItsLastRecord) {
   EXPECT_EQ(rig.Events().at(1), "event Complete 2026-11-20 14:05:09, \"tcccp030\", 3, 0, 0");
 }
 
-TEST(CalendarsByChange, PassOverACalendarThatNeitherSideHas) {
+TEST(CalendarsByChange, SkipACalendarThatNeitherSideHas) {
   CalendarRig rig;
   rig.Employee("1001", "NEW");
   rig.ErpHas({});
@@ -165,7 +165,7 @@ TEST(CalendarsByChange, MoveTheLastUpdateTimeAlsoWhenNoEmployeeHasACalendar) {
             "\"Date-Time :2026-11-20 : 14:05:09\"\r\n\"Table : tcccp030 - 0 records Inserted\"\r\n");
 }
 
-TEST(CalendarsByChange, KeepTheLastUpdateTimeAndWhatWasDoneWhenTheAuditFails) {
+TEST(CalendarsByChange, KeepTheLastUpdateTimeAndTheAppliedChangesWhenTheAuditFails) {
   CalendarRig rig;
   rig.Employee("1001", "DAY");
   rig.LocalRecord("DAY", "2026-11-19", 800);

@@ -148,7 +148,7 @@ class CalendarFaults : public testing::TestWithParam<Way> {
   }
 };
 
-TEST_P(CalendarFaults, NoneCopiesEverything) {
+TEST_P(CalendarFaults, ThatDoNotHappenLeaveACompleteCopy) {
   OneRun run(GetParam());
   EXPECT_TRUE(run.Ends());
   run.ExpectEverythingCopied();

@@ -58,7 +58,7 @@ TEST(CalendarsInFull, FillEveryColumn) {
               ElementsAre("2026-12-30 14:00:00, 2027-01-01, \"10 Hours 0 Minutes\""));
 }
 
-TEST(CalendarsInFull, CountDurationsFromTheTimesAlone) {
+TEST(CalendarsInFull, CountDurationsOnlyFromTheTimes) {
   CalendarRig rig;
   rig.Employee("1001", "DAY");
   rig.ErpHas(
@@ -110,7 +110,7 @@ TEST(CalendarsInFull, CopyOnlyCalendarsInUseEachOnce) {
               testing::UnorderedElementsAre("\"DAY\", 2026-11-20, 800, 1200", "\"DAY\", 2026-11-20, 1300, 1700"));
 }
 
-TEST(CalendarsInFull, EmptyTheTableAlsoWhereTheErpListsNothing) {
+TEST(CalendarsInFull, EmptyTheTableEvenIfTheErpListsNothing) {
   CalendarRig rig;
   rig.Employee("1001", "DAY");
   rig.Employee("1002", "EMPTY");

@@ -81,7 +81,7 @@ TEST_P(Batches, SendTheFirstRowAfterAPauseAtOnce) {
   EXPECT_EQ(Codes(), "AB");
 }
 
-TEST_P(Batches, SendWhatWaitsAlsoWhileNobodyCalls) {
+TEST_P(Batches, SendWaitingRowsAlsoBetweenCalls) {
   const auto records = Opened("people");
   for (const char* code : {"A", "B", "C", "D"}) Add(*records, code);
   clock.PassWhileAThreadWaits(milliseconds(49));
@@ -90,7 +90,7 @@ TEST_P(Batches, SendWhatWaitsAlsoWhileNobodyCalls) {
   EXPECT_EQ(Codes(), "ABC");  // D is not saved yet
 }
 
-TEST_P(Batches, SendWhatWaitsAtUpdateAndAtClose) {
+TEST_P(Batches, SendWaitingRowsAtUpdateAndAtClose) {
   const auto records = Opened("people");
   for (const char* code : {"A", "B", "C"}) Add(*records, code);
   records->Update();
@@ -100,7 +100,7 @@ TEST_P(Batches, SendWhatWaitsAtUpdateAndAtClose) {
   EXPECT_EQ(Codes(), "ABCDEF");
 }
 
-TEST_P(Batches, SendWhatWaitsBeforeAnythingIsReadOrDone) {
+TEST_P(Batches, SendWaitingRowsBeforeAnyOtherStatement) {
   const auto records = Opened("people");
   for (const char* code : {"A", "B", "C"}) Add(*records, code);
   EXPECT_EQ(Opened("select * from people", kCommandText)->recordcount(), 2);
@@ -197,7 +197,7 @@ TEST_P(Batches, OfAThousandRowsEndAtTheBadOneAsSingleRowsWould) {
   }
 }
 
-TEST_P(Batches, RaiseAtTheNextCallWhatHappenedWhileNobodyCalled) {
+TEST_P(Batches, RaiseAFailureBetweenCallsAtTheNextCall) {
   connection.Execute("insert into people (code) values ('C')");
   const auto records = Opened("people");
   for (const char* code : {"A", "B", "C", "D"}) Add(*records, code);
@@ -211,7 +211,7 @@ TEST_P(Batches, RaiseAtTheNextCallWhatHappenedWhileNobodyCalled) {
   connection.Close();
 }
 
-TEST_P(Batches, RaiseWhenTheConnectionClosesWhatNobodyWasToldOf) {
+TEST_P(Batches, RaiseAFailureNotYetReportedWhenTheConnectionCloses) {
   connection.Execute("insert into people (code) values ('C')");
   {
     const auto records = Opened("people");
@@ -238,7 +238,7 @@ TEST_P(Batches, NameTheBadRowsColumnsThatMakeItsKey) {
   records->CancelUpdate();
 }
 
-// Whichever operation below fails, what is there is the beginning of what was added, and all of it where no error came.
+// Whichever operation below fails, the table has a beginning of the added rows, and all of them if there was no error.
 TEST_P(Batches, KeepABeginningOfTheRowsWhateverFails) {
   const std::string all = "ABCDEFGHIJKL";
   for (const bool forGood : {false, true}) {

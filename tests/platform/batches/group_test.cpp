@@ -90,7 +90,7 @@ TEST_F(AGroup, IsNotOpenedUntilItIsAllowed) {
   EXPECT_THAT(session_.calls, ElementsAre("A"));
 }
 
-TEST_F(AGroup, IsNotOpenedWhereTheDatabaseHasNone) {
+TEST_F(AGroup, IsNotOpenedIfTheDatabaseHasNone) {
   session_.limits = {};
   group_.Allow(true);
   Write("A");

@@ -60,7 +60,7 @@ TEST_P(Groups, TakeFewCommitsForManyRows) {
   EXPECT_EQ(Codes().size(), 160 * 4);
 }
 
-TEST_P(Groups, AreNotMadeWhereNobodyAllowsThem) {
+TEST_P(Groups, AreNotOpenedUnlessAllowed) {
   below_.Restart();
   for (const char* code : {"A", "B", "C"}) Add(code);
   EXPECT_EQ(below_.CountOf("Begin"), 0);
@@ -85,7 +85,7 @@ TEST_P(Groups, AreCommittedWhenTheWorkFails) {
   EXPECT_EQ(Codes(), "A1B1C1");
 }
 
-TEST_P(Groups, AreCommittedWhileNobodyCalls) {
+TEST_P(Groups, AreCommittedAlsoBetweenCalls) {
   connection_.Together([&] {
     for (const char* code : {"A", "B", "C"}) Add(code);
     clock_.PassWhileAThreadWaits(milliseconds(40));
@@ -93,7 +93,7 @@ TEST_P(Groups, AreCommittedWhileNobodyCalls) {
   });
 }
 
-TEST_P(Groups, LetOthersWriteWithin50MillisecondsWhileNobodyCalls) {
+TEST_P(Groups, LetOthersWriteWithin50MillisecondsBetweenCalls) {
   const auto other = Another();
   other->CommandTimeout(1);
   connection_.Together([&] {
@@ -164,7 +164,7 @@ TEST_P(Groups, AreCommittedBeforeAFailureToReadIsRaised) {
   EXPECT_EQ(Codes(), "A1B1C1D1");
 }
 
-TEST_P(Groups, GoBehindRowsThatWaitAndBeforeThoseThatFollow) {
+TEST_P(Groups, AreExecutedAfterWaitingRowsAndBeforeLaterOnes) {
   Recordset records(nullptr);
   records.Open("people", connection_, kCursorKeyset, kLockOptimistic, kCommandTable);
   connection_.Together([&] {
@@ -182,7 +182,7 @@ TEST_P(Groups, GoBehindRowsThatWaitAndBeforeThoseThatFollow) {
   EXPECT_EQ(Codes(), "A7B7C6D6E1");
 }
 
-TEST_P(Groups, AreDoneAgainOneByOneWhereTheyCannotBeCommitted) {
+TEST_P(Groups, AreExecutedAgainOneByOneIfTheyCannotBeCommitted) {
   connection_.Together([&] {
     below_.before = [this](const std::string& operation) {
       if (operation != "Commit") return;
@@ -194,7 +194,7 @@ TEST_P(Groups, AreDoneAgainOneByOneWhereTheyCannotBeCommitted) {
   EXPECT_EQ(Codes(), "A1B1C1");
 }
 
-TEST_P(Groups, AreCommittedBeforeAStatementThatIsNoneOfTheirs) {
+TEST_P(Groups, AreCommittedBeforeAnyOtherStatement) {
   connection_.Together([&] {
     for (const char* code : {"A", "B"}) Add(code);
     connection_.Execute("create table places (code varchar(20))");
@@ -202,7 +202,7 @@ TEST_P(Groups, AreCommittedBeforeAStatementThatIsNoneOfTheirs) {
   });
 }
 
-TEST_P(Groups, AreNotMadeWhereATableKeepsWhatIsTakenBack) {
+TEST_P(Groups, AreNotOpenedForATableThatCannotRollBack) {
   if (connection_.System() != "MariaDB") return;  // the others have no such table
   connection_.Execute("create table places (code varchar(20) not null primary key) engine = MyISAM");
   below_.Restart();
@@ -216,7 +216,7 @@ TEST_P(Groups, AreNotMadeWhereATableKeepsWhatIsTakenBack) {
 // What another run would leave that commits row by row, after so many of its statements.
 std::vector<std::string> States() { return {"", "A1", "A1B1", "A2B1", "A2B1C1", "B1C1", "B1C3", "B1C3D1"}; }
 
-TEST_P(Groups, LeaveWhatWasSavedBeforeAFailureWhateverFails) {
+TEST_P(Groups, KeepRowsThatWereSavedBeforeAFailure) {
   const std::vector<std::string> states = States();
   const std::vector<std::string> statements = {
       "insert into people values ('A', 1)",         "insert into people values ('B', 1)",

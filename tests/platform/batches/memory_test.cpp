@@ -1,5 +1,5 @@
-// Memory that runs out while rows are sent and groups are committed or done again: an error 7 and never the program's
-// end, and what is saved is a beginning of what was written.
+// Memory that runs out while rows are sent or groups are committed or executed again: raises error 7, never ends the
+// program, and saves a beginning of the written rows.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

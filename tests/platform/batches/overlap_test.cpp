@@ -1,4 +1,4 @@
-// The program adds rows while others are on their way: what is full is sent by a thread of the session's own.
+// The program adds rows while the session's helper thread sends full batches.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -104,7 +104,7 @@ TEST_F(OverlappingBatches, MakeTheProgramWaitWhenAllAreFull) {
   EXPECT_EQ(Rows(), "1280 to 1279");
 }
 
-TEST_F(OverlappingBatches, BehindABadRowAreNotSent) {
+TEST_F(OverlappingBatches, AfterABadRowAreNotSent) {
   connection_.Execute("insert into people (code) values (100)");
   HoldUpUntil([this] { return added_ >= kBatch + 10; });
   const Error error = Raised([&] {

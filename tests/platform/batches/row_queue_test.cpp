@@ -52,7 +52,7 @@ TEST_F(ARowQueue, IsEmptyAtFirst) {
   EXPECT_FALSE(queue_.HasRowsOf(sink_));
 }
 
-TEST_F(ARowQueue, TellsRowsThatFollowQuicklyFromTheFirstOneAfterAPause) {
+TEST_F(ARowQueue, DistinguishesRowsInQuickSuccessionFromTheFirstOneAfterAPause) {
   EXPECT_FALSE(queue_.FollowsQuickly());
   EXPECT_TRUE(queue_.FollowsQuickly());
   clock_.Pass(milliseconds(49));
@@ -123,7 +123,7 @@ TEST_F(ARowQueue, EndsABatchEarlyWhenTold) {
   EXPECT_THAT(Oldest(), ElementsAre(Variant(1)));
 }
 
-TEST_F(ARowQueue, WantsABatchSent50MillisecondsAfterItsFirstRow) {
+TEST_F(ARowQueue, HasABatchDue50MillisecondsAfterItsFirstRow) {
   Add(sink_, 1);
   const SteadyClock::TimePoint due = clock_.Now() + milliseconds(50);
   clock_.Pass(milliseconds(30));

@@ -1,5 +1,5 @@
-// A session with groups over a database that answers at random: refuses, takes back, loses its answers. What the
-// session says must agree with what is saved, in 100,000 sequences of calls and answers.
+// A session with groups over a database that refuses statements, rolls back and loses answers at random. In 100,000
+// sequences of calls and answers, the session's results must agree with the saved rows.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -19,10 +19,10 @@ constexpr int kMostInASession = 20;  // its thread costs more than they do
 // How the database answers a call.
 enum class Answer {
   Done,
-  Refused,     // nothing is done; what is open stays open
-  TakenBack,   // nothing is done, and what is open is taken back
-  LostDone,    // done, but nobody says so
-  LostUndone,  // not done, and nobody says so
+  Refused,     // not executed; the transaction stays open
+  TakenBack,   // not executed, and the transaction is rolled back
+  LostDone,    // executed, but the answer is lost
+  LostUndone,  // not executed, and the answer is lost
 };
 
 // One connection's rows, as the database knows them.
@@ -187,7 +187,7 @@ class Program {
   }
 
  private:
-  // True where it raised nothing.
+  // True if it raised nothing.
   template <typename Use>
   bool Call(Use&& use, bool maySucceedWhenLost = false) {
     try {

@@ -42,7 +42,7 @@ TEST_F(AConfiguredServer, ServesSeveralManifestsEachWithItsOwnSettings) {
   EXPECT_EQ(Given("Test.Two"), Variant(second + "|Test.Two|Test.Two|place=there"));
 }
 
-TEST_F(AConfiguredServer, IsRefusedWhereItsLibraryTakesNoSettings) {
+TEST_F(AConfiguredServer, IsRefusedIfItsLibraryTakesNoSettings) {
   const std::string why =
       "it takes no settings, but its manifest has \"setting place\"; remove the setting, or install a version of the "
       "library that takes it";

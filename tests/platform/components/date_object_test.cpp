@@ -60,7 +60,7 @@ TEST_F(ADateObject, ResolvesADayBeyondItsMonthWhenItIsRead) {
   EXPECT_EQ(Read(), "126 0 1 14:5:9");
 }
 
-TEST_F(ADateObject, HoldsTheBeginningOfTimeWhereThereWasNone) {
+TEST_F(ADateObject, HoldsTheBeginningOfTimeIfThereWasNone) {
   date.Call("setDate", 1);
   date.Call("setmonth", 0);
   date.Call("setYear", 70);

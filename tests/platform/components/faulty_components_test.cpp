@@ -22,7 +22,7 @@ class AFaultyComponent : public testing::Test {
   FaultyComponents components{erp};
 };
 
-TEST_F(AFaultyComponent, WorksAndCountsWhereNothingIsToFail) {
+TEST_F(AFaultyComponent, CountsItsOperationsIfNoneIsToFail) {
   EXPECT_EQ(FirstCode(), "a");
   EXPECT_EQ(components.Record(),
             (std::vector<std::string>{"create A.Manager", "call List", "call nextElement", "call getCode"}));
@@ -46,7 +46,7 @@ TEST_F(AFaultyComponent, FailsAtEachOfItsOperationsWithoutCarryingItOut) {
   EXPECT_EQ(FirstCode(), "a");
 }
 
-TEST_F(AFaultyComponent, StaysGoneWhereEverythingIsToFail) {
+TEST_F(AFaultyComponent, FailsAtEveryCallFromAGivenOneOn) {
   components.FailFrom(2);
   const Object manager = components.CreateObject("A.Manager");
   EXPECT_EQ(Raised([&] { manager.Call("List"); }).Number(), 51);

@@ -132,7 +132,7 @@ TEST_F(HostObjects, WriteObjectsIntoVariablesOfTheServerWithoutLosingAReference)
   EXPECT_EQ(probe.Call("living"), Variant(1));
 }
 
-TEST_F(HostObjects, LeaveAVariableOfTheServerThatTheyDoNotWrite) {
+TEST_F(HostObjects, KeepAVariableOfTheServerThatTheyDoNotWrite) {
   Variant variable = "before";
   probe.Call("call", own, "echo", Ref(variable));
   EXPECT_EQ(variable, Variant("before"));
@@ -154,7 +154,7 @@ TEST_F(HostObjects, AreMadeForAServerByItsHost) {
   EXPECT_EQ(another.Call("living"), Variant(2));
 }
 
-TEST_F(HostObjects, AreRefusedToAServerWhereNobodyServesTheProgId) {
+TEST_F(HostObjects, AreRefusedToAServerIfNobodyServesTheProgId) {
   const Error error = Raised([&] { probe.Call("create", "Test.Unknown"); });
   EXPECT_EQ(error.Number(), 429);
   EXPECT_THAT(error.Description(), testing::HasSubstr("\"Test.Unknown\""));

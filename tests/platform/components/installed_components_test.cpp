@@ -48,7 +48,7 @@ TEST_F(InstalledServers, AreListedWithTheirManifests) {
   EXPECT_EQ(manifest.progIds.size(), 2u);
 }
 
-TEST_F(InstalledServers, NobodyClaimsLeaveEveryFolderNamed) {
+TEST_F(InstalledServers, ThatNobodyClaimsAreReportedWithEveryFolder) {
   folder.Add("probe", TestServer("probe"), {"Test.Probe"});
   EXPECT_EQ(Refusal("ServiceTypes.ServiceTypesManager"),
             "Cannot create an object of \"ServiceTypes.ServiceTypesManager\"; " + folder.Path().string() +

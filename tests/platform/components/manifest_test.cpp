@@ -37,7 +37,7 @@ TEST_F(Manifests, MayNameAnAbsoluteLibrary) {
   EXPECT_EQ(Read("library=/opt/orvan/bridge.so\nprogid=a").library, "/opt/orvan/bridge.so");
 }
 
-TEST_F(Manifests, PassOverCommentsEmptyLinesBlanksAndLineEnds) {
+TEST_F(Manifests, SkipCommentsEmptyLinesBlanksAndLineEnds) {
   const Manifest manifest =
       Read("# bridge\r\n\r\n \t Library\t=  a library.so \r\n  # more\nPROGID = java:java.util.Date\n");
   EXPECT_EQ(manifest.library, folder / "a library.so");
@@ -116,7 +116,7 @@ TEST_F(Manifests, ThatCannotBeReadSaySo) {
   EXPECT_EQ(error.Description(), path + ": cannot be read");
 }
 
-TEST_F(Manifests, OfAFolderComeByNameAndTheBrokenOnesAreToldApart) {
+TEST_F(Manifests, OfAFolderAreListedByNameAndTheBrokenOnesSeparately) {
   WriteFile(folder / "b.component", "library = b.so\nprogid = B");
   WriteFile(folder / "a.component", "library = a.so\nprogid = A");
   WriteFile(folder / "c.component", "nonsense");

@@ -51,7 +51,7 @@ TEST_F(ServerObjects, TakeAndGiveValuesOfEveryKind) {
   EXPECT_EQ(probe().Call("echo", Variant("kept")).ToText(), "kept");
 }
 
-TEST_F(ServerObjects, GiveNoTextThatIsNoUtf8OrHoldsANul) {
+TEST_F(ServerObjects, CannotReturnTextsThatAreNotUtf8OrHoldANul) {
   const Error notUtf8 = Failure("echo", "M\xFCller");
   EXPECT_EQ(notUtf8.Number(), 13);
   EXPECT_EQ(notUtf8.Source(), "Components");
@@ -62,14 +62,14 @@ TEST_F(ServerObjects, GiveNoTextThatIsNoUtf8OrHoldsANul) {
             "Type mismatch: the text holds a NUL character at byte 5.");
 }
 
-TEST_F(ServerObjects, WriteNoSuchTextIntoAVariableEither) {
+TEST_F(ServerObjects, CannotWriteSuchTextsIntoVariablesEither) {
   Variant variable = "before";
   EXPECT_EQ(Failure("assign", Ref(variable), "\xE4").Description(),
             "Type mismatch: the text is no valid UTF-8 from byte 1 on.");
   EXPECT_EQ(variable, Variant("before"));
 }
 
-TEST_F(ServerObjects, FailWithReplacementCharactersForWhatIsNoUtf8) {
+TEST_F(ServerObjects, FailWithReplacementCharactersForInvalidUtf8) {
   const Error error = Failure("fail", 9,
                               "Br\xFC"
                               "cke",
@@ -186,14 +186,14 @@ TEST_F(ServerObjects, KeepNumberSourceAndDescriptionOfAFailure) {
             (std::vector<Error::Detail>{{"member", "fail"}, {"progid", "Test.Probe"}, {"type", "probe type"}}));
 }
 
-TEST_F(ServerObjects, NameTheirTypeWhereNoProgIdMadeThem) {
+TEST_F(ServerObjects, NameTheirTypeIfNoProgIdMadeThem) {
   const Object other = probe().Call("make").ToObject();
   const Error error = Raised([&] { other.Call("fail", 5, "", ""); });
   EXPECT_EQ(error.Source(), "probe type");
   EXPECT_EQ(error.Details(), (std::vector<Error::Detail>{{"member", "fail"}, {"type", "probe type"}}));
 }
 
-TEST_F(ServerObjects, FailWithTheirProgIdWhereTheServerSaysNothing) {
+TEST_F(ServerObjects, FailWithTheirProgIdIfTheServerSaysNothing) {
   const Error error = Failure("failWithoutWords");
   EXPECT_EQ(error.Number(), 51);
   EXPECT_EQ(error.Source(), "Test.Probe");
@@ -220,7 +220,7 @@ TEST_F(ServerObjects, TurnAnUnknownStatusIntoAnError) {
   EXPECT_EQ(error.Description(), "The component returned status 7, which is neither QMX_OK nor QMX_FAILED.");
 }
 
-TEST_F(ServerObjects, AreRefusedValuesThatAreNone) {
+TEST_F(ServerObjects, CannotReturnInvalidValues) {
   EXPECT_EQ(Failure("broken", "kind").Number(), 13);
   EXPECT_THAT(Failure("broken", "kind").Description(), HasSubstr("unknown kind 42"));
   EXPECT_EQ(Failure("broken", "uint8").Number(), 6);
@@ -249,7 +249,7 @@ TEST_F(ServerObjects, KeepTheErrorBeingHandledAsTheCause) {
   EXPECT_EQ(error.Cause()->Number(), 61);
 }
 
-TEST_F(ServerObjects, AreNotCalledWhereThereIsNone) {
+TEST_F(ServerObjects, AreNotCalledIfThereIsNone) {
   const Error error = Raised([&] { probe().Call("none").ToObject().Call("hasMoreElements"); });
   EXPECT_EQ(error.Number(), 91);
   EXPECT_EQ(error.Details()[0], (Error::Detail{"member", "hasMoreElements"}));

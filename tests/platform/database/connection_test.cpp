@@ -22,7 +22,7 @@ TEST_P(OnAConnection, OpenAndCloseChangeItsState) {
   EXPECT_EQ(connection.State(), 1);
 }
 
-TEST_P(OnAConnection, ExecuteTellsHowManyRowsItAffected) {
+TEST_P(OnAConnection, ExecuteReturnsTheNumberOfAffectedRows) {
   CreatePeople();
   EXPECT_EQ(connection.Execute("insert into people (code) values ('A')"), 1);
   EXPECT_EQ(connection.Execute("insert into people (code) values ('B')"), 1);
@@ -69,7 +69,7 @@ TEST_P(OnAConnection, AKeyWithAQuoteReachesNoRow) {
   EXPECT_THAT(Rows("select code from people"), ElementsAre("A"));
 }
 
-TEST_P(OnAConnection, TheTimeOutIsThirtySecondsUnlessSaidOtherwise) {
+TEST_P(OnAConnection, TheTimeOutIsThirtySecondsByDefault) {
   EXPECT_EQ(connection.CommandTimeout(), 30);
   connection.CommandTimeout(150);
   EXPECT_EQ(connection.CommandTimeout(), 150);

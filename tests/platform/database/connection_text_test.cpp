@@ -42,7 +42,7 @@ TEST(ConnectionText, ValuesMayBeQuotedOrBraced) {
 
 TEST(ConnectionText, TheLastOfTwoEqualKeywordsHolds) { EXPECT_EQ(ConnectionText("a=1;A=2").Get("a"), "2"); }
 
-TEST(ConnectionText, EmptyPiecesAndEmptyValuesAreNothingToComplainOf) {
+TEST(ConnectionText, EmptyPiecesAndEmptyValuesAreAllowed) {
   EXPECT_TRUE(ConnectionText("").Pairs().empty());
   EXPECT_TRUE(ConnectionText(" ;; ; ").Pairs().empty());
   EXPECT_EQ(ConnectionText("a=;b=2").Get("a"), "");
@@ -95,7 +95,7 @@ TEST(ConnectionText, WhatTheSystemsDriversTakeIsShown) {
   }
 }
 
-TEST(ConnectionText, WithAddsAKeywordAndBracesItsValueWhereNeeded) {
+TEST(ConnectionText, WithAddsAKeywordAndBracesItsValueIfNeeded) {
   EXPECT_EQ(ConnectionText("a=1").With("b", "2").Text(), "a=1;b=2");
   EXPECT_EQ(ConnectionText("a=1;").With("b", "x;y}").Text(), "a=1;b={x;y}}}");
   EXPECT_EQ(ConnectionText("a=1;").With("b", "x;y}").Get("b"), "x;y}");

@@ -31,7 +31,7 @@ TEST(Database, AnotherProgIdCannotBeCreatedAndIsNamed) {
   EXPECT_EQ(Raised([&] { database.CreateRecordset("ADODB.Connection"); }).Number(), 429);
 }
 
-TEST(Database, AConnectionTextThatNobodyServesIsToldTheFormsThatAreServed) {
+TEST(Database, AConnectionTextOfAnUnknownFormIsAnErrorThatNamesTheKnownForms) {
   SqliteDriver sqlite;
   Connection connection({&sqlite}, nullptr);
   const Error nothing = Raised([&] { connection.Open("Data Source=x.db;Pwd=secret", "", ""); });
@@ -57,7 +57,7 @@ class ForeignDriver : public Driver {
   mutable std::string seen;
 };
 
-TEST(Database, AForeignExceptionBecomesAnErrorAtTheWall) {
+TEST(Database, AForeignExceptionBecomesAnError) {
   ForeignDriver driver;
   Connection connection({&driver}, nullptr);
   const Error error = Raised([&] { connection.Open("A=1", "", ""); });

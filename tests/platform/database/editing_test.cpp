@@ -119,7 +119,7 @@ TEST_P(RecordsetEditing, RowsThatAreAlikeCannotBeWrittenAndStayAsTheyAre) {
   EXPECT_THAT(Visits(), ElementsAre("B|null"));
 }
 
-TEST_P(RecordsetEditing, AUniqueIndexServesAsTheKeyWhereThereIsNoOther) {
+TEST_P(RecordsetEditing, AUniqueIndexServesAsTheKeyIfThereIsNoOther) {
   connection.Execute("create table badges (number integer not null, owner varchar(20))");
   connection.Execute("create unique index badges_number on badges (number)");
   connection.Execute("insert into badges values (1,'Ann')");

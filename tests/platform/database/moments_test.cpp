@@ -57,14 +57,14 @@ TEST_P(SqliteMoments, AreStoredWithTheTimeOfDayAtMidnightToo) {
                                     "B 2026-11-05 14:05:00 to 2026-11-05 00:00:00"));
 }
 
-TEST_P(SqliteMoments, AreStoredInTheSameFormWhereATextIsAssigned) {
+TEST_P(SqliteMoments, AreStoredInTheSameFormIfATextIsAssigned) {
   Add("A", "2026-11-05", "2026-11-5 8:00");
   Add("B", "2026-11-05 00:00:00", "2026-11-05T14:05:00");
   EXPECT_THAT(Stored(), ElementsAre("A 2026-11-05 00:00:00 to 2026-11-05 08:00:00",
                                     "B 2026-11-05 00:00:00 to 2026-11-05 14:05:00"));
 }
 
-TEST_P(SqliteMoments, AreStoredInTheSameFormWhereARowIsChanged) {
+TEST_P(SqliteMoments, AreStoredInTheSameFormIfARowIsChanged) {
   AddText("A", "2026-11-05", "2026-11-05 14:05:00");
   const auto records = Opened("select * from shifts");
   records->Fields("ending") = kMidnight.PlusDays(1);
@@ -175,7 +175,7 @@ TEST_P(SqliteMoments, OfAnInsertAreStoredInTheSameForm) {
 }
 
 // A value that is a part of a literal has no parameter.
-TEST_P(SqliteMoments, OfAStatementThatIsSentAsItStandsHaveTheSameForm) {
+TEST_P(SqliteMoments, OfAStatementThatIsSentAsItIsHaveTheSameForm) {
   connection.Execute(SqlText("insert into shifts (code, start, note) values ('A','")
                          .Value(kMidnight)
                          .Append("','two")

@@ -6,7 +6,7 @@ namespace {
 
 using testing::ElementsAre;
 
-// Writes down what it is told, one line a call; a failed one ends in "!" and the error's number.
+// Records its notifications, one line per call. A failed call's line ends in "!" and the error's number.
 class Listener : public DatabaseObserver {
  public:
   void ConnectionOpened(std::string_view maskedText, const Error* error) override {
@@ -65,7 +65,7 @@ class AnObserver : public testing::TestWithParam<DriverUnderTest> {
 };
 INSTANTIATE_TEST_SUITE_P(Over, AnObserver, testing::ValuesIn(DriversUnderTest()), DriverName);
 
-TEST_P(AnObserver, IsToldEveryCallOfARecordsetInOrder) {
+TEST_P(AnObserver, IsNotifiedOfEveryCallOfARecordsetInOrder) {
   Recordset records(&listener);
   records.Open("people", connection, kCursorKeyset, kLockOptimistic, kCommandTable);
   records.AddNew();
@@ -82,7 +82,7 @@ TEST_P(AnObserver, IsToldEveryCallOfARecordsetInOrder) {
                           "1 CancelUpdate", "1 MoveFirst", "1 MoveNext", "1 Close"));
 }
 
-TEST_P(AnObserver, IsToldHowManyRowsWereRead) {
+TEST_P(AnObserver, IsNotifiedOfTheNumberOfRowsRead) {
   Recordset first(&listener);
   Recordset second(&listener);
   connection.Execute("insert into people (code) values ('A')");
@@ -91,7 +91,7 @@ TEST_P(AnObserver, IsToldHowManyRowsWereRead) {
                                           "2 open select * from people 131 rows 1"));
 }
 
-TEST_P(AnObserver, IsToldOfFailuresWithTheirErrors) {
+TEST_P(AnObserver, IsNotifiedOfFailuresWithTheirErrors) {
   Recordset records(&listener);
   Raised([&] { records.AddNew(); });
   Raised([&] { records.Open("nobody", connection, kCursorKeyset, kLockOptimistic, kCommandTable); });
@@ -105,7 +105,7 @@ TEST_P(AnObserver, IsToldOfFailuresWithTheirErrors) {
                           "1 AddNew", "1 floor=top!13", "1 Update!-2147217873", "execute selekt 0!-2147217900"));
 }
 
-TEST_P(AnObserver, HearsOfEverySavedRowBeforeTheCallEnds) {
+TEST_P(AnObserver, IsNotifiedOfEverySavedRowBeforeTheCallEnds) {
   listener.hearsOfRows = true;
   Recordset records(&listener);
   records.Open("People", connection, kCursorKeyset, kLockOptimistic, kCommandTable);
@@ -124,7 +124,7 @@ TEST_P(AnObserver, HearsOfEverySavedRowBeforeTheCallEnds) {
                                           "1 AddNew", "1 code=B", "saved in People", "1 Close"));
 }
 
-TEST_P(AnObserver, IsOneOfSeveralThatHearTheSame) {
+TEST_P(AnObserver, IsNotifiedOfTheSameAsAllOthers) {
   Listener second;
   DatabaseObserver indifferent;
   const DatabaseObservers all(std::vector<DatabaseObserver*>{&indifferent, &listener, &second});
@@ -146,7 +146,7 @@ TEST_P(AnObserver, IsOneOfSeveralThatHearTheSame) {
                           "1 Close", "timeout 5", "execute delete from people 0", "disconnect"));
 }
 
-TEST_P(AnObserver, IsToldTheCallsOfAConnection) {
+TEST_P(AnObserver, IsNotifiedOfTheCallsOfAConnection) {
   connection.CommandTimeout(150);
   connection.defaultdatabase(connection.defaultdatabase());
   connection.Close();

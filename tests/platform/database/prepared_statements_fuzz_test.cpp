@@ -1,5 +1,5 @@
-// Thousands of texts with values put into them at random, of which the database takes some and refuses others: each
-// must come to the same whether it shares a prepared statement or runs as it stands.
+// Thousands of texts with random values, some of which the database refuses. Each must have the same effect in shared
+// form and as it is.
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -296,7 +296,7 @@ INSTANTIATE_TEST_SUITE_P(Over, AnyText, testing::ValuesIn(DriversUnderTest([](co
                          })),
                          DriverName);
 
-TEST_P(AnyText, ComesToTheSameWhetherItSharesAStatementOrRunsAsItStands) {
+TEST_P(AnyText, HasTheSameEffectInSharedFormAndAsItIs) {
   const int texts = GetParam().name == "SQLite" ? 8000 : 1000;
   Side plain(GetParam());
   Side shared(GetParam());

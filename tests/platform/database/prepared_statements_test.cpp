@@ -85,13 +85,13 @@ TEST_P(PreparedTexts, WithANumberInATextsPlaceArePreparedByThemselves) {
   EXPECT_EQ(driver.CountOf("Prepare"), 2);
 }
 
-TEST_P(PreparedTexts, WithoutValuesAreSentAsTheyStand) {
+TEST_P(PreparedTexts, WithoutValuesAreSentAsTheyAre) {
   EXPECT_EQ(Opened("select name from people where code='A'")->recordcount(), 1);
   EXPECT_EQ(Opened("select name from people where code='A'")->recordcount(), 1);
   EXPECT_EQ(driver.CountOf("Prepare select name from people where code='A'"), 2);
 }
 
-TEST_P(PreparedTexts, WithNumbersThatAreNo32BitIntegersAreSentAsTheyStand) {
+TEST_P(PreparedTexts, WithNumbersThatAreNo32BitIntegersAreSentAsTheyAre) {
   connection.Execute("update people set weight=90.5 where code='B'");
   driver.Restart();
   EXPECT_EQ(Opened(With("select name from people where weight=", 90.5))->recordcount(), 1);
@@ -102,7 +102,7 @@ TEST_P(PreparedTexts, WithNumbersThatAreNo32BitIntegersAreSentAsTheyStand) {
   EXPECT_EQ(driver.CountOf("Prepare select name from people where weight<99999999999999999999"), 1);
 }
 
-TEST_P(PreparedTexts, WithAValueThatIsAPartOfALiteralAreSentAsTheyStand) {
+TEST_P(PreparedTexts, WithAValueThatIsAPartOfALiteralAreSentAsTheyAre) {
   const SqlText text = SqlText("select code from people where name like 'name%").Value("B").Append("'");
   EXPECT_EQ(Opened(text)->recordcount(), 1);
   EXPECT_EQ(driver.CountOf("Prepare select code from people where name like 'name%B'"), 1);

@@ -44,7 +44,7 @@ TEST_P(RecordsetReading, ShowsNothingOfARecordSetBeforeIt) {
   EXPECT_EQ(RowText(*records), "Cid|C");
 }
 
-TEST_P(RecordsetReading, NamesTheStatementOfItsOwnWhenAnotherCouldNotBeOpened) {
+TEST_P(RecordsetReading, NamesItsOwnStatementAfterAnotherCouldNotBeOpened) {
   const auto records = Opened("select name from people");
   EXPECT_EQ(Raised([&] {
               records->Open("select born from people", connection, kCursorKeyset, kLockOptimistic, kCommandText);
@@ -90,7 +90,7 @@ TEST_P(RecordsetReading, OneColumnConstantServesEveryRecordsetWhereverItsColumnS
   EXPECT_EQ(Raised([&] { without->Fields(name); }).Number(), 3265);
 }
 
-TEST_P(RecordsetReading, ConditionsAndOrderAreTheDatabases) {
+TEST_P(RecordsetReading, TheDatabaseAppliesConditionsAndOrder) {
   const auto records = Opened(SqlText("select * from people where code='").Value("B").Append("'"));
   EXPECT_EQ(records->recordcount(), 1);
   EXPECT_EQ(records->Fields("name").Value(), Variant("Bob"));

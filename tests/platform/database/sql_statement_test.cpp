@@ -62,7 +62,7 @@ TEST(TableOfRows, MayBeQuoted) {
   EXPECT_EQ(TableOfRows("select * from [my table]"), "my table");
 }
 
-TEST(TableOfRows, IsNoneWhereRowsAreMadeUp) {
+TEST(TableOfRows, IsNoneIfRowsAreMadeUp) {
   for (const char* text : {"select a from t",
                            "select distinct * from t",
                            "select *, a from t",

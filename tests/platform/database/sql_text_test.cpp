@@ -101,7 +101,7 @@ TEST(SharedForm, HasAParameterInThePlaceOfEachValueAndItsQuotes) {
   EXPECT_THAT(insert.Values(), ElementsAre(Variant("A"), Variant(start), Variant(-7), Variant("")));
 }
 
-TEST(SharedForm, TakesWhatStandsBetweenQuotesAsTextsButKeepsMoments) {
+TEST(SharedForm, PassesQuotedValuesAsTextsExceptMoments) {
   EXPECT_THAT(Quoted(5).Values(), ElementsAre(Variant("5")));
   EXPECT_THAT(Quoted(12.5).Values(), ElementsAre(Variant("12.5")));
   EXPECT_THAT(Quoted(Variant::Null()).Values(), ElementsAre(Variant("")));
@@ -149,7 +149,7 @@ TEST(SqlText, RefusesAMomentThatHoldsAQuote) {
   EXPECT_EQ(Raised([&] { StartIs("=", "2026-01-05'").Check(); }).Number(), -2147217900);
 }
 
-TEST(SharedForm, HasTheDatabasesOwnComparisonWhereSomethingEqualsAMoment) {
+TEST(SharedForm, HasTheDatabasesOwnComparisonIfSomethingEqualsAMoment) {
   const auto form = [](const SqlText& text) { return text.Shape().SharedForm("?", " in (?,?)").value_or("none"); };
   EXPECT_EQ(form(StartIs("=", "2026-1-5")), "select * from t where start in (?,?) and n=1");
   EXPECT_EQ(form(Quoted(DateTime::FromDate(2026, 1, 5))), "select * from t where k in (?,?)");

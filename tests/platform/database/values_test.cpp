@@ -110,7 +110,7 @@ TEST_P(RecordsetValues, AnAssignmentThatFailedLeavesTheRowAsItWas) {
   EXPECT_THAT(driver.Record(), ElementsAre());  // nothing became pending
 }
 
-TEST_P(RecordsetValues, WhatIsNoNumberCannotBeKeptAsOne) {
+TEST_P(RecordsetValues, NotANumberAndInfinityAreRefused) {
   EXPECT_EQ(Raised([&] { records->Fields("weight") = std::numeric_limits<double>::quiet_NaN(); }).Number(), 6);
   EXPECT_EQ(Raised([&] { records->Fields("weight") = std::numeric_limits<double>::infinity(); }).Number(), 6);
 }

@@ -141,7 +141,7 @@ TEST_P(RecordsetWriting, AColumnThatWasNeverAssignedReadsAsNullFirstAndThenAsThe
   EXPECT_EQ(records->Fields("visits").Value().ToInt32(), 7);
 }
 
-TEST_P(RecordsetWriting, ANewRowOfWhichNothingIsSaidIsSaved) {
+TEST_P(RecordsetWriting, ANewRowWithoutAssignedColumnsIsSaved) {
   connection.Execute("create table notes (note varchar(20))");
   const auto records = OpenedTable("notes");
   records->AddNew();
@@ -308,7 +308,7 @@ TEST_P(RecordsetWriting, ColumnNamesAreWrittenInAnyCase) {
   EXPECT_THAT(Rows("select code, LINE from people"), ElementsAre("A|3"));
 }
 
-TEST_P(RecordsetWriting, WhatIsPendingIsDroppedWhenTheConnectionCloses) {
+TEST_P(RecordsetWriting, APendingRowIsDroppedWhenTheConnectionCloses) {
   const auto records = OpenedTable("people");
   records->AddNew();
   records->Fields("code") = "A";
@@ -321,7 +321,7 @@ TEST_P(RecordsetWriting, WhatIsPendingIsDroppedWhenTheConnectionCloses) {
   EXPECT_THAT(People(), ElementsAre());
 }
 
-TEST_P(RecordsetWriting, WhateverOperationFailsTheRowsSavedBeforeStay) {
+TEST_P(RecordsetWriting, RowsSavedBeforeAnyFailingOperationStay) {
   int failures = 0;
   for (std::int64_t operation = 1;; ++operation) {
     connection.Execute("delete from people");

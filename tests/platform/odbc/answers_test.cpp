@@ -1,4 +1,4 @@
-// Which errors say that a commit was refused, and which leave open whether it was done.
+// Which errors mean that a commit was refused, and which leave its outcome unknown.
 #include "platform/odbc/answers.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ Error Answer(const std::string& state, int native, const std::string& text = "It
   return error;
 }
 
-TEST(ACommit, IsRefusedWhereTheServersStateSaysSo) {
+TEST(ACommit, IsRefusedIfTheSqlstateSaysSo) {
   for (const char* state : {"23503", "40001", "40P01", "25006", "53100", "57014", "P0001", "42501"}) {
     EXPECT_TRUE(IsRefusal(Answer(state, 1), Refusals::ByState)) << state;
   }
@@ -22,7 +22,7 @@ TEST(ACommit, IsRefusedWhereTheServersStateSaysSo) {
   EXPECT_FALSE(IsRefusal(Error(errors::kProviderUnspecified, "ODBC", "No reason."), Refusals::ByState));
 }
 
-TEST(ACommit, IsRefusedWhereTheServersCodeSaysSo) {
+TEST(ACommit, IsRefusedIfTheServersErrorCodeSaysSo) {
   for (const int code : {1290, 1213, 1180, 1020, 1792, 1062, 4025}) {
     EXPECT_TRUE(IsRefusal(Answer("HY000", code), Refusals::ByNativeCode)) << code;
   }
@@ -32,11 +32,11 @@ TEST(ACommit, IsRefusedWhereTheServersCodeSaysSo) {
   EXPECT_FALSE(IsRefusal(Answer("08S01", 1159), Refusals::ByNativeCode));
 }
 
-TEST(ACommit, IsAlwaysRefusedWhereNoConnectionLiesBetween) {
+TEST(ACommit, IsAlwaysRefusedWithoutAConnectionToAServer) {
   EXPECT_TRUE(IsRefusal(Answer("HY000", 5), Refusals::Always));
 }
 
-TEST(AStatement, IsLostWithItsConnectionAlone) {
+TEST(AStatement, IsLostOnlyWithItsConnection) {
   for (const char* state : {"08S01", "08003", "57P01", "40003"}) EXPECT_TRUE(IsLoss(Answer(state, 1))) << state;
   for (const int code : {2006, 2013, 1927}) EXPECT_TRUE(IsLoss(Answer("HY000", code))) << code;
   EXPECT_TRUE(IsLoss(Answer("HY000", 1, "server closed the connection unexpectedly")));

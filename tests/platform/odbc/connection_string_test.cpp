@@ -21,7 +21,7 @@ TEST(OdbcConnectionString, WhatLooksLikeAKeywordInsideBracesIsAValue) {
             "PWD={a}};Database=b};Database=new");
 }
 
-TEST(OdbcConnectionString, AValueIsBracedWhereItMustBe) {
+TEST(OdbcConnectionString, AValueIsBracedIfItMustBe) {
   EXPECT_EQ(WithOdbcKeyword("DSN=x", "Database", "a;b}c"), "DSN=x;Database={a;b}}c}");
   EXPECT_EQ(OdbcKeyword("DSN=x;Database={a;b}}c}", "database"), "a;b}c");
 }

@@ -10,7 +10,7 @@ std::int32_t NumberOf(const char* state, SQLINTEGER native, const char* text = "
   return OdbcError({{state, native, text}}).Number();
 }
 
-TEST(OdbcErrors, EveryRecordIsToldWithSqlstateAndNativeCode) {
+TEST(OdbcErrors, EveryRecordIsShownWithSqlstateAndNativeCode) {
   const Error error = OdbcError({{"23505", 7, "duplicate key"}, {"01000", 0, "rolled back"}});
   EXPECT_EQ(error.Number(), -2147217873);
   EXPECT_EQ(error.Source(), "ODBC");
@@ -24,7 +24,7 @@ TEST(OdbcErrors, TheFirstRecordWithAMeaningDecidesTheNumber) {
   EXPECT_EQ(OdbcError({{"01S00", 0, "a remark"}, {"28000", 0, "who are you"}}).Number(), -2147217843);
 }
 
-TEST(OdbcErrors, WhatToDoStandsBehindWhatWentWrong) {
+TEST(OdbcErrors, AdviceFollowsTheMessage) {
   EXPECT_EQ(
       OdbcError({{"42501", 1, "permission denied for table tsmdm030"}}).Description(),
       "permission denied for table tsmdm030 (SQLSTATE 42501, native code 1). Grant the missing privileges to the user "
@@ -55,7 +55,7 @@ TEST(OdbcErrors, SqlstatesHaveTheClassicNumbers) {
   EXPECT_EQ(NumberOf("XX000", 0), -2147467259);
 }
 
-TEST(OdbcErrors, WhereTheSqlstateSaysNothingTheNativeCodeOrTheTextDoes) {
+TEST(OdbcErrors, TheNativeCodeOrTheTextDecidesIfTheSqlstateDoesNot) {
   EXPECT_EQ(NumberOf("HY000", 1205), -2147217871);
   EXPECT_EQ(NumberOf("70100", 1969), -2147217871);
   EXPECT_EQ(NumberOf("42000", 1142), 70);

@@ -104,7 +104,7 @@ TEST_P(OpeningOverOdbc, AFileOfADataSourceServes) {
   EXPECT_EQ(other.Execute("update people set name='Bob'"), 1);
 }
 
-TEST_P(OpeningAServer, WhatTheTextSaysGoesBeforeWhatTheFileSays) {
+TEST_P(OpeningAServer, TheConnectionTextTakesPrecedenceOverTheFile) {
   const TempFolder folder;
   WriteFile(folder / "local.dsn", "[ODBC]\n" + AsLines());
   const Error error = RaisedByOpening("UID=nobody;FILEDSN=" + folder / "local.dsn" + ";PWD=x");
@@ -144,7 +144,7 @@ TEST_P(OpeningOverOdbc, AMissingFileIsNamed) {
   EXPECT_EQ(error.Description(), "The data source file /nowhere/local.dsn cannot be read or has no section [ODBC].");
 }
 
-TEST_P(OpeningOverOdbc, AMissingDataSourceIsToldWithWhereToLook) {
+TEST_P(OpeningOverOdbc, AMissingDataSourceIsReportedWithAdvice) {
   const Error error = RaisedByOpening("DSN=no_such_source");
   EXPECT_EQ(error.Number(), -2147467259);
   EXPECT_THAT(error.Description(), HasSubstr("IM002"));

@@ -18,7 +18,7 @@ class AServerRefuses : public RecordSetTest {
 
   bool IsPostgresql() const { return GetParam().name == "PostgreSQL"; }
 
-  OdbcConnection another;  // somebody else's
+  OdbcConnection another;  // of another program
 };
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(AServerRefuses);
 INSTANTIATE_TEST_SUITE_P(Over, AServerRefuses, testing::ValuesIn(ServersUnderTest()), DriverName);
@@ -32,7 +32,7 @@ INSTANTIATE_TEST_SUITE_P(Over, MariaDbRefuses, testing::ValuesIn(DriversUnderTes
 
 TEST_P(AServerRefuses, ALockThatIsHeldLongerThanTheTimeOut) {
   AddPerson("A", "Ann");
-  another.AutoCommit(false);
+  another.Begin();
   another.Run("update people set name='Eve'");
   connection.CommandTimeout(1);
   const auto start = std::chrono::steady_clock::now();
@@ -42,8 +42,7 @@ TEST_P(AServerRefuses, ALockThatIsHeldLongerThanTheTimeOut) {
   EXPECT_THAT(error.Description(), HasSubstr("where somebody else holds a lock, let that be released"));
   EXPECT_GE(waited, std::chrono::milliseconds(900));
   EXPECT_LT(waited, std::chrono::seconds(10));
-  another.End(SQL_COMMIT);
-  another.AutoCommit(true);
+  another.Commit();
   EXPECT_EQ(connection.Execute("delete from people"), 1);  // the connection is as good as before
 }
 
@@ -106,7 +105,7 @@ TEST_P(AServerRefuses, AValueThatIsLongerThanItsColumn) {
   EXPECT_THAT(Rows("select * from people"), ElementsAre());
 }
 
-// MariaDB's driver tells of this as of a success with a remark.
+// MariaDB's driver reports this as a success with a warning.
 TEST_P(AServerRefuses, ADateInANumbersPlaceAlsoAsAParameter) {
   const auto session = base->GetDriver().Open(ConnectionText(base->ConnectionText()));
   {
@@ -134,7 +133,7 @@ TEST_P(MariaDbRefuses, ATableThatIsFull) {
   EXPECT_THAT(error.Description(), HasSubstr("free disk space"));
 }
 
-TEST_P(AServerRefuses, AnythingOnceTheConnectionIsCut) {
+TEST_P(AServerRefuses, EveryStatementOnceTheConnectionIsCut) {
   const auto records = OpenedTable("people");
   records->AddNew();
   records->Fields("code") = "A";

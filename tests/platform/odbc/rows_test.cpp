@@ -198,7 +198,7 @@ class RowsTogetherOnAServer : public RowsTogether {
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(RowsTogetherOnAServer);
 INSTANTIATE_TEST_SUITE_P(Over, RowsTogetherOnAServer, testing::ValuesIn(ServersUnderTest()), DriverName);
 
-TEST_P(RowsTogether, LeaveWhatSingleRowsLeave) {
+TEST_P(RowsTogether, HaveTheSameResultAsSingleRows) {
   ExpectTheSameBothWays({{"varchar(60)", kTexts},
                          {GetParam().longTextType, kTexts},
                          {"char(30)", kTexts},
@@ -213,7 +213,7 @@ TEST_P(RowsTogether, LeaveWhatSingleRowsLeave) {
                         GetParam().name != "SQLiteOverOdbc");
 }
 
-TEST_P(RowsTogetherOnAServer, LeaveTheSameInColumnsOfTheServersOwnTypes) {
+TEST_P(RowsTogetherOnAServer, HaveTheSameResultInColumnsOfTheServersOwnTypes) {
   if (IsPostgresql()) {
     Run("create schema \"Odd Names\"");
     Run("create type \"Odd Names\".\"a mood\" as enum ('sad', 'very happy', 'it''s {odd}')");
@@ -244,7 +244,7 @@ TEST_P(RowsTogetherOnAServer, LeaveTheSameInColumnsOfTheServersOwnTypes) {
   }
 }
 
-TEST_P(RowsTogetherOnAServer, GoInValuesWhereAColumnsTypeLeavesDoubts) {
+TEST_P(RowsTogetherOnAServer, UseValuesIfAColumnsTypeIsInDoubt) {
   if (IsPostgresql()) {
     ExpectTheSameBothWays({{"integer[]", Texts({"{1,2}", "{}"})}, {"text", kTexts}}, false);
     Run("drop table alone");
@@ -255,7 +255,7 @@ TEST_P(RowsTogetherOnAServer, GoInValuesWhereAColumnsTypeLeavesDoubts) {
   }
 }
 
-TEST_P(RowsTogetherOnAServer, GoInValuesWhereTheConnectionsTextsAreNotUtf8) {
+TEST_P(RowsTogetherOnAServer, UseValuesIfTheConnectionsTextsAreNotUtf8) {
   Run("create table people (name varchar(20))");
   const RowInsert insert = Insert("people");
   if (IsPostgresql()) {
@@ -374,7 +374,7 @@ TEST_P(RowsTogetherOnMariaDb, MakeNoArrayWiderThanMemoryAllows) {
   EXPECT_THAT(Ask("select count(*), max(length(body)) from letters"), ElementsAre("1000|100000"));
 }
 
-TEST_P(RowsTogetherOnMariaDb, GoOneByOneIntoATableThatKeepsPartsOfAStatement) {
+TEST_P(RowsTogetherOnMariaDb, AreInsertedOneByOneIntoATableThatCannotRollBack) {
   for (const char* engine : {"myisam", "aria", "memory"}) {
     Run(std::string("create table people (code varchar(20) primary key) engine=") + engine);
     const RowInsert insert = Insert("people");
@@ -387,7 +387,7 @@ TEST_P(RowsTogetherOnMariaDb, GoOneByOneIntoATableThatKeepsPartsOfAStatement) {
   }
 }
 
-TEST_P(RowsTogetherOnMariaDb, GoInValuesOnceTheServerIsSeenNotToTakeThemAsOneInsert) {
+TEST_P(RowsTogetherOnMariaDb, UseValuesOnceTheServerDidNotTakeAnArrayAsOneInsert) {
   Run("create table people (code varchar(20) primary key, name varchar(20) not null)");
   RowInsert insert = Insert("people");
   insert.into = "replace into people (code,name)";  // which it does not count as one

@@ -65,7 +65,7 @@ TEST_F(RecordedSockets, AreNotThoseOfAnotherRecording) {
   EXPECT_TRUE(connection->Stands());
 }
 
-TEST_F(RecordedSockets, AreForgottenWhereTheirDescriptorIsUsedAgain) {
+TEST_F(RecordedSockets, AreForgottenIfTheirDescriptorIsUsedAgain) {
   std::optional<LoopbackConnection> recorded;
   {
     Sockets::Recording recording(sockets_);
@@ -92,7 +92,7 @@ TEST_F(RecordedSockets, MayBeClosedByTheirOwnerBefore) {
   EXPECT_TRUE(next.Stands());
 }
 
-TEST(Connecting, FailsAsEverWhereNobodyListens) {
+TEST(Connecting, FailsAsUsualIfNoServerListens) {
   sockaddr_in address;
   {
     const LoopbackServer server;

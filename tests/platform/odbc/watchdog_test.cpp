@@ -55,7 +55,7 @@ TEST_F(WatchedConnection, HasNoTraceOfACallThatEndsInTime) {
   EXPECT_THAT(givenUp_, IsEmpty());
 }
 
-TEST_F(WatchedConnection, IsEndedWhereACallLastsLongerThanItsLimit) {
+TEST_F(WatchedConnection, IsEndedIfACallLastsLongerThanItsLimit) {
   const WatchedCall call(watch_, kAction, kLimit);
   const LoopbackConnection connection(server_);
   LookAfter(seconds(0));
@@ -67,7 +67,7 @@ TEST_F(WatchedConnection, IsEndedWhereACallLastsLongerThanItsLimit) {
   EXPECT_THAT(givenUp_, IsEmpty());
 }
 
-TEST_F(WatchedConnection, SaysForWhatAndHowLongTheServerWasSilent) {
+TEST_F(WatchedConnection, ReportsTheCallAndHowLongTheServerWasSilent) {
   {
     const WatchedCall call(watch_, "a transaction was ended", kLimit);
     LookAfter(seconds(0));
@@ -119,7 +119,7 @@ TEST_F(WatchedConnection, DoesNotCountTheTimeInWhichTheProcessWasStopped) {
   EXPECT_TRUE(watch_.HasEnded());
 }
 
-TEST_F(WatchedConnection, IsEndedAloneAmongOthers) {
+TEST_F(WatchedConnection, IsEndedWithoutEndingOthers) {
   Watch anothersWatch(watchdog_);
   std::optional<LoopbackConnection> another;
   {
@@ -134,7 +134,7 @@ TEST_F(WatchedConnection, IsEndedAloneAmongOthers) {
   EXPECT_TRUE(another->Stands());
 }
 
-TEST_F(WatchedConnection, IsEndedAlsoWhereTheDriverTriesAnotherAddress) {
+TEST_F(WatchedConnection, IsEndedEvenIfTheDriverTriesAnotherAddress) {
   const WatchedCall call(watch_, kAction, kLimit);
   LookAfter(seconds(0));
   LookAfter(seconds(60));
@@ -143,7 +143,7 @@ TEST_F(WatchedConnection, IsEndedAlsoWhereTheDriverTriesAnotherAddress) {
   EXPECT_TRUE(next.HasEndedForBoth());
 }
 
-TEST_F(WatchedConnection, IsGivenUpFiveSecondsAfterItsEndWhereTheDriverDoesNotReturn) {
+TEST_F(WatchedConnection, IsGivenUpFiveSecondsAfterItsEndIfTheDriverDoesNotReturn) {
   watch_.Statement(std::make_shared<const std::string>("select 1"));
   const WatchedCall call(watch_, kAction, kLimit);
   LookAfter(seconds(0));
@@ -199,7 +199,7 @@ TEST(SilenceLimits, AreAStatementsTimeoutAnd30Seconds) {
   EXPECT_EQ(SilenceLimits().transactionEnd, seconds(600));
 }
 
-TEST(SilenceLimits, AreWhatTheEnvironmentSays) {
+TEST(SilenceLimits, AreTakenFromTheEnvironment) {
   const EnvironmentVariable seven("QMX_SILENCE_LIMIT", "7");
   const SilenceLimits limits = SilenceLimits::FromEnvironment();
   EXPECT_EQ(limits.Statement(seconds(30)), seconds(7));

@@ -43,13 +43,13 @@ TEST_F(Locales, AreTakenFromTheEnvironmentInTheUsualOrder) {
   EXPECT_EQ(PosixClock().DateText(kMoment), "2026-11-06");
 }
 
-TEST_F(Locales, ThatAreSetToNothingAreLookedPast) {
+TEST_F(Locales, ThatAreEmptyAreSkipped) {
   const EnvironmentVariable all("LC_ALL", "");
   const EnvironmentVariable lang("LANG", "de_DE.UTF-8");
   EXPECT_EQ(PosixClock().DateText(kMoment), "06.11.2026");
 }
 
-TEST(PosixClock, WritesIsoFormsWhereNoLocaleIsSet) {
+TEST(PosixClock, WritesIsoFormsIfNoLocaleIsSet) {
   for (const char* name : {"", "C", "POSIX", "C.UTF-8", "xx_XX.not-installed"}) {
     PosixClock clock(name);
     EXPECT_EQ(clock.DateText(kMoment), "2026-11-06") << name;
@@ -58,7 +58,7 @@ TEST(PosixClock, WritesIsoFormsWhereNoLocaleIsSet) {
   }
 }
 
-TEST(PosixClock, TellsTheLocalTimeOfTheMachine) {
+TEST(PosixClock, ReportsTheLocalTimeOfTheMachine) {
   const EnvironmentVariable zone("TZ", "XYZ-5:30");  // east of Greenwich by five hours and a half
   tzset();
   const std::int64_t before = std::time(nullptr);

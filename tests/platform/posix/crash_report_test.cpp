@@ -34,12 +34,12 @@ TEST(CrashReport, IsOneLineForEachOfTheSignalsWhichThenEndsTheProcess) {
   EXPECT_EXIT(raised(SIGILL), KilledBySignal(SIGILL), "^SIGILL ended the run during List of A.Manager\n$");
 }
 
-TEST(CrashReport, ServesOnEveryThread) {
+TEST(CrashReport, WorksOnEveryThread) {
   EXPECT_EXIT(CrashInACall([] { std::thread([] { raise(SIGSEGV); }).join(); }), KilledBySignal(SIGSEGV),
               "^SIGSEGV ended the run during List of A.Manager\n$");
 }
 
-TEST(CrashReport, ServesWhereAnExceptionIsCaughtByNobody) {
+TEST(CrashReport, ReportsAnExceptionThatNothingCatches) {
   EXPECT_EXIT(CrashInACall([] { std::terminate(); }), KilledBySignal(SIGABRT),
               "SIGABRT ended the run during List of A.Manager\n$");
 }

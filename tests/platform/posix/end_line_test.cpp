@@ -28,7 +28,7 @@ TEST_F(TheEndLine, NamesCallAndTable) {
             "SIGSEGV ended the run during List of A.Manager: the table stays in progress: qmxadmin release tsmdm030\n");
 }
 
-TEST_F(TheEndLine, IsLessSureOutsideOfCallsToTheErp) {
+TEST_F(TheEndLine, SaysThatTheTableMayStayInProgressOutsideOfCallsToTheErp) {
   EndLine::SetTable("tsmdm030");
   EXPECT_EQ(Line(),
             "SIGSEGV ended the run outside of all component calls: the table may stay in progress: qmxadmin status, "
@@ -39,7 +39,7 @@ TEST_F(TheEndLine, IsLessSureOutsideOfCallsToTheErp) {
             "progress: qmxadmin status, qmxadmin release tsmdm030\n");
 }
 
-TEST_F(TheEndLine, SaysNothingOfATableWhereNoneIsCopied) {
+TEST_F(TheEndLine, NamesNoTableIfNoneIsCopied) {
   const RunningCall running(nullptr, "List");
   EXPECT_EQ(Line(), "SIGSEGV ended the run during List of an object without a ProgID\n");
 }

@@ -1,4 +1,4 @@
-// The event log: the system log where one listens, else the file.
+// The event log: the system log if one listens, else the file.
 #include "platform/posix/event_log.h"
 
 #include <gtest/gtest.h>
@@ -52,7 +52,7 @@ TEST_F(EventLogTest, GivesTheSystemLogTheSeverityOfTheType) {
   EXPECT_TRUE(systemLog.Receive().starts_with("<14>"));
 }
 
-TEST_F(EventLogTest, AppendsEntriesToTheFileWhereNoSystemLogIs) {
+TEST_F(EventLogTest, AppendsEntriesToTheFileIfNoSystemLogIs) {
   Start();
   log_.LogEvent("\r\nDatabase    : main", EventLog::kTypeError);
   log_.LogEvent("second", EventLog::kTypeError);
@@ -60,7 +60,7 @@ TEST_F(EventLogTest, AppendsEntriesToTheFileWhereNoSystemLogIs) {
                             "2026-11-06 14:05:09 Error " + sender_ + "second\r\n");
 }
 
-TEST_F(EventLogTest, AppendsToTheFileWhereASocketIsLeftWithoutAListener) {
+TEST_F(EventLogTest, AppendsToTheFileIfASocketIsLeftWithoutAListener) {
   { SystemLog gone(socket_); }
   ASSERT_TRUE(std::filesystem::exists(socket_));
   Start();
@@ -79,7 +79,7 @@ TEST_F(EventLogTest, LosesNoEntryWhenTheSystemLogStopsOrTheEntryIsTooLongForIt) 
   EXPECT_TRUE(FileText().ends_with("after\r\n"));
 }
 
-TEST_F(EventLogTest, WritesTheFileWhereTheSystemLogHangs) {
+TEST_F(EventLogTest, WritesTheFileIfTheSystemLogHangs) {
   const SystemLog hanging(socket_);  // takes entries until its queue is full, and reads none
   Start();
   for (int entry = 0; entry < 10'000 && FileText().empty(); ++entry) log_.LogEvent("entry", EventLog::kTypeError);
@@ -109,7 +109,7 @@ TEST_F(EventLogTest, AFileThatCannotBeWrittenIsAnErrorEachTimeAndHoldsNoNumber) 
   EXPECT_TRUE(FileText().ends_with("entry\r\n"));
 }
 
-TEST_F(EventLogTest, DoesNotStartWhereTheTargetsFolderIsMissingOrNone) {
+TEST_F(EventLogTest, DoesNotStartIfTheTargetsFolderIsMissingOrNone) {
   const Error missing = Raised([&] { log_.StartLogging(PathText(folder_ / "none/evtlog.txt"), 0); });
   EXPECT_EQ(missing.Number(), 76);
   EXPECT_EQ(missing.Description(), "Path not found: " + (folder_ / "none/evtlog.txt"));
@@ -118,7 +118,7 @@ TEST_F(EventLogTest, DoesNotStartWhereTheTargetsFolderIsMissingOrNone) {
   EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 5);
 }
 
-TEST_F(EventLogTest, DoesNotStartWhereTheTargetsFolderIsNotWritable) {
+TEST_F(EventLogTest, DoesNotStartIfTheTargetsFolderIsNotWritable) {
   // Nobody, root included, makes files there; in a container it is a read-only file system besides.
   const Error error = Raised([&] { log_.StartLogging("\\proc\\sys\\evtlog.txt", 0); });
   EXPECT_TRUE(error.Number() == 70 || error.Number() == 75) << error.Number();
@@ -141,7 +141,7 @@ TEST_F(EventLogTest, ServesTheAutomaticModeOnly) {
   EXPECT_EQ(Raised([&] { log_.StartLogging("\\x", 3); }).Number(), 5);
 }
 
-TEST_F(EventLogTest, NeedsAStartWhereNoSystemLogIs) {
+TEST_F(EventLogTest, NeedsAStartIfNoSystemLogIs) {
   EXPECT_EQ(Raised([&] { log_.LogEvent("x", EventLog::kTypeError); }).Number(), 5);
 }
 

@@ -1,4 +1,4 @@
-// An exit that is not main's: the status is 2, whoever calls it.
+// An exit that main did not cause always has status 2.
 #include "platform/posix/exit_guard.h"
 
 #include <gmock/gmock.h>
@@ -35,7 +35,7 @@ TEST(ExitGuard, TurnsAnyStatusIntoTwo) {
   EXPECT_EXIT(ExitInACall(std::quick_exit, 0), ExitedWithCode(2), kLine);
 }
 
-TEST(ExitGuard, ServesOnEveryThread) {
+TEST(ExitGuard, WorksOnEveryThread) {
   const auto exitOnAThread = [](int status) { std::thread([status] { std::exit(status); }).join(); };
   EXPECT_EXIT(ExitInACall(exitOnAThread, 0), ExitedWithCode(2), kLine);
 }
@@ -48,7 +48,7 @@ TEST(ExitGuard, LetsTheHandlersRunThatWereRegisteredLater) {
   EXPECT_EXIT(ExitInACall(exit, 0), ExitedWithCode(2), std::string("^a component's own handler\n") + kLine);
 }
 
-TEST(ExitGuard, LetsMainEndAsItWants) {
+TEST(ExitGuard, DoesNotAffectTheEndOfMain) {
   const auto endOfMain = [](int status) { std::exit(EndOfMain(status)); };
   EXPECT_EXIT(ExitInACall(endOfMain, 3), ExitedWithCode(3), Not(HasSubstr(kLine)));
   EXPECT_EXIT(ExitInACall(endOfMain, 0), ExitedWithCode(0), Not(HasSubstr(kLine)));

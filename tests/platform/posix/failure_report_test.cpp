@@ -29,7 +29,7 @@ TEST(FailureReport, WritesTheChainOneLineALink) {
             "  because of error 76, Text files: Path not found: \\none\\a.log [file: /none/a.log]\n");
 }
 
-TEST(FailureReport, KeepsQuietWhereItCannotWrite) {
+TEST(FailureReport, IgnoresThatItCannotWrite) {
   const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
   ASSERT_GE(full, 0);
   PosixFailureReport(full).Report(Error(1, "a", "b"));

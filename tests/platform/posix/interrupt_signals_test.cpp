@@ -66,7 +66,7 @@ TEST_P(AnInterruptSignal, EndsTheProcessWhenItComesAfterAnother) {
   EXPECT_EXIT(afterAnother(), KilledBySignal(GetParam()), "the work ends soon.\n$");
 }
 
-TEST_P(AnInterruptSignal, CountsOnceWhereItIsSentTwiceAtATime) {
+TEST_P(AnInterruptSignal, CountsOnceIfItIsSentTwiceAtATime) {
   const auto twiceAtATime = [] {
     const InterruptSignals signals("the work ends soon.");
     Raise();
@@ -76,7 +76,7 @@ TEST_P(AnInterruptSignal, CountsOnceWhereItIsSentTwiceAtATime) {
   EXPECT_EXIT(twiceAtATime(), testing::ExitedWithCode(7), "^" + Name() + ": the work ends soon.\n$");
 }
 
-TEST_P(AnInterruptSignal, StaysIgnoredWhereItWas) {
+TEST_P(AnInterruptSignal, StaysIgnoredIfItWas) {
   const auto ignored = [] {
     std::signal(GetParam(), SIG_IGN);
     const InterruptSignals signals("the work ends soon.");
@@ -87,7 +87,7 @@ TEST_P(AnInterruptSignal, StaysIgnoredWhereItWas) {
   EXPECT_EXIT(ignored(), testing::ExitedWithCode(7), "^$");
 }
 
-TEST_P(AnInterruptSignal, DoesAsBeforeAfterwards) {
+TEST_P(AnInterruptSignal, HasItsFormerEffectAfterwards) {
   const auto afterwards = [] {
     { const InterruptSignals signals("the work ends soon."); }
     Raise();

@@ -25,7 +25,7 @@ TEST(NativePath, TakesTheDrivePrefixAsTheNamedFolder) {
   EXPECT_EQ(NativePath("C:"), "/srv/drive/");
 }
 
-TEST(NativePath, TakesTheDrivePrefixAsTheHomeFolderWhereNoFolderIsNamed) {
+TEST(NativePath, TakesTheDrivePrefixAsTheHomeFolderIfNoFolderIsNamed) {
   const EnvironmentVariable home("HOME", "/home/dispatcher");
   const EnvironmentVariable unset("QMX_SYSTEM_DRIVE", nullptr);
   EXPECT_EQ(NativePath("C:\\x.txt"), "/home/dispatcher/x.txt");
@@ -33,7 +33,7 @@ TEST(NativePath, TakesTheDrivePrefixAsTheHomeFolderWhereNoFolderIsNamed) {
   EXPECT_EQ(NativePath("C:\\x.txt"), "/home/dispatcher/x.txt");
 }
 
-TEST(NativePath, AsksTheUserDatabaseForTheHomeFolderWhereTheEnvironmentHasNone) {
+TEST(NativePath, AsksTheUserDatabaseForTheHomeFolderIfTheEnvironmentHasNone) {
   const EnvironmentVariable drive("QMX_SYSTEM_DRIVE", nullptr);
   const EnvironmentVariable home("HOME", nullptr);
   const passwd* user = getpwuid(getuid());

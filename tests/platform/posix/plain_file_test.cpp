@@ -1,4 +1,4 @@
-// What is opened in the place of a log, and what is refused without waiting.
+// Which files are opened as logs, and which are refused without waiting.
 #include "platform/plain_file.h"
 
 #include <fcntl.h>
@@ -45,7 +45,7 @@ class ForeignLinks : public PlainFiles {
   }
 };
 
-TEST_F(PlainFiles, AreMadeWhereTheyAreMissingAndAppendedTo) {
+TEST_F(PlainFiles, AreMadeIfTheyAreMissingAndAppendedTo) {
   Append(folder_ / "a.log", "one\n");
   Append(folder_ / "a.log", "two\n");
   EXPECT_EQ(ReadFile(folder_ / "a.log"), "one\ntwo\n");

@@ -1,4 +1,4 @@
-// Sequential text files: what stands on the disk, what is read back, and the number of every refusal.
+// Sequential text files: their content on disk, reading it back, and the error numbers.
 #include "platform/posix/text_files.h"
 
 #include <gtest/gtest.h>
@@ -39,7 +39,7 @@ class TextFilesTest : public testing::Test {
 
 using Fields = std::vector<std::string>;
 
-TEST_F(TextFilesTest, PrintsLinesAsTheyStandAndCreatesTheFile) {
+TEST_F(TextFilesTest, PrintsLinesUnchangedAndCreatesTheFile) {
   files_.OpenForAppend(PathOf("a.txt"), 1);
   files_.Print(1, "Date-Time :\"x\"");
   files_.Print(1, "");
@@ -161,13 +161,13 @@ TEST_F(TextFilesTest, ANameThatNoFileCanHaveIsAnAccessError) {
 }
 
 TEST_F(TextFilesTest, ARefusedFileIsAPermissionDenied) {
-  // A program that is running cannot be written to, by nobody.
+  // Nobody can write to the file of a running program.
   const Error error = Raised([&] { files_.OpenForAppend("\\proc\\self\\exe", 1); });
   EXPECT_EQ(error.Number(), 70);
   EXPECT_EQ(error.Description(), "Permission denied: /proc/self/exe");
 }
 
-TEST_F(TextFilesTest, AFullDiskIsToldAtCloseAtTheLatestAndTheNumberIsFreeAgain) {
+TEST_F(TextFilesTest, AFullDiskIsReportedAtCloseAtTheLatestAndTheNumberIsFreeAgain) {
   files_.OpenForAppend(PathOf("a.txt"), 1);
   files_.Print(1, "x");
   const FullDisk full;
@@ -177,7 +177,7 @@ TEST_F(TextFilesTest, AFullDiskIsToldAtCloseAtTheLatestAndTheNumberIsFreeAgain) 
   EXPECT_EQ(Raised([&] { files_.Close(1); }).Number(), 52);
 }
 
-TEST_F(TextFilesTest, AFullDiskIsToldWhenMuchIsPrinted) {
+TEST_F(TextFilesTest, AFullDiskIsReportedWhenMuchIsPrinted) {
   files_.OpenForAppend(PathOf("a.txt"), 1);
   const FullDisk full;
   EXPECT_EQ(Raised([&] { files_.Print(1, std::string(1'000'000, 'x')); }).Number(), 61);
@@ -209,7 +209,7 @@ TEST_F(TextFilesTest, AFileThatCannotBeReadIsADeviceError) {
   EXPECT_EQ(Raised([&] { files_.InputField(1); }).Number(), 57);
 }
 
-TEST_F(TextFilesTest, TellsTheCurrentDirectoryAsAPathText) {
+TEST_F(TextFilesTest, ReturnsTheCurrentDirectoryAsAPathText) {
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(folder_.Path());
   const std::string directory = files_.CurrentDirectory();

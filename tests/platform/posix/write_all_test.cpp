@@ -44,7 +44,7 @@ TEST_F(WritingAll, TakesAsManyWritesAsALongTextNeeds) {
   EXPECT_EQ(read, text);
 }
 
-TEST_F(WritingAll, GivesUpWhenNobodyReads) {
+TEST_F(WritingAll, FailsIfNobodyReads) {
   const auto before = std::signal(SIGPIPE, SIG_IGN);
   close(std::exchange(ends_[0], -1));
   WriteAll(ends_[1], "nobody reads this");

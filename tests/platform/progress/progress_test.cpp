@@ -55,7 +55,7 @@ class ProgressOf : public testing::Test {
   std::array<int, 2> pipe_{};
 };
 
-TEST_F(ProgressOf, ARunThatTakesAMomentShowsNothing) {
+TEST_F(ProgressOf, AShortRunShowsNothing) {
   { Progress progress("tssoc200", terminal_, Progress::kNobody); }
   EXPECT_THAT(ReadAll(seen_), IsEmpty());
 }
@@ -99,7 +99,7 @@ TEST_F(ProgressOf, ALineThatWrapsBecauseTheTerminalBecameNarrowerIsRemovedWhole)
   EXPECT_THAT(ReadAll(seen_), HasSubstr("\x1b[1A\r\x1b[Jtssoc200           \r\x1b[K"));
 }
 
-TEST_F(ProgressOf, AFailureIsReportedWithTheLineGone) {
+TEST_F(ProgressOf, AFailureIsReportedAfterTheLineIsRemoved) {
   struct Failures : FailureReport {
     explicit Failures(int to) : terminal(to) {}
     void Report(const Error&) noexcept override { EXPECT_EQ(write(terminal, "failed", 6), 6); }
@@ -113,7 +113,7 @@ TEST_F(ProgressOf, AFailureIsReportedWithTheLineGone) {
   EXPECT_THAT(ReadAll(seen_), EndsWith("\r\x1b[Kfailed"));
 }
 
-TEST_F(ProgressOf, ALongerRunIsToldAsItGoesOnAndAtItsEnd) {
+TEST_F(ProgressOf, ALongerRunIsWrittenWhileItRunsAndAtItsEnd) {
   Progress progress("tssoc200", Progress::kNobody, pipe_[1]);
   DatabaseObserver& observer = progress.Counter();
   Save(observer, 10);
@@ -144,7 +144,7 @@ TEST_F(ProgressOf, ARunEndsWithTheStatusOfItsMain) {
   EXPECT_THAT(ReadAll(pipe_[0]), IsEmpty());
 }
 
-TEST_F(ProgressOf, ARunIsNobodysWhereTheEnvironmentNamesNoDescriptor) {
+TEST_F(ProgressOf, ARunIsNotWrittenIfTheEnvironmentNamesNoDescriptor) {
   const EnvironmentVariable dumb("TERM", "dumb");
   EXPECT_EQ(Progress::FromEnvironment("tssoc200"), nullptr);
   const EnvironmentVariable listener("QMX_PROGRESS_FD", std::to_string(pipe_[1]).c_str());

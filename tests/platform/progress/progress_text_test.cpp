@@ -15,7 +15,7 @@ TEST(ProgressText, GroupsTheDigitsOfACount) {
   EXPECT_EQ(CountText(-1234), "-1,234");
 }
 
-TEST(ProgressText, ShowsHoursOnlyWhereThereAreSome) {
+TEST(ProgressText, ShowsHoursOnlyIfThereAreSome) {
   EXPECT_EQ(ElapsedText(std::chrono::seconds(0)), "0:00");
   EXPECT_EQ(ElapsedText(std::chrono::seconds(83)), "1:23");
   EXPECT_EQ(ElapsedText(std::chrono::seconds(3599)), "59:59");

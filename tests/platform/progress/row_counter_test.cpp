@@ -56,7 +56,7 @@ TEST_F(RowsOfATable, CountAsTheyAreSaved) {
   EXPECT_EQ(rows, 3);
 }
 
-TEST_F(RowsOfATable, CountWhereCloseSavesTheLast) {
+TEST_F(RowsOfATable, CountIfCloseSavesTheLast) {
   OpenRow("none");
   Add("A");
   Add("B");
@@ -64,7 +64,7 @@ TEST_F(RowsOfATable, CountWhereCloseSavesTheLast) {
   EXPECT_EQ(rows, 2);
 }
 
-TEST_F(RowsOfATable, CountWhereOneIsChanged) {
+TEST_F(RowsOfATable, CountIfOneIsChanged) {
   connection->Execute("insert into Kinds (code) values ('A')");
   OpenRow("A");
   records->Fields("name") = "new";
@@ -73,7 +73,7 @@ TEST_F(RowsOfATable, CountWhereOneIsChanged) {
   EXPECT_EQ(rows, 1);
 }
 
-TEST_F(RowsOfATable, DoNotCountWhereOneIsOnlyRead) {
+TEST_F(RowsOfATable, DoNotCountIfOneIsOnlyRead) {
   connection->Execute("insert into Kinds (code) values ('A')");
   OpenRow("A");
   EXPECT_FALSE(records->Eof());
@@ -81,7 +81,7 @@ TEST_F(RowsOfATable, DoNotCountWhereOneIsOnlyRead) {
   EXPECT_EQ(rows, 0);
 }
 
-TEST_F(RowsOfATable, DoNotCountWhereTheyAreDroppedOrRefused) {
+TEST_F(RowsOfATable, DoNotCountIfTheyAreDroppedOrRefused) {
   OpenTable("Kinds");
   Add("A");
   Add("A");
@@ -91,7 +91,7 @@ TEST_F(RowsOfATable, DoNotCountWhereTheyAreDroppedOrRefused) {
   EXPECT_EQ(rows, 1);
 }
 
-TEST_F(RowsOfATable, AreNotThoseOfOthers) {
+TEST_F(RowsOfATable, DoNotIncludeThoseOfOtherTables) {
   OpenTable("tstables");
   Add("A");
   records->Update();
@@ -103,7 +103,7 @@ TEST_F(RowsOfATable, AreNotThoseOfOthers) {
   EXPECT_EQ(rows, 0);
 }
 
-TEST_F(RowsOfATable, CountOnWhileAnotherRecordSetIsInUse) {
+TEST_F(RowsOfATable, AreCountedWhileAnotherRecordSetIsInUse) {
   OpenTable("Kinds");
   Add("A");
   const auto other = database.CreateRecordset("ADODB.Recordset");
@@ -125,7 +125,7 @@ TEST_F(RowsOfATable, CountOfTwoRecordSetsAtOnce) {
   EXPECT_EQ(rows, 2);
 }
 
-TEST_F(RowsOfATable, CountWhereMovingOnSavesOne) {
+TEST_F(RowsOfATable, CountIfMovingOnSavesOne) {
   connection->Execute("insert into Kinds (code) values ('A')");
   OpenRow("A");
   records->Fields("name") = "new";
@@ -133,7 +133,7 @@ TEST_F(RowsOfATable, CountWhereMovingOnSavesOne) {
   EXPECT_EQ(rows, 1);
 }
 
-TEST_F(RowsOfATable, CountWhereNoValueDiffers) {
+TEST_F(RowsOfATable, CountIfNoValueDiffers) {
   connection->Execute("insert into Kinds values ('A', 'old')");
   OpenRow("A");
   records->Fields("name") = "old";

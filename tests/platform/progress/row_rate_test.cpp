@@ -15,9 +15,9 @@ class RowRateOver : public testing::Test {
   RowRate::Moment start{};
 };
 
-TEST_F(RowRateOver, NothingIsNone) { EXPECT_EQ(At(0, 500), 0); }
+TEST_F(RowRateOver, WithoutRowsIsZero) { EXPECT_EQ(At(0, 500), 0); }
 
-TEST_F(RowRateOver, ASteadyCopyIsItsRate) {
+TEST_F(RowRateOver, OfASteadyCopyIsItsSpeed) {
   for (int time = 0; time <= 20000; time += 100) {
     const std::int64_t shown = At(time, time * 5);
     if (time > 0) {
@@ -26,7 +26,7 @@ TEST_F(RowRateOver, ASteadyCopyIsItsRate) {
   }
 }
 
-TEST_F(RowRateOver, ACopyThatStandsStillSinksToNoneWithinSeconds) {
+TEST_F(RowRateOver, FallsToZeroWithinSecondsOfTheLastRow) {
   At(0, 0);
   EXPECT_EQ(At(1000, 6000), 6000);
   EXPECT_EQ(At(2000, 6000), 3000);
@@ -34,7 +34,7 @@ TEST_F(RowRateOver, ACopyThatStandsStillSinksToNoneWithinSeconds) {
   EXPECT_EQ(At(4000, 6000), 0);
 }
 
-TEST_F(RowRateOver, SeldomLooksCountsWhatLiesBetweenThem) {
+TEST_F(RowRateOver, CountsAllRowsBetweenRareReadings) {
   At(0, 0);
   EXPECT_EQ(At(10000, 100), 10);
   EXPECT_EQ(At(20000, 300), 20);

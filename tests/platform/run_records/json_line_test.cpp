@@ -31,7 +31,7 @@ TEST(AJsonLine, StaysOneLineWhateverItsTextsHold) {
   EXPECT_EQ(nlohmann::json::parse(line)["t"], text);
 }
 
-TEST(AJsonLine, ShowsWhatIsNoUtf8WithAReplacement) {
+TEST(AJsonLine, ShowsInvalidUtf8AsAReplacementCharacter) {
   EXPECT_EQ(JsonLine::Object().Add("t\xFF", "a\xC3").Text(), "{\"t\xEF\xBF\xBD\":\"a\xEF\xBF\xBD\"}");
 }
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <set>
@@ -24,7 +25,7 @@ TEST(TheProcessIdentity, IsThatOfTheKernelAndTheUsersFile) {
   EXPECT_EQ(process.boot + "\n", test::Run("/bin/cat", {"/proc/sys/kernel/random/boot_id"}).out);
 }
 
-TEST(TheProcessIdentity, HasTheStartThatTheKernelTells) {
+TEST(TheProcessIdentity, HasTheStartTimeThatTheKernelReports) {
   const std::string number = std::to_string(getpid());
   // The program's name, which stands in brackets, has no blank here.
   const std::string told = test::Run("/usr/bin/cut", {"-d ", "-f22", "/proc/" + number + "/stat"}).out;
@@ -41,8 +42,18 @@ TEST(TheProcessIdentity, ReadsTheStartOfAProgramWhoseNameHoldsBlanksAndBrackets)
   EXPECT_NE(before, std::nullopt);
 }
 
-TEST(TheProcessIdentity, HasNoStartWhereThereIsNoSuchProcess) {
+TEST(TheProcessIdentity, HasNoStartIfThereIsNoSuchProcess) {
   EXPECT_EQ(StartTicksOf(0x7ffffff), std::nullopt);  // above the kernel's largest process number
+}
+
+// As long as its parent does not ask for its status, an ended process is in /proc.
+TEST(TheProcessIdentity, HasNoStartIfTheProcessHasEnded) {
+  const pid_t child = fork();
+  if (child == 0) _exit(0);
+  siginfo_t end{};
+  ASSERT_EQ(waitid(P_PID, static_cast<id_t>(child), &end, WEXITED | WNOWAIT), 0);
+  EXPECT_EQ(StartTicksOf(child), std::nullopt);
+  waitpid(child, nullptr, 0);
 }
 
 TEST(ARunNumber, IsARandomUuid) {

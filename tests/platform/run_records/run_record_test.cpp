@@ -66,7 +66,7 @@ TEST_F(ARunRecord, BeginsEachLineWithALineEndAndWritesTheStartAtOnce) {
   EXPECT_EQ(Records()[0]["run"], Records()[1]["run"]);
 }
 
-TEST_F(ARunRecord, TellsWhoStartedWhat) {
+TEST_F(ARunRecord, HasTableProcessUserAndHost) {
   start_.request = 17;
   const RunRecord record(start_, failures_);
   const Json start = Records().at(0);
@@ -79,12 +79,12 @@ TEST_F(ARunRecord, TellsWhoStartedWhat) {
   EXPECT_TRUE(start["pid_start"].is_number());
 }
 
-TEST_F(ARunRecord, HasNoRequestWhereNoneWasMade) {
+TEST_F(ARunRecord, HasNoRequestIfNoneWasMade) {
   const RunRecord record(start_, failures_);
   EXPECT_TRUE(Records().at(0)["request"].is_null());
 }
 
-TEST_F(ARunRecord, TellsWhatTheRunDid) {
+TEST_F(ARunRecord, HasOutcomeMethodAndCounts) {
   RunFacts facts;
   facts.byChange = true;
   facts.counts = {7, 21, 2};
@@ -116,7 +116,7 @@ TEST_F(ARunRecord, NamesTheOutcomeOfEachStatus) {
   EXPECT_EQ(EndOf(4)["outcome"], "nothing");
 }
 
-TEST_F(ARunRecord, HasNoMethodWhereThereWasNothingToCopy) {
+TEST_F(ARunRecord, HasNoMethodIfThereWasNothingToCopy) {
   RunFacts facts;
   facts.byChange = false;
   EXPECT_EQ(EndOf(1, facts)["method"], "full");
@@ -147,7 +147,7 @@ TEST_F(ARunRecord, HasEveryFailureWithItsWholeChain) {
             "\"details\":{},\"number\":70,\"source\":\"Text files\"}]]");
 }
 
-TEST_F(ARunRecord, WritesOneEndWhoeverEndsIt) {
+TEST_F(ARunRecord, WritesOneEndOnly) {
   RunRecord record(start_, failures_);
   std::thread other([&] { record.End(2, {}); });
   other.join();
@@ -179,13 +179,13 @@ TEST_F(ARunRecord, HidesTheRestOfAPasswordThatHoldsASemicolonOrAComma) {
   EXPECT_THAT(Written(), Not(HasSubstr("hush")));
 }
 
-TEST_F(ARunRecord, ShowsWhatIsNoUtf8WithAReplacement) {
+TEST_F(ARunRecord, ShowsInvalidUtf8AsAReplacementCharacter) {
   start_.table = "tsm\xFF";
   const RunRecord record(start_, failures_);
   EXPECT_EQ(Records().at(0)["table"], "tsm\xEF\xBF\xBD");
 }
 
-TEST_F(ARunRecord, CostsOneSentenceWhereTheFileCannotBeWritten) {
+TEST_F(ARunRecord, PrintsOneSentenceIfTheFileCannotBeWritten) {
   start_.path = folder_ / "none/QMXRuns.jsonl";
   RunRecord record(start_, failures_);
   record.End(0, {});
@@ -200,7 +200,7 @@ TEST_F(ARunRecord, DoesNotWaitForAReaderOfAPipeInItsPlace) {
               ElementsAre(HasSubstr("\" cannot be written: it is a named pipe, not a regular")));
 }
 
-TEST_F(ARunRecord, CostsOneSentenceWhereTheDiskIsFull) {
+TEST_F(ARunRecord, PrintsOneSentenceIfTheDiskIsFull) {
   {
     const FullDisk full(100);  // the start is cut short
     RunRecord record(start_, failures_);
@@ -218,7 +218,7 @@ TEST_F(ARunRecord, CostsOneSentenceWhereTheDiskIsFull) {
   EXPECT_EQ(Json::parse(rest)["record"], "start");
 }
 
-TEST_F(ARunRecord, CostsOneSentenceWhereTheDiskIsFullAtItsEnd) {
+TEST_F(ARunRecord, PrintsOneSentenceIfTheDiskIsFullAtItsEnd) {
   RunRecord record(start_, failures_);
   const FullDisk full(Written().size());
   record.End(0, {});

@@ -43,13 +43,13 @@ TEST_F(ASuddenEnd, CompletesTheRecordThatItWasArmedWith) {
                            "called\"\\}\\]\\]\\}"));
 }
 
-TEST_F(ASuddenEnd, IsACrashWhereASignalEndsTheProcess) {
+TEST_F(ASuddenEnd, IsACrashIfASignalEndsTheProcess) {
   Arm();
   SuddenEnd::Write("SIGSEGV ended the run", 139);
   EXPECT_THAT(Written(), HasSubstr("\"outcome\":\"crashed\",\"status\":139,"));
 }
 
-TEST_F(ASuddenEnd, QuotesWhatJsonDoesNotTakeAsItIs) {
+TEST_F(ASuddenEnd, EscapesOrReplacesCharactersThatJsonForbids) {
   Arm();
   SuddenEnd::Write("a\"b\\c\nd\xC3\xA4", 2);
   const auto record = nlohmann::json::parse(Written());
@@ -75,7 +75,7 @@ TEST_F(ASuddenEnd, IsWrittenOnce) {
   EXPECT_THAT(Written(), testing::AllOf(HasSubstr("first"), testing::Not(HasSubstr("second"))));
 }
 
-TEST_F(ASuddenEnd, IsNotWrittenBehindAnotherEndNorWithoutARecord) {
+TEST_F(ASuddenEnd, IsNotWrittenAfterAnotherEndOrWithoutARecord) {
   SuddenEnd::Write("never armed", 2);
   Arm();
   EXPECT_TRUE(SuddenEnd::Disarm());

@@ -73,7 +73,7 @@ TEST_F(SqliteLimits, ReadingTheRowsOfARecordsetIsLimitedToo) {
   EXPECT_EQ(records.State(), 0);
 }
 
-TEST_F(SqliteLimits, ALockOfSomebodyElseIsWaitedForAsLongAsTheTimeOutAllows) {
+TEST_F(SqliteLimits, ALockOfAnotherProgramIsWaitedForUntilTheTimeOut) {
   other.Execute("begin immediate");
   other.Execute("insert into people (code) values ('A')");
   connection.CommandTimeout(1);

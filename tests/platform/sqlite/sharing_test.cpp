@@ -45,6 +45,15 @@ class SqliteSharing : public testing::Test {
     connection.Close();
   }
 
+  // Six processes open the file at the same moment, and each inserts a row.
+  void InsertFromSixProcesses() {
+    std::vector<pid_t> children;
+    for (int number = 0; number < 6; ++number) {
+      children.push_back(Started([&] { Run("insert into people values ('x')"); }));
+    }
+    for (const pid_t child : children) EXPECT_TRUE(Succeeded(child));
+  }
+
   static std::int32_t Count(Connection& connection, const std::string& table) {
     Recordset records(nullptr);
     records.Open("select count(*) from " + table, connection, kCursorKeyset, kLockOptimistic, kCommandText);
@@ -97,13 +106,7 @@ TEST_F(SqliteSharing, ProcessesFillDifferentTablesOfOneFileWhileAReaderReads) {
 
 TEST_F(SqliteSharing, ProcessesCanOpenAFreshFileAtTheSameMoment) {
   Run("create table people (code text)");
-  for (int round = 0; round < 5; ++round) {
-    std::vector<pid_t> children;
-    for (int number = 0; number < 6; ++number) {
-      children.push_back(Started([&] { Run("insert into people values ('x')"); }));
-    }
-    for (const pid_t child : children) EXPECT_TRUE(Succeeded(child));
-  }
+  for (int round = 0; round < 5; ++round) InsertFromSixProcesses();
   Connection reader({&driver}, nullptr);
   reader.Open(text, "", "");
   EXPECT_EQ(Count(reader, "people"), 30);
@@ -112,11 +115,7 @@ TEST_F(SqliteSharing, ProcessesCanOpenAFreshFileAtTheSameMoment) {
 TEST_F(SqliteSharing, ProcessesCanOpenAFileThatIsNotInWalModeYetAtTheSameMoment) {
   Run("create table people (code text)");
   Run("pragma journal_mode=delete");
-  std::vector<pid_t> children;
-  for (int number = 0; number < 6; ++number) {
-    children.push_back(Started([&] { Run("insert into people values ('x')"); }));
-  }
-  for (const pid_t child : children) EXPECT_TRUE(Succeeded(child));
+  InsertFromSixProcesses();
   Connection reader({&driver}, nullptr);
   reader.Open(text, "", "");
   EXPECT_EQ(Count(reader, "people"), 6);

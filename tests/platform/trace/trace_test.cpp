@@ -34,7 +34,7 @@ TEST(ATrace, ThatCannotBeOpenedIsAnErrorAtTheStart) {
                                      "\" that QMX_TRACE names cannot be written: No such file or directory.");
 }
 
-TEST(ATrace, IsNoPipe) {
+TEST(ATrace, CannotBeAPipe) {
   TempFolder folder;
   ASSERT_EQ(mkfifo((folder / "trace").c_str(), 0600), 0);
   const Error error = Raised([&] { Trace trace(folder / "trace"); });
@@ -71,7 +71,7 @@ TEST(ATrace, EndsOnAFullDiskWithALineForTheOperatorAndNoError) {
             "The trace file \"" + (folder / "trace") + "\" cannot be written any further: File too large.\n");
 }
 
-TEST(ATrace, ShowsWhatIsNoUtf8AsAReplacementCharacter) {
+TEST(ATrace, ShowsInvalidUtf8AsAReplacementCharacter) {
   TempFolder folder;
   Trace trace(folder / "trace");
   trace.Write({{"text", "M\xfcller"}});

@@ -1,13 +1,13 @@
 // An ODBC driver for tests that passes every call on to a real one, and makes some calls fail.
 //
-// It is linked with the real driver, whose functions the driver manager finds behind it; the few that can fail stand
-// here. The variable QMX_ODBC_FAULT says which call fails, as "FUNCTION FIRST COUNT WHEN STATE NATIVE":
-//   FUNCTION  SQLEndTran, SQLSetConnectAttr (only where it sets the commit mode) or SQLExecute (SQLExecDirect too)
+// It is linked with the real driver and replaces the few functions that can fail. The variable QMX_ODBC_FAULT says
+// which call fails, as "FUNCTION FIRST COUNT WHEN STATE NATIVE":
+//   FUNCTION  SQLEndTran, SQLSetConnectAttr (only if it sets the commit mode) or SQLExecute (SQLExecDirect too)
 //   FIRST     the first call that fails, counted from 1 since the variable was changed
 //   COUNT     how many calls in a row fail; 0 for all that follow
 //   WHEN      "before" it is done, or "after": it is done, and the answer is lost
-//   STATE, NATIVE   the SQLSTATE and the native code that are told
-// The file that QMX_ODBC_FAULT_TOLD names is made at the first failure.
+//   STATE, NATIVE   the SQLSTATE and the native code of the error
+// The file that QMX_ODBC_FAULT_TOLD names is created at the first failure.
 #include <dlfcn.h>
 #include <sql.h>
 #include <sqlext.h>

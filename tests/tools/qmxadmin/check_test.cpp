@@ -46,7 +46,7 @@ class QmxAdminCheckOnSqlite : public QmxAdminCheck {};
 INSTANTIATE_TEST_SUITE_P(Over, QmxAdminCheckOnSqlite, testing::ValuesIn(OnlySqlite()),
                          [](const auto& info) { return info.param.name; });
 
-TEST_P(QmxAdminCheck, FindsNothingWrongWhereEverythingIsThere) {
+TEST_P(QmxAdminCheck, FindsNothingWrongIfEverythingIsThere) {
   const Process run = CheckAll();
   EXPECT_EQ(run.status, 0) << run.out;
   EXPECT_THAT(run.err, IsEmpty());
@@ -64,7 +64,7 @@ TEST_P(QmxAdminCheck, FindsNothingWrongWhereEverythingIsThere) {
   EXPECT_TRUE(std::filesystem::is_empty(Logs()));
 }
 
-TEST_P(QmxAdminCheckOnSqlite, SaysWhatWasNotLookedAt) {
+TEST_P(QmxAdminCheckOnSqlite, PrintsWhatWasNotChecked) {
   const Process run = Check();
   EXPECT_EQ(run.status, 0) << run.out;
   EXPECT_THAT(run.out, AllOf(HasSubstr("\nnot checked  log folder: --logs is not given\n"),
@@ -72,7 +72,7 @@ TEST_P(QmxAdminCheckOnSqlite, SaysWhatWasNotLookedAt) {
                              HasSubstr("\nnot checked  ERP: --component is not given, so no manager was called\n")));
 }
 
-TEST_P(QmxAdminCheck, RemarksThatAnOlderControlTableTellsCapitalsFromSmallLetters) {
+TEST_P(QmxAdminCheck, WarnsThatAnOlderControlTableDistinguishesCase) {
   EXPECT_THAT(Check().out,
               HasSubstr("\nok           table tstables: 6 columns, as expected; TableName does not ignore case, "
                         "so a copy of TSMDM030 does not see the flag of tsmdm030\n"));
@@ -81,7 +81,7 @@ TEST_P(QmxAdminCheck, RemarksThatAnOlderControlTableTellsCapitalsFromSmallLetter
   EXPECT_THAT(Check().out, HasSubstr("\nok           table tstables: 6 columns, as expected\n"));
 }
 
-TEST_P(QmxAdminCheck, TellsEachColumnThatDiffersAndEachTableThatIsMissing) {
+TEST_P(QmxAdminCheck, ReportsEachColumnThatDiffersAndEachTableThatIsMissing) {
   Execute("drop table tsmdm030");
   Execute("create table tsmdm030 (cstp integer, dsca varchar(10), ract varchar(10))");
   Execute("drop table tstables");
@@ -98,7 +98,7 @@ TEST_P(QmxAdminCheck, TellsEachColumnThatDiffersAndEachTableThatIsMissing) {
   EXPECT_EQ(Lines(run.out, "wrong"), 4U);
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsTheSameAsJson) {
+TEST_P(QmxAdminCheckOnSqlite, PrintsTheSameAsJson) {
   Execute("drop table tstables");
   const Process run = Check({"--json"});
   EXPECT_EQ(run.status, 1);
@@ -127,7 +127,7 @@ TEST_P(QmxAdminCheck, NamesADatabaseThatIsNotThere) {
                              HasSubstr(" Correct DATABASE.\n"), Not(HasSubstr("table "))));
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsThatTheLogFolderIsMissingOrAFile) {
+TEST_P(QmxAdminCheckOnSqlite, ReportsThatTheLogFolderIsMissingOrAFile) {
   WriteFile(folder_ / "file", "");
   for (const std::string& folder : {folder_ / "none", folder_ / "file"}) {
     const Process run = Check({"--logs", folder});
@@ -137,7 +137,7 @@ TEST_P(QmxAdminCheckOnSqlite, TellsThatTheLogFolderIsMissingOrAFile) {
   }
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsThatTheLogFolderCannotBeWritten) {
+TEST_P(QmxAdminCheckOnSqlite, ReportsThatTheLogFolderCannotBeWritten) {
   const Process run = Check({"--logs", "/proc/self"});  // nobody makes files there, not even root
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out, AllOf(HasSubstr("\nwrong        log folder: no file can be created in /proc/self: "),
@@ -150,7 +150,7 @@ TEST_P(QmxAdminCheckOnSqlite, ReadsTheLogFolderAsTheCopiesDo) {
   EXPECT_THAT(run.out, HasSubstr("\nok           log folder: " + Logs() + " can be written\n"));
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsALogThatCannotBeWritten) {
+TEST_P(QmxAdminCheckOnSqlite, ReportsALogThatCannotBeWritten) {
   std::filesystem::create_directory(Logs() + "/tsmdm030.log");
   WriteFile(Logs() + "/tsmdm100.log", "kept");
   const Process run = Check({"--logs", Logs()});
@@ -168,7 +168,7 @@ TEST_P(QmxAdminCheckOnSqlite, ANamedPipeInPlaceOfALogIsWrongAndNothingWaits) {
   EXPECT_THAT(run.out, HasSubstr("\nwrong        log tsmdm100.log: it is a named pipe, not a regular file. "));
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsManagersThatDoNotAnswer) {
+TEST_P(QmxAdminCheckOnSqlite, ReportsManagersThatDoNotAnswer) {
   const Process run = CheckAll(folder_ / "none.db");
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(Lines(run.out, "wrong"), 17U) << run.out;
@@ -178,7 +178,7 @@ TEST_P(QmxAdminCheckOnSqlite, TellsManagersThatDoNotAnswer) {
                                        "--component argument.")));
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsTheOneManagerThatDoesNotAnswer) {
+TEST_P(QmxAdminCheckOnSqlite, ReportsTheOneManagerThatDoesNotAnswer) {
   std::filesystem::copy_file(SandboxErpFile(), folder_ / "orvan.db");
   SqliteDriver driver;
   Connection erp({&driver}, nullptr);
@@ -191,7 +191,7 @@ TEST_P(QmxAdminCheckOnSqlite, TellsTheOneManagerThatDoesNotAnswer) {
   EXPECT_THAT(run.out, HasSubstr("\nwrong        tsmdm030, ServiceTypes.ServiceTypesManager: error "));
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsComponentsThatAreNotRegistered) {
+TEST_P(QmxAdminCheckOnSqlite, ReportsComponentsThatAreNotRegistered) {
   components_ = folder_.Path();
   const Process run = Check();
   EXPECT_EQ(run.status, 1);
@@ -205,7 +205,7 @@ TEST_P(QmxAdminCheckOnSqlite, TellsComponentsThatAreNotRegistered) {
             HasSubstr("\nnot checked  QMXServer20.clsMessHandler: it is not registered")));
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsARecordClassThatIsNotRegistered) {
+TEST_P(QmxAdminCheckOnSqlite, ReportsARecordClassThatIsNotRegistered) {
   std::string manifest = ReadFile(components_ + "/orvan_sandbox.component");
   manifest.replace(manifest.find("progid = Skills.Skills\n"), 23, "");
   manifest.replace(manifest.find("orvan_sandbox.so"), 16, components_ + "/orvan_sandbox.so");
@@ -217,7 +217,7 @@ TEST_P(QmxAdminCheckOnSqlite, TellsARecordClassThatIsNotRegistered) {
   EXPECT_THAT(run.out, HasSubstr("\nwrong        tsmdm130, Skills.SkillsManager: Skills.Skills is not registered. "));
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsAServerThatDoesNotLoad) {
+TEST_P(QmxAdminCheckOnSqlite, ReportsAServerThatDoesNotLoad) {
   // The library is not beside this one.
   WriteFile(folder_ / "orvan.component", ReadFile(components_ + "/orvan_sandbox.component"));
   components_ = folder_.Path();
@@ -229,7 +229,7 @@ TEST_P(QmxAdminCheckOnSqlite, TellsAServerThatDoesNotLoad) {
                              HasSubstr("shows which libraries load")));
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsAManifestThatCannotBeRead) {
+TEST_P(QmxAdminCheckOnSqlite, ReportsAManifestThatCannotBeRead) {
   WriteFile(folder_ / "broken.component", "library = a.so\nprogid Test.Probe\n");
   components_ += ":" + folder_.Path().string();
   const Process run = Check();
@@ -269,7 +269,7 @@ TEST_P(QmxAdminCheckOnSqlite, PrintsFailedChecksOnlyIfItIsQuiet) {
   EXPECT_EQ(run.out, "wrong        table tstables: it is missing. \"qmxadmin init\" creates it.\n");
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsATableThatCannotBeWritten) {
+TEST_P(QmxAdminCheckOnSqlite, ReportsATableThatCannotBeWritten) {
   Execute("alter table tsmdm030 rename to rows_of_tsmdm030");
   Execute("create view tsmdm030 as select * from rows_of_tsmdm030");
   const Process run = Check();
@@ -278,13 +278,13 @@ TEST_P(QmxAdminCheckOnSqlite, TellsATableThatCannotBeWritten) {
   EXPECT_THAT(run.out, HasSubstr("Grant the missing privileges to the user.\n"));
 }
 
-TEST_P(QmxAdminCheckOnSqlite, ChangesNoRowWhereItTriesTheRights) {
+TEST_P(QmxAdminCheckOnSqlite, ChangesNoRowWhenItTriesTheRights) {
   Execute("insert into tsmdm030 (cstp, dsca) values ('A', 'kept')");
   EXPECT_EQ(Check().status, 0);
   EXPECT_THAT(Column("select dsca from tsmdm030"), testing::ElementsAre("kept"));
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsHowMuchRoomTheLogsHave) {
+TEST_P(QmxAdminCheckOnSqlite, ReportsHowMuchRoomTheLogsHave) {
   EXPECT_THAT(Check({"--logs", Logs()}).out,
               testing::ContainsRegex("\nok           room for logs: [0-9]+ MiB free on the file system of /"));
 }
@@ -295,7 +295,7 @@ TEST(TheRoomForLogs, IsEnoughFromSixteenMebibytesOn) {
   EXPECT_FALSE(IsEnoughRoom(0));
 }
 
-TEST_P(QmxAdminCheckOnSqlite, TellsALogThatBelongsToSomebodyElse) {
+TEST_P(QmxAdminCheckOnSqlite, ReportsALogThatBelongsToSomebodyElse) {
   if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
   for (const char* name : {"/tsmdm030.log", "/QMXRuns.jsonl"}) WriteFile(Logs() + name, "");
   EXPECT_EQ(Check({"--logs", Logs()}).status, 0);

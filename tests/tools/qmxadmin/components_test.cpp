@@ -50,7 +50,7 @@ TEST_F(QmxAdminComponents, ShowsEachManifestWithItsLibraryAndProgIds) {
   EXPECT_THAT(run.err, IsEmpty());
 }
 
-TEST_F(QmxAdminComponents, TellsWhyALibraryDoesNotLoad) {
+TEST_F(QmxAdminComponents, ShowsWhyALibraryDoesNotLoad) {
   const std::string missing = Add("missing.component", "missing.so", "Skills.SkillsManager");
   WriteFile(folder_ / "text.so", "no library");
   Add("text.component", "text.so", "Skills.Skills");
@@ -61,7 +61,7 @@ TEST_F(QmxAdminComponents, TellsWhyALibraryDoesNotLoad) {
                              HasSubstr("file too short"), EndsWith(kDate)));
 }
 
-TEST_F(QmxAdminComponents, TellsWhoServesAProgIdThatTwoClaim) {
+TEST_F(QmxAdminComponents, ShowsWhichServerCreatesAProgIdThatTwoClaim) {
   const std::string first = Add("a.component", sandbox_ + "/orvan_sandbox.so", "skills.skills");
   const std::string second = Add("b.component", sandbox_ + "/orvan_sandbox.so", "Skills.Skills");
   EXPECT_THAT(Components().out,
@@ -71,7 +71,7 @@ TEST_F(QmxAdminComponents, TellsWhoServesAProgIdThatTwoClaim) {
   EXPECT_THAT(Components().out, Not(HasSubstr("served by")));
 }
 
-TEST_F(QmxAdminComponents, TellsWhatIsWrongWithFoldersAndManifests) {
+TEST_F(QmxAdminComponents, ShowsWhatIsWrongWithFoldersAndManifests) {
   WriteFile(folder_ / "broken.component", "library = a.so\nprogid Test.Probe\n");
   folders_ += ":" + folder_ / "none";
   const Process run = Components();
@@ -121,7 +121,7 @@ TEST_F(QmxAdminComponents, ShowsWhoseProgIdsAPatternOfAnotherTakes) {
   EXPECT_THAT(Components().out, Not(HasSubstr("built in")));
 }
 
-TEST_F(QmxAdminComponents, TellsAllOfItAsJson) {
+TEST_F(QmxAdminComponents, PrintsAllOfItAsJson) {
   const std::string first = Add("a.component", sandbox_ + "/orvan_sandbox.so", "Skills.Skills");
   const std::string second = Add("b.component", "missing.so", "Skills.Skills");
   WriteFile(folder_ / "c.component", "");

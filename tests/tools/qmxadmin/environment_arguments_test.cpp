@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(EnvironmentArguments, PutConnectionAndDatabaseBehindTheCommand) {
+TEST(EnvironmentArguments, PutConnectionAndDatabaseAfterTheCommand) {
   const EnvironmentVariable connection("QMX_CONNECTION", "DSN=local;PWD=rose");
   const EnvironmentVariable database("QMX_DATABASE", "service");
   EXPECT_THAT(WithEnvironment({"status"}), ElementsAre("status", "DSN=local;PWD=rose", "service"));
@@ -20,7 +20,7 @@ TEST(EnvironmentArguments, PutConnectionAndDatabaseBehindTheCommand) {
   EXPECT_THAT(WithEnvironment({"status", "--json"}), ElementsAre("status", "DSN=local;PWD=rose", "service", "--json"));
 }
 
-TEST(EnvironmentArguments, KeepTheConnectionsOwnDatabaseWhereNoneIsNamed) {
+TEST(EnvironmentArguments, KeepTheConnectionsOwnDatabaseIfNoneIsNamed) {
   const EnvironmentVariable connection("QMX_CONNECTION", "DSN=local");
   const EnvironmentVariable database("QMX_DATABASE", nullptr);
   EXPECT_THAT(WithEnvironment({"status"}), ElementsAre("status", "DSN=local", ""));
@@ -34,7 +34,7 @@ TEST(EnvironmentArguments, GiveWayToTheCommandLine) {
   EXPECT_THAT(WithEnvironment({"status", "--json", "FILEDSN=x", ""}), ElementsAre("status", "--json", "FILEDSN=x", ""));
 }
 
-TEST(EnvironmentArguments, DoNothingWhereNoConnectionIsSet) {
+TEST(EnvironmentArguments, DoNothingIfNoConnectionIsSet) {
   const EnvironmentVariable database("QMX_DATABASE", "service");
   for (const char* none : {static_cast<const char*>(nullptr), ""}) {
     const EnvironmentVariable connection("QMX_CONNECTION", none);

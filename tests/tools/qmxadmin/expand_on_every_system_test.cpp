@@ -9,7 +9,7 @@ using QmxAdminExpandOnASystem = AdminOnASystem;
 INSTANTIATE_TEST_SUITE_P(Over, QmxAdminExpandOnASystem, testing::ValuesIn(SystemsUnderTest()),
                          [](const auto& info) { return info.param.name; });
 
-TEST_P(QmxAdminExpandOnASystem, MakesEverythingAnewEachTime) {
+TEST_P(QmxAdminExpandOnASystem, WritesAllIntervalsAgainEachTime) {
   Execute("insert into tsmdm140 (emno, ccal) values ('1', 'DAY')");
   Execute(
       "insert into tcccp030 (ccal, ract, stdt, sttm, endt, entm) values "

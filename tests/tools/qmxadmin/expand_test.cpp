@@ -51,7 +51,7 @@ class QmxAdminExpand : public testing::Test {
   std::string connectionText = "Provider=SQLite;Data Source=" + folder / "local.db";
 };
 
-TEST_F(QmxAdminExpand, ExpandsTheCalendarsInUseAndTellsHowManyIntervalsThereAre) {
+TEST_F(QmxAdminExpand, ExpandsTheCalendarsInUseAndPrintsTheNumberOfIntervals) {
   const Process run = Expand(connectionText);
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(run.out,
@@ -84,7 +84,7 @@ TEST_F(QmxAdminExpand, SaysSoWhenNobodyHasACalendar) {
             "OLD: 1 intervals, unchanged: no service employee has this calendar\n");
 }
 
-TEST_F(QmxAdminExpand, FailsWhereATableIsMissing) {
+TEST_F(QmxAdminExpand, FailsIfATableIsMissing) {
   Execute({"drop table tsmdm140"});
   const Process run = Expand(connectionText);
   EXPECT_EQ(run.status, 2);
@@ -115,7 +115,7 @@ TEST_F(QmxAdminExpand, FailsForADatabaseThatIsNotThereAndMakesNone) {
   EXPECT_FALSE(std::filesystem::exists(folder / "none.db"));
 }
 
-TEST_F(QmxAdminExpand, WantsBothArguments) { EXPECT_EQ(test::Run(QMX_ADMIN, {"expand", connectionText}).status, 2); }
+TEST_F(QmxAdminExpand, NeedsBothArguments) { EXPECT_EQ(test::Run(QMX_ADMIN, {"expand", connectionText}).status, 2); }
 
 TEST_F(QmxAdminExpand, PrintsTheSameAsJson) {
   const Process run = test::Run(QMX_ADMIN, {"expand", connectionText, "", "--json"});

@@ -49,7 +49,7 @@ class QmxAdminInitOnASystem : public testing::TestWithParam<DriverUnderTest> {
 INSTANTIATE_TEST_SUITE_P(Over, QmxAdminInitOnASystem, testing::ValuesIn(DriversUnderTest()),
                          [](const auto& info) { return info.param.name; });
 
-TEST_P(QmxAdminInitOnASystem, MakesAllTablesOnceAndLeavesThemAloneThen) {
+TEST_P(QmxAdminInitOnASystem, CreatesAllTablesOnceAndDoesNotChangeThemLater) {
   const Process first = Init();
   EXPECT_EQ(first.status, 0) << first.err;
   EXPECT_EQ(Count(first.out, ": created\n"), 19);
@@ -69,7 +69,7 @@ TEST_P(QmxAdminInitOnASystem, MakesAControlTableWhoseTableCodesIgnoreCase) {
             errors::kIntegrity);
 }
 
-TEST_P(QmxAdminInitOnASystem, TellsWhatDiffersAndLeavesIt) {
+TEST_P(QmxAdminInitOnASystem, PrintsDifferencesAndChangesNothing) {
   Execute("create table tsmdm030 (cstp integer, dsca varchar(10), ract varchar(10))");
   const Process run = Init();
   EXPECT_EQ(run.status, 1) << run.err;

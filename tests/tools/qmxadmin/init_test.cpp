@@ -65,7 +65,7 @@ TEST_F(QmxAdminInit, MakesTheDatabaseAndAllItsTables) {
   EXPECT_EQ(Count("select count(*) from sqlite_master where name='tscalender_by_ccal'"), 1);
 }
 
-TEST_F(QmxAdminInit, LeavesAloneWhatIsThereAndSaysSo) {
+TEST_F(QmxAdminInit, DoesNotChangeExistingTablesAndSaysSo) {
   Init();
   Execute("insert into tsmdm030 (cstp, dsca) values ('A','kept')");
   const Process again = Init();
@@ -85,7 +85,7 @@ TEST_F(QmxAdminInit, MakesOnlyWhatIsMissing) {
   EXPECT_EQ(Count("select count(*) from sqlite_master where name='tscalender_by_ccal'"), 1);
 }
 
-TEST_F(QmxAdminInit, TellsWhatDiffersLeavesItAndEndsWithStatusOne) {
+TEST_F(QmxAdminInit, PrintsDifferencesChangesNothingAndEndsWithStatusOne) {
   Execute("create table tsmdm030 (CSTP integer, dsca varchar(10), ract text, note text)");
   const Process run = Init();
   EXPECT_EQ(run.status, 1);
@@ -118,7 +118,7 @@ TEST_F(QmxAdminInit, PrintsTheStatementsForASystemThatIsNotAtHand) {
   EXPECT_THAT(other.err, HasSubstr("SQLite, PostgreSQL and MariaDB, not in \"Oracle\""));
 }
 
-TEST_F(QmxAdminInit, NeedsBothArgumentsWhereItIsNotToPrintForASystem) {
+TEST_F(QmxAdminInit, NeedsBothArgumentsIfItIsNotToPrintForASystem) {
   const Process nothing = test::Run(QMX_ADMIN, {"init"});
   EXPECT_EQ(nothing.status, 2);
   EXPECT_THAT(nothing.err, HasSubstr("CONNECTION is required"));
@@ -158,7 +158,7 @@ TEST_F(QmxAdminInit, AFileThatIsNoDatabaseIsNamedAndKept) {
   EXPECT_THAT(ReadFile(folder / "local.db"), StartsWith("Dear reader"));
 }
 
-TEST_F(QmxAdminInit, AConnectionTextOfAnotherFormIsToldTheRightOneWithoutItsPassword) {
+TEST_F(QmxAdminInit, AConnectionTextOfAnotherFormIsRefusedWithTheRightFormAndWithoutItsPassword) {
   connectionText = "Server=x;PWD=geheim";
   const Process run = Init();
   EXPECT_EQ(run.status, 2);

@@ -63,7 +63,7 @@ TEST_P(QmxAdminMethodOnSqlite, SaysWhatACopyByChangeDoesWithoutALastUpdateTime) 
                              HasSubstr("\ntsmdm100 has no last update time"), HasSubstr("Copy it in full first.")));
 }
 
-TEST_P(QmxAdminMethodOnSqlite, ChangesNothingWhereATableIsUnknown) {
+TEST_P(QmxAdminMethodOnSqlite, ChangesNothingIfATableIsUnknown) {
   const Process run = Admin({"method", "tsmdm030", "tsmdm031", "TSMDM100", "changed"});
   EXPECT_EQ(run.status, 2);
   EXPECT_THAT(run.out, IsEmpty());
@@ -75,7 +75,7 @@ TEST_P(QmxAdminMethodOnSqlite, ChangesNothingWhereATableIsUnknown) {
   EXPECT_THAT(Column("select tablename from tstables"), IsEmpty());
 }
 
-TEST_P(QmxAdminMethodOnSqlite, WantsAMethodBehindTheTables) {
+TEST_P(QmxAdminMethodOnSqlite, NeedsAMethodAfterTheTables) {
   for (const std::vector<std::string>& arguments :
        {std::vector<std::string>{"method", "tsmdm030"}, {"method", "full"}, {"method", "full", "tsmdm030"}}) {
     const Process run = Admin(arguments);
@@ -88,7 +88,7 @@ TEST_P(QmxAdminMethodOnSqlite, WantsAMethodBehindTheTables) {
   EXPECT_THAT(Column("select tablename from tstables"), IsEmpty());
 }
 
-TEST_P(QmxAdminMethodOnSqlite, ChangesEveryTableAlsoWhereNobodyCanBeToldOfIt) {
+TEST_P(QmxAdminMethodOnSqlite, ChangesEveryTableEvenIfItCannotPrint) {
   const Process run =
       test::Run("/bin/sh", {"-c", "exec \"$0\" method tsmdm030 tsmdm100 changed > /dev/full 2> /dev/full", QMX_ADMIN},
                 Environment());
@@ -97,7 +97,7 @@ TEST_P(QmxAdminMethodOnSqlite, ChangesEveryTableAlsoWhereNobodyCanBeToldOfIt) {
               ElementsAre("tsmdm030", "tsmdm100"));
 }
 
-TEST_P(QmxAdminMethodOnSqlite, FailsWhereThereIsNoControlTable) {
+TEST_P(QmxAdminMethodOnSqlite, FailsIfThereIsNoControlTable) {
   Execute("drop table tstables");
   const Process run = Admin({"method", "tsmdm030", "full"});
   EXPECT_EQ(run.status, 2);

@@ -71,7 +71,7 @@ TEST_P(OldMidnights, AreRewrittenInATableThatDiffersToo) {
 }
 
 // Only another program can have added the second row.
-TEST_P(OldMidnights, StayAllAsTheyAreWhereTwoRowsWouldBecomeTheSame) {
+TEST_P(OldMidnights, StayAllAsTheyAreIfTwoRowsWouldBecomeTheSame) {
   Execute("insert into tssoc200 (orno, ordt) values ('A', '2026-11-05')");
   FillAsBefore();
   AddCalendar("2026-11-05 00:00:00", 800, "2026-11-07 00:00:00");
@@ -86,7 +86,7 @@ TEST_P(OldMidnights, StayAllAsTheyAreWhereTwoRowsWouldBecomeTheSame) {
   EXPECT_THAT(Column("select ordt||'' from tssoc200 where orno = 'A'"), ElementsAre("2026-11-05"));
 }
 
-TEST_P(OldMidnights, StayAllAsTheyAreWhereOneTableCannotBeWritten) {
+TEST_P(OldMidnights, StayAllAsTheyAreIfOneTableCannotBeWritten) {
   FillAsBefore();
   Execute("create unique index once on tssoc210 (pstm)");
   Execute("insert into tssoc210 (orno, acln, pstm) values ('A', 1, '2026-11-05'), ('A', 2, '2026-11-05 00:00:00')");

@@ -1,5 +1,5 @@
-// An expansion whose transactions are refused, or whose answers are lost: what it prints is what stands in tscalender,
-// or it says that it failed; and the next one makes everything right.
+// An expansion whose transactions are refused or whose answers are lost: it prints the intervals that tscalender has,
+// or it fails, and the next expansion corrects everything.
 #include <filesystem>
 
 #include "tests/support/environment.h"
@@ -103,15 +103,15 @@ TEST_P(RefusedExpansion, CountsNoRowThatIsGoneWhicheverTransactionIsRefused) {
   ExpandWithEach({.function = "SQLEndTran", .answer = kRefused});
 }
 
-TEST_P(RefusedExpansion, CountsNoRowThatIsGoneWhereTheAnswerToACommitIsLost) {
+TEST_P(RefusedExpansion, CountsNoRowThatIsGoneIfTheAnswerToACommitIsLost) {
   ExpandWithEach({.function = "SQLEndTran", .isDone = true, .answer = kLost});
 }
 
-TEST_P(RefusedExpansion, CountsNoRowThatIsGoneWhereTheCommitModeCannotBeSet) {
+TEST_P(RefusedExpansion, CountsNoRowThatIsGoneIfTheCommitModeCannotBeSet) {
   ExpandWithEach({.function = "SQLSetConnectAttr", .answer = "HY000 2000"});
 }
 
-TEST_P(RefusedExpansion, CountsNoRowThatIsGoneWhereTheCommitModeIsSetAndTheAnswerIsLost) {
+TEST_P(RefusedExpansion, CountsNoRowThatIsGoneIfTheCommitModeIsSetAndTheAnswerIsLost) {
   ExpandWithEach({.function = "SQLSetConnectAttr", .isDone = true, .answer = kLost}, {1});
 }
 

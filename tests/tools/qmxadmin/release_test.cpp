@@ -77,7 +77,7 @@ TEST_P(QmxAdminReleaseOnSqlite, LeavesItAsItIsForEveryOtherAnswer) {
   }
 }
 
-TEST_P(QmxAdminReleaseOnSqlite, RefusesWhereNobodyCanBeAsked) {
+TEST_P(QmxAdminReleaseOnSqlite, RefusesIfNobodyCanBeAsked) {
   const Process run = Admin({"release", "tssoc200"});
   EXPECT_EQ(run.status, 2);
   EXPECT_THAT(run.out, IsEmpty());

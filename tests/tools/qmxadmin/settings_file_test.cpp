@@ -43,7 +43,7 @@ TEST_F(ASettingsFile, SetsTheVariablesThatAreNotSet) {
   EXPECT_EQ(Variable("QMX_COMPONENT"), "A, b");
 }
 
-TEST_F(ASettingsFile, DoesNotReplaceAVariableThatIsSetToNothing) {
+TEST_F(ASettingsFile, DoesNotReplaceAnEmptyVariable) {
   const EnvironmentVariable logs("QMX_LOGS", "");
   Apply("QMX_LOGS=/var/log/qmx\n");
   EXPECT_EQ(Variable("QMX_LOGS"), "");

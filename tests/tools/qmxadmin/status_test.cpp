@@ -61,7 +61,7 @@ TEST_P(QmxAdminStatus, ShowsEveryTableThatIsCopied) {
   EXPECT_THAT(run.err, IsEmpty());
 }
 
-TEST_P(QmxAdminStatusOnSqlite, TellsTheSameAsJson) {
+TEST_P(QmxAdminStatusOnSqlite, PrintsTheSameAsJson) {
   CopiedOnce();
   const Process run = Admin({"status", "--json"});
   EXPECT_EQ(run.status, 0) << run.err;
@@ -102,7 +102,7 @@ TEST_P(QmxAdminStatusOnSqlite, ShowsControlRecordsOfOtherSpellings) {
             HasSubstr("\nxyz       -                         full    no      -               -  not a table code")));
 }
 
-TEST_P(QmxAdminStatus, ShowsARecordInCapitalsAsTheTablesWhereTheControlTableIgnoresCase) {
+TEST_P(QmxAdminStatus, ShowsARecordInCapitalsAsTheTablesIfTheControlTableIgnoresCase) {
   Execute("drop table tstables");
   EXPECT_EQ(Admin({"init"}).status, 0);
   Execute("insert into tstables (tablename, in_use, syme) values ('TSSOC200', 1, 2)");

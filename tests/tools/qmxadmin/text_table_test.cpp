@@ -55,7 +55,7 @@ TEST(TextTable, CutsCodesOnlyIfTheTerminalIsNarrowerThanThey) {
   EXPECT_EQ(TextTable(kOrders, Wide(1)), "…\n…\n…\n");
 }
 
-TEST(TextTable, ShowsAColumnThatMayBeMissingOnceSomethingIsInIt) {
+TEST(TextTable, ShowsAnOptionalColumnOnceItHasAValue) {
   Listing listing = kOrders;
   listing.rows[1][4] = "no such table";
   EXPECT_EQ(TextTable(listing, {}),
@@ -80,11 +80,11 @@ TEST(TextTable, AlignsLettersOfEveryWidth) {
             "日本      22\n");
 }
 
-TEST(TextTable, NeverSendsTheTerminalWhatItWouldObey) {
+TEST(TextTable, NeverSendsControlSequencesOfValuesToTheTerminal) {
   EXPECT_THAT(TextTable({{{"name", "NAME"}}, {{"\033[2J\nnext"}}}, Wide(80)), testing::EndsWith("\n [2J next\n"));
 }
 
-TEST(TextTable, HasBoldTitlesWhereColoursAreWanted) {
+TEST(TextTable, HasBoldTitlesIfColoursAreWanted) {
   EXPECT_THAT(TextTable(kOrders, {80, true}), HasSubstr("\033[1mTABLE"));
   EXPECT_THAT(TextTable(kOrders, {80, false}), Not(HasSubstr("\033")));
 }

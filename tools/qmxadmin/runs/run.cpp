@@ -2,9 +2,8 @@
 
 #include <fmt/format.h>
 
-#include <ctime>
-
 #include "platform/names.h"
+#include "platform/posix/clock.h"
 #include "platform/run_records/process_identity.h"
 #include "platform/run_records/record_fields.h"
 
@@ -65,11 +64,7 @@ bool IsFailure(const Run& run) {
 }
 
 std::string LocalText(RunMoment moment) {
-  const std::time_t seconds = std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count();
-  std::tm parts{};
-  localtime_r(&seconds, &parts);
-  return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02}", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
-                     parts.tm_hour, parts.tm_min, parts.tm_sec);
+  return LocalTime(std::chrono::floor<seconds>(moment).time_since_epoch().count()).ToFullText();
 }
 
 std::string DurationText(milliseconds duration) {

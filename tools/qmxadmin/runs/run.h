@@ -66,7 +66,7 @@ RunState StateOf(const Run& run);
 // In words: the outcome of a run that ended, else what became of it.
 std::string StateText(const Run& run);
 
-// Whether the run needs a person: it failed, or it never ended. A refused run does not.
+// Whether the run needs attention: it failed, or it never ended. A refused run does not.
 bool IsFailure(const Run& run);
 
 // Local time, "2026-11-20 14:05:09".

@@ -2,7 +2,7 @@ package ServiceOrders;
 
 import java.util.Date;
 
-/** What an order holds besides its number. The C server has the same ones. */
+/** The values of an order besides its number. The C server has the same. */
 final class Model {
   static final Model[] MODELS = new Model[1000];
 
@@ -30,7 +30,7 @@ final class Model {
     return Integer.toString(1000 + number).substring(1);
   }
 
-  /** Two of three orders are not done yet: year 0 and month 0 stand for no date. */
+  /** Two of three orders are not done yet. Year 0 and month 0 mean no date. */
   private static Date date(int k, int i) {
     if (i >= 6 && k % 3 > 0) return new Date(0, 0, 1);
     return new Date(126, (k + i) % 12, 1 + (k + i) % 28, 6 + k % 12, k % 60, i);

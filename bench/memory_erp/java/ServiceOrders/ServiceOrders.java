@@ -2,12 +2,12 @@ package ServiceOrders;
 
 import java.util.Date;
 
-/** A service order, with getters as Java people write them: dates are copied, since a Date can be changed. */
+/** A service order, with getters in usual Java: dates are copied, because a Date can be changed. */
 public class ServiceOrders {
   private final String number;
   private final Model model;
 
-  /** The program makes an empty one itself, to ask it for its class. */
+  /** The program creates an empty record to ask for its class. */
   public ServiceOrders() {
     this("", Model.MODELS[0]);
   }

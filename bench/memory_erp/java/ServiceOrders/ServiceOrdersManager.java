@@ -3,7 +3,7 @@ package ServiceOrders;
 import java.util.Enumeration;
 import java.util.NoSuchElementException;
 
-/** Lists the thousand models over and over, each time under another number. */
+/** Lists the thousand models again and again, with new numbers each time. */
 public class ServiceOrdersManager {
   private int count;
 

@@ -1,6 +1,6 @@
 package audit;
 
-/** Nothing has ever changed. */
+/** An audit reader without entries. */
 public class AuditReader {
   public void initialize(Object manager, Object record, auditCriteria criteria) {}
 

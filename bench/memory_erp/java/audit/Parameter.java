@@ -1,6 +1,6 @@
 package audit;
 
-/** Narrows a key column of an audit question. */
+/** Filters a key column of an audit query. */
 public class Parameter {
   private String fieldName;
   private String from;

@@ -1,4 +1,4 @@
 package audit;
 
-/** Tells how an entry's record was changed; here there are no entries. */
+/** How an entry's record was changed. There are no entries here. */
 public class RecordStatus {}

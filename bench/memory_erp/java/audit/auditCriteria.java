@@ -3,7 +3,7 @@ package audit;
 import java.util.ArrayList;
 import java.util.List;
 
-/** What an audit reader is asked. */
+/** The criteria of an audit query. */
 public class auditCriteria {
   private period period;
   private final List<Parameter> parameters = new ArrayList<>();

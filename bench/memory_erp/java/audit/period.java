@@ -2,7 +2,7 @@ package audit;
 
 import java.util.Date;
 
-/** The period of an audit question. */
+/** The period of an audit query. */
 public class period {
   private Date from;
   private Date to;

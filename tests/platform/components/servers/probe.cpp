@@ -1,5 +1,5 @@
-// A server whose object "Test.Probe" does with values, objects and errors whatever a test asks for. Its members break
-// the contract where their names say so.
+// A server whose object "Test.Probe" handles values, objects and errors as tests need. Members whose names say so break
+// the contract.
 #include <qmx/component_server.h>
 
 #include <map>

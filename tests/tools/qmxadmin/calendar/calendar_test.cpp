@@ -99,7 +99,7 @@ TEST_F(QmxAdminCalendar, GivesTheIntervalsAsJson) {
       "]\n");
 }
 
-TEST_F(QmxAdminCalendar, ShowsFourWeeksWhereNothingElseIsAskedFor) {
+TEST_F(QmxAdminCalendar, ShowsFourWeeksIfNothingElseIsAskedFor) {
   const auto weeks = [](const std::string& text) {
     std::size_t count = 0;
     for (std::size_t at = 0; (at = text.find("\nWeek ", at)) != std::string::npos; ++at) ++count;

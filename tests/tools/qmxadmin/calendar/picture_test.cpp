@@ -38,7 +38,7 @@ TEST(ACalendarInTheTerminal, IsNoWiderThanTheTerminal) {
   }
 }
 
-TEST(ACalendarInTheTerminal, SaysWhereAWeekHasNoWorkingTime) {
+TEST(ACalendarInTheTerminal, SaysThatAWeekHasNoWorkingTime) {
   EXPECT_EQ(TerminalPicture(Empty(), 60),
             "Calendar NIGHT\n"
             "23 – 29 November 2026 · 0:00 hours\n"

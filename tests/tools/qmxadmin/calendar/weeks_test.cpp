@@ -60,7 +60,7 @@ TEST(WeeksOfACalendar, GiveNoBlockToTheDayAtWhoseMidnightAnIntervalEnds) {
   EXPECT_THAT(week.weeks[0].days[2].blocks, IsEmpty());
 }
 
-TEST(WeeksOfACalendar, CutWhatComesInFromBeforeAndGoesOnBehind) {
+TEST(WeeksOfACalendar, CutIntervalsThatBeginBeforeOrEndAfterThem) {
   const Weeks week =
       OneWeek({From("2026-11-22 22:00", "2026-11-23 06:00"), From("2026-11-29 22:00", "2026-11-30 06:00")});
   EXPECT_THAT(BlocksOf(week.weeks[0].days[0]), ElementsAre("00:00-06:00 lane 0"));
@@ -68,7 +68,7 @@ TEST(WeeksOfACalendar, CutWhatComesInFromBeforeAndGoesOnBehind) {
   EXPECT_THAT(week.intervals, SizeIs(2));
 }
 
-TEST(WeeksOfACalendar, LeaveOutWhatLiesElsewhere) {
+TEST(WeeksOfACalendar, LeaveOutIntervalsOutsideOfThem) {
   const Weeks week = OneWeek({From("2026-11-22 08:00", "2026-11-23"), From("2026-11-30", "2026-11-30 08:00"),
                               From("2026-11-20 08:00", "2026-11-19 08:00")});
   EXPECT_EQ(week.minutes, 0);
@@ -97,14 +97,14 @@ TEST(WeeksOfACalendar, CountAnIntervalWithinAnotherOnce) {
   EXPECT_THAT(week.remarks, SizeIs(2));
 }
 
-TEST(WeeksOfACalendar, SayThatTheSameIntervalStandsThereTwice) {
+TEST(WeeksOfACalendar, ReportAnIntervalThatOccursTwice) {
   const Weeks week =
       OneWeek({From("2026-11-23 08:00", "2026-11-23 12:00"), From("2026-11-23 08:00", "2026-11-23 12:00")});
   EXPECT_EQ(week.minutes, 4 * 60);
   EXPECT_THAT(week.remarks, SizeIs(1));
 }
 
-TEST(WeeksOfACalendar, SayWhatCannotBeDrawn) {
+TEST(WeeksOfACalendar, ReportIntervalsThatCannotBeDrawn) {
   const Weeks week =
       OneWeek({From("2026-11-23 22:00", "2026-11-23 06:00"), From("2026-11-24 08:00", "2026-11-24 08:00")});
   EXPECT_EQ(week.minutes, 0);

@@ -23,7 +23,7 @@ class ACopyLog : public testing::Test {
   TempFolder folder;
 };
 
-TEST_F(ACopyLog, TellsWhatARunAddedToIt) {
+TEST_F(ACopyLog, GivesWhatARunAddedToIt) {
   Append("\"Date-Time :2026-11-20 : 14:05:09\"\r\n\"Table : tsmdm030 - 99 records Inserted\"\r\n");
   const CopyLog log(folder.Path(), "tsmdm030");
   EXPECT_EQ(Read(log), "none");
@@ -33,7 +33,7 @@ TEST_F(ACopyLog, TellsWhatARunAddedToIt) {
   EXPECT_EQ(Read(log), "12 3 4");
 }
 
-TEST_F(ACopyLog, LeavesOutWhatWasNotWritten) {
+TEST_F(ACopyLog, HasZeroForCountsThatWereNotWritten) {
   const CopyLog log(folder.Path(), "tsmdm030");  // which is not there yet
   Append(
       "\"Date-Time :2026-11-21 : 14:05:09\"\r\n\"Table : tsmdm030 - 0 records Inserted\"\r\n"
@@ -41,7 +41,7 @@ TEST_F(ACopyLog, LeavesOutWhatWasNotWritten) {
   EXPECT_EQ(Read(log), "0 0 4");
 }
 
-TEST_F(ACopyLog, TellsNothingOfARunThatFailed) {
+TEST_F(ACopyLog, HasNoCountsOfAFailedRun) {
   const CopyLog log(folder.Path(), "tsmdm030");
   Append("\"Date-Time :2026-11-21 : 14:05:09\"\r\n\"Copy Service Types\",\" Copy of 5 records Inserted failed\"\r\n");
   EXPECT_EQ(Read(log), "none");

@@ -24,7 +24,7 @@ class QmxAdminCopy : public Copying {
   }
 };
 
-TEST_F(QmxAdminCopy, CopiesByChangeWhereTheTableIsSetSo) {
+TEST_F(QmxAdminCopy, CopiesByChangeIfTheTableIsSetSo) {
   EXPECT_EQ(Copy({"tsmdm030"}).status, 0);
   Sql("update tstables set syme = 2");
   const Process run = Copy({"tsmdm030", "--json"});
@@ -46,7 +46,7 @@ TEST_F(QmxAdminCopy, CopiesATableOnceHoweverOftenItIsNamed) {
   EXPECT_EQ(nlohmann::json::parse(run.out).size(), 1U);
 }
 
-TEST_F(QmxAdminCopy, TellsWhatAFailedCopySaidAndGoesOn) {
+TEST_F(QmxAdminCopy, PrintsTheErrorsOfAFailedCopyAndContinues) {
   component_ = "OrvanSandbox, " + (folder_ / "none.db");
   const Process run = Copy({"tsmdm030", "tsmdm100"});
   EXPECT_EQ(run.status, 1);
@@ -56,7 +56,7 @@ TEST_F(QmxAdminCopy, TellsWhatAFailedCopySaidAndGoesOn) {
                              HasSubstr("none.db"), HasSubstr("tsmdm100: failed\n")));
 }
 
-TEST_F(QmxAdminCopy, TellsARefusalByStatusAndWords) {
+TEST_F(QmxAdminCopy, ReportsARefusalByStatusAndText) {
   Sql("insert into tstables (TableName, in_use) values ('tsmdm030', 1)");
   const Process run = Copy({"tsmdm030"});
   EXPECT_EQ(run.status, 1);
@@ -64,7 +64,7 @@ TEST_F(QmxAdminCopy, TellsARefusalByStatusAndWords) {
   EXPECT_THAT(run.err, HasSubstr("tsmdm030: refused, in progress\n"));
 }
 
-TEST_F(QmxAdminCopy, TellsACalendarKindThatThereIsNot) {
+TEST_F(QmxAdminCopy, ReportsAnUnknownCalendarKind) {
   const Process run = Copy({"tcccp030=DAY=X"});
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out, HasSubstr("tcccp030=DAY=X  Calendars    full    no such calendar kind"));
@@ -72,7 +72,7 @@ TEST_F(QmxAdminCopy, TellsACalendarKindThatThereIsNot) {
               HasSubstr("tcccp030=DAY=X: no such calendar kind\n  error 5, clsDataCopy: There is no calendar kind"));
 }
 
-TEST_F(QmxAdminCopy, TellsACopyWhoseTableStaysInProgressApartFromOneThatCouldNotStart) {
+TEST_F(QmxAdminCopy, DistinguishesACopyWhoseTableStaysInProgressFromOneThatCouldNotStart) {
   Sql("drop table tstables");
   Sql("create table tstables (TableName varchar(30) primary key, in_use smallint check (in_use = 1), freq smallint, "
       "reqd smallint, syme smallint, lutm datetime)");
@@ -82,7 +82,7 @@ TEST_F(QmxAdminCopy, TellsACopyWhoseTableStaysInProgressApartFromOneThatCouldNot
   EXPECT_THAT(run.err, HasSubstr("tsmdm030: copied, then failed, 3 added, 0 updated, 0 removed\n  error "));
 }
 
-TEST_F(QmxAdminCopy, LeavesCalendarsAloneWhereEmployeesFailed) {
+TEST_F(QmxAdminCopy, LeavesCalendarsAloneIfEmployeesFailed) {
   component_ = "OrvanSandbox, " + (folder_ / "none.db");
   const Process run = Copy({"tsmdm140", "tcccp030"});
   EXPECT_EQ(run.status, 1);
@@ -106,7 +106,7 @@ TEST_F(QmxAdminCopy, TakesTheConnectionFromTheEnvironment) {
   EXPECT_THAT(run.err, HasSubstr("tsmdm030: copied, 3 added"));
 }
 
-TEST_F(QmxAdminCopy, StartsNothingWhereSomethingIsWrongBeforehand) {
+TEST_F(QmxAdminCopy, StartsNothingIfSomethingIsWrongBeforehand) {
   EXPECT_THAT(Refusal({}), HasSubstr("Name the tables or give --all."));
   EXPECT_THAT(Refusal({"tsmdm999"}), HasSubstr("There is no table \"tsmdm999\""));
   EXPECT_THAT(Refusal({"tsmdm030", "--jobs", "0"}), HasSubstr("1 or more"));
@@ -116,7 +116,7 @@ TEST_F(QmxAdminCopy, StartsNothingWhereSomethingIsWrongBeforehand) {
   EXPECT_THAT(Refusal({"tsmdm030"}), HasSubstr("\"COMPONENT1, COMPONENT2\""));
 }
 
-TEST_F(QmxAdminCopy, StartsNothingWhereItsCommandLineWouldBeSplitElsewhere) {
+TEST_F(QmxAdminCopy, StartsNothingIfItsCommandLineWouldBeSplitElsewhere) {
   const Process comma = test::Run(
       QMX_ADMIN, {"copy", "Provider=SQLite;Data Source=a,b", "", "tsmdm030", "--logs", "x", "--component", component_},
       environment_);

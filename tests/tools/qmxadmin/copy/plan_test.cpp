@@ -25,14 +25,14 @@ TEST(ACopyPlan, HasCalendarsWaitForEmployees) {
   EXPECT_EQ(plan.Next(), std::nullopt);
 }
 
-TEST(ACopyPlan, LeavesCalendarsOutWhereEmployeesWereNotCopied) {
+TEST(ACopyPlan, LeavesCalendarsOutIfEmployeesWereNotCopied) {
   CopyPlan plan({"tsmdm140", "tcccp030"});
   EXPECT_EQ(plan.Next(), 0U);
   plan.Ended(0, false);
   EXPECT_EQ(plan.Next(), std::nullopt);
 }
 
-TEST(ACopyPlan, HasCalendarsWaitForNobodyWhereNoEmployeesAreCopied) {
+TEST(ACopyPlan, HasCalendarsWaitForNobodyIfNoEmployeesAreCopied) {
   CopyPlan plan({"tcccp030"});
   EXPECT_EQ(plan.Next(), 0U);
 }

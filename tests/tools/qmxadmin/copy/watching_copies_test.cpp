@@ -54,7 +54,7 @@ TEST_F(WatchedCopies, ShowALineEachWhileTheyRunAndThenHowTheyEnded) {
   EXPECT_THAT(screen[3], StartsWith("tsmdm030  Service Types    full    copied      -        -        -"));
 }
 
-TEST_F(WatchedCopies, AreToldInPlainLinesWhereNothingCanBeDrawn) {
+TEST_F(WatchedCopies, AreReportedInPlainLinesIfNothingCanBeDrawn) {
   DataCopyIs("echo rows 1234 >&3; sleep 0.3");
   environment_["TERM"] = "dumb";
   const TerminalRun end = OnATerminal({"tsmdm030"}).Wait();
@@ -62,7 +62,7 @@ TEST_F(WatchedCopies, AreToldInPlainLinesWhereNothingCanBeDrawn) {
   EXPECT_THAT(end.shown, Not(HasSubstr("\x1b")));
 }
 
-TEST_F(WatchedCopies, AreSoManyAtATime) {
+TEST_F(WatchedCopies, RunAtMostTheGivenNumberAtATime) {
   const std::string count = "ls '" + folder_.Path().string() + "' | grep -c running >> '" + (folder_ / "counts") + "'";
   DataCopyIs("touch '" + (folder_ / "running") + "'.$$; " + count + "; sleep 0.2; rm '" + (folder_ / "running") +
              "'.$$");
@@ -71,7 +71,7 @@ TEST_F(WatchedCopies, AreSoManyAtATime) {
   EXPECT_THAT(counts, AllOf(HasSubstr("2"), Not(HasSubstr("3")), Not(HasSubstr("4"))));
 }
 
-TEST_F(WatchedCopies, AreToldAsKilledWhereASignalEndsThem) {
+TEST_F(WatchedCopies, AreReportedAsKilledIfASignalEndsThem) {
   DataCopyIs("kill -9 $$");
   const Process run = Copy({"tsmdm030"});
   EXPECT_EQ(run.status, 1);
@@ -81,7 +81,7 @@ TEST_F(WatchedCopies, AreToldAsKilledWhereASignalEndsThem) {
                         "  The table stays in progress. \"qmxadmin release tsmdm030\" allows the next copy.\n"));
 }
 
-TEST_F(WatchedCopies, AreNotBelievedAStatusThatTheirMainDidNotTell) {
+TEST_F(WatchedCopies, AreNotTrustedWithAStatusThatTheirMainDidNotReport) {
   for (const char* script : {"exit 0", "exit 1", "exit 3", "echo rows 7 >&3; exit 0", "echo end 1 >&3; exit 0"}) {
     DataCopyIs(script);
     const Process run = Copy({"tsmdm140", "tcccp030"});
@@ -95,7 +95,7 @@ TEST_F(WatchedCopies, AreNotBelievedAStatusThatTheirMainDidNotTell) {
   }
 }
 
-TEST_F(WatchedCopies, AreToldToEndWhereQmxAdminIs) {
+TEST_F(WatchedCopies, AreInterruptedIfQmxAdminIs) {
   DataCopyIs("exec sleep 60");
   for (const int signal : {SIGTERM, SIGINT}) {
     environment_["TERM"] = "dumb";
@@ -112,7 +112,7 @@ TEST_F(WatchedCopies, AreToldToEndWhereQmxAdminIs) {
   }
 }
 
-TEST_F(WatchedCopies, AreToldAsReleasedWhereTheyWereInterrupted) {
+TEST_F(WatchedCopies, AreReportedAsReleasedIfTheyWereInterrupted) {
   DataCopyIs(
       "trap 'echo \"error 118, Copy\" >&2; echo \"  because of error 18, Interrupted: SIGTERM\" >&2; "
       "echo end 1 >&3; exit 1' TERM; echo rows 5 >&3; while :; do sleep 0.05; done");
@@ -127,7 +127,7 @@ TEST_F(WatchedCopies, AreToldAsReleasedWhereTheyWereInterrupted) {
                     HasSubstr("tsmdm030  Service Types    full    interrupted  "), HasSubstr("Not run: tsmdm100.")));
 }
 
-TEST_F(WatchedCopies, AreToldToEndByAKeyAtTheTerminal) {
+TEST_F(WatchedCopies, AreInterruptedByAKeyAtTheTerminal) {
   DataCopyIs("echo rows 5 >&3; exec sleep 60");
   TerminalProcess& run = OnATerminal({"tsmdm030", "tsmdm100"});
   run.WaitFor("5 rows");
@@ -137,7 +137,7 @@ TEST_F(WatchedCopies, AreToldToEndByAKeyAtTheTerminal) {
   EXPECT_THAT(end.shown, AllOf(HasSubstr("tsmdm030: ended by signal 2 (Interrupt)"), HasSubstr("Not run: tsmdm100.")));
 }
 
-TEST_F(WatchedCopies, AreShownWithWhatTheySayAndNoMore) {
+TEST_F(WatchedCopies, AreShownWithTheirErrorsAndNothingElse) {
   DataCopyIs("echo one; echo \"two $1\" >&2; printf 'three\\033[2J' >&2", 2);
   const Process run = Copy({"tsmdm030"});
   EXPECT_EQ(run.status, 1);
@@ -148,7 +148,7 @@ TEST_F(WatchedCopies, AreShownWithWhatTheySayAndNoMore) {
   EXPECT_THAT(run.err, Not(HasSubstr("\x1b")));
 }
 
-TEST_F(WatchedCopies, AreFoundInThePathWhereTheyDoNotStandBeside) {
+TEST_F(WatchedCopies, AreFoundInThePathIfTheyAreNotInTheSameFolder) {
   std::filesystem::create_directory(folder_ / "elsewhere");
   DataCopyIs("");
   std::filesystem::rename(folder_ / "qmxdatacopy", folder_ / "elsewhere/qmxdatacopy");

@@ -21,7 +21,7 @@ TEST(AnAge, IsANumberAndAUnit) {
   EXPECT_EQ(Raised([] { RequiredAge("soon"); }).Number(), 5);
 }
 
-TEST(AMoment, IsALocalTimeOrAnAgeThatEndsNow) {
+TEST(AMoment, IsALocalTimeOrAnAgeBeforeNow) {
   const EnvironmentVariable zone("TZ", "CET-1");
   tzset();
   const RunMoment now(seconds(1795183200));

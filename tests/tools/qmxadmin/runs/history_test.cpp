@@ -107,7 +107,7 @@ TEST_F(QmxAdminHistory, GivesTheWholeChainOfCausesAsJson) {
   EXPECT_EQ(runs[2]["causes"], RunLog::Json::array());  // never ended
 }
 
-TEST_F(QmxAdminHistory, WantsMoreOfANumberThatSeveralRunsBeginWith) {
+TEST_F(QmxAdminHistory, RefusesABeginningThatSeveralRunNumbersShare) {
   EXPECT_THAT(History({"--run", "bbbb"}).err, HasSubstr("2 runs begin with bbbb: give more of the number."));
   EXPECT_EQ(History({"--run", "cccc"}).status, 0);
   const Process none = History({"--run", "dddd"});

@@ -26,7 +26,7 @@ TEST(AnOutputFile, ReplacesTheOldOneWholeAndIsReadableByAll) {
   EXPECT_EQ(FilesIn(folder), 2);
 }
 
-TEST(AnOutputFile, StaysAsItWasWhereTheDiskIsFull) {
+TEST(AnOutputFile, StaysAsItWasIfTheDiskIsFull) {
   const TempFolder folder;
   WriteFile(folder / "file", "old");
   const Error failure = [&] {
@@ -38,7 +38,7 @@ TEST(AnOutputFile, StaysAsItWasWhereTheDiskIsFull) {
   EXPECT_EQ(FilesIn(folder), 1);
 }
 
-TEST(AnOutputFile, IsNamedWhereItsFolderIsMissing) {
+TEST(AnOutputFile, IsNamedIfItsFolderIsMissing) {
   EXPECT_EQ(Raised([] { WriteOutputFile("/none/file", "new"); }).Description(),
             "The file \"/none/file\" cannot be written: No such file or directory.");
 }

@@ -32,12 +32,12 @@ TEST_P(QmxAdminReleaseWithRuns, TakesSeveralTables) {
   EXPECT_THAT(InUse(), IsEmpty());
 }
 
-TEST_P(QmxAdminReleaseWithRuns, ReleasesNoneWhereOneIsUnknown) {
+TEST_P(QmxAdminReleaseWithRuns, ReleasesNoneIfOneIsUnknown) {
   EXPECT_EQ(Admin({"release", "tssoc200", "nothing", "--yes"}).status, 2);
   EXPECT_THAT(InUse(), ElementsAre("tsmdm030", "tssoc200"));
 }
 
-TEST_P(QmxAdminReleaseWithRuns, TellsWhoHeldTheTableOnWhichHost) {
+TEST_P(QmxAdminReleaseWithRuns, PrintsWhichProcessOnWhichHostHeldTheTable) {
   log_.AddStart("r1", "tssoc200", "2026-11-20T14:00:00.000+00:00", {{"host", "elsewhere"}, {"pid", 4711}});
   const Process run = Admin({"release", "tssoc200", "--yes", "--logs", log_.Folder()});
   EXPECT_EQ(run.status, 0);

@@ -26,7 +26,7 @@ class TheRunHistory : public testing::Test {
   RunLog log_;
 };
 
-TEST_F(TheRunHistory, PutsARunTogetherFromItsStartAndItsEnd) {
+TEST_F(TheRunHistory, JoinsTheStartAndTheEndOfARun) {
   log_.AddFailed("r1", "tcccp030=E1=E", "2026-11-20T14:00:00.500+01:00", "2026-11-20T14:00:02.000+01:00");
   const std::vector<qmx::Run> runs = ReadRuns(log_.Folder());
   ASSERT_EQ(runs.size(), 1U);
@@ -51,7 +51,7 @@ TEST_F(TheRunHistory, IsSortedByTheInstantWhateverTheZone) {
   EXPECT_THAT(Numbers(), ElementsAre("early", "late"));
 }
 
-TEST_F(TheRunHistory, SkipsTornRecordsAndWhatIsNoRecord) {
+TEST_F(TheRunHistory, SkipsTornRecordsAndOtherLines) {
   log_.AddStart("r1", "t", "2026-11-20T14:00:00.000+01:00");
   log_.Append(R"({"v":1,"record":"start","run":"torn","tab)");
   log_.Append("[1, 2]");
@@ -88,7 +88,7 @@ TEST_F(TheRunHistory, MatchesAnEndInARotatedFileWithItsStart) {
   EXPECT_EQ(StateOf(runs[0]), RunState::Complete);
 }
 
-TEST_F(TheRunHistory, TellsTheStartOfARunWhoseStartIsGoneByItsEnd) {
+TEST_F(TheRunHistory, ComputesAMissingStartFromTheEnd) {
   log_.Append(RunLog::Complete("r1", "t", "2026-11-18T14:00:01.500+01:00").dump());
   const std::vector<qmx::Run> runs = ReadRuns(log_.Folder());
   EXPECT_EQ(runs.at(0).started, RunMoment(std::chrono::milliseconds(1795006800000)));

@@ -45,7 +45,7 @@ TEST_F(TheMetrics, HaveTheLastRunOfEachTable) {
   EXPECT_THAT(text, Not(HasSubstr("qmx_copy_last_success_timestamp_seconds{table=\"tssoc200\"}")));
 }
 
-TEST_F(TheMetrics, TellARunThatIsRunningFromOneThatIsGone) {
+TEST_F(TheMetrics, DistinguishARunInProgressFromOneThatIsGone) {
   log_.AddStart("r1", "tsmdm030", "2026-11-20T14:50:00.000+01:00");
   log_.AddStart("r2", "tssoc200", "2026-11-20T14:50:00.000+01:00", {{"pid_start", 1}});
   EXPECT_THAT(Text(), HasSubstr("qmx_copy_in_progress_seconds{table=\"tsmdm030\"} 600\n"));

@@ -52,7 +52,7 @@ TEST_P(QmxAdminStatusWithRuns, NamesWhoHoldsATableAndSinceWhen) {
               HasSubstr("process " + std::to_string(getpid()) + " on " + HostName() + ", user qmx, since 2026-11-20 "));
 }
 
-TEST_P(QmxAdminStatusWithRuns, EndsWithOneWhereTheRunOfAFlagIsGone) {
+TEST_P(QmxAdminStatusWithRuns, EndsWithOneIfTheRunOfAFlagIsGone) {
   Execute("insert into tstables (tablename, in_use) values ('tsmdm030', 1)");
   log_.AddStart("r1", "tsmdm030", "2026-11-20T14:00:00.000+01:00", {{"boot", "another"}});
   EXPECT_EQ(Status().status, 1);
@@ -60,7 +60,7 @@ TEST_P(QmxAdminStatusWithRuns, EndsWithOneWhereTheRunOfAFlagIsGone) {
   EXPECT_THAT(Status().out, HasSubstr("in use, but its run is gone: qmxadmin release tsmdm030"));
 }
 
-TEST_P(QmxAdminStatusWithRuns, EndsWithOneWhereAFlagIsSetAndTheLastRunEnded) {
+TEST_P(QmxAdminStatusWithRuns, EndsWithOneIfAFlagIsSetAndTheLastRunEnded) {
   Execute("insert into tstables (tablename, in_use) values ('tsmdm030', 1)");
   Complete("tsmdm030");
   EXPECT_EQ(Status().status, 1);
@@ -72,7 +72,7 @@ TEST_P(QmxAdminStatusWithRuns, DoesNotJudgeARunOnAnotherHost) {
   EXPECT_EQ(Status().status, 0);
 }
 
-TEST_P(QmxAdminStatusWithRuns, EndsWithOneWhereTheLastRunFailed) {
+TEST_P(QmxAdminStatusWithRuns, EndsWithOneIfTheLastRunFailed) {
   Execute("insert into tstables (tablename, in_use) values ('tsmdm030', 0)");
   log_.AddFailed("r1", "tsmdm030", "2026-11-20T14:00:00.000+01:00", "2026-11-20T14:00:01.500+01:00");
   EXPECT_EQ(Status().status, 1);
@@ -80,13 +80,13 @@ TEST_P(QmxAdminStatusWithRuns, EndsWithOneWhereTheLastRunFailed) {
   EXPECT_EQ(Admin({"status"}).status, 0);  // nothing is known of runs
 }
 
-TEST_P(QmxAdminStatusWithRuns, EndsWithOneWhereTheRecordOfACopiedTableIsMissing) {
+TEST_P(QmxAdminStatusWithRuns, EndsWithOneIfTheRecordOfACopiedTableIsMissing) {
   Complete("tsmdm030");
   EXPECT_EQ(Status().status, 1);
   EXPECT_EQ(Table("tsmdm030")["note"], "no record, no record, though it was copied");
 }
 
-TEST_P(QmxAdminStatusWithRuns, EndsWithOneWhereALastUpdateIsTooOld) {
+TEST_P(QmxAdminStatusWithRuns, EndsWithOneIfALastUpdateIsTooOld) {
   Execute("insert into tstables (tablename, in_use, lutm) values ('tsmdm030', 0, '2020-11-20 14:00:00')");
   EXPECT_EQ(Admin({"status"}).status, 0);
   EXPECT_EQ(Admin({"status", "--max-age", "36500days"}).status, 0);
@@ -98,7 +98,7 @@ TEST_P(QmxAdminStatusWithRuns, EndsWithOneWhereALastUpdateIsTooOld) {
   EXPECT_EQ(Admin({"status", "--max-age", "soon"}).status, 2);
 }
 
-TEST_P(QmxAdminStatusWithRuns, EndsWithOneWhereATableIsMissing) {
+TEST_P(QmxAdminStatusWithRuns, EndsWithOneIfATableIsMissing) {
   Execute("drop table tsmdm030");
   const Process status = Admin({"status"});
   EXPECT_EQ(status.status, 1);

@@ -99,7 +99,7 @@ INSTANTIATE_TEST_SUITE_P(Over, Comparing, testing::ValuesIn(DriversUnderTest([](
                          })),
                          [](const auto& info) { return info.param.name; });
 
-TEST_P(Comparing, FindsNothingWhereAllIsTheSame) {
+TEST_P(Comparing, FindsNoDifferenceBetweenEqualRows) {
   AddBoth(Row("A", 1));
   AddBoth({"B", std::int32_t{2}, Variant::Null(), Variant::Null(), Variant::Null(), Variant::Null()});
   AddBoth({"Ünï ' \" \\ ; %_", std::int32_t{-1}, "O'Hara \\ 'x' ?", 0.1 + 0.2,
@@ -110,7 +110,7 @@ TEST_P(Comparing, FindsNothingWhereAllIsTheSame) {
   EXPECT_EQ(rows_.erp, 4);
 }
 
-TEST_P(Comparing, TellsMissingSurplusAndDifferentRows) {
+TEST_P(Comparing, ReportsMissingSurplusAndDifferentRows) {
   AddBoth(Row("A", 1));
   Add(*erp_, Row("A", 2));
   Add(*local_, Row("A", 3));
@@ -122,7 +122,7 @@ TEST_P(Comparing, TellsMissingSurplusAndDifferentRows) {
   EXPECT_EQ(rows_.erp, 3);
 }
 
-TEST_P(Comparing, TakesNoValueForAlmostTheSameOne) {
+TEST_P(Comparing, FindsTheSmallestDifferenceBetweenValues) {
   Add(*local_, Row("A", 1, "x "));
   Add(*erp_, Row("A", 1, "x"));
   Add(*local_, Row("B", 1, "n", 0.3));
@@ -143,7 +143,7 @@ TEST_P(Comparing, KeepsLettersAndBlanksOfKeysApart) {
   EXPECT_THAT(Differences(), UnorderedElementsAre("surplus b/1", "missing B/1"));
 }
 
-TEST_P(Comparing, TellsAKeyThatTheErpListsSeveralTimes) {
+TEST_P(Comparing, ReportsAKeyThatTheErpListsSeveralTimes) {
   Add(*local_, Row("A", 1, "last"));
   Add(*erp_, Row("A", 1, "first"));
   Add(*erp_, Row("A", 1, "last"));
@@ -151,12 +151,12 @@ TEST_P(Comparing, TellsAKeyThatTheErpListsSeveralTimes) {
   EXPECT_EQ(rows_.erp, 2);
 }
 
-TEST_P(Comparing, TellsARowWithoutAKeyAsMissing) {
+TEST_P(Comparing, ReportsARowWithoutAKeyAsMissing) {
   Add(*erp_, {Variant::Null(), std::int32_t{1}, "n", 1.0, Variant::Null(), Variant::Null()});
   EXPECT_THAT(Differences(), ElementsAre("missing /1"));
 }
 
-TEST_P(Comparing, DoesNotTakeOlderRowsThanAreListedForSurplus) {
+TEST_P(Comparing, DoesNotCountRowsBeforeTheListedOnesAsSurplus) {
   Add(*local_, {"A", std::int32_t{1}, "n", 1.0, DateTime::FromDate(2026, 11, 19), std::int16_t{1}});
   Add(*local_, {"A", std::int32_t{2}, "n", 1.0, DateTime::FromDate(2026, 11, 20), std::int16_t{1}});
   EXPECT_THAT(Differences(DateTime::FromDate(2026, 11, 20)), ElementsAre("surplus A/2"));

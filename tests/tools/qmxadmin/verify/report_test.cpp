@@ -42,7 +42,7 @@ std::string Told(OutputForm form) {
   return out.str();
 }
 
-TEST(AVerifyReport, TellsADifferenceALineAndEachTablesCounts) {
+TEST(AVerifyReport, PrintsOneLinePerDifferenceAndTheCountsOfEachTable) {
   EXPECT_EQ(
       Told(OutputForm::Table),
       "kinds missing: code='A', line=1\n"

@@ -59,7 +59,7 @@ TEST_F(QmxAdminVerify, FindsAllMissingInAnEmptyTable) {
               AllOf(StartsWith("tsmdm030 missing: cstp='"), EndsWith("tsmdm030: 3 in the ERP, 0 here: 3 missing\n")));
 }
 
-TEST_F(QmxAdminVerify, LeavesNoTraceEvenWhereTheErpFails) {
+TEST_F(QmxAdminVerify, LeavesNoTraceEvenIfTheErpFails) {
   environment_["QMX_MESSAGE_BOARD"] = folder_ / "board";
   ASSERT_EQ(Copy({"tsmdm030"}).status, 0);
   const std::string log = ReadFile(folder_ / "logs/tsmdm030.log");
@@ -96,7 +96,7 @@ TEST_F(CrashingErp, LeavesNoFileBehind) {
   EXPECT_TRUE(std::filesystem::is_empty(folder_ / "tmp"));
 }
 
-TEST_F(CrashingErp, LeavesNoFileBehindWhereTheProgramIsKilled) {
+TEST_F(CrashingErp, LeavesNoFileBehindIfTheProgramIsKilled) {
   environment_["QMX_TEST_KILL"] = "1";
   const Process run = Verify({"tsmdm030"});
   EXPECT_EQ(run.status, 128 + SIGKILL) << run.err;
@@ -189,7 +189,7 @@ TEST_F(QmxAdminVerify, LeavesCalendarsOutOfAllTablesIfNobodyHasOne) {
   EXPECT_EQ(run.err, "tcccp030 was not compared, because no service employee in tsmdm140 has a calendar.\n");
 }
 
-TEST_F(QmxAdminVerify, WantsTables) {
+TEST_F(QmxAdminVerify, NeedsTables) {
   const Process run = Verify({});
   EXPECT_EQ(run.status, 2);
   EXPECT_THAT(run.err, HasSubstr("Name the tables or give --all."));
