@@ -1,5 +1,6 @@
 #include "platform/batches/insert.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "platform/error.h"
@@ -24,11 +25,13 @@ BatchingInsert::~BatchingInsert() {
 void BatchingInsert::Bind(std::size_t parameter, const Variant& value) { bound_.at(parameter) = &value; }
 
 std::size_t BatchingInsert::BindRow(std::span<const Variant> row) {
-  std::size_t parameter = 0;
+  auto bound = bound_.begin();
   for (const Variant& value : row) {
-    if (!value.IsEmpty()) bound_.at(parameter++) = &value;
+    if (value.IsEmpty()) continue;
+    if (bound == bound_.end()) throw std::out_of_range("more values than the statement has columns");
+    *bound++ = &value;
   }
-  return parameter;
+  return static_cast<std::size_t>(bound - bound_.begin());
 }
 
 bool BatchingInsert::Step() {

@@ -34,10 +34,13 @@ bool RowQueue::Add(RowSink& sink, std::span<const Variant* const> row) {
   }
   const std::size_t end = batch.used + row.size();
   if (batch.values.size() < end) batch.values.resize(end);
-  for (std::size_t column = 0; column < row.size(); ++column) {
-    batch.values[batch.used + column] = *row[column];
-    if (const std::string* text = row[column]->IfText()) batch.bytes += text->size();
+  std::size_t bytes = 0;
+  Variant* waiting = batch.values.data() + batch.used;
+  for (const Variant* value : row) {
+    *waiting++ = *value;
+    if (const std::string* text = value->IfText()) bytes += text->size();
   }
+  batch.bytes += bytes;
   batch.used = end;
   if (++batch.rows < sink.MostRows() && batch.bytes < kMostBytes) return false;
   ++ended_;
