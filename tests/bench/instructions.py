@@ -114,8 +114,8 @@ class Measured:
 
 
 MEASURED = {
-    "full-copy": Measured("A row of a full copy", full_copy, 1, 10_001, 1, 38_500),
-    "changed-copy": Measured("A change", changed_copy, 40, 4_040, 1, 101_500),
+    "full-copy": Measured("A row of a full copy", full_copy, 1, 10_001, 1, 37_000),
+    "changed-copy": Measured("A change", changed_copy, 40, 4_040, 1, 98_000),
     "expansion": Measured("An interval of an expansion", expansion, 1, 2, 5_200, 13_500),
 }
 
@@ -131,8 +131,9 @@ def main():
     require(shutil.which("valgrind"), "valgrind")
     require((PROGRAMS / "qmxdatacopy").exists(), f"the optimised build in {PROGRAMS}")
     own, together = instructions_of_one(measured)
-    if own > measured.ceiling:  # after a pause that a busy machine made, a row goes out in the program's thread
-        own, together = min([own, together], instructions_of_one(measured))
+    for _ in range(2):  # on a busy machine the program's thread sends rows and commits groups that the helper thread would
+        if own > measured.ceiling:
+            own, together = min([own, together], instructions_of_one(measured))
     found = f"{measured.what} takes {own:,} instructions, {together:,} with the helper thread's; the ceiling is {measured.ceiling:,}."
     if own > measured.ceiling:
         sys.exit(f"{found}\nFind out what takes them: valgrind --tool=callgrind --separate-threads=yes, then callgrind_annotate "
