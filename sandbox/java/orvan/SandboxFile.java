@@ -11,7 +11,7 @@ import java.util.Properties;
 
 /**
  * A sandbox file, opened for reading. It counts its users, and closes when the last one releases it: a listing in use
- * outlives its manager's Close.
+ * outlives its manager's Close. A file that nobody releases closes with the JVM.
  */
 final class SandboxFile {
   private static final String READ_ONLY = "1"; // SQLITE_OPEN_READONLY
@@ -30,11 +30,13 @@ final class SandboxFile {
 
   private final String path;
   private final Connection connection;
+  private final Thread closing = new Thread(this::close);
   private int users = 1;
 
   private SandboxFile(String path, Connection connection) {
     this.path = path;
     this.connection = connection;
+    Runtime.getRuntime().addShutdownHook(closing);
   }
 
   /** Opens a file for one user. */
@@ -91,6 +93,11 @@ final class SandboxFile {
 
   void release() {
     if (--users > 0) return;
+    Runtime.getRuntime().removeShutdownHook(closing);
+    close();
+  }
+
+  private void close() {
     try {
       connection.close();
     } catch (SQLException failure) {
