@@ -46,7 +46,8 @@ jobject MakeDate(JNIEnv* env, const std::string& member, std::size_t number, qmx
                   {}};
   }
   const Inside& inside = *Prepared();
-  return CallObject(env, inside.bridge, inside.date, fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]);
+  return CallObject(env, inside.dates, inside.makeDate, fields[0], fields[1], fields[2], fields[3], fields[4],
+                    fields[5]);
 }
 
 jobject Make(JNIEnv* env, const std::string& member, std::size_t number, const qmx_value& value) {
@@ -69,7 +70,7 @@ jobject Make(JNIEnv* env, const std::string& member, std::size_t number, const q
       return MakeText(env, {value.as.text.data ? value.as.text.data : "", value.as.text.length});
     case QMX_OBJECT:
       if (!value.as.object) return nullptr;
-      if (const JavaObject* const ours = JavaObject::From(value.as.object)) return ours->Get();
+      if (JavaObject* const ours = JavaObject::From(value.as.object)) return ours->Get(env);
       return MakeDate(env, member, number, value.as.object);
     default:
       throw Failure{kTypeMismatch,

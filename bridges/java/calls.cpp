@@ -49,6 +49,11 @@ void RaisePending(JNIEnv* env) {
   throw failure;
 }
 
+void RaiseMissing(JNIEnv* env) {
+  Check(env);
+  throw Failure{kOutOfMemory, "The JVM has no memory left.", {}};
+}
+
 void ReadText(JNIEnv* env, jstring string, std::string& text) {
   std::array<jchar, 256> usual;
   const jsize length = env->GetStringLength(string);

@@ -19,11 +19,13 @@ inline void Check(JNIEnv* env) {
     RaisePending(env);
 }
 
-// Returns the result of a call that returns null only when it fails.
+[[noreturn]] void RaiseMissing(JNIEnv* env);
+
+// Returns the result of a JNI function that returns null only when it fails.
 template <typename Result>
 Result Required(JNIEnv* env, Result result) {
-  Check(env);
-  if (!result) throw Failure{kOutOfMemory, "The JVM has no memory left.", {}};
+  if (!result) [[unlikely]]
+    RaiseMissing(env);
   return result;
 }
 
@@ -67,9 +69,7 @@ class Global {
 class Frame {
  public:
   Frame(JNIEnv* env, jint capacity) : env_(env) {
-    if (env->PushLocalFrame(capacity) == 0) return;
-    Check(env);
-    throw Failure{kOutOfMemory, "The JVM has no memory left.", {}};
+    if (env->PushLocalFrame(capacity) != 0) RaiseMissing(env);
   }
   ~Frame() { env_->PopLocalFrame(nullptr); }
   Frame(const Frame&) = delete;

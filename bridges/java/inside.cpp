@@ -1,6 +1,8 @@
 #include "inside.h"
 
+#include <iterator>
 #include <optional>
+#include <utility>
 
 #include "calls.h"
 #include "inside_classes.h"
@@ -20,10 +22,11 @@ class Preparation {
     all.systemLoader = Static(loaders, "getSystemClassLoader", "()Ljava/lang/ClassLoader;");
     const jobject loader = env_->CallStaticObjectMethodA(loaders, all.systemLoader, nullptr);
     Check(env_);
-    for (const InsideClass& bytes : kInsideClasses) {  // the last two are Classes and Bridge
-      all.classes = all.bridge;
-      all.bridge = Define(bytes, loader);
-    }
+    jclass unused = nullptr;
+    // In the order of CMakeLists.txt.
+    jclass* const places[] = {&unused, &unused, &all.classes, &all.dates, &all.bridge};
+    static_assert(std::size(places) == std::size(kInsideClasses));
+    for (std::size_t i = 0; i < std::size(places); ++i) *places[i] = Define(kInsideClasses[i], loader);
 
     const auto method = [&](const char* name, const char* signature) { return Static(all.bridge, name, signature); };
     all.kindOf = method("kindOf", "(Ljava/lang/Class;)I");
@@ -34,6 +37,7 @@ class Preparation {
         method("choose", "(Ljava/lang/Object;[Ljava/lang/reflect/Method;[Ljava/lang/Object;)Ljava/lang/Object;");
     all.nullOf = method("nullOf", "(Ljava/lang/reflect/Method;)I");
     all.resultOf = method("resultOf", "(Ljava/lang/reflect/Method;)C");
+    all.exactResultOf = method("exactResultOf", "(Ljava/lang/reflect/Method;)Ljava/lang/Class;");
     all.invoke =
         method("invoke", "(Ljava/lang/reflect/Method;Ljava/lang/Object;[Ljava/lang/Object;)Ljava/lang/Object;");
     all.loader = Static(all.classes, "loader", "([Ljava/lang/String;)Ljava/lang/ClassLoader;");
@@ -46,10 +50,12 @@ class Preparation {
     all.box = method("box", "(IJ)Ljava/lang/Object;");
     all.text = method("text", "(Ljava/lang/Object;)Ljava/lang/String;");
     all.moment = method("moment", "(Ljava/lang/Object;)J");
-    all.fields = method("fields", "(Ljava/util/Date;)J");
-    all.date = method("date", "(IIIIII)Ljava/util/Date;");
     all.iterator = method("iterator", "(Ljava/lang/Object;)Ljava/util/Iterator;");
     all.describe = method("describe", "(Ljava/lang/Throwable;)[Ljava/lang/String;");
+    all.getDate = Static(all.dates, "get", "(Ljava/lang/reflect/Method;Ljava/lang/Object;I)J");
+    all.dateAt = Static(all.dates, "at", "(I)Ljava/lang/Object;");
+    all.fields = Static(all.dates, "fields", "(Ljava/util/Date;)J");
+    all.makeDate = Static(all.dates, "make", "(IIIIII)Ljava/util/Date;");
 
     all.typeName = Method("java/lang/Class", "getTypeName", "()Ljava/lang/String;");
     all.booleanValue = Method("java/lang/Boolean", "booleanValue", "()Z");
@@ -64,12 +70,15 @@ class Preparation {
     Global<jclass> object(env_, Find("java/lang/Object")), string(env_, Find("java/lang/String"));
     Global<jclass> memory(env_, Find("java/lang/OutOfMemoryError"));
     Global<jclass> stack(env_, Find("java/lang/StackOverflowError"));
-    Global<jclass> classes(env_, all.classes), bridge(env_, all.bridge);
+    Global<jclass> date(env_, Find("java/util/Date"));
+    Global<jclass> classes(env_, all.classes), dates(env_, all.dates), bridge(env_, all.bridge);
     all.object = object.Keep();
     all.string = string.Keep();
+    all.date = date.Keep();
     all.outOfMemory = memory.Keep();
     all.stackOverflow = stack.Keep();
     all.classes = classes.Keep();
+    all.dates = dates.Keep();
     all.bridge = bridge.Keep();
     return all;
   }
@@ -83,16 +92,21 @@ class Preparation {
     return Required(env_, env_->GetMethodID(Find(type), name, signature));
   }
 
-  // An earlier attempt may have defined the class.
+  // An earlier attempt that failed may have defined the class.
   jclass Define(const InsideClass& bytes, jobject loader) {
-    if (const jclass known = env_->FindClass(bytes.name)) return known;
-    env_->ExceptionClear();
+    if (isRepeated_) {
+      if (const jclass known = env_->FindClass(bytes.name)) return known;
+      env_->ExceptionClear();
+    }
     return Required(env_, env_->DefineClass(bytes.name, loader, reinterpret_cast<const jbyte*>(bytes.data),
                                             static_cast<jsize>(bytes.size)));
   }
 
+  static inline bool hasBegun = false;
+
   JNIEnv* env_;
   Frame frame_;
+  const bool isRepeated_ = std::exchange(hasBegun, true);
 };
 
 }  // namespace

@@ -8,13 +8,16 @@ namespace java_bridge {
 // Classes are global references, kept until the process ends.
 struct Inside {
   jclass bridge;
-  jmethodID kindOf, isValue, find, getter, choose, nullOf, resultOf, invoke;  // static ones of the class Bridge
-  jmethodID version, close, box, text, moment, fields, date, iterator, describe;
+  jmethodID kindOf, isValue, find, getter, choose, nullOf, resultOf, exactResultOf, invoke;  // static ones of Bridge
+  jmethodID version, close, box, text, moment, iterator, describe;
 
   jclass classes;
   jmethodID loader, load, flaw, make;  // static ones of the class Classes
 
-  jclass object, string, outOfMemory, stackOverflow;
+  jclass dates;
+  jmethodID getDate, dateAt, fields, makeDate;  // static ones of the class Dates
+
+  jclass object, string, date, outOfMemory, stackOverflow;
   jmethodID typeName, systemLoader;                                     // of java.lang.Class and ClassLoader
   jmethodID booleanValue, charValue, intValue, longValue, doubleValue;  // of Boolean, Character and Number
   jmethodID hasNext, next;                                              // of Iterator

@@ -22,6 +22,7 @@ bool SameName(std::string_view one, std::string_view other) {
 
 std::string TypeName(JNIEnv* env, jclass type) {
   const auto name = static_cast<jstring>(env->CallObjectMethodA(type, Prepared()->typeName, nullptr));
+  Check(env);
   return TextOf(env, Required(env, name));
 }
 
@@ -38,17 +39,21 @@ JavaClass::JavaClass(JNIEnv* env, jclass type) : qmx_type(ObjectFunctions()) {
   name = name_.c_str();
 }
 
-const JavaClass& JavaClass::Of(JNIEnv* env, jobject object) {
+const JavaClass& JavaClass::OfObject(JNIEnv* env, jobject object) {
+  const Local<jclass> type(env, env->GetObjectClass(object));
+  return Of(env, type.Get());
+}
+
+const JavaClass& JavaClass::Of(JNIEnv* env, jclass type) {
   // The classes of the last objects come first. Never destroyed: objects may be released while the process ends.
   static auto& classes = *new std::vector<std::unique_ptr<JavaClass>>;
-  const Local<jclass> type(env, env->GetObjectClass(object));
   for (std::size_t i = 0; i < classes.size(); ++i) {
-    if (env->IsSameObject(type.Get(), classes[i]->type_) != JNI_TRUE) continue;
+    if (env->IsSameObject(type, classes[i]->type_) != JNI_TRUE) continue;
     if (i > 0) std::swap(classes[i], classes[i - 1]);
     return *classes[i > 0 ? i - 1 : 0];
   }
   const Frame frame(env, 8);
-  classes.push_back(std::unique_ptr<JavaClass>(new JavaClass(env, type.Get())));
+  classes.push_back(std::unique_ptr<JavaClass>(new JavaClass(env, type)));
   return *classes.back();
 }
 
@@ -59,14 +64,14 @@ std::int32_t JavaClass::Resolve(JNIEnv* env, std::string_view member) const {
   return ids_[std::string(member)] = static_cast<std::int32_t>(members_.size() - 1);
 }
 
-const Member& JavaClass::At(std::int32_t id) const {
-  if (id >= 0 && static_cast<std::size_t>(id) < members_.size()) return members_[static_cast<std::size_t>(id)];
+void JavaClass::RaiseNoMember(std::int32_t id) const {
   throw Failure{QMX_E_NO_SUCH_MEMBER, "No member of " + name_ + " has the id " + std::to_string(id) + ".", {}};
 }
 
-Member JavaClass::Find(JNIEnv* env, const std::string& name) const {
+std::unique_ptr<Member> JavaClass::Find(JNIEnv* env, const std::string& name) const {
   const Inside& inside = *Prepared();
-  Member member;
+  auto found = std::make_unique<Member>();
+  Member& member = *found;
   member.name = name;
   const auto methods =
       static_cast<jobjectArray>(Required(env, CallObject(env, inside.bridge, inside.find, static_cast<jobject>(type_),
@@ -75,7 +80,7 @@ Member JavaClass::Find(JNIEnv* env, const std::string& name) const {
     const bool asksForMore = SameName(name, "hasMoreElements");
     if (isSeveral_ && (asksForMore || SameName(name, "nextElement"))) {
       member.way = asksForMore ? Member::Way::HasMoreElements : Member::Way::NextElement;
-      return member;
+      return found;
     }
     throw Failure{QMX_E_NO_SUCH_MEMBER, "The class " + name_ + " has no public method " + name + ".", {}};
   }
@@ -92,9 +97,12 @@ Member JavaClass::Find(JNIEnv* env, const std::string& name) const {
     member.result = static_cast<char>(CallChar(env, inside.bridge, inside.resultOf, getter));
     member.nullIsValue = CallInt(env, inside.bridge, inside.nullOf, getter) == 1;
     member.getter = Required(env, env->FromReflectedMethod(getter));
+    if (member.result == 'U') member.dateGetter = Global<>(env, getter).Keep();
+    const jobject exact = CallObject(env, inside.bridge, inside.exactResultOf, getter);
+    if (exact) member.exactResult = &Of(env, static_cast<jclass>(exact));
   }
   member.methods = Global<jobjectArray>(env, methods).Keep();
-  return member;
+  return found;
 }
 
 }  // namespace java_bridge

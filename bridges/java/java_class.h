@@ -4,15 +4,18 @@
 #include <jni.h>
 #include <qmx/component_server.h>
 
-#include <deque>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace java_bridge {
 
 // How the program treats a value of the class. The numbers are those of Bridge.java.
 enum class Kind { Object, Text, Boolean, Character, Integer, Long, Double, BigNumber, Moment, Date, Array, Map };
+
+class JavaClass;
 
 struct Member {
   enum class Way {
@@ -25,15 +28,18 @@ struct Member {
   Way way = Way::Method;
   jobjectArray methods = nullptr;  // all of that name
   jmethodID getter = nullptr;      // the one without arguments, if there is one
-  char result = 'L';               // of the getter: a primitive type's letter, T for a String, L for another object
+  char result = 'L';  // of the getter: a primitive type's letter, T for a String, U for a Date, L for another object
+  const JavaClass* exactResult = nullptr;  // the class of every object that the getter gives, if it is known
+  jobject dateGetter = nullptr;            // the getter as Java sees it, for a Date
   bool nullIsValue = false;
   int field = 0;  // of a date, from 0 for the year to 5 for the second
 };
 
 class JavaClass : public qmx_type {
  public:
-  // The class of an object. Lives until the process ends.
-  static const JavaClass& Of(JNIEnv* env, jobject object);
+  // Live until the process ends.
+  static const JavaClass& OfObject(JNIEnv* env, jobject object);
+  static const JavaClass& Of(JNIEnv* env, jclass type);
 
   Kind GetKind() const { return kind_; }
   const std::string& Name() const { return name_; }
@@ -41,11 +47,15 @@ class JavaClass : public qmx_type {
 
   // Returns the member's id. Raises 438 if the class has no such member.
   std::int32_t Resolve(JNIEnv* env, std::string_view member) const;
-  const Member& At(std::int32_t id) const;
+  const Member& At(std::int32_t id) const {
+    if (static_cast<std::size_t>(id) < members_.size()) return *members_[static_cast<std::size_t>(id)];
+    RaiseNoMember(id);
+  }
 
  private:
   JavaClass(JNIEnv* env, jclass type);
-  Member Find(JNIEnv* env, const std::string& name) const;
+  [[noreturn]] void RaiseNoMember(std::int32_t id) const;
+  std::unique_ptr<Member> Find(JNIEnv* env, const std::string& name) const;
 
   jclass type_;
   std::string name_;
@@ -53,7 +63,7 @@ class JavaClass : public qmx_type {
   bool isSeveral_;  // an Iterator, an Iterable or a Stream
   bool isStream_;
   mutable std::map<std::string, std::int32_t, std::less<>> ids_;
-  mutable std::deque<Member> members_;
+  mutable std::vector<std::unique_ptr<const Member>> members_;
 };
 
 }  // namespace java_bridge

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 #include <exception>
+#include <limits>
+#include <utility>
 
 #include "arguments.h"
 #include "inside.h"
@@ -44,12 +46,21 @@ qmx_type ObjectFunctions() {
 JavaObject::JavaObject(JNIEnv* env, jobject object, const JavaClass& type)
     : qmx_object{sizeof(qmx_object), 0, &type}, object_(Global<>(env, object).Keep()) {}
 
+JavaObject::JavaObject(DatePlace place, std::int64_t fields, const JavaClass& type)
+    : qmx_object{sizeof(qmx_object), 0, &type}, place_(std::move(place)), fieldsReadAt_(calls), fields_(fields) {}
+
 JavaObject::~JavaObject() {
   JNIEnv* const env = Jvm::Environment();
   if (!env) return;  // the JVM has ended, and its objects with it
   if (Class().IsStream()) Close(env);
-  env->DeleteGlobalRef(object_);
+  if (object_) env->DeleteGlobalRef(object_);
   if (iterator_) env->DeleteGlobalRef(iterator_);
+}
+
+jobject JavaObject::FromPlace(JNIEnv* env) {
+  const Inside& inside = *Prepared();
+  const Local<> date(env, CallObject(env, inside.dates, inside.dateAt, place_->Number()));
+  return object_ = Global<>(env, date.Get()).Keep();
 }
 
 // A release cannot report a failure.
@@ -97,50 +108,69 @@ void JavaObject::Call(JNIEnv* env, const Member& member, qmx_value* const* argum
 }
 
 void JavaObject::CallGetter(JNIEnv* env, const Member& member, qmx_value& result) {
+  const jobject object = Get(env);
   switch (member.result) {
     case 'I':
-      GiveInteger(env->CallIntMethodA(object_, member.getter, nullptr), result);
+      GiveInteger(env->CallIntMethodA(object, member.getter, nullptr), result);
       break;
     case 'S':
-      GiveInteger(env->CallShortMethodA(object_, member.getter, nullptr), result);
+      GiveInteger(env->CallShortMethodA(object, member.getter, nullptr), result);
       break;
     case 'B':
-      GiveInteger(env->CallByteMethodA(object_, member.getter, nullptr), result);
+      GiveInteger(env->CallByteMethodA(object, member.getter, nullptr), result);
       break;
     case 'Z':
-      GiveBoolean(env->CallBooleanMethodA(object_, member.getter, nullptr), result);
+      GiveBoolean(env->CallBooleanMethodA(object, member.getter, nullptr), result);
       break;
     case 'D':
-      GiveDouble(env->CallDoubleMethodA(object_, member.getter, nullptr), result);
+      GiveDouble(env->CallDoubleMethodA(object, member.getter, nullptr), result);
       break;
     case 'F':
-      GiveDouble(static_cast<double>(env->CallFloatMethodA(object_, member.getter, nullptr)), result);
+      GiveDouble(static_cast<double>(env->CallFloatMethodA(object, member.getter, nullptr)), result);
       break;
     case 'J': {
-      const jlong number = env->CallLongMethodA(object_, member.getter, nullptr);
+      const jlong number = env->CallLongMethodA(object, member.getter, nullptr);
       Check(env);
       return GiveLong(number, result);
     }
     case 'C': {
-      const jchar character = env->CallCharMethodA(object_, member.getter, nullptr);
+      const jchar character = env->CallCharMethodA(object, member.getter, nullptr);
       Check(env);
       return GiveCharacter(character, text_, result);
     }
     case 'V':
-      env->CallVoidMethodA(object_, member.getter, nullptr);
+      env->CallVoidMethodA(object, member.getter, nullptr);
       break;
     case 'T': {
-      const Local<jstring> text(env, static_cast<jstring>(env->CallObjectMethodA(object_, member.getter, nullptr)));
+      const Local<jstring> text(env, static_cast<jstring>(env->CallObjectMethodA(object, member.getter, nullptr)));
       Check(env);
       return GiveText(env, text.Get(), text_, result);
     }
+    case 'U':
+      return GiveDate(env, member, result);
     default: {
-      const Local<> reference(env, env->CallObjectMethodA(object_, member.getter, nullptr));
+      const Local<> reference(env, env->CallObjectMethodA(object, member.getter, nullptr));
       Check(env);
-      return GiveReference(env, reference.Get(), {member.name, member.nullIsValue, text_}, result);
+      const Origin origin{member.name, member.nullIsValue, text_};
+      if (!reference || !member.exactResult) return GiveReference(env, reference.Get(), origin, result);
+      return GiveReference(env, reference.Get(), *member.exactResult, origin, result);
     }
   }
   Check(env);
+}
+
+void JavaObject::GiveDate(JNIEnv* env, const Member& member, qmx_value& result) {
+  const Inside& inside = *Prepared();
+  DatePlace place;
+  const jlong fields = CallLong(env, inside.dates, inside.getDate, member.dateGetter, Get(env), place.Number());
+  constexpr jlong kNoDate = std::numeric_limits<jlong>::min();
+  if (fields == kNoDate) {
+    const Local<> other(env, CallObject(env, inside.dates, inside.dateAt, place.Number()));
+    return GiveReference(env, other.Get(), {member.name, false, text_}, result);
+  }
+  static const JavaClass& type = JavaClass::Of(env, inside.date);
+  result.as.object = new JavaObject(std::move(place), fields, type);
+  result.kind = QMX_OBJECT;
 }
 
 void JavaObject::CallWithArguments(JNIEnv* env, const Member& member, qmx_value* const* arguments, std::size_t count,
@@ -148,14 +178,14 @@ void JavaObject::CallWithArguments(JNIEnv* env, const Member& member, qmx_value*
   const Frame frame(env, 16);
   const Inside& inside = *Prepared();
   const jobject list = MakeArguments(env, member.name, arguments, count);
-  const jobject chosen =
-      Required(env, CallObject(env, inside.bridge, inside.choose, object_, static_cast<jobject>(member.methods), list));
+  const jobject chosen = Required(
+      env, CallObject(env, inside.bridge, inside.choose, Get(env), static_cast<jobject>(member.methods), list));
   if (env->IsInstanceOf(chosen, inside.string) == JNI_TRUE) {
     const std::string refusal = TextOf(env, static_cast<jstring>(chosen));
     const std::size_t blank = refusal.find(' ');
     throw Failure{std::stoi(refusal.substr(0, blank)), refusal.substr(blank + 1), {}};
   }
-  const jobject given = CallObject(env, inside.bridge, inside.invoke, chosen, object_, list);
+  const jobject given = CallObject(env, inside.bridge, inside.invoke, chosen, Get(env), list);
   constexpr jint kNothing = 0;
   constexpr jint kNoValue = 1;
   const jint null = given ? kNoValue : CallInt(env, inside.bridge, inside.nullOf, chosen);
@@ -173,12 +203,24 @@ jobject JavaObject::Iterator(JNIEnv* env) {
 jint JavaObject::DateField(JNIEnv* env, int field) {
   if (fieldsReadAt_ != calls) {
     const Inside& inside = *Prepared();
-    fields_ = CallLong(env, inside.bridge, inside.fields, object_);
+    fields_ = CallLong(env, inside.dates, inside.fields, Get(env));
     fieldsReadAt_ = calls;
   }
-  static constexpr int kShifts[] = {26, 22, 17, 12, 6, 0};
-  static constexpr std::int64_t kMasks[] = {-1, 15, 31, 31, 63, 63};
-  return static_cast<jint>(fields_ >> kShifts[field] & kMasks[field]);
+  const jint second = static_cast<jint>(fields_ & 0x1FFFF);  // of the day
+  switch (field) {
+    case 0:
+      return static_cast<jint>(fields_ >> 26);
+    case 1:
+      return static_cast<jint>(fields_ >> 22 & 15);
+    case 2:
+      return static_cast<jint>(fields_ >> 17 & 31);
+    case 3:
+      return second / 3600;
+    case 4:
+      return second / 60 % 60;
+    default:
+      return second % 60;
+  }
 }
 
 }  // namespace java_bridge

@@ -5,9 +5,11 @@
 #include <qmx/component_server.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "calls.h"
+#include "date_place.h"
 #include "java_class.h"
 
 namespace java_bridge {
@@ -18,6 +20,7 @@ qmx_type ObjectFunctions();
 class JavaObject : public qmx_object {
  public:
   JavaObject(JNIEnv* env, jobject object, const JavaClass& type);
+  JavaObject(DatePlace place, std::int64_t fields, const JavaClass& type);  // a java.util.Date that Java holds
   ~JavaObject();
   JavaObject(const JavaObject&) = delete;
   JavaObject& operator=(const JavaObject&) = delete;
@@ -25,7 +28,7 @@ class JavaObject : public qmx_object {
   // Null for an object of another server or of the host.
   static JavaObject* From(qmx_object* object);
 
-  jobject Get() const { return object_; }
+  jobject Get(JNIEnv* env) { return object_ ? object_ : FromPlace(env); }
   const JavaClass& Class() const { return static_cast<const JavaClass&>(*type); }
   void AddReference() { ++references_; }
   void Release();
@@ -33,14 +36,17 @@ class JavaObject : public qmx_object {
   void Call(JNIEnv* env, const Member& member, qmx_value* const* arguments, std::size_t count, qmx_value& result);
 
  private:
+  jobject FromPlace(JNIEnv* env);
   void CallGetter(JNIEnv* env, const Member& member, qmx_value& result);
+  void GiveDate(JNIEnv* env, const Member& member, qmx_value& result);
   void CallWithArguments(JNIEnv* env, const Member& member, qmx_value* const* arguments, std::size_t count,
                          qmx_value& result);
   jobject Iterator(JNIEnv* env);
   void Close(JNIEnv* env) noexcept;  // of a Stream
   jint DateField(JNIEnv* env, int field);
 
-  jobject object_;
+  jobject object_ = nullptr;  // for a date in a place from its first need on
+  std::optional<DatePlace> place_;
   std::uint32_t references_ = 1;
   std::string text_;            // of the last result
   jobject iterator_ = nullptr;  // for an object with elements that is no java.util.Enumeration

@@ -53,13 +53,13 @@ void GiveText(JNIEnv* env, jstring string, std::string& text, qmx_value& result)
 }
 
 void GiveReference(JNIEnv* env, jobject reference, const Origin& origin, qmx_value& result) {
-  if (!reference) {
-    result.kind = origin.nullIsValue ? QMX_NULL : QMX_OBJECT;
-    result.as.object = nullptr;
-    return;
-  }
+  if (reference) return GiveReference(env, reference, JavaClass::OfObject(env, reference), origin, result);
+  result.kind = origin.nullIsValue ? QMX_NULL : QMX_OBJECT;
+  result.as.object = nullptr;
+}
+
+void GiveReference(JNIEnv* env, jobject reference, const JavaClass& type, const Origin& origin, qmx_value& result) {
   const Inside& inside = *Prepared();
-  const JavaClass& type = JavaClass::Of(env, reference);
   switch (type.GetKind()) {
     case Kind::Text:
       return GiveText(env, static_cast<jstring>(reference), origin.text, result);

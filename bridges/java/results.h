@@ -8,6 +8,8 @@
 
 namespace java_bridge {
 
+class JavaClass;
+
 inline void GiveInteger(jint number, qmx_value& result) {
   result.kind = QMX_INT32;
   result.as.integer = number;
@@ -32,5 +34,7 @@ struct Origin {
 };
 // An object has a reference for the receiver. Raises 13 for an array and a map.
 void GiveReference(JNIEnv* env, jobject reference, const Origin& origin, qmx_value& result);
+// The same for an object whose class is known.
+void GiveReference(JNIEnv* env, jobject reference, const JavaClass& type, const Origin& origin, qmx_value& result);
 
 }  // namespace java_bridge

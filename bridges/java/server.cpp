@@ -46,7 +46,7 @@ qmx_status CreateFor(const qmx_manifest* manifest, const char* progId, std::size
     JNIEnv* const env = session.Env();
     const jobject type = session.Load({progId, length});
     const jobject made = CallObject(env, session.Java().classes, session.Java().make, type);
-    *object = new JavaObject(env, made, JavaClass::Of(env, made));
+    *object = new JavaObject(env, made, JavaClass::OfObject(env, made));
   });
 }
 

@@ -45,7 +45,7 @@ final class Bridge {
   // Flags.
   private static final int SEVERAL_FORMS = 16;  // answers hasMoreElements and nextElement through an Iterator
   private static final int STREAM = 32;         // is closed when the program releases it
-  private static final long ZERO_DAY = LocalDate.of(1899, 12, 30).toEpochDay();
+  private static final long ZERO_DAY = -25_569; // 1899-12-30
   private static final int STACK_LENGTH = 8000;
   private static final int LONGEST_CHAIN = 10;
 
@@ -91,7 +91,9 @@ final class Bridge {
     for (Method method : type.getMethods()) {
       boolean same = exact ? method.getName().equals(name) : sameName(method.getName(), name);
       Method callable = same ? callable(method, type) : null;
-      if (callable != null) add(found, callable);
+      if (callable == null) continue;
+      callable.trySetAccessible(); // reflection then checks nothing at each call
+      add(found, callable);
     }
     return found.toArray(new Method[0]);
   }
@@ -274,15 +276,23 @@ final class Bridge {
     return isValue(method.getReturnType()) ? NO_VALUE : NO_OBJECT;
   }
 
-  /** The result of the method without arguments: a primitive type's letter, T for a String, L for the rest. */
+  /** The result of the method without arguments: a primitive type's letter, T of a String, U of a Date, L of the rest. */
   static char resultOf(Method method) {
     Class<?> type = method.getReturnType();
     if (type == String.class) return 'T';
+    if (type == Date.class) return 'U';
     if (!type.isPrimitive()) return 'L';
     return MethodType.methodType(type).toMethodDescriptorString().charAt(2);
   }
 
+  /** The class of every object that the method returns; null if there can be several. */
+  static Class<?> exactResultOf(Method method) {
+    Class<?> type = method.getReturnType();
+    return Modifier.isFinal(type.getModifiers()) && !type.isPrimitive() ? type : null;
+  }
+
   static Object invoke(Method method, Object target, Object[] arguments) throws Throwable {
+    if (Dates.set(target, method, arguments)) return null;
     try {
       return method.invoke(target, arguments);
     } catch (InvocationTargetException e) {
@@ -321,18 +331,6 @@ final class Bridge {
       moment = Conversion.civil((Date) value);
     }
     return moment.toEpochSecond(ZoneOffset.UTC) - ZERO_DAY * 86400;
-  }
-
-  /** All fields of a date: year, month, day, hours, minutes and seconds, from the highest bits down. */
-  @SuppressWarnings("deprecation")
-  static long fields(Date date) {
-    long time = ((date.getMonth() * 32L + date.getDate()) * 32 + date.getHours()) * 64 + date.getMinutes();
-    return (long) date.getYear() << 26 | time << 6 | date.getSeconds();
-  }
-
-  @SuppressWarnings("deprecation")
-  static Date date(int year, int month, int day, int hours, int minutes, int seconds) {
-    return new Date(year, month, day, hours, minutes, seconds);
   }
 
   static Iterator<?> iterator(Object several) {

@@ -1,11 +1,11 @@
 // The example of docs/java.md is the one that is built, and it works.
 #include <gmock/gmock.h>
-#include <sqlite3.h>
 
 #include <fstream>
 #include <sstream>
 
 #include "platform/components/installed_components.h"
+#include "tests/bridges/java/first_text.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/process.h"
 #include "tests/support/raised.h"
@@ -19,18 +19,6 @@ std::string Content(const std::string& path) {
   std::ostringstream text;
   text << std::ifstream(path).rdbuf();
   return text.str();
-}
-
-std::string FirstText(const std::string& file, const std::string& select) {
-  sqlite3* database = nullptr;
-  sqlite3_stmt* statement = nullptr;
-  sqlite3_open(file.c_str(), &database);
-  sqlite3_prepare_v2(database, select.c_str(), -1, &statement, nullptr);
-  const bool hasRow = sqlite3_step(statement) == SQLITE_ROW;
-  std::string text = hasRow ? reinterpret_cast<const char*>(sqlite3_column_text(statement, 0)) : "no row";
-  sqlite3_finalize(statement);
-  sqlite3_close(database);
-  return text;
 }
 
 TEST(TheJavaExample, IsTheOneOnThePage) {

@@ -1,44 +1,18 @@
 // Whole copies from an ERP in Java that fails: none hangs, crashes or leaves its table marked as being copied.
-#include <gmock/gmock.h>
+#include "tests/bridges/java/failing_erp.h"
 
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-
-#include "tests/support/process.h"
+#include <thread>
 
 namespace qmx::test {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 
-class AFailingErpInJava : public testing::TestWithParam<const char*> {
- protected:
-  AFailingErpInJava() {
-    std::filesystem::create_directory(folder.Path() / "log");
-    EXPECT_EQ(test::Run(QMX_ADMIN, {"init", connection + ";Mode=Create", "local"}).status, 0);
-  }
-
-  // The JVM checks every JNI call.
-  Process Copy(const std::string& failing, const std::string& settings = "", int failingJniCall = 0) {
-    WriteFile(folder / "a.component", "library = " JAVA_BRIDGE "\nsetting classpath = " JAVA_TEST_CLASSES
-                                      "\nsetting class ServiceTypes.ServiceTypesManager = bridge.FailingErp"
-                                      "\nprogid = ServiceTypes.ServiceTypesManager\nsetting option = -Dbridge.fail=" +
-                                          (failing.empty() ? "nowhere" : failing) +
-                                          "\nsetting option = -Xcheck:jni\nsetting option = -Xmx64m\n" + settings);
-    const Process copy =
-        test::Run(QMX_DATA_COPY, {connection + ", local, tsmdm030, " + (folder / "log") + ", orvan, 100"},
-                  {{"QMX_COMPONENTS", folder.Path()},
-                   {"LSAN_OPTIONS", JAVA_LSAN_OPTIONS},
-                   {"ASAN_OPTIONS", "handle_segv=0"},
-                   {"QMX_TEST_FAIL_JNI_CALL", std::to_string(failingJniCall)}});
-    EXPECT_THAT(copy.err + copy.out, testing::Not(HasSubstr("native method")));
-    return copy;
-  }
-
-  TempFolder folder;
-  const std::string connection = "Provider=SQLite;Data Source=" + (folder / "local.db");
-};
+class AFailingErpInJava : public FailingErpInJava, public testing::WithParamInterface<const char*> {};
 
 TEST_P(AFailingErpInJava, FailsTheCopyAndReleasesItsTable) {
   const Process failed = Copy(GetParam());
@@ -52,6 +26,31 @@ TEST_P(AFailingErpInJava, FailsTheCopyAndReleasesItsTable) {
 INSTANTIATE_TEST_SUITE_P(InEachPlace, AFailingErpInJava,
                          testing::Values("constructor", "initialize", "list", "hasMoreElements", "nextElement",
                                          "getter", "initializer", "close"));
+
+TEST_F(AFailingErpInJava, LeavesTheStackTraceInTheTrace) {
+  environment["QMX_TRACE"] = folder / "trace.jsonl";
+  EXPECT_EQ(Copy("getter").status, 1);
+  EXPECT_THAT(ReadFile(folder / "trace.jsonl"),
+              AllOf(HasSubstr("\"member\":\"getServiceType\",\"args\":[],\"error\":"),
+                    HasSubstr("\"details\":\"java.lang.IllegalStateException: fails in getter\\n\\tat "
+                              "bridge.FailingErp.in(FailingErp.java:")));
+}
+
+// The JVM, whose own handlers of signals would end the process, leaves them to the program.
+TEST_F(AFailingErpInJava, IsInterruptedBetweenTwoOfItsRecords) {
+  const auto run = Start("no end of its listing");
+  while (Sql("select count(*) >= 100 from tsmdm030") != "1") {
+    ASSERT_FALSE(run->HasEnded()) << run->Wait().err;
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  run->Signal(SIGTERM);
+  const Process interrupted = run->Wait();
+  EXPECT_EQ(interrupted.status, 1) << interrupted.err;
+  EXPECT_THAT(interrupted.err, AllOf(HasSubstr("SIGTERM: the copy ends at its next call to the ERP."),
+                                     HasSubstr("error 18, Interrupted: SIGTERM asked the program to end.")));
+  EXPECT_EQ(Sql("select in_use from tstables"), "0");
+  EXPECT_EQ(Copy("").status, 0);
+}
 
 TEST_F(AFailingErpInJava, WhoseStackOverflowsFailsTheCopy) {
   const Process failed = Copy("deep in getter");
@@ -79,7 +78,8 @@ TEST_F(AFailingErpInJava, WhoseJvmFailsAtAnyCallFailsTheCopy) {
   const int step = std::getenv("QMX_TEST_EVERY_JNI_CALL") ? 1 : 9;
   int failed = 0;
   for (int call = 1;; call += step) {
-    const Process copy = Copy("", "setting jvm = " FAILING_JVM "\n", call);
+    environment["QMX_TEST_FAIL_JNI_CALL"] = std::to_string(call);
+    const Process copy = Copy("", "setting jvm = " FAILING_JVM "\n");
     if (copy.err.find("A JNI call fails.") == std::string::npos) break;  // it has fewer calls
     ASSERT_THAT(copy.status, testing::AnyOf(0, 1)) << call << ": " << copy.err;
     if (copy.status == 0) continue;  // a class that is looked for and need not be there

@@ -36,6 +36,11 @@ class FailingJvm : public JavaComponents {
     const Object date = components.CreateObject("java:java.util.Date");
     date.Call("setYear", 126);
     ASSERT_EQ(date.Call("getYear"), Variant(126));
+    const Object dates = components.CreateObject("bridge.Dates");
+    const Object given = dates.Call("getDate").ToObject();
+    ASSERT_EQ(given.Call("getYear"), Variant(70));
+    ASSERT_EQ(dates.Call("isDate", given), Variant(true));
+    ASSERT_EQ(dates.Call("getTimestampAsDate").GetKind(), Variant::Kind::DateTime);
     const Object arguments = components.CreateObject("bridge.Arguments");
     ASSERT_EQ(arguments.Call("ofTwo", "a", 2), Variant("a2"));
     ASSERT_EQ(arguments.Call("ofArguments", arguments), Variant("this"));

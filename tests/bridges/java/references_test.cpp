@@ -48,6 +48,24 @@ TEST_F(JavaReferences, DoNotPileUpOverErrors) {
   });
 }
 
+// A place in an array of Java serves a date that is read and released.
+TEST_F(JavaReferences, OfDatesAreNoneUntilTheProgramUsesThemOtherwise) {
+  const Object dates = components.CreateObject("bridge.Dates");
+  dates.Call("isDate", dates.Call("getDate"));  // the members are kept from here on
+  dates.Call("getDate").ToObject().Call("getYear");
+  const long none = Globals();
+  std::vector<Object> held;
+  for (int i = 0; i < 100; ++i) {
+    held.push_back(dates.Call("getDate").ToObject());
+    ASSERT_EQ(held.back().Call("getYear"), Variant(70));
+  }
+  EXPECT_EQ(Globals(), none);
+  for (const Object& date : held) ASSERT_EQ(dates.Call("isDate", date), Variant(true));
+  EXPECT_EQ(Globals(), none + 100);
+  held.clear();
+  EXPECT_EQ(Globals(), none);
+}
+
 TEST_F(JavaReferences, OfRecordsAreAsManyAsThoseThatTheProgramHolds) {
   const Object members = components.CreateObject("bridge.Members");
   members.Call("getBig");  // its class is kept from here on

@@ -9,7 +9,7 @@ public class ServiceOrders {
 
   /** The program creates an empty record to ask for its class. */
   public ServiceOrders() {
-    this("", Model.MODELS[0]);
+    this("", null);
   }
 
   ServiceOrders(String number, Model model) {

@@ -8,7 +8,7 @@ import java.util.NoSuchElementException;
 
 /** Service types whose manager, enumeration and record fail in the place that the property bridge.fail names. */
 public class FailingErp {
-  private static void in(String place) {
+  static void in(String place) {
     String failing = System.getProperty("bridge.fail", "");
     if (failing.equals("exit in " + place)) System.exit(0);
     if (failing.equals("deep in " + place)) in(place);
@@ -64,13 +64,14 @@ public class FailingErp {
 
   private static class Types implements Enumeration<Type> {
     private int given;
+    private final int count = System.getProperty("bridge.fail", "").startsWith("no end") ? 1 << 30 : 2;
     @Override public boolean hasMoreElements() {
       in("hasMoreElements");
-      return given < 2;
+      return given < count;
     }
     @Override public Type nextElement() {
       in("nextElement");
-      if (given == 2) throw new NoSuchElementException();
+      if (given == count) throw new NoSuchElementException();
       return new Type("T" + ++given);
     }
   }
@@ -81,6 +82,10 @@ public class FailingErp {
       in("initializer");
     }
     private final String code;
+    public Type() {
+      this("");
+      in("constructor of the record");
+    }
     Type(String code) { this.code = code; }
     public String getServiceType() {
       in("getter");
