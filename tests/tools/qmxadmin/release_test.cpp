@@ -1,18 +1,17 @@
-#include <filesystem>
-#include <thread>
-
-#include "tests/support/temp_folder.h"
 #include "tests/support/terminal_process.h"
 #include "tests/tools/qmxadmin/admin_on_a_system.h"
+#include "tests/tools/qmxadmin/waiting_copy.h"
 
 namespace qmx::test {
 namespace {
 
 using testing::AllOf;
+using testing::ContainsRegex;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
@@ -40,11 +39,15 @@ TEST_P(QmxAdminRelease, ReleasesTheTableAndNothingElse) {
   const Process run = Admin({"release", "tssoc200", "--yes"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, "tssoc200: released\n");
-  EXPECT_EQ(run.err,
-            "tssoc200 (Service Orders) is in progress. Its control record does not say which process copies it.\n"
-            "Last update time: 2026-11-20 23:59:58.\n"
-            "No qmxdatacopy on this machine copies it. Other machines were not checked.\n"
-            "After the release the next copy can start. Two copies of a table at the same time mix their rows.\n");
+  // Another test may be copying a table of this code meanwhile.
+  EXPECT_THAT(run.err,
+              MatchesRegex("tssoc200 \\(Service Orders\\) is in progress\\. Its control record does not say which "
+                           "process copies it\\.\n"
+                           "Last update time: 2026-11-20 23:59:58\\.\n"
+                           "(No qmxdatacopy on this machine copies it\\. Other machines were not checked\\.\n"
+                           "|(Process [0-9]+ on this machine has been copying a table of this code since [^\n]+\n)+)"
+                           "After the release the next copy can start\\. Two copies of a table at the same time mix "
+                           "their rows\\.\n"));
   EXPECT_THAT(InUse(), ElementsAre("tsmdm030"));
   EXPECT_THAT(Column("select count(*) from tstables where tablename = 'tssoc200' and in_use = 0 and freq = 3 and "
                      "reqd = 4 and syme = 2 and lutm = '2026-11-20 23:59:58'"),
@@ -109,20 +112,14 @@ TEST_P(QmxAdminReleaseOnSqlite, DoesNotKnowAnyOtherTable) {
 }
 
 TEST_P(QmxAdminReleaseOnSqlite, NamesTheProcessThatCopiesTheTable) {
-  // A program of that name and with such a command line, which waits.
-  const TempFolder folder;
-  std::filesystem::create_symlink("/usr/bin/tail", folder / "qmxdatacopy");
-  const auto copying = [&](const std::string& table) {
-    return std::vector<std::string>{"-f", "/dev/null", "--", ConnectionText() + ", , " + table + " , log, a, b"};
-  };
-  const RunningProcess copy(folder / "qmxdatacopy", copying("TSSOC200"));
-  const RunningProcess other(folder / "qmxdatacopy", copying("tsmdm030"));
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));  // until both have become that program
+  const WaitingCopy copy("Provider=SQLite;Data Source=other.db;PWD=rose", "TSSOC200");
+  const WaitingCopy other("Provider=SQLite;Data Source=other.db;PWD=rose", "tsmdm030");
   const Process run = Admin({"release", "tssoc200", "--yes"});
-  EXPECT_THAT(run.err, AllOf(testing::ContainsRegex("Process [0-9]+ on this machine has been copying a table of "
-                                                    "this code since 20[0-9-]+ [0-9:]+\\.\n"),
-                             Not(HasSubstr("Other machines")), Not(HasSubstr("rose"))));
-  EXPECT_EQ(run.err.find("on this machine has been"), run.err.rfind("on this machine has been"));
+  EXPECT_THAT(run.err, ContainsRegex("Process " + copy.Number() +
+                                     " on this machine has been copying a table of this code since "
+                                     "20[0-9-]+ [0-9:]+\\.\n"));
+  EXPECT_THAT(run.err, AllOf(Not(HasSubstr("Other machines")), Not(HasSubstr("rose")),
+                             Not(HasSubstr("Process " + other.Number() + " "))));
 }
 
 TEST_P(QmxAdminReleaseOnSqlite, PrintsItsOutcomeAsJson) {

@@ -1,9 +1,8 @@
 // qmxadmin release of several tables, with the run records, and beside a running copy.
-#include <filesystem>
-#include <thread>
 
 #include "tests/tools/qmxadmin/admin_on_a_system.h"
 #include "tests/tools/qmxadmin/runs/run_log.h"
+#include "tests/tools/qmxadmin/waiting_copy.h"
 
 namespace qmx::test {
 namespace {
@@ -61,23 +60,15 @@ TEST_P(QmxAdminReleaseWithRuns, RefusesWhileTheRunIsAliveUnlessItIsForced) {
 }
 
 TEST_P(QmxAdminReleaseWithRuns, RefusesWhileAProcessCopiesTheTableIntoTheSameDatabase) {
-  // A program of that name and with such a command line, which waits.
-  const TempFolder folder;
-  std::filesystem::create_symlink("/usr/bin/tail", folder / "qmxdatacopy");
-  const auto copy = [&](const std::string& connection) {
-    RunningProcess process(folder / "qmxdatacopy", {connection + ", , TSSOC200 , log, a, b", "-f", "/dev/null"}, {},
-                           folder.Path());
-    while (ReadFile("/proc/" + std::to_string(process.Number()) + "/cmdline").find("TSSOC200") == std::string::npos ||
-           ReadFile("/proc/" + std::to_string(process.Number()) + "/comm") != "qmxdatacopy\n") {
-      std::this_thread::yield();
-    }
+  const auto release = [&](const std::string& connection) {
+    const WaitingCopy copy(connection, "TSSOC200");
     return Admin({"release", "tssoc200", "--yes"});
   };
-  const Process same = copy(ConnectionText());
+  const Process same = release(ConnectionText());
   EXPECT_EQ(same.status, 1);
   EXPECT_EQ(same.out, "tssoc200: left in progress, a process on this machine copies it\n");
   EXPECT_THAT(same.err, HasSubstr("Use --force to release it all the same."));
-  const Process other = copy("Provider=SQLite;Data Source=other.db");
+  const Process other = release("Provider=SQLite;Data Source=other.db");
   EXPECT_EQ(other.status, 0);
   EXPECT_THAT(other.err, testing::ContainsRegex("Process [0-9]+ on this machine has been copying"));
 }
