@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::addresses {
 namespace {
 
 constexpr const char* kTable = "tccom130";
@@ -49,4 +49,4 @@ TEST(Addresses, FailWithTheirTexts) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::addresses

@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::availability_types {
 namespace {
 
 constexpr const char* kTable = "tcccp001";
@@ -52,4 +52,4 @@ TEST(AvailabilityTypes, FailWithThePluralInFullAndTheSingularByChange) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::availability_types

@@ -2,7 +2,7 @@
 #include "tests/copy/tables/calendar_rig.h"
 #include "tests/support/raised.h"
 
-namespace qmx::test {
+namespace qmx::test::calendar_expansion {
 namespace {
 
 struct FillTable : testing::Test {
@@ -43,4 +43,4 @@ TEST_F(FillTable, RaisesNothingIfTheExpansionRaisesNothing) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::calendar_expansion

@@ -1,7 +1,7 @@
 // Calendars in use, copied by change: the audit reader once per local calendar, whole calendars where none is local.
 #include "tests/copy/tables/calendar_rig.h"
 
-namespace qmx::test {
+namespace qmx::test::calendars_changed {
 namespace {
 
 const char* const kKey = " where ccal='DAY' and   ract='WRK' and   stdt='2026-11-20' and   sttm= 800";
@@ -225,4 +225,4 @@ TEST(CalendarsByChange, FailWithTheirTexts) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::calendars_changed

@@ -7,7 +7,7 @@
 #include "tests/support/decorated_drivers.h"
 #include "tests/support/faulty_driver.h"
 
-namespace qmx::test {
+namespace qmx::test::calendars_fault {
 namespace {
 
 using testing::AnyOf;
@@ -203,4 +203,4 @@ INSTANTIATE_TEST_SUITE_P(OnEveryWay, CalendarFaults, testing::ValuesIn(kWays),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::calendars_fault

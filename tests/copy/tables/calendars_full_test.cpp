@@ -1,7 +1,7 @@
 // All calendars in use, copied in full.
 #include "tests/copy/tables/calendar_rig.h"
 
-namespace qmx::test {
+namespace qmx::test::calendars_full {
 namespace {
 
 TEST(CalendarsInFull, CallComponentsAndDatabaseInThisOrder) {
@@ -200,4 +200,4 @@ TEST(CalendarsInFull, FailWithTheirTexts) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::calendars_full

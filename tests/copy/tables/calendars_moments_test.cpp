@@ -2,7 +2,7 @@
 // SQLite's datetime(). A file of an older release has midnights without a time of day.
 #include "tests/copy/tables/calendar_rig.h"
 
-namespace qmx::test {
+namespace qmx::test::calendars_moments {
 namespace {
 
 const char* const kKeyOfDay20 = " where ccal='DAY' and   ract='WRK' and   stdt='2026-11-20' and   sttm= 800";
@@ -107,4 +107,4 @@ TEST_F(CalendarMoments, OfTheLastUpdateAreStoredInFullAndReadInEitherForm) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::calendars_moments

@@ -1,7 +1,7 @@
 // The calendar of one employee and one calendar by its code: tcccp030=4711=E and tcccp030=DAY=C.
 #include "tests/copy/tables/calendar_rig.h"
 
-namespace qmx::test {
+namespace qmx::test::calendars_on_request {
 namespace {
 
 using testing::HasSubstr;
@@ -159,4 +159,4 @@ TEST_F(OnRequest, KeepsTheRecordsAddedBeforeAFailureButNotTheDeletedOnes) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::calendars_on_request

@@ -2,7 +2,7 @@
 #include "tests/copy/tables/calendar_rig.h"
 #include "tests/support/raised.h"
 
-namespace qmx::test {
+namespace qmx::test::calendars_range {
 namespace {
 
 const char* const kSettings = "\\home\\qmx\\QMX_CAL.INI";
@@ -135,4 +135,4 @@ TEST_F(CalendarRange, LosesTheCopyLogToAnEmptySettingsFileByChangeToo) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::calendars_range

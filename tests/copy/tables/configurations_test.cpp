@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::configurations {
 namespace {
 
 constexpr const char* kTable = "tscfg220";
@@ -74,4 +74,4 @@ TEST(Configurations, FailWithTheirTexts) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::configurations

@@ -3,7 +3,7 @@
 
 #include "tests/copy/tables/calendar_rig.h"
 
-namespace qmx::test {
+namespace qmx::test::numeric_bounds {
 namespace {
 
 struct Bounds {
@@ -45,4 +45,4 @@ INSTANTIATE_TEST_SUITE_P(
         Bounds{"tcccp030=DAY=C", kCalendarManager, "listActualCalendar", 6, Variant::Kind::Int16}));
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::numeric_bounds

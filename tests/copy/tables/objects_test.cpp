@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::objects {
 namespace {
 
 constexpr const char* kTable = "tscfg200";
@@ -70,4 +70,4 @@ TEST(ServiceObjects, FailWithTheirTexts) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::objects

@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::planned_activities {
 namespace {
 
 constexpr const char* kTable = "tsspc200";
@@ -92,4 +92,4 @@ TEST(PlannedActivities, FailWithTheirTexts) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::planned_activities

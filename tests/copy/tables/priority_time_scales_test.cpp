@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::priority_time_scales {
 namespace {
 
 constexpr const char* kTable = "tsclm024";
@@ -66,4 +66,4 @@ TEST(PriorityTimeScales, FailWithTextsThatDifferInFullAndByChange) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::priority_time_scales

@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::response_times {
 namespace {
 
 constexpr const char* kTable = "tsclm020";
@@ -59,4 +59,4 @@ TEST(ResponseTimes, FailWithTextsThatDifferInFullAndByChange) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::response_times

@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::service_areas {
 namespace {
 
 constexpr const char* kTable = "tsmdm105";
@@ -63,4 +63,4 @@ TEST(ServiceAreas, FailWithTheSameTextsInFullAndByChange) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::service_areas

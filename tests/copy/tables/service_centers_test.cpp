@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::service_centers {
 namespace {
 
 constexpr const char* kTable = "tsmdm100";
@@ -87,4 +87,4 @@ TEST(ServiceCenters, FailWithTheirTexts) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::service_centers

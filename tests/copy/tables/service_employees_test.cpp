@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::service_employees {
 namespace {
 
 constexpr const char* kTable = "tsmdm140";
@@ -98,4 +98,4 @@ TEST(ServiceEmployees, FailWithTheSameTextsInFullAndByChange) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::service_employees

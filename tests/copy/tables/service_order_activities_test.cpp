@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::service_order_activities {
 namespace {
 
 constexpr const char* kTable = "tssoc210";
@@ -100,4 +100,4 @@ TEST(ServiceOrderActivities, FailWithTheirTextsTheFullCopyWithTheOrdersDescripti
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::service_order_activities

@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::service_order_engineers {
 namespace {
 
 constexpr const char* kTable = "tssoc205";
@@ -52,4 +52,4 @@ TEST(ServiceOrderEngineers, FailWithTheirTexts) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::service_order_engineers

@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::service_orders {
 namespace {
 
 using testing::HasSubstr;
@@ -215,4 +215,4 @@ TEST(ServiceOrders, FailWithTheirTexts) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::service_orders

@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::service_types {
 namespace {
 
 constexpr const char* kTable = "tsmdm030";
@@ -48,4 +48,4 @@ TEST(ServiceTypes, FailWithTheirTexts) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::service_types

@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::skills_by_employee {
 namespace {
 
 constexpr const char* kTable = "tsmdm135";
@@ -95,4 +95,4 @@ TEST(SkillsByEmployee, FailWithTheSameOddTextsInFullAndByChange) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::skills_by_employee

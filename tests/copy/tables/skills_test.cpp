@@ -1,6 +1,6 @@
 #include "tests/copy/tables/table_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::skills {
 namespace {
 
 constexpr const char* kTable = "tsmdm130";
@@ -45,4 +45,4 @@ TEST(Skills, FailWithTheSameTextsInFullAndByChange) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::skills
