@@ -5,7 +5,7 @@
 
 #include "tests/whole/copy_process.h"
 
-namespace qmx::test {
+namespace qmx::test::bad_records {
 namespace {
 
 using testing::AllOf;
@@ -88,4 +88,4 @@ TEST_F(BadRecord, IsReportedIfTheErpHasNoAuditTrail) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::bad_records

@@ -9,7 +9,7 @@
 #include "tests/whole/local_copy.h"
 #include "tests/whole/not_by_change.h"
 
-namespace qmx::test {
+namespace qmx::test::changed_copies_property {
 namespace {
 
 using testing::IsEmpty;
@@ -88,4 +88,4 @@ TEST_P(AfterAnyDays, ChangedCopiesMakeTheTablesThatFreshFullCopiesWouldMake) {
 INSTANTIATE_TEST_SUITE_P(Seeds, AfterAnyDays, testing::Range(5u, 9u));
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::changed_copies_property

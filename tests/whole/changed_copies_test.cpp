@@ -10,7 +10,7 @@
 #include "tests/whole/local_copy.h"
 #include "tests/whole/not_by_change.h"
 
-namespace qmx::test {
+namespace qmx::test::changed_copies {
 namespace {
 
 using testing::ElementsAre;
@@ -316,4 +316,4 @@ TEST_F(ChangedCalendars, CopyACalendarThatIsNotLocalInFull) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::changed_copies

@@ -9,7 +9,7 @@
 #include "tests/support/process.h"
 #include "tests/whole/server_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::granted_rights {
 namespace {
 
 using testing::ContainsRegex;
@@ -150,4 +150,4 @@ TEST_P(GrantedRights, ThatAreMissingAltogetherAreFoundByACheck) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::granted_rights

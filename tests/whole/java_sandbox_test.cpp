@@ -14,7 +14,7 @@
 #include "tests/whole/company.h"
 #include "tests/whole/local_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::java_sandbox {
 namespace {
 
 using testing::HasSubstr;
@@ -105,4 +105,4 @@ TEST_F(JavaSandbox, LeavesTheSameRowsOfCalendarsOnRequestAndOfTheirExpansion) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::java_sandbox

@@ -10,7 +10,7 @@
 #include "tests/whole/copy_process.h"
 #include "tests/whole/not_by_change.h"
 
-namespace qmx::test {
+namespace qmx::test::killed_copy {
 namespace {
 
 using testing::IsEmpty;
@@ -153,4 +153,4 @@ TEST_P(KilledCopy, AtAnyMomentLeavesTheOldRowsOrTheFirstNewOnes) {
 INSTANTIATE_TEST_SUITE_P(Seeds, KilledCopy, testing::Range(1u, 3u));
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::killed_copy

@@ -6,7 +6,7 @@
 #include "tests/support/tcp_proxy.h"
 #include "tests/whole/server_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::lost_server {
 namespace {
 
 using testing::AllOf;
@@ -234,4 +234,4 @@ TEST_P(ReadOnlyServer, WhichRefusesTheCommitKeepsTheRowsSavedBeforeAndReportsIt)
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::lost_server

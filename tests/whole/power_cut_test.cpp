@@ -11,7 +11,7 @@
 #include "tests/whole/local_copy.h"
 #include "tests/whole/not_by_change.h"
 
-namespace qmx::test {
+namespace qmx::test::power_cut {
 namespace {
 
 using testing::IsEmpty;
@@ -113,4 +113,4 @@ TEST_F(PowerCut, InACopyByChangeLeavesEveryRowOldOrNew) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::power_cut

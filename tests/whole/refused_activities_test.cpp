@@ -2,7 +2,7 @@
 // change: the activities before it stay, the copy fails, and the next one brings the rest.
 #include "tests/whole/server_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::refused_activities {
 namespace {
 
 using testing::AllOf;
@@ -68,4 +68,4 @@ TEST_P(RefusedActivity, AtTheCommitFailsTheCopyAndKeepsTheActivitiesBeforeIt) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::refused_activities

@@ -7,7 +7,7 @@
 #include "tests/support/odbc_faults/odbc_faults.h"
 #include "tests/whole/server_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::refused_commits {
 namespace {
 
 using testing::AllOf;
@@ -180,4 +180,4 @@ TEST_P(RefusedCommit, OfADeferredConstraintFailsTheCopyAtTheRowThatBreaksIt) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::refused_commits

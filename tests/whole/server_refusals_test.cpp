@@ -2,7 +2,7 @@
 // sentence of advice, the exit status, the logs, the scheduling server's messages, and the tables afterwards.
 #include "tests/whole/server_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::server_refusals {
 namespace {
 
 using testing::AllOf;
@@ -168,4 +168,4 @@ TEST_P(ServerRefusal, ToReadForAUserWithoutThatRightIsReportedInAChangedCopyToo)
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::server_refusals

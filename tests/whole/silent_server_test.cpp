@@ -3,7 +3,7 @@
 #include "tests/support/tcp_proxy.h"
 #include "tests/whole/server_copy.h"
 
-namespace qmx::test {
+namespace qmx::test::silent_server {
 namespace {
 
 using testing::AllOf;
@@ -111,4 +111,4 @@ TEST(AStuckDriver, IsNotWaitedForFiveSecondsAfterTheEndOfItsConnection) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::silent_server

@@ -9,7 +9,7 @@
 #include "tests/support/faulty_driver.h"
 #include "tests/whole/copy_process.h"
 
-namespace qmx::test {
+namespace qmx::test::simultaneous_copies {
 namespace {
 
 using testing::ElementsAre;
@@ -161,4 +161,4 @@ TEST_F(SecondRunWithinTheFirst, MakesTheFirstFailIfBothAddTheControlRecord) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::simultaneous_copies

@@ -6,7 +6,7 @@
 
 #include "tests/copy/faults/faulty_run.h"
 
-namespace qmx::test {
+namespace qmx::test::fault {
 namespace {
 
 using testing::AnyOf;
@@ -103,4 +103,4 @@ INSTANTIATE_TEST_SUITE_P(OfATable, LostAnswers,
                          NameOfInstance);
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::fault

@@ -9,7 +9,7 @@
 
 #include "tests/copy/faults/faulty_run.h"
 
-namespace qmx::test {
+namespace qmx::test::faults_below {
 namespace {
 
 using testing::AnyOf;
@@ -127,4 +127,4 @@ INSTANTIATE_TEST_SUITE_P(OfATableThatIsReadAgain, FaultsBelow,
                          NameOfInstance);
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::faults_below

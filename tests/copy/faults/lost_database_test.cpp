@@ -4,7 +4,7 @@
 
 #include "tests/copy/faults/faulty_run.h"
 
-namespace qmx::test {
+namespace qmx::test::lost_database {
 namespace {
 
 // When the database is gone for good, the release fails as well: the flag stays as it is, and the release's error ends
@@ -54,4 +54,4 @@ INSTANTIATE_TEST_SUITE_P(InBothModes, LostDatabase,
                          NameOfInstance);
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::lost_database
