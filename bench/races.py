@@ -75,7 +75,7 @@ def expansion(sizes):
     intervals = int(run("sqlite3", expanded, "select count(*) from tscalender"))
     return Race("expansion of calendars, SQLite", intervals, [
         Way("program", [BENCH_PROGRAMS / "expand_calendars", LOCAL], reads="the calendars",
-            writes="the intervals of a calendar once it is expanded; committed after 16 statements or 5 ms"),
+            writes="the intervals of a calendar once it is expanded; 128 per statement and commit, from a second thread"),
         Way("inserts of the same rows", [BENCH_PROGRAMS / "sqlite_intervals", expanded, LOCAL], most=1.3,
             reads="the finished intervals, into memory, which is not measured",
             writes="one statement per row, one transaction per calendar"),
