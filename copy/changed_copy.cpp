@@ -2,7 +2,6 @@
 //
 // The local rows decide whether an entry inserts or updates, not the ERP's flag. The new lutm is the end of the audited
 // period, not the end of the copy, so that the next copy reads what the ERP changes meanwhile.
-#include <algorithm>
 
 #include "copy/clsDataCopy.h"
 #include "platform/error.h"
@@ -138,8 +137,7 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
   } catch (Error& error) {
     error.With("table", tableCode);
     // An error that names its key already may be of an entry before this one: rows are sent several at a time.
-    const auto isKey = [](const Error::Detail& detail) { return detail.first == "key"; };
-    if (number > 0 && std::none_of(error.Details().begin(), error.Details().end(), isKey)) {
+    if (number > 0 && error.DetailOf("key").empty()) {
       error.With("audit entry", std::to_string(number));
       if (keyBegins > 0) error.With("key", statement.Text().substr(keyBegins));
     }

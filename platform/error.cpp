@@ -50,6 +50,13 @@ Error& Error::With(const std::string& what, std::string value) {
   return *this;
 }
 
+const std::string& Error::DetailOf(std::string_view what) const {
+  static const std::string kNone;
+  const auto sameName = [&](const Detail& detail) { return detail.first == what; };
+  const auto found = std::find_if(details_.begin(), details_.end(), sameName);
+  return found == details_.end() ? kNone : found->second;
+}
+
 Error& Error::AddCauses(const Error& error) {
   for (const Error* link = &error; link; link = link->Cause()) AddCause(*link);
   return *this;

@@ -11,6 +11,7 @@
 #include <exception>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -71,7 +72,8 @@ class Error : public std::exception {
   const std::string& Source() const { return source_; }
   const std::string& Description() const { return description_; }
   const std::vector<Detail>& Details() const { return details_; }
-  const Error* Cause() const { return cause_.get(); }  // null if there is none; lives as long as this error
+  const std::string& DetailOf(std::string_view what) const;  // empty if there is none of that name
+  const Error* Cause() const { return cause_.get(); }        // null if there is none; lives as long as this error
 
   const char* what() const noexcept override { return description_.c_str(); }
 

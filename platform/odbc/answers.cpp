@@ -9,15 +9,8 @@
 namespace qmx {
 namespace {
 
-std::string_view Detail(const Error& error, std::string_view name) {
-  for (const auto& [what, value] : error.Details()) {
-    if (what == name) return value;
-  }
-  return {};
-}
-
-std::string_view State(const Error& error) { return Detail(error, "SQLSTATE"); }
-int NativeCode(const Error& error) { return std::atoi(std::string(Detail(error, "native code")).c_str()); }
+std::string_view State(const Error& error) { return error.DetailOf("SQLSTATE"); }
+int NativeCode(const Error& error) { return std::atoi(error.DetailOf("native code").c_str()); }
 
 // States that the driver, the driver manager, or a stopping or damaged server reports, and "completion unknown".
 constexpr auto kNoRefusals =

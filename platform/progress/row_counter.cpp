@@ -9,8 +9,7 @@ void RowCounter::RowSaved(std::string_view table) {
 }
 
 void RowCounter::Executing(std::string_view statement) {
-  const std::string deletion = "delete from " + table_ + " ";
-  isDeleting_ = SameName(statement.substr(0, deletion.size()), deletion);
+  isDeleting_ = SameName(statement.substr(0, deletion_.size()), deletion_);
 }
 
 void RowCounter::Executed(std::string_view, std::int64_t, const Error*) { isDeleting_ = false; }

@@ -13,7 +13,8 @@ namespace qmx {
 
 class RowCounter : public DatabaseObserver {
  public:
-  RowCounter(std::string table, std::atomic<std::int64_t>& rows) : table_(std::move(table)), rows_(rows) {}  // borrowed
+  RowCounter(std::string table, std::atomic<std::int64_t>& rows)  // borrowed
+      : table_(std::move(table)), deletion_("delete from " + table_ + " "), rows_(rows) {}
 
   void RowSaved(std::string_view table) override;
   void Executing(std::string_view statement) override;
@@ -24,6 +25,7 @@ class RowCounter : public DatabaseObserver {
 
  private:
   std::string table_;
+  std::string deletion_;  // with which such a statement begins
   std::atomic<std::int64_t>& rows_;
   std::atomic<bool> isDeleting_ = false;
 };

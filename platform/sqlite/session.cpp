@@ -56,12 +56,6 @@ std::string FileName(const std::string& catalog) {
       "\"" + catalog + "\" cannot be a default database: it must be the name of a file without folder and \".db\".");
 }
 
-std::string CodeOf(const Error& error) {
-  const auto isCode = [](const Error::Detail& detail) { return detail.first == "code"; };
-  const auto found = std::find_if(error.Details().begin(), error.Details().end(), isCode);
-  return found == error.Details().end() ? "" : found->second;
-}
-
 }  // namespace
 
 void SqliteDriverSession::Closer::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
@@ -91,7 +85,7 @@ SqliteDriverSession::Handle SqliteDriverSession::OpenFile(const fs::path& file) 
   try {
     Configure(opened);
   } catch (Error& error) {
-    const std::string code = CodeOf(error);
+    const std::string code = error.DetailOf("code");
     if (code == "SQLITE_NOTADB") RaiseCannotOpen(file, "the file is no SQLite database.");
     const bool hadToWrite = error.Number() == errors::kPermissionDenied;
     if (mode_ == SqliteMode::Read && (hadToWrite || code == "SQLITE_CANTOPEN")) RequireReadableWithoutWriting(file);

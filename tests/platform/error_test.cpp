@@ -108,6 +108,8 @@ TEST(Error, KeepsTheInnermostDetailOfAName) {
   Error error(3265, "Recordset", "No column.");
   error.With("table", "tsmdm030").With("column", "cstp").With("table", "tstables");
   EXPECT_EQ(error.Details(), (std::vector<Error::Detail>{{"table", "tsmdm030"}, {"column", "cstp"}}));
+  EXPECT_EQ(error.DetailOf("column"), "cstp");
+  EXPECT_EQ(error.DetailOf("key"), "");
 }
 
 Error ErrorFor(void (*raise)()) {

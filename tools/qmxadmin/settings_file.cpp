@@ -9,18 +9,14 @@
 #include <optional>
 #include <string_view>
 
+#include "platform/trim.h"
+
 namespace qmx {
 namespace {
 
 constexpr const char* kUsualPath = "/etc/default/qmxdatacopy";
 constexpr const char* kBlanks = " \t\r";
 constexpr const char* kNameCharacters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_";
-
-std::string_view WithoutBlanks(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
 
 // Returns the value without its quotes, or nothing if a quote is not closed or something follows it.
 std::optional<std::string> Unquoted(std::string_view text) {
@@ -59,11 +55,11 @@ void SettingsFile::Read() {
 }
 
 void SettingsFile::ReadLine(const std::string& line, int number) {
-  const std::string_view text = WithoutBlanks(line);
+  const std::string_view text = Trimmed(line, kBlanks);
   if (text.empty() || text.front() == '#' || text.front() == ';') return;
   const std::size_t end = text.find_first_not_of(kNameCharacters);
   const bool isSetting = end != 0 && end != std::string_view::npos && text[end] == '=';
-  const std::optional<std::string> value = isSetting ? Unquoted(WithoutBlanks(text.substr(end + 1))) : std::nullopt;
+  const std::optional<std::string> value = isSetting ? Unquoted(Trimmed(text.substr(end + 1), kBlanks)) : std::nullopt;
   if (value) {
     settings_.push_back({std::string(text.substr(0, end)), *value});
   } else {

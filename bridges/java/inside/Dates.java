@@ -1,6 +1,7 @@
 package qmxdatacopy;
 
 import java.lang.reflect.Method;
+import java.time.LocalDate;
 import java.util.Arrays;
 import java.util.Date;
 
@@ -43,22 +44,9 @@ final class Dates {
     }
     // The date's own getters would make a calendar.
     long local = time - date.getTimezoneOffset() * 60_000L;
-    int day = (int) (local / DAY);
-    int second = (int) (local - (long) day * DAY) / 1000;
-    return fieldsOf(day) | second;
-  }
-
-  // Counts years from March on: the day that not every year has is then the last one.
-  private static long fieldsOf(int dayOfEpoch) {
-    int day = dayOfEpoch + 719_468; // since 0000-03-01
-    int century = (4 * day + 3) / 146_097;
-    int dayOfCentury = day - 146_097 * century / 4;
-    int year = (4 * dayOfCentury + 3) / 1461;
-    int dayOfYear = dayOfCentury - 1461 * year / 4;
-    int month = (5 * dayOfYear + 2) / 153;
-    int dayOfMonth = dayOfYear - (153 * month + 2) / 5 + 1;
-    boolean next = month >= 10;
-    return packed(100 * century + year + (next ? 1 : 0) - 1900, next ? month - 10 : month + 2, dayOfMonth);
+    int second = (int) (local % DAY) / 1000;
+    LocalDate day = LocalDate.ofEpochDay(local / DAY);
+    return packed(day.getYear() - 1900, day.getMonthValue() - 1, day.getDayOfMonth()) | second;
   }
 
   private static long packed(int year, int month, int day) {

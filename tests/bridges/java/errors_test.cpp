@@ -18,12 +18,6 @@ class JavaErrors : public JavaComponents {
     EXPECT_EQ(error.Number(), 429);
     return error;
   }
-  static std::string Detail(const Error& error, const std::string& what) {
-    for (const auto& [name, value] : error.Details()) {
-      if (name == what) return value;
-    }
-    return "none";
-  }
   Object failures = components.CreateObject("bridge.Failures");
 };
 
@@ -34,13 +28,13 @@ TEST_F(JavaErrors, AreTheExceptionWithItsCauses) {
   EXPECT_EQ(error.Description(),
             "java.lang.Exception: The ERP is closed.; caused by java.lang.IllegalStateException: locked; caused by "
             "java.lang.RuntimeException");
-  EXPECT_EQ(Detail(error, "member"), "locked");
-  EXPECT_EQ(Detail(error, "progid"), "bridge.Failures");
-  EXPECT_EQ(Detail(error, "type"), "bridge.Failures");
+  EXPECT_EQ(error.DetailOf("member"), "locked");
+  EXPECT_EQ(error.DetailOf("progid"), "bridge.Failures");
+  EXPECT_EQ(error.DetailOf("type"), "bridge.Failures");
 }
 
 TEST_F(JavaErrors, CarryTheStackTraceAsDetails) {
-  EXPECT_THAT(Detail(Raised("locked"), "details"),
+  EXPECT_THAT(Raised("locked").DetailOf("details"),
               AllOf(StartsWith("java.lang.Exception: The ERP is closed.\n\tat bridge.Failures.locked(Failures.java:"),
                     HasSubstr("\nCaused by: java.lang.IllegalStateException: locked\n")));
 }
@@ -77,7 +71,7 @@ TEST_F(JavaErrors, OfMemoryThatRunsOutComeInOrder) {
 TEST_F(JavaErrors, OfConstructorsAndInitializersFailTheCreation) {
   const Error constructor = NotCreated("bridge.Failures$OfConstructor");
   EXPECT_THAT(constructor.Description(), HasSubstr("java.lang.IllegalArgumentException: no licence"));
-  EXPECT_THAT(Detail(constructor, "details"), HasSubstr("at bridge.Failures$OfConstructor.<init>"));
+  EXPECT_THAT(constructor.DetailOf("details"), HasSubstr("at bridge.Failures$OfConstructor.<init>"));
   EXPECT_THAT(NotCreated("bridge.Failures$OfInitializer").Description(),
               HasSubstr("java.lang.ExceptionInInitializerError; caused by java.lang.NumberFormatException: For input"));
 }

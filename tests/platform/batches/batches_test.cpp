@@ -42,13 +42,6 @@ class Batches : public testing::TestWithParam<DriverUnderTest> {
     return codes;
   }
 
-  static std::string Detail(const Error& error, std::string_view what) {
-    for (const auto& [name, value] : error.Details()) {
-      if (name == what) return value;
-    }
-    return "(no detail)";
-  }
-
   std::unique_ptr<TestDatabase> base;
   FaultyDriver below;
   FakeSteadyClock clock;
@@ -138,9 +131,9 @@ TEST_P(Batches, KeepTheRowsBeforeABadOneAndNoneAfterIt) {
     records->Update();
   });
   EXPECT_EQ(error.Number(), -2147217873);
-  EXPECT_EQ(Detail(error, "table"), "people");
-  EXPECT_EQ(Detail(error, "key"), "code='D'");
-  EXPECT_THAT(Detail(error, "statement"), HasSubstr("insert into"));
+  EXPECT_EQ(error.DetailOf("table"), "people");
+  EXPECT_EQ(error.DetailOf("key"), "code='D'");
+  EXPECT_THAT(error.DetailOf("statement"), HasSubstr("insert into"));
   EXPECT_EQ(error.Cause(), nullptr);
   records->CancelUpdate();
   records->Close();
@@ -190,7 +183,7 @@ TEST_P(Batches, OfAThousandRowsEndAtTheBadOneAsSingleRowsWould) {
     });
     EXPECT_EQ(error.Number(), alone.Number());
     EXPECT_EQ(error.Description(), alone.Description());
-    EXPECT_EQ(Detail(error, "key"), "code='" + bad.code + "'");
+    EXPECT_EQ(error.DetailOf("key"), "code='" + bad.code + "'");
     records->CancelUpdate();
     records->Close();
     EXPECT_EQ(connection.Execute("delete from items where code like 'row %'"), bad.place) << bad.code;
@@ -204,7 +197,7 @@ TEST_P(Batches, RaiseAFailureBetweenCallsAtTheNextCall) {
   clock.PassWhileAThreadWaits(milliseconds(50));
   const Error error = Raised([&] { Add(*records, "E"); });
   EXPECT_EQ(error.Number(), -2147217873);
-  EXPECT_EQ(Detail(error, "key"), "code='C'");
+  EXPECT_EQ(error.DetailOf("key"), "code='C'");
   records->CancelUpdate();
   records->Close();
   EXPECT_EQ(Codes(), "ABC");
@@ -217,7 +210,7 @@ TEST_P(Batches, RaiseAFailureNotYetReportedWhenTheConnectionCloses) {
     const auto records = Opened("people");
     for (const char* code : {"A", "B", "C", "D"}) Add(*records, code);
   }
-  EXPECT_EQ(Detail(Raised([&] { connection.Close(); }), "key"), "code='C'");
+  EXPECT_EQ(Raised([&] { connection.Close(); }).DetailOf("key"), "code='C'");
   EXPECT_EQ(connection.State(), 0);
   EXPECT_EQ(Codes(), "ABC");
 }
@@ -234,7 +227,7 @@ TEST_P(Batches, NameTheBadRowsColumnsThatMakeItsKey) {
     }
     records->Update();
   });
-  EXPECT_EQ(Detail(error, "key"), "emno='E1', skll='b'");
+  EXPECT_EQ(error.DetailOf("key"), "emno='E1', skll='b'");
   records->CancelUpdate();
 }
 
@@ -282,7 +275,7 @@ TEST_P(Batches, WaitForALockOnceAndNotForEachRow) {
     records->Update();
   });
   EXPECT_EQ(error.Number(), -2147217871);
-  EXPECT_EQ(Detail(error, "key"), "code='B'");
+  EXPECT_EQ(error.DetailOf("key"), "code='B'");
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(3500));
   holder->Rollback();
   records->CancelUpdate();

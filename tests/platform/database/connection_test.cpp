@@ -35,7 +35,7 @@ TEST_P(OnAConnection, AFailingStatementIsGivenWithItsText) {
   const Error noTable = Raised([&] { connection.Execute("delete from nobody"); });
   EXPECT_EQ(noTable.Number(), -2147217865);
   EXPECT_THAT(noTable.Description(), HasSubstr("nobody"));
-  EXPECT_EQ(Detail(noTable, "statement"), "delete from nobody");
+  EXPECT_EQ(noTable.DetailOf("statement"), "delete from nobody");
   EXPECT_EQ(Raised([&] { connection.Execute("delete people"); }).Number(), -2147217900);
   CreatePeople();
   AddPerson("A", "Ann");
@@ -64,7 +64,7 @@ TEST_P(OnAConnection, AKeyWithAQuoteReachesNoRow) {
   const SqlText statement = SqlText("DELETE FROM people where code='").Value("' or ''='").Append("'");
   const Error error = Raised([&] { connection.Execute(statement); });
   EXPECT_EQ(error.Number(), -2147217900);
-  EXPECT_EQ(Detail(error, "statement"), "DELETE FROM people where code='' or ''=''");
+  EXPECT_EQ(error.DetailOf("statement"), "DELETE FROM people where code='' or ''=''");
   EXPECT_THAT(driver.Record(), ElementsAre());
   EXPECT_THAT(Rows("select code from people"), ElementsAre("A"));
 }

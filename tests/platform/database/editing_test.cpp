@@ -90,9 +90,9 @@ TEST_P(RecordsetEditing, ARowThatIsGoneIsReportedAndNothingIsWritten) {
   records->Fields("name") = "Anna";
   const Error error = Raised([&] { records->Update(); });
   EXPECT_EQ(error.Number(), -2147217864);
-  EXPECT_EQ(Detail(error, "table"), "people");
-  EXPECT_EQ(Detail(error, "key"), "code='A'");
-  EXPECT_THAT(Detail(error, "statement"), HasSubstr("update"));
+  EXPECT_EQ(error.DetailOf("table"), "people");
+  EXPECT_EQ(error.DetailOf("key"), "code='A'");
+  EXPECT_THAT(error.DetailOf("statement"), HasSubstr("update"));
   EXPECT_THAT(People(), ElementsAre("B|Bob"));
 }
 
@@ -110,7 +110,7 @@ TEST_P(RecordsetEditing, RowsThatAreAlikeCannotBeWrittenAndStayAsTheyAre) {
   records->Fields("place") = "Oslo";
   const Error error = Raised([&] { records->Update(); });
   EXPECT_EQ(error.Number(), -2147217864);
-  EXPECT_EQ(Detail(error, "key"), "code='A', place='Rome'");
+  EXPECT_EQ(error.DetailOf("key"), "code='A', place='Rome'");
   records->CancelUpdate();
   EXPECT_EQ(records->Fields("place").Value(), Variant("Rome"));
   EXPECT_THAT(Visits(), ElementsAre("A|Rome", "A|Rome", "B|null"));

@@ -102,7 +102,7 @@ TEST_P(RecordsetOpening, AMissingTableIsNamed) {
   const Error byText =
       Raised([&] { records.Open("select * from nobody", connection, kCursorKeyset, kLockOptimistic, kCommandText); });
   EXPECT_EQ(byText.Number(), -2147217865);
-  EXPECT_EQ(Detail(byText, "statement"), "select * from nobody");
+  EXPECT_EQ(byText.DetailOf("statement"), "select * from nobody");
   EXPECT_EQ(records.State(), 0);
 }
 
@@ -111,14 +111,14 @@ TEST_P(RecordsetOpening, AStatementWithoutRowsIsRefusedAndNotRun) {
   AddPerson("A", "Ann");
   const Error error = Raised([&] { Opened("delete from people"); });
   EXPECT_EQ(error.Number(), -2147217900);
-  EXPECT_EQ(Detail(error, "statement"), "delete from people");
+  EXPECT_EQ(error.DetailOf("statement"), "delete from people");
   EXPECT_THAT(Rows("select code from people"), ElementsAre("A"));
 }
 
 TEST_P(RecordsetOpening, ABrokenStatementIsACommandError) {
   const Error error = Raised([&] { Opened("selekt * from people"); });
   EXPECT_EQ(error.Number(), -2147217900);
-  EXPECT_EQ(Detail(error, "statement"), "selekt * from people");
+  EXPECT_EQ(error.DetailOf("statement"), "selekt * from people");
 }
 
 TEST_P(RecordsetOpening, ASecondStatementIsRefusedBeforeTheDatabaseSeesAnyOfIt) {

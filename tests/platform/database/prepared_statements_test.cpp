@@ -142,20 +142,20 @@ TEST_P(PreparedTexts, AreReadInTheOrderThatTheyAskFor) {
 TEST_P(PreparedTexts, StandInErrorsWithTheirValues) {
   Error error = Raised([&] { Opened(WithQuoted("select name from people where colour=", "red")); });
   EXPECT_EQ(error.Number(), -2147217900);
-  EXPECT_EQ(Detail(error, "statement"), "select name from people where colour='red'");
+  EXPECT_EQ(error.DetailOf("statement"), "select name from people where colour='red'");
   EXPECT_THAT(error.Description(), HasSubstr("colour"));
   EXPECT_EQ(error.Cause(), nullptr);
 
   error = Raised([&] { connection.Execute(WithQuoted("delete from nobody where code=", "A")); });
   EXPECT_EQ(error.Number(), -2147217865);
-  EXPECT_EQ(Detail(error, "statement"), "delete from nobody where code='A'");
+  EXPECT_EQ(error.DetailOf("statement"), "delete from nobody where code='A'");
 
   error = Raised([&] { AddPerson("A", "again"); });
   EXPECT_EQ(error.Number(), -2147217873);
-  EXPECT_EQ(Detail(error, "statement"), "insert into people (code,name) values ('A','again')");
+  EXPECT_EQ(error.DetailOf("statement"), "insert into people (code,name) values ('A','again')");
 
   const auto names = Opened(WithQuoted("select name from people where code=", "A"));
-  EXPECT_EQ(Detail(Raised([&] { names->AddNew(); }), "statement"), "select name from people where code='A'");
+  EXPECT_EQ(Raised([&] { names->AddNew(); }).DetailOf("statement"), "select name from people where code='A'");
   EXPECT_THAT(Raised([&] { names->Fields("code"); }).Description(), HasSubstr("people where code='A'"));
 }
 

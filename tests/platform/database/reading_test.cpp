@@ -74,7 +74,7 @@ TEST_P(RecordsetReading, AMissingColumnIsNamed) {
   EXPECT_EQ(error.Number(), 3265);
   EXPECT_THAT(error.Description(), testing::HasSubstr("nickname"));
   EXPECT_THAT(error.Description(), testing::HasSubstr("people"));
-  EXPECT_EQ(Detail(error, "column"), "nickname");
+  EXPECT_EQ(error.DetailOf("column"), "nickname");
   EXPECT_EQ(Raised([&] { records->Fields(7); }).Number(), 3265);
 }
 

@@ -73,13 +73,6 @@ class RecordSetTest : public testing::TestWithParam<DriverUnderTest> {
     }
   }
 
-  static std::string Detail(const Error& error, std::string_view what) {
-    for (const auto& [name, value] : error.Details()) {
-      if (name == what) return value;
-    }
-    return "(no detail)";
-  }
-
   std::unique_ptr<TestDatabase> base;
   FaultyDriver driver;
   Database database;

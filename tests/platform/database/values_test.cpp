@@ -89,9 +89,9 @@ TEST_P(RecordsetValues, AValueBecomesItsColumnsTypeWhenItIsAssigned) {
 TEST_P(RecordsetValues, WhatCannotBeConvertedFailsAtItsAssignmentWithTableColumnAndKey) {
   const Error error = Raised([&] { records->Fields("weight") = "heavy"; });
   EXPECT_EQ(error.Number(), 13);
-  EXPECT_EQ(Detail(error, "table"), "people");
-  EXPECT_EQ(Detail(error, "column"), "weight");
-  EXPECT_EQ(Detail(error, "key"), "code='A'");
+  EXPECT_EQ(error.DetailOf("table"), "people");
+  EXPECT_EQ(error.DetailOf("column"), "weight");
+  EXPECT_EQ(error.DetailOf("key"), "code='A'");
   EXPECT_EQ(Raised([&] { records->Fields("born") = "soon"; }).Number(), 13);
   EXPECT_EQ(Raised([&] { records->Fields("born") = ""; }).Number(), 13);
   EXPECT_EQ(Raised([&] { records->Fields("floor") = 40000; }).Number(), 6);

@@ -224,9 +224,9 @@ TEST_P(RecordsetWriting, ADuplicateKeyIsAnIntegrityViolationThatLeavesTheRowPend
   records->Fields("code") = "A";
   const Error error = Raised([&] { records->Update(); });
   EXPECT_EQ(error.Number(), -2147217873);
-  EXPECT_EQ(Detail(error, "table"), "people");
-  EXPECT_EQ(Detail(error, "key"), "code='A'");
-  EXPECT_THAT(Detail(error, "statement"), HasSubstr("insert into"));
+  EXPECT_EQ(error.DetailOf("table"), "people");
+  EXPECT_EQ(error.DetailOf("key"), "code='A'");
+  EXPECT_THAT(error.DetailOf("statement"), HasSubstr("insert into"));
   EXPECT_THAT(People(), ElementsAre("A|Ann", "B|null"));
   records->Fields("code") = "C";  // it is still there to be corrected
   records->Update();
@@ -270,8 +270,8 @@ TEST_P(RecordsetWriting, AStatementThatCannotBePreparedIsShown) {
   driver.Restart();
   driver.FailAt(1);
   const Error error = Raised([&] { records->Update(); });
-  EXPECT_THAT(Detail(error, "statement"), HasSubstr("insert into"));
-  EXPECT_EQ(Detail(error, "key"), "code='A'");
+  EXPECT_THAT(error.DetailOf("statement"), HasSubstr("insert into"));
+  EXPECT_EQ(error.DetailOf("key"), "code='A'");
 }
 
 TEST_P(RecordsetWriting, RowsOfAJoinOrAnExpressionAreReadOnly) {
@@ -282,7 +282,7 @@ TEST_P(RecordsetWriting, RowsOfAJoinOrAnExpressionAreReadOnly) {
     const auto records = Opened(query);
     const Error adding = Raised([&] { records->AddNew(); });
     EXPECT_EQ(adding.Number(), 3219) << query;
-    EXPECT_EQ(Detail(adding, "statement"), query);
+    EXPECT_EQ(adding.DetailOf("statement"), query);
     EXPECT_EQ(Raised([&] { records->Fields(0) = "B"; }).Number(), 3219) << query;
     records->Update();
     records->Close();

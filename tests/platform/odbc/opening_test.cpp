@@ -51,7 +51,7 @@ TEST_P(OpeningAServer, AWrongPasswordIsARefusedLogInAndIsNotShown) {
   EXPECT_THAT(error.Description(), HasSubstr("qmx"));
   EXPECT_THAT(error.Description(), HasSubstr("Check the user and the password."));
   EXPECT_THAT(DescribeChain(error), Not(HasSubstr("ForgottenSecret")));
-  EXPECT_THAT(Detail(error, "connection text"), HasSubstr("PWD=***"));
+  EXPECT_THAT(error.DetailOf("connection text"), HasSubstr("PWD=***"));
 }
 
 TEST_P(OpeningAServer, UserAndPasswordMayComeBesideTheText) {

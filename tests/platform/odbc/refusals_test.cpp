@@ -99,8 +99,8 @@ TEST_P(AServerRefuses, AValueThatIsLongerThanItsColumn) {
   const Error error = Raised([&] { records->Update(); });
   EXPECT_EQ(error.Number(), -2147217900);
   EXPECT_THAT(error.Description(), HasSubstr("Widen the column"));
-  EXPECT_EQ(Detail(error, "table"), "people");
-  EXPECT_EQ(Detail(error, "key"), "code='a code of more than twenty letters'");
+  EXPECT_EQ(error.DetailOf("table"), "people");
+  EXPECT_EQ(error.DetailOf("key"), "code='a code of more than twenty letters'");
   records->CancelUpdate();
   EXPECT_THAT(Rows("select * from people"), ElementsAre());
 }
