@@ -20,6 +20,7 @@ set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME qmxdatacopy)
 option(QMX_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(QMX_SANITIZE_THREADS "Build with ThreadSanitizer, which excludes the other two" OFF)
 option(QMX_WARNINGS_ARE_ERRORS "Treat warnings as errors, as all presets do; off by default, for other compilers" OFF)
+option(QMX_FUZZ "Build the fuzz targets, which needs clang; use with QMX_SANITIZE" OFF)
 option(QMX_JOIN_TEST_SOURCES "Compile several sources of a test program at once, which takes a third of the time" OFF)
 
 # The warnings of every target. Presets make them errors.
@@ -49,6 +50,13 @@ elseif(QMX_SANITIZE_THREADS)
     target_compile_options(${options} INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
     target_link_options(${options} INTERFACE -fsanitize=thread)
   endforeach()
+endif()
+
+# Each branch reports to libFuzzer, and each line is counted for ./fuzz.sh --coverage.
+if(QMX_FUZZ)
+  set(fuzzFlags -fsanitize=fuzzer-no-link -fprofile-instr-generate -fcoverage-mapping)
+  target_compile_options(qmx_options INTERFACE ${fuzzFlags})
+  target_link_options(qmx_options INTERFACE ${fuzzFlags})
 endif()
 
 # Release builds are hardened like Debian's own packages: the C library checks known buffer sizes, and function addresses

@@ -6,6 +6,7 @@ serverPackages=(unixodbc odbc-postgresql odbc-mariadb postgresql mariadb-server-
 testPackages=("${demoPackages[@]}" "${serverPackages[@]}" libgtest-dev libgmock-dev libbenchmark-dev locales clang-14 clang-format-14
               clang-tidy-14 default-jdk-headless dpkg-dev file groff-base junit4 libsqliteodbc
               libxerial-sqlite-jdbc-java lintian logrotate prometheus python3 systemd valgrind)
+fuzzPackages=("${demoPackages[@]}" clang-14 libclang-rt-14-dev llvm-14 python3)
 benchPackages=("${demoPackages[@]}" "${serverPackages[@]}" default-jdk-headless gdal-bin libbenchmark-dev pgloader python3
                python3-matplotlib strace)
 
