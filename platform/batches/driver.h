@@ -11,8 +11,8 @@
 // raised. They wait where statements may be committed together.
 #pragma once
 
-#include "platform/batches/steady_clock.h"
 #include "platform/database_driver.h"
+#include "platform/steady_clock.h"
 
 namespace qmx {
 

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/batches/steady_clock.h"
 #include "platform/database_driver.h"
+#include "platform/steady_clock.h"
 #include "platform/transaction_state.h"
 
 namespace qmx {

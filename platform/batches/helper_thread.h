@@ -9,7 +9,7 @@
 #include <optional>
 #include <thread>
 
-#include "platform/batches/steady_clock.h"
+#include "platform/steady_clock.h"
 
 namespace qmx {
 

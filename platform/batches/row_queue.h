@@ -12,7 +12,7 @@
 #include <span>
 #include <vector>
 
-#include "platform/batches/steady_clock.h"
+#include "platform/steady_clock.h"
 #include "platform/variant.h"
 
 namespace qmx {

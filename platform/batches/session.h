@@ -14,9 +14,9 @@
 #include "platform/batches/group.h"
 #include "platform/batches/helper_thread.h"
 #include "platform/batches/row_queue.h"
-#include "platform/batches/steady_clock.h"
 #include "platform/database_driver.h"
 #include "platform/error.h"
+#include "platform/steady_clock.h"
 
 namespace qmx {
 

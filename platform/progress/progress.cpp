@@ -51,8 +51,10 @@ void Progress::TellEnd(int listener, int status) {
   WriteAll(listener, "end " + std::to_string(status) + "\n");
 }
 
-Progress::Progress(std::string table, int terminal, int listener)
-    : table_(std::move(table)), terminal_(terminal), listener_(listener), helper_([this] { ShowUntilTheEnd(); }) {}
+Progress::Progress(std::string table, int terminal, int listener, SteadyClock& clock)
+    : table_(std::move(table)), terminal_(terminal), listener_(listener), clock_(clock), helper_([this] {
+        ShowUntilTheEnd();
+      }) {}
 
 Progress::~Progress() { End(); }
 
@@ -68,7 +70,7 @@ void Progress::End() noexcept {
 
 void Progress::ShowUntilTheEnd() {
   std::unique_lock lock(mutex_);
-  for (int look = 1; !ended_.wait_for(lock, kBetweenLooks, [this] { return ends_; }); ++look) {
+  for (int look = 1; !EndsBefore(clock_.Now() + kBetweenLooks, lock); ++look) {
     if (terminal_ != kNobody) Draw();
     if (look % kLooksBetweenLines == 0) Tell();
   }
@@ -76,8 +78,13 @@ void Progress::ShowUntilTheEnd() {
   if (!drawn_.empty()) WriteAll(terminal_, ClearText(TerminalWidth(terminal_)));
 }
 
+bool Progress::EndsBefore(SteadyClock::TimePoint due, SteadyClock::Lock& lock) {
+  while (!ends_ && clock_.Now() < due) clock_.WaitUntil(due, ended_, lock);
+  return ends_;
+}
+
 void Progress::Draw() {
-  const auto now = Clock::now();
+  const auto now = clock_.Now();
   const std::int64_t rows = rows_.load(std::memory_order_relaxed);
   const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(now - start_);
   const std::int64_t rate = rate_.At(now, rows);

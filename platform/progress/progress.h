@@ -15,7 +15,6 @@
 #pragma once
 
 #include <atomic>
-#include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -26,6 +25,7 @@
 #include "platform/failure_report.h"
 #include "platform/progress/row_counter.h"
 #include "platform/progress/row_rate.h"
+#include "platform/steady_clock.h"
 
 namespace qmx {
 
@@ -43,7 +43,8 @@ class Progress {
   // Writes the last line, "end STATUS". Waits at most a few seconds for a reader that does not keep up.
   static void TellEnd(int listener, int status);
 
-  Progress(std::string table, int terminal, int listener);  // descriptors, or kNobody
+  // Descriptors, or kNobody. The clock is borrowed.
+  Progress(std::string table, int terminal, int listener, SteadyClock& clock = SteadyClock::OfTheSystem());
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
@@ -53,8 +54,8 @@ class Progress {
   void End() noexcept;  // clears the line for good and writes the last count
 
  private:
-  using Clock = std::chrono::steady_clock;
   void ShowUntilTheEnd();
+  bool EndsBefore(SteadyClock::TimePoint due, SteadyClock::Lock& lock);
   void Draw();
   std::string ClearText(int terminalWidth) const;
   void Tell();
@@ -62,10 +63,11 @@ class Progress {
   std::string table_;
   int terminal_;
   int listener_;
+  SteadyClock& clock_;
   std::atomic<std::int64_t> rows_ = 0;
   RowCounter counter_{table_, rows_};
   RowRate rate_;
-  Clock::time_point start_ = Clock::now();
+  SteadyClock::TimePoint start_ = clock_.Now();
   std::string drawn_;  // the line on the terminal, or empty
   int drawnWidth_ = 0;
   std::int64_t told_ = -1;

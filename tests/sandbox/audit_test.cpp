@@ -2,7 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 #include "tests/sandbox/sandbox_erp.h"
+#include "tests/support/environment.h"
 #include "tests/support/raised.h"
 
 namespace qmx::test {
@@ -82,10 +85,12 @@ TEST_F(Audit, ShowsChangesOfAnySqlTool) {
 }
 
 TEST_F(Audit, StampsWithTheLocalTimeOfTheMachineWhenNobodyPretendsAnother) {
+  const EnvironmentVariable zone("TZ", "Asia/Kolkata");
+  tzset();
   erp_.Run("INSERT INTO tsmdm030 (cstp) VALUES ('A')");
   erp_.Run(
-      "CREATE TABLE close AS SELECT abs(julianday(at) - julianday('now', 'localtime')) * 86400 < 5 AS yes FROM "
-      "audit_tsmdm030");
+      "CREATE TABLE close AS SELECT abs(julianday(at) - julianday('now', '+5 hours', '+30 minutes')) * 86400 < 600 AS "
+      "yes FROM audit_tsmdm030");
   EXPECT_THAT(Entries(ServiceTypes(DateTime::FromDate(2000, 1, 1), DateTime::FromDate(2100, 1, 1)), {"getServiceType"}),
               ElementsAre("I A"));
   auto file = orvan::Database::OpenToRead(erp_.Path());

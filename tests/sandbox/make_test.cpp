@@ -97,6 +97,8 @@ TEST_F(Make, MakesRecordsThatHangTogether) {
     const std::string sql = std::string("SELECT DISTINCT ") + column + " FROM " + table + " WHERE " + column +
                             " <> '' AND " + column + " NOT IN (SELECT " + toColumn + " FROM " + toTable + ")";
     EXPECT_THAT(Query(path, sql), IsEmpty()) << table << '.' << column << " -> " << toTable << '.' << toColumn;
+    EXPECT_NE("0", One(path, std::string("SELECT count(*) FROM ") + table + " WHERE " + column + " <> ''"))
+        << table << '.' << column << " is blank everywhere";
   }
   EXPECT_THAT(Query(path, "SELECT orno FROM tssoc200 o JOIN tscfg220 c USING (ccfg) WHERE o.ofbp <> c.ofbp"),
               IsEmpty());

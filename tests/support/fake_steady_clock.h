@@ -7,7 +7,7 @@
 #include <mutex>
 #include <stdexcept>
 
-#include "platform/batches/steady_clock.h"
+#include "platform/steady_clock.h"
 
 namespace qmx::test {
 

@@ -1,5 +1,6 @@
 #include "platform/components/installed_components.h"
 
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 
 #include "tests/platform/components/server_folder.h"
@@ -22,6 +23,12 @@ class InstalledServers : public testing::Test {
     return error.Description();
   }
 
+  static bool IsLoaded(const std::string& library) {
+    void* const handle = dlopen(library.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (handle) dlclose(handle);
+    return handle != nullptr;
+  }
+
   ServerFolder folder;
   FakeClock clock;
   InstalledComponents components{clock, {folder.Path()}};
@@ -33,9 +40,18 @@ TEST_F(InstalledServers, ServeTheProgIdsOfTheirManifestsInAnyCase) {
 }
 
 TEST_F(InstalledServers, AreLoadedOnlyWhenTheyAreAskedFor) {
-  folder.Add("a", "/nowhere/missing.so", {"Other.Thing"});
-  folder.Add("b", TestServer("probe"), {"Test.Probe"});
+  // Copies, which no other test has loaded.
+  for (const char* name : {"first.so", "asked.so", "last.so"}) {
+    std::filesystem::copy_file(TestServer("probe"), folder / name);
+  }
+  folder.Add("a", "first.so", {"Other.Thing"});
+  folder.Add("b", "asked.so", {"Test.Probe"});
+  folder.Add("c", "last.so", {"Test.Probe"});
+  EXPECT_FALSE(IsLoaded(folder / "asked.so"));
   EXPECT_TRUE(components.CreateObject("Test.Probe"));
+  EXPECT_FALSE(IsLoaded(folder / "first.so"));
+  EXPECT_TRUE(IsLoaded(folder / "asked.so"));
+  EXPECT_FALSE(IsLoaded(folder / "last.so"));
 }
 
 TEST_F(InstalledServers, AreListedWithTheirManifests) {
@@ -148,6 +164,13 @@ TEST_F(InstalledServers, AreSharedByTheirPathsInTheFileSystem) {
   InstalledComponents more{clock, {other.Path()}};
   const Object second = more.CreateObject("Test.Probe");
   EXPECT_EQ(first.Call("living"), Variant(2));
+}
+
+TEST_F(InstalledServers, AreEnteredOnceUnderAllTheirPaths) {
+  std::filesystem::create_symlink(TestServer("failing_entry"), folder.Path() / "link.so");
+  folder.Add("a", "link.so", {"Test.Probe"});
+  folder.Add("b", TestServer("failing_entry"), {"Test.Probe"});
+  EXPECT_THAT(Refusal("Test.Probe"), testing::Not(HasSubstr("Entered twice.")));
 }
 
 }  // namespace

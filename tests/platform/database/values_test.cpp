@@ -61,11 +61,17 @@ TEST_P(RecordsetValues, DatesComeBackWithAndWithoutATimeOfDay) {
 }
 
 TEST_P(RecordsetValues, NullIsKeptAndEmptyBecomesNull) {
-  EXPECT_TRUE(Kept("name", Variant::Null()).IsNull());
-  EXPECT_EQ(Kept("name", "Ann"), Variant("Ann"));
-  EXPECT_TRUE(Kept("name", Variant()).IsNull());
-  EXPECT_TRUE(Kept("weight", Variant::Null()).IsNull());
-  EXPECT_TRUE(Kept("born", Variant()).IsNull());
+  const std::pair<const char*, Variant> columns[] = {{"name", Variant("Ann")},
+                                                     {"weight", Variant(70.5)},
+                                                     {"floor", Variant(static_cast<std::int16_t>(4))},
+                                                     {"visits", Variant(12)},
+                                                     {"born", Variant(DateTime::FromDate(1990, 5, 17))}};
+  for (const auto& [column, value] : columns) {
+    for (const Variant& nothing : {Variant::Null(), Variant()}) {
+      EXPECT_EQ(Kept(column, value), value) << column;
+      EXPECT_TRUE(Kept(column, nothing).IsNull()) << column;
+    }
+  }
 }
 
 TEST_P(RecordsetValues, AValueBecomesItsColumnsTypeWhenItIsAssigned) {

@@ -12,6 +12,7 @@
 #include "platform/database.h"
 #include "platform/error.h"
 #include "tests/support/environment.h"
+#include "tests/support/fake_steady_clock.h"
 
 namespace qmx::test {
 namespace {
@@ -49,21 +50,37 @@ class ProgressOf : public testing::Test {
     for (int row = 0; row < rows; ++row) observer.RowSaved("tssoc200");
   }
 
-  static void Pass(int milliseconds) { std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds)); }
+  // Until the helper has looked so many times. It draws at each look, and writes at every second one.
+  void PassLooks(int looks) {
+    for (int look = 0; look < looks; ++look) clock_.PassWhileAThreadWaits(std::chrono::milliseconds(125));
+  }
 
+  FakeSteadyClock clock_;
   int seen_ = -1, terminal_ = -1;
   std::array<int, 2> pipe_{};
 };
 
 TEST_F(ProgressOf, AShortRunShowsNothing) {
-  { Progress progress("tssoc200", terminal_, Progress::kNobody); }
+  {
+    Progress progress("tssoc200", terminal_, Progress::kNobody, clock_);
+    clock_.PassWhileAThreadWaits(std::chrono::milliseconds(0));
+    clock_.Pass(std::chrono::milliseconds(124));
+  }
   EXPECT_THAT(ReadAll(seen_), IsEmpty());
 }
 
+TEST_F(ProgressOf, ARunShowsItsFirstLineAfterAnEighthOfASecond) {
+  Progress progress("tssoc200", terminal_, Progress::kNobody, clock_);
+  clock_.PassWhileAThreadWaits(std::chrono::milliseconds(124));
+  EXPECT_THAT(ReadAll(seen_), IsEmpty());
+  clock_.PassWhileAThreadWaits(std::chrono::milliseconds(1));
+  EXPECT_THAT(ReadAll(seen_), HasSubstr("tssoc200            0 rows"));
+}
+
 TEST_F(ProgressOf, ALongerRunShowsItsRowsAndClearsThem) {
-  Progress progress("tssoc200", terminal_, Progress::kNobody);
+  Progress progress("tssoc200", terminal_, Progress::kNobody, clock_);
   Save(progress.Counter(), 1200);
-  Pass(300);
+  PassLooks(1);
   progress.End();
   EXPECT_THAT(ReadAll(seen_), MatchesRegex("\r\x1b.Ktssoc200        1,200 rows  .*\r\x1b.K"));
   progress.End();
@@ -71,15 +88,15 @@ TEST_F(ProgressOf, ALongerRunShowsItsRowsAndClearsThem) {
 }
 
 TEST_F(ProgressOf, ALineIsNeverAsWideAsTheTerminal) {
-  Progress progress("tssoc200", terminal_, Progress::kNobody);
-  Pass(180);
+  Progress progress("tssoc200", terminal_, Progress::kNobody, clock_);
+  PassLooks(1);
   progress.End();
   EXPECT_EQ(ReadAll(seen_), "\r\x1b[Ktssoc200            0 rows          0 r\r\x1b[K");
 }
 
 TEST_F(ProgressOf, ALineThatDoesNotChangeIsDrawnOnce) {
-  Progress progress("tssoc200", terminal_, Progress::kNobody);
-  Pass(700);  // the time it shows changes once a second
+  Progress progress("tssoc200", terminal_, Progress::kNobody, clock_);
+  PassLooks(7);  // the time it shows changes once a second
   progress.End();
   const std::string shown = ReadAll(seen_);
   std::size_t drawings = 0;
@@ -89,12 +106,12 @@ TEST_F(ProgressOf, ALineThatDoesNotChangeIsDrawnOnce) {
 }
 
 TEST_F(ProgressOf, ALineThatWrapsBecauseTheTerminalBecameNarrowerIsRemovedWhole) {
-  Progress progress("tssoc200", terminal_, Progress::kNobody);
-  Pass(200);
+  Progress progress("tssoc200", terminal_, Progress::kNobody, clock_);
+  PassLooks(1);
   winsize size{};
   size.ws_col = 20;  // a line of 39 characters now takes two rows
   ASSERT_EQ(ioctl(terminal_, TIOCSWINSZ, &size), 0);
-  Pass(250);
+  PassLooks(1);
   progress.End();
   EXPECT_THAT(ReadAll(seen_), HasSubstr("\x1b[1A\r\x1b[Jtssoc200           \r\x1b[K"));
 }
@@ -105,20 +122,23 @@ TEST_F(ProgressOf, AFailureIsReportedAfterTheLineIsRemoved) {
     void Report(const Error&) noexcept override { EXPECT_EQ(write(terminal, "failed", 6), 6); }
     int terminal;
   } failures(terminal_);
-  Progress progress("tssoc200", terminal_, Progress::kNobody);
+  Progress progress("tssoc200", terminal_, Progress::kNobody, clock_);
   ReportAfterProgress report(failures, &progress);
-  Pass(200);
+  PassLooks(1);
   report.Report(Error(5, "", ""));
-  Pass(200);
   EXPECT_THAT(ReadAll(seen_), EndsWith("\r\x1b[Kfailed"));
 }
 
 TEST_F(ProgressOf, ALongerRunIsWrittenWhileItRunsAndAtItsEnd) {
-  Progress progress("tssoc200", Progress::kNobody, pipe_[1]);
+  Progress progress("tssoc200", Progress::kNobody, pipe_[1], clock_);
   DatabaseObserver& observer = progress.Counter();
   Save(observer, 10);
-  Pass(400);
-  EXPECT_THAT(ReadAll(pipe_[0]), MatchesRegex("(rows 0\n)?rows 10\n"));
+  PassLooks(1);
+  EXPECT_EQ(ReadAll(pipe_[0]), "");
+  PassLooks(1);
+  EXPECT_EQ(ReadAll(pipe_[0]), "rows 10\n");
+  PassLooks(2);
+  EXPECT_EQ(ReadAll(pipe_[0]), "") << "a number that has not changed";
   Save(observer, 5);
   progress.End();
   EXPECT_EQ(ReadAll(pipe_[0]), "rows 15\n");
@@ -130,9 +150,9 @@ TEST_F(ProgressOf, AReaderThatDoesNotKeepUpCostsNoTime) {
   const std::string block(4096, 'x');
   while (write(pipe_[1], block.data(), block.size()) > 0) continue;
   fcntl(pipe_[1], F_SETFL, 0);
-  Progress progress("tssoc200", Progress::kNobody, pipe_[1]);
+  Progress progress("tssoc200", Progress::kNobody, pipe_[1], clock_);
   Save(progress.Counter(), 10);
-  Pass(300);
+  PassLooks(2);
   progress.End();  // would wait for ever
   EXPECT_THAT(ReadAll(pipe_[0]), Not(HasSubstr("rows")));
 }
@@ -153,10 +173,10 @@ TEST_F(ProgressOf, ARunIsNotWrittenIfTheEnvironmentNamesNoDescriptor) {
 }
 
 TEST_F(ProgressOf, ARunThatDeletesSaysSoUntilItAddsRows) {
-  Progress progress("tssoc200", Progress::kNobody, pipe_[1]);
+  Progress progress("tssoc200", Progress::kNobody, pipe_[1], clock_);
   DatabaseObserver& observer = progress.Counter();
   observer.Executing("DELETE FROM tssoc200 WHERE 1=1");
-  Pass(400);
+  PassLooks(2);
   EXPECT_EQ(ReadAll(pipe_[0]), "deleting\n");
   observer.Executed("DELETE FROM tssoc200 WHERE 1=1", 5, nullptr);
   progress.End();
@@ -164,9 +184,9 @@ TEST_F(ProgressOf, ARunThatDeletesSaysSoUntilItAddsRows) {
 }
 
 TEST_F(ProgressOf, ARunThatDeletesShowsSoOnTheTerminal) {
-  Progress progress("tssoc200", terminal_, Progress::kNobody);
+  Progress progress("tssoc200", terminal_, Progress::kNobody, clock_);
   progress.Counter().Executing("delete from TSSOC200 where 1=1");
-  Pass(200);
+  PassLooks(1);
   progress.End();
   EXPECT_THAT(ReadAll(seen_), HasSubstr("\r\x1b[Ktssoc200     deleting"));
 }

@@ -1,4 +1,4 @@
-#include "platform/batches/steady_clock.h"
+#include "platform/steady_clock.h"
 
 namespace qmx {
 
