@@ -21,7 +21,7 @@ option(QMX_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer"
 option(QMX_SANITIZE_THREADS "Build with ThreadSanitizer, which excludes the other two" OFF)
 option(QMX_WARNINGS_ARE_ERRORS "Treat warnings as errors, as all presets do; off by default, for other compilers" OFF)
 option(QMX_FUZZ "Build the fuzz targets, which needs clang; use with QMX_SANITIZE" OFF)
-option(QMX_JOIN_TEST_SOURCES "Compile several sources of a test program at once, which takes a third of the time" OFF)
+set(QMX_JOIN_SOURCES "" CACHE STRING "What is compiled several sources at once, in half the time: a list of rooms, tools, tests")
 
 # The warnings of every target. Presets make them errors.
 add_library(qmx_warnings INTERFACE)
@@ -64,12 +64,24 @@ endif()
 add_compile_options($<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
 add_link_options($<$<CONFIG:Release>:LINKER:-z,relro,-z,now>)
 
-# qmx_room(NAME SOURCES file... [LINKS library...]): a static library whose headers are included from the root of the tree.
+# qmx_join_sources(TARGET KIND): compiles several of its sources at once where the preset asks for it.
+function(qmx_join_sources target kind)
+  if(kind IN_LIST QMX_JOIN_SOURCES)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+  endif()
+endfunction()
+
+# qmx_room(NAME [JOIN kind] SOURCES file... [LINKS library...]): a static library whose headers are included from the root
+# of the tree. JOIN is what its sources are joined with: "rooms" if it is not named; "none" where they use the same names.
 function(qmx_room name)
-  cmake_parse_arguments(PARSE_ARGV 1 room "" "" "SOURCES;LINKS")
+  cmake_parse_arguments(PARSE_ARGV 1 room "" "JOIN" "SOURCES;LINKS")
+  if(NOT room_JOIN)
+    set(room_JOIN rooms)
+  endif()
   add_library(${name} STATIC ${room_SOURCES})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC ${room_LINKS} PRIVATE qmx_options)
+  qmx_join_sources(${name} ${room_JOIN})
 endfunction()
 
 # qmx_component_server(NAME SOURCES file... [MANIFEST file] [LINKS library...]): a shared library that a host loads, and its manifest.
@@ -99,8 +111,8 @@ function(qmx_test name)
   add_executable(${name} ${test_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE ${test_LINKS} GTest::gmock GTest::gtest_main qmx_test_options)
-  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE OFF
-                        UNITY_BUILD ${QMX_JOIN_TEST_SOURCES} UNITY_BUILD_BATCH_SIZE 6)
+  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+  qmx_join_sources(${name} tests)
   target_precompile_headers(${name} REUSE_FROM qmx_test_headers)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 LABELS ${name})
 endfunction()

@@ -28,7 +28,7 @@ Civil CivilFromSeconds(std::int64_t seconds) {
 int SecondOfDay(std::int64_t seconds) { return static_cast<int>((chrono::seconds(seconds) - DaysOf(seconds)).count()); }
 
 // Reads a date and time piece by piece. `good` becomes false at the first piece that does not fit.
-struct Reader {
+struct DateReader {
   std::string_view rest;
   bool good = true;
 
@@ -75,7 +75,7 @@ DateTime DateTime::FromDate(std::int64_t year, std::int64_t month, std::int64_t 
 }
 
 std::optional<DateTime> DateTime::Parse(std::string_view text) {
-  Reader in{text};
+  DateReader in{text};
   const int year = in.Number(4, 4, 100, 9999);
   in.Expect('-');
   const int month = in.Number(1, 2, 1, 12);

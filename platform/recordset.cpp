@@ -6,14 +6,12 @@
 namespace qmx {
 namespace {
 
-constexpr const char* kSource = "ADODB.Recordset";
-
 void RequireServed(int cursorType, int lockType, int options) {
   const bool served = cursorType == kCursorKeyset && lockType == kLockOptimistic &&
                       (options == kCommandText || options == kCommandTable);
   if (served) return;
   throw Error(
-      errors::kInvalidCall, kSource,
+      errors::kInvalidCall, kRecordsetSource,
       "A record set opens with cursor type 1, lock type 3 and options 1 (a statement) or 2 (a table's name), not "
       "with " +
           std::to_string(cursorType) + ", " + std::to_string(lockType) + " and " + std::to_string(options) + ".");
@@ -22,7 +20,7 @@ void RequireServed(int cursorType, int lockType, int options) {
 }  // namespace
 
 inline RecordsetCursor& Recordset::OpenCursor() const {
-  if (!cursor_) throw Error(errors::kClosed, kSource, "The record set is closed.");
+  if (!cursor_) throw Error(errors::kClosed, kRecordsetSource, "The record set is closed.");
   return *cursor_;
 }
 
@@ -39,9 +37,9 @@ void Recordset::Open(const SqlText& source, Connection& connection, int cursorTy
   Observed(
       observers_,
       [&] {
-        if (cursor_) throw Error(errors::kAlreadyOpen, kSource, "The record set is open already.");
+        if (cursor_) throw Error(errors::kAlreadyOpen, kRecordsetSource, "The record set is open already.");
         RequireServed(cursorType, lockType, options);
-        if (!connection.session_) throw Error(errors::kConnectionClosed, kSource, "The connection is closed.");
+        if (!connection.session_) throw Error(errors::kConnectionClosed, kRecordsetSource, "The connection is closed.");
         source.Check();
         source_ = source;
         if (options == kCommandTable) {
@@ -59,12 +57,12 @@ void Recordset::Open(const SqlText& source, Connection& connection, int cursorTy
 }
 
 void Recordset::Open(const SqlText& source, int cursorType, int lockType, int options) {
-  if (!connection_) throw Error(errors::kConnectionClosed, kSource, "The record set has no connection.");
+  if (!connection_) throw Error(errors::kConnectionClosed, kRecordsetSource, "The record set has no connection.");
   Open(source, *connection_, cursorType, lockType, options);
 }
 
 void Recordset::ActiveConnection(Connection& connection) {
-  if (cursor_) throw Error(errors::kAlreadyOpen, kSource, "The record set is open; its connection cannot change.");
+  if (cursor_) throw Error(errors::kAlreadyOpen, kRecordsetSource, "The record set is open; its connection cannot change.");
   connection_ = &connection;
 }
 
@@ -74,7 +72,7 @@ std::int32_t Recordset::recordcount() {
   return TranslateExceptions([&] {
     const std::int64_t count = OpenCursor().Count();
     if (count > std::numeric_limits<std::int32_t>::max()) {
-      throw Error(errors::kOverflow, kSource, "Overflow: " + std::to_string(count) + " rows.");
+      throw Error(errors::kOverflow, kRecordsetSource, "Overflow: " + std::to_string(count) + " rows.");
     }
     return static_cast<std::int32_t>(count);
   });

@@ -6,15 +6,13 @@
 namespace qmx {
 namespace {
 
-constexpr const char* kSource = "ADODB.Recordset";
-
 // Converts a value to its column's type.
 void ToColumnType(Variant& value, Variant::Kind type) {
   if (value.IsEmpty()) value = Variant::Null();
   if (value.IsNull()) return;
   if (type != Variant::Kind::Empty && value.GetKind() != type) value = value.ConvertedTo(type);
   if (!value.IsFinite()) {
-    throw Error(errors::kOverflow, kSource, "Overflow: " + value.ToText() + " is no number that a column can hold.");
+    throw Error(errors::kOverflow, kRecordsetSource, "Overflow: " + value.ToText() + " is no number that a column can hold.");
   }
 }
 
@@ -54,14 +52,14 @@ std::unique_ptr<RecordsetCursor> RecordsetCursor::OnStatement(std::shared_ptr<Op
 }
 
 void RecordsetCursor::RaiseNoSuchColumn(std::size_t column) const {
-  throw Error(errors::kNoSuchColumn, kSource,
+  throw Error(errors::kNoSuchColumn, kRecordsetSource,
               "There is no column number " + std::to_string(column) + ": the row has " +
                   std::to_string(layout_->Columns().size()) + " columns.");
 }
 
 void RecordsetCursor::RaiseNoSuchColumn(std::string_view name) const {
   const std::string column(name);
-  throw Error(errors::kNoSuchColumn, kSource, "There is no column \"" + column + "\" in \"" + source_.Text() + "\".")
+  throw Error(errors::kNoSuchColumn, kRecordsetSource, "There is no column \"" + column + "\" in \"" + source_.Text() + "\".")
       .With("column", column);
 }
 
@@ -84,14 +82,14 @@ bool RecordsetCursor::IsAtEnd() {
 void RecordsetCursor::MoveFirst() {
   Save();
   if (!isRead_) ReadRows(WritableTable().SelectAll());
-  if (rows_.empty()) throw Error(errors::kNoCurrentRow, kSource, "There is no row to move to.");
+  if (rows_.empty()) throw Error(errors::kNoCurrentRow, kRecordsetSource, "There is no row to move to.");
   position_ = 0;
 }
 
 void RecordsetCursor::MoveNext() {
   Save();
   ReadRowsOnce();
-  if (position_ == rows_.size()) throw Error(errors::kNoCurrentRow, kSource, "There is no row after the last one.");
+  if (position_ == rows_.size()) throw Error(errors::kNoCurrentRow, kRecordsetSource, "There is no row after the last one.");
   ++position_;
 }
 
@@ -177,7 +175,7 @@ void RecordsetCursor::Close() {
 void RecordsetCursor::ReadRows(const SqlText& statement) {
   ConnectionStatement query = session_->Statement(statement);
   if (query.Columns().empty()) {
-    throw Error(errors::kCommand, kSource, "A record set needs a statement that gives rows.");
+    throw Error(errors::kCommand, kRecordsetSource, "A record set needs a statement that gives rows.");
   }
   const std::optional<std::string> name = layout_ ? std::nullopt : query.TableOfRows();
   StoredTable* const table = name ? &session_->Table(*name) : nullptr;
@@ -201,13 +199,13 @@ void RecordsetCursor::ReadRowsOnce() {
 
 Row& RecordsetCursor::CurrentRow() {
   ReadRowsOnce();
-  if (position_ == rows_.size()) throw Error(errors::kNoCurrentRow, kSource, "There is no current row.");
+  if (position_ == rows_.size()) throw Error(errors::kNoCurrentRow, kRecordsetSource, "There is no current row.");
   return rows_[position_];
 }
 
 void RecordsetCursor::RaiseNotWritable() const {
   session_->Driver();
-  throw Error(errors::kNotAllowedNow, kSource,
+  throw Error(errors::kNotAllowedNow, kRecordsetSource,
               "The rows of this query are read-only: it does not show the rows of one table whole.")
       .With("statement", source_.Text());
 }

@@ -15,6 +15,8 @@
 
 namespace qmx {
 
+inline constexpr const char* kRecordsetSource = "ADODB.Recordset";  // of the errors of a record set
+
 class RecordsetCursor {
  public:
   // The table's name and the statement are borrowed.

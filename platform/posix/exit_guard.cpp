@@ -11,15 +11,15 @@
 namespace qmx {
 namespace {
 
-constexpr int kFailed = 2;
+constexpr int kStatusFailed = 2;
 
 std::atomic<bool> mainHasEnded = false;
 std::atomic<pid_t> guardedProcess = 0;
 
 void EndUnlessMainHasEnded() {
   if (mainHasEnded || getpid() != guardedProcess) return;
-  EndLine("exit was called by something other than the program").Write(kFailed);
-  _exit(kFailed);
+  EndLine("exit was called by something other than the program").Write(kStatusFailed);
+  _exit(kStatusFailed);
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 namespace qmx {
 namespace {
 
-constexpr int kMinutesPerDay = 1440;
 constexpr int kLabelColumns = 12;  // "Mon 23 Nov  "
 constexpr int kTotalColumns = 8;   // "   8:00 "
 constexpr int kTimesColumns = 13;  // "  08:00–12:00"

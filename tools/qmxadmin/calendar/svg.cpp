@@ -7,8 +7,6 @@
 namespace qmx {
 namespace {
 
-constexpr int kMinutesPerDay = 1440;
-
 // In pixels.
 constexpr double kWidth = 1000;
 constexpr double kMargin = 36;
@@ -95,8 +93,6 @@ double Height(const Week& week) {
   for (const Day& day : week.days) height += RowHeight(day);
   return height;
 }
-
-int MinuteOf(DateTime moment) { return moment.Hour() * 60 + moment.Minute(); }
 
 // The corners are round where the interval begins and ends, and square where it continues over midnight.
 std::string Bar(const Block& block, double y, double height) {

@@ -8,7 +8,6 @@
 namespace qmx {
 namespace {
 
-constexpr int kMinutesPerDay = 1440;
 constexpr const char* kDays[] = {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"};
 constexpr const char* kMonths[] = {"January", "February", "March",     "April",   "May",      "June",
                                    "July",    "August",   "September", "October", "November", "December"};
@@ -17,8 +16,6 @@ std::int64_t DayNumber(DateTime moment) { return moment.DatePart().Seconds() / D
 
 // Returns 0 for Monday. Day 0 was a Saturday.
 int WeekdayOf(DateTime day) { return static_cast<int>(((DayNumber(day) + 5) % 7 + 7) % 7); }
-
-int MinuteOf(DateTime moment) { return moment.Hour() * 60 + moment.Minute(); }
 
 std::string MomentText(DateTime moment) {
   return fmt::format("{} {}", moment.DatePart().ToText(), ClockText(MinuteOf(moment)));

@@ -13,6 +13,11 @@
 
 namespace qmx {
 
+constexpr int kMinutesPerDay = 1440;
+
+// Returns the minutes since midnight.
+inline int MinuteOf(DateTime moment) { return moment.Hour() * 60 + moment.Minute(); }
+
 struct Interval {
   DateTime from;
   DateTime to;
@@ -21,7 +26,7 @@ struct Interval {
 // The part of an interval that lies on one day, in minutes since midnight.
 struct Block {
   int from = 0;
-  int to = 0;  // up to 1440
+  int to = 0;  // up to kMinutesPerDay
   int lane = 0;
   Interval whole;
 };

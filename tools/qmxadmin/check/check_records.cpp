@@ -10,7 +10,7 @@ namespace qmx {
 namespace {
 
 constexpr const char* kCalendars = "tcccp030";
-constexpr const char* kWhatToDo = "Correct the ERP's component server. The copies would fail in the same way.";
+constexpr const char* kCorrectIt = "Correct the ERP's component server. The copies would fail in the same way.";
 
 // The copy's own errors say only which step failed. The cause is behind them.
 const Error& FirstCause(const Error& error) { return error.Cause() ? FirstCause(*error.Cause()) : error; }
@@ -40,7 +40,7 @@ void CheckRecord(const std::string& table, const std::string& businessComponent,
     }
     copy.Rows().Close();
   } catch (const Error& error) {
-    findings.Wrong(what, DescribeChain(FirstCause(error)), kWhatToDo);
+    findings.Wrong(what, DescribeChain(FirstCause(error)), kCorrectIt);
   }
 }
 

@@ -19,7 +19,7 @@ namespace qmx {
 namespace {
 
 constexpr const char* kDone = "done";
-constexpr const char* kWhatToDo = "Report it to the makers of the component server.";
+constexpr const char* kReportIt = "Report it to the makers of the component server.";
 
 [[noreturn]] void RaiseSystemError(const char* what) {
   throw Error(errors::kOutOfMemory, "qmxadmin check", fmt::format("{}: {}.", what, std::strerror(errno)));
@@ -113,7 +113,7 @@ void RunInSeparateProcess(const std::vector<SeparateCheck>& checks, FindingSink&
     next += process.Receive(findings);
     const int state = process.Wait();
     if (next == checks.size()) return;
-    findings.Wrong(checks[next].what, EndOf(state) + " during this check", kWhatToDo);
+    findings.Wrong(checks[next].what, EndOf(state) + " during this check", kReportIt);
     ++next;
   }
 }
