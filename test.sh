@@ -7,4 +7,4 @@ source scripts/packages.sh
 install_packages "${testPackages[@]}"
 ./demo.sh
 build_preset debug
-tests/servers/with_servers.sh ctest --preset debug
+tests/servers/with_servers.sh tests/run.sh

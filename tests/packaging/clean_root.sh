@@ -176,7 +176,10 @@ completes 'local.db,,tsclm020, local.db,,tsclm024,' qmxdatacopy local.db,,tscl
 completes work orvan-sandbox w
 
 # The units, as far as systemd can tell without running them.
-if command -v systemd-analyze >/dev/null; then
+if ! command -v systemd-analyze >/dev/null; then
+  [ "${CI:-}" != true ] || fail "there is no systemd-analyze, which checks the units"
+  echo "NOT RUN: the units were not checked, because there is no systemd-analyze."
+else
   said=$(systemd-analyze verify --root="$root" --man=no --recursive-errors=no \
     "$root"/usr/lib/systemd/system/qmxdatacopy{@,-expand,-metrics}.{service,timer} 2>&1) || fail "$said"
   [ -z "$said" ] || fail "$said"
