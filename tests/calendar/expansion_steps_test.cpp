@@ -100,11 +100,13 @@ TEST_F(ExpansionSteps, ReturnsWhetherThePeriodHasRecords) {
 }
 
 TEST_F(ExpansionSteps, SkipsACodeThatIsBlankOrHasNoRecords) {
+  for (const char* code : {"", "   "}) local.Record(code, {"2001-03-05", "2001-03-05", 800, 1700});
   for (const char* code : {"", "   ", "NONE"}) {
     calender.Calcode = code;
     EXPECT_FALSE(calender.GetFirstYearofCalcode()) << "'" << code << "'";
     EXPECT_EQ(local.recordset().State(), kStateClosed);
     EXPECT_FALSE(calender.mainfunction());
+    EXPECT_TRUE(local.Intervals(code).empty());
   }
 }
 
