@@ -1,6 +1,8 @@
 #include "platform/components/abi_values.h"
 
+#include <exception>
 #include <typeinfo>
+#include <utility>
 
 #include "platform/components/host_object.h"
 #include "platform/components/server_object.h"
@@ -155,15 +157,27 @@ AbiArguments::~AbiArguments() {
   }
 }
 
-void AbiArguments::WriteBack() {
+Variant AbiArguments::Take(const qmx_value& result) {
+  std::exception_ptr failure;
+  const auto taken = [&](const qmx_value& value) -> Variant {
+    try {
+      return FromAbi(value, Reference::Given);
+    } catch (...) {
+      if (!failure) failure = std::current_exception();
+      return {};
+    }
+  };
+  std::vector<std::pair<const Argument*, Variant>> written;
   for (std::size_t i = 0; i < arguments_.size(); ++i) {
-    const Argument& argument = arguments_[i];
-    if (!argument.IsReference()) continue;
+    if (!arguments_[i].IsReference()) continue;
     const qmx_value& value = *pointers_[i];
     const bool sameObject = value.kind == QMX_OBJECT && lent_[i] && lent_[i] == value.as.object;
-    if (sameObject) continue;
-    argument.Write(FromAbi(value, Reference::Given));
+    if (!sameObject) written.emplace_back(&arguments_[i], taken(value));
   }
+  Variant returned = taken(result);
+  if (failure) std::rethrow_exception(failure);
+  for (auto& [variable, value] : written) variable->Write(std::move(value));
+  return returned;
 }
 
 void GiveValue(const Variant& value, qmx_value& out) {

@@ -56,7 +56,11 @@ class AbiArguments {
   AbiArguments& operator=(const AbiArguments&) = delete;
 
   qmx_value* const* Pointers() { return pointers_; }
-  void WriteBack();  // into the variables that were passed by reference
+
+  // Returns the result of a call that succeeded, and writes what it wrote into the variables that were passed by
+  // reference. If one of these values cannot be taken, raises its error, changes no variable, and releases the objects
+  // among the others.
+  Variant Take(const qmx_value& result);
 
  private:
   static constexpr std::size_t kUsual = 8;

@@ -79,8 +79,7 @@ Variant ServerObject::InvokeOther(const Member& member, std::span<const Argument
     const RunningCall running(fromProgId_, site.name);
     qmx_value result;
     Call(site.id, list.Pointers(), arguments.size(), result);
-    list.WriteBack();
-    return FromAbi(result, Reference::Given);
+    return list.Take(result);
   });
 }
 

@@ -143,6 +143,14 @@ TEST_F(ServerObjects, WriteObjectsIntoVariablesWithoutLosingAReference) {
   EXPECT_EQ(probe().Call("living"), Variant(1));
 }
 
+TEST_F(ServerObjects, AreReleasedIfAnotherValueOfTheirCallCannotBeTaken) {
+  Variant text = "before", object;
+  EXPECT_EQ(Failure("assignAndMake", Ref(text), Ref(object), "\xE4").Number(), 13);
+  EXPECT_EQ(probe().Call("living"), Variant(1));
+  EXPECT_EQ(text, Variant("before"));
+  EXPECT_TRUE(object.IsEmpty());
+}
+
 TEST_F(ServerObjects, LeaveAVariableOfAFailedCall) {
   Variant variable = "before";
   EXPECT_EQ(Failure("fail", 9, "s", Ref(variable)).Description(), "before");

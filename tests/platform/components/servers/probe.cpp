@@ -153,6 +153,13 @@ const std::pair<const char*, Work> kMembers[] = {
     {"count", [](Call& call) { call.Give(static_cast<std::int32_t>(call.arguments.size())); }},
     {"assign", [](Call& call) { Copy(*call.arguments[1], *call.arguments[0], call.self.variable); }},
     {"assignLast", [](Call& call) { Copy(*call.arguments[0], *call.arguments.back(), call.self.variable); }},
+    {"assignAndMake",
+     [](Call& call) {
+       Copy(*call.arguments[2], *call.arguments[0], call.self.variable);
+       call.arguments[1]->kind = QMX_OBJECT;
+       call.arguments[1]->as.object = new Probe;
+       call.Give(new Probe);
+     }},
     {"nothing", [](Call&) {}},
     {"self",
      [](Call& call) {
