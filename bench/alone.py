@@ -57,7 +57,8 @@ def start_java(sizes, rounds):
 def getters_java(_, rounds):
     """Medians of the times that java_getters.cpp reports."""
     medians = _medians(BENCH_PROGRAMS / "java_getters", rounds, env={**ENVIRONMENT, "QMX_COMPONENTS": str(JAVA_MEMORY)})
-    return [[name, f"{ns:,.0f} ns", verdict("at most 150 ns", ns <= 150)] for name, ns in medians]
+    return [[name, f"{ns:,.0f} ns", verdict("at most 150 ns", ns <= 150) if name.startswith("Java getter") else ""]
+            for name, ns in medians]
 
 
 def memory_java(sizes, _):

@@ -11,6 +11,7 @@
 #include <fstream>
 
 #include "schema/local_tables.h"
+#include "tests/bridges/java/checked_jni.h"
 #include "tests/whole/company.h"
 #include "tests/whole/local_copy.h"
 
@@ -30,11 +31,9 @@ std::vector<std::string> Lines(const std::string& file) {
 // The JVM checks every JNI call.
 class JavaSandbox : public testing::Test {
  protected:
-  static void SetUpTestSuite() { setenv("JAVA_TOOL_OPTIONS", "-Xcheck:jni", 1); }
+  static void SetUpTestSuite() { test::CheckJniOfEveryJvm(); }
   void SetUp() override { testing::internal::CaptureStderr(); }
-  void TearDown() override {
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::Not(HasSubstr("native method")));
-  }
+  void TearDown() override { EXPECT_THAT(testing::internal::GetCapturedStderr(), test::ShowsNoWrongJni()); }
 
   JavaSandbox() {
     native_.TraceTo(folder_ / "native");

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "platform/components/installed_components.h"
+#include "tests/bridges/java/checked_jni.h"
 #include "tests/bridges/java/first_text.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/process.h"
@@ -21,7 +22,14 @@ std::string Content(const std::string& path) {
   return text.str();
 }
 
-TEST(TheJavaExample, IsTheOneOnThePage) {
+class TheJavaExample : public testing::Test {
+ protected:
+  static void SetUpTestSuite() { CheckJniOfEveryJvm(); }
+  void SetUp() override { testing::internal::CaptureStderr(); }
+  void TearDown() override { EXPECT_THAT(testing::internal::GetCapturedStderr(), ShowsNoWrongJni()); }
+};
+
+TEST_F(TheJavaExample, IsTheOneOnThePage) {
   const std::string docs = JAVA_DOCS;
   const std::string page = Content(docs + "/java.md");
   for (const char* const file : {"ServiceTypes/ServiceTypesManager.java", "ServiceTypes/ServiceTypes.java"}) {
@@ -32,7 +40,7 @@ TEST(TheJavaExample, IsTheOneOnThePage) {
   EXPECT_THAT(page, HasSubstr("```\n" + Content(docs + "/examples/java/service_types_java.component") + "```\n"));
 }
 
-TEST(TheJavaExample, ListsItsServiceTypes) {
+TEST_F(TheJavaExample, ListsItsServiceTypes) {
   FakeClock clock;
   InstalledComponents components{clock, {JAVA_EXAMPLE}};
   const Object manager = components.CreateObject("ServiceTypes.ServiceTypesManager");
@@ -51,7 +59,7 @@ TEST(TheJavaExample, ListsItsServiceTypes) {
               HasSubstr("java.lang.IllegalStateException: initialize has not been called"));
 }
 
-TEST(TheJavaExample, IsCopied) {
+TEST_F(TheJavaExample, IsCopied) {
   TempFolder folder;
   const std::map<std::string, std::string> environment = {{"QMX_COMPONENTS", JAVA_EXAMPLE},
                                                           {"LSAN_OPTIONS", JAVA_LSAN_OPTIONS}};
@@ -61,6 +69,7 @@ TEST(TheJavaExample, IsCopied) {
   const Process copy =
       test::Run(QMX_DATA_COPY, {connection + ", local, tsmdm030, " + (folder / "log") + ", orvan, 100"}, environment);
   EXPECT_EQ(copy.status, 0) << copy.err;
+  EXPECT_THAT(copy.err, ShowsNoWrongJni());
   EXPECT_EQ(FirstText(folder / "local.db", "select group_concat(cstp || ' ' || dsca || ' ' || ract) from tsmdm030"),
             "INS Installation STD,PM Preventive maintenance STD,REP Repair STD");
   EXPECT_EQ(FirstText(folder / "local.db", "select count(*) from tsmdm030 where prod is null"), "3");

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+#include "tests/bridges/java/checked_jni.h"
 #include "tests/bridges/java/first_text.h"
 #include "tests/support/process.h"
 
@@ -29,15 +30,15 @@ class FailingErpInJava : public testing::Test {
                                       "\nsetting class audit.AuditReader = bridge.FailingAudit$Reader"
                                       "\nsetting class audit.RecordStatus = bridge.FailingAudit$RecordStatus"
                                       "\nprogid = ServiceTypes.*\nprogid = audit.*\nsetting option = -Dbridge.fail=" +
-                                          (place.empty() ? "nowhere" : place) +
-                                          "\nsetting option = -Xcheck:jni\nsetting option = -Xmx64m\n" + settings);
+                                          (place.empty() ? "nowhere" : place) + "\nsetting option = -Xmx64m\n" +
+                                          kCheckJni + settings);
     return std::make_unique<RunningProcess>(
         QMX_DATA_COPY, std::vector{connection + ", local, tsmdm030, " + (folder / "log") + ", orvan, 100"},
         environment);
   }
   Process Copy(const std::string& place, const std::string& settings = "") {
     const Process copy = Start(place, settings)->Wait();
-    EXPECT_THAT(copy.err + copy.out, testing::Not(testing::HasSubstr("native method")));
+    EXPECT_THAT(copy.err + copy.out, ShowsNoWrongJni());
     return copy;
   }
 

@@ -11,8 +11,9 @@ namespace qmx::test {
 class FailingJvm : public JavaComponents {
  protected:
   FailingJvm() {
-    Write("a.component", "setting jvm = " FAILING_JVM "\nsetting classpath = " JAVA_TEST_CLASSES
-                         "\nsetting option = -Xcheck:jni\nprogid = bridge.*\nprogid = java:*\n");
+    Write("a.component", std::string(kCheckJni) + "setting jvm = " FAILING_JVM
+                                                  "\nsetting classpath = " JAVA_TEST_CLASSES
+                                                  "\nprogid = bridge.*\nprogid = java:*\n");
   }
 
   enum class Failure { Exception, EmptyResult };

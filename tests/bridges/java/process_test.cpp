@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdlib>
 
+#include "tests/bridges/java/checked_jni.h"
 #include "tests/bridges/java/java_components.h"
 
 namespace qmx::test {
@@ -19,9 +20,11 @@ class AProcessWithJava : public testing::Test {
  protected:
   // `qmxadmin components`, which starts the JVM to say what it is.
   Process Show(const std::string& lines, std::map<std::string, std::string> environment = {}) {
-    WriteFile(folder / "a.component", "library = " JAVA_BRIDGE "\n" + lines);
+    WriteFile(folder / "a.component", std::string("library = " JAVA_BRIDGE "\n") + kCheckJni + lines);
     environment.insert({{"QMX_COMPONENTS", folder.Path()}, {"LSAN_OPTIONS", JAVA_LSAN_OPTIONS}});
-    return test::Run(QMX_ADMIN, {"components"}, environment);
+    Process shown = test::Run(QMX_ADMIN, {"components"}, environment);
+    EXPECT_THAT(shown.err, ShowsNoWrongJni());
+    return shown;
   }
 
   TempFolder folder;
@@ -114,7 +117,7 @@ class ItsEndDeathTest : public JavaComponents {
 
 TEST_F(ItsEndDeathTest, WaitsTwoSecondsForThreadsOfJavaAndNoLonger) {
   const auto start = std::chrono::steady_clock::now();
-  EXPECT_EXIT(CallAndExit(components, "stayAwake"), ExitedWithCode(3), "");
+  EXPECT_EXIT(CallAndExit(components, "stayAwake"), ExitedWithCode(3), ShowsNoWrongJni());
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
 }
 
@@ -126,20 +129,20 @@ TEST_F(ItsEndDeathTest, LetsTheJvmEndInOrder) {
     components.CreateObject("bridge.Failures").Call("leaveNote", note);
     std::exit(3);
   };
-  EXPECT_EXIT(leaveNote(), ExitedWithCode(3), "");
+  EXPECT_EXIT(leaveNote(), ExitedWithCode(3), ShowsNoWrongJni());
   EXPECT_TRUE(std::filesystem::exists(note));
   unsetenv("QMX_TEST_NOTE");
 }
 
 TEST_F(ItsEndDeathTest, ComesWhileJavaObjectsAreStillHeld) {
-  EXPECT_EXIT(CallAndExit(components, "getZone"), ExitedWithCode(3), "");
+  EXPECT_EXIT(CallAndExit(components, "getZone"), ExitedWithCode(3), ShowsNoWrongJni());
   const auto releaseLate = [&] {
     static Object kept;
     std::atexit([] { kept = Object(); });  // runs after the JVM has been let go
     kept = components.CreateObject("bridge.Failures");
     std::exit(4);
   };
-  EXPECT_EXIT(releaseLate(), ExitedWithCode(4), "");
+  EXPECT_EXIT(releaseLate(), ExitedWithCode(4), ShowsNoWrongJni());
 }
 
 TEST_F(ItsEndDeathTest, LeavesASystemExitOfJavaToTheExitGuard) {
@@ -147,7 +150,7 @@ TEST_F(ItsEndDeathTest, LeavesASystemExitOfJavaToTheExitGuard) {
     std::atexit([] { _exit(5); });
     CallAndExit(components, "exit");
   };
-  EXPECT_EXIT(guarded(), ExitedWithCode(5), "");
+  EXPECT_EXIT(guarded(), ExitedWithCode(5), ShowsNoWrongJni());
 }
 
 }  // namespace

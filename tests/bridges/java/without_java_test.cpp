@@ -1,6 +1,7 @@
 // A program that needs no Java pays nothing for the bridge.
 #include <gmock/gmock.h>
 
+#include "tests/bridges/java/checked_jni.h"
 #include "tests/support/process.h"
 
 namespace qmx::test {
@@ -40,10 +41,12 @@ TEST_F(ACopyBesideTheJavaBridge, LoadsNeitherTheBridgeNorAJvm) {
 }
 
 TEST_F(ACopyBesideTheJavaBridge, LoadsBothForTheFirstJavaObject) {
-  WriteFile(folder / "java.component", "library = " JAVA_BRIDGE "\nsetting classpath = " JAVA_TEST_CLASSES
-                                       "\nsetting class ServiceTypes.ServiceTypesManager = bridge.FailingErp"
-                                       "\nprogid = ServiceTypes.ServiceTypesManager\n");
-  EXPECT_THAT(Loaded(folder.Path()), AllOf(HasSubstr("qmx_java.so"), HasSubstr("libjvm.so")));
+  WriteFile(folder / "java.component",
+            std::string("library = " JAVA_BRIDGE "\nsetting classpath = " JAVA_TEST_CLASSES
+                        "\nsetting class ServiceTypes.ServiceTypesManager = bridge.FailingErp"
+                        "\nprogid = ServiceTypes.ServiceTypesManager\n") +
+                kCheckJni);
+  EXPECT_THAT(Loaded(folder.Path()), AllOf(HasSubstr("qmx_java.so"), HasSubstr("libjvm.so"), ShowsNoWrongJni()));
 }
 
 }  // namespace
