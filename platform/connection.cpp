@@ -51,7 +51,7 @@ DriverSession& OpenConnection::Driver() const {
 
 StoredTable& OpenConnection::Table(const std::string& name) {
   std::unique_ptr<StoredTable>& table = tables_[FoldName(name)];
-  if (!table) table = std::make_unique<StoredTable>(Driver(), name);
+  if (!table) table = std::make_unique<StoredTable>(Driver(), unit_, name);
   return *table;
 }
 
@@ -83,9 +83,26 @@ void OpenConnection::ReturnRow(Row row) noexcept {
   spareRows_.push_back(std::move(row));
 }
 
+void OpenConnection::EnableSavepoints() {
+  if (openRecordsets_ > 0) {
+    throw Error(errors::kNotAllowedNow, kSource, "Savepoints cannot be enabled while a record set is open.");
+  }
+  tables_.clear();
+  statements_.Clear();
+  Driver().EnableSavepoints();
+}
+
+// What was prepared before is prepared again, because only a first execution has a savepoint to return to.
+void OpenConnection::Atomically(const std::function<void()>& work) {
+  Driver();
+  statements_.Clear();
+  unit_.Run(work);
+}
+
 void OpenConnection::Close() {
   tables_.clear();
   statements_.Clear();
+  unit_.Abandon();
   const std::unique_ptr<DriverSession> driver = std::move(driver_);
   try {
     driver->Commit();
@@ -144,7 +161,7 @@ std::int64_t Connection::Execute(const SqlText& statement, bool mayWait) {
       [&] {
         OpenConnection& session = OpenSession();
         statement.Check();
-        affected = Run(session, statement, mayWait);
+        affected = Noted(session_.get(), [&] { return Run(session, statement, mayWait); });
       },
       [&](DatabaseObserver& observer, const Error* error) { observer.Executed(text, affected, error); });
   return affected;
@@ -155,7 +172,7 @@ std::string Connection::System() const {
 }
 
 TableDescription Connection::Describe(const std::string& table) {
-  return TranslateExceptions([&] { return OpenSession().Driver().Describe(table); });
+  return Noted(session_.get(), [&] { return OpenSession().Driver().Describe(table); });
 }
 
 void Connection::Together(const std::function<void()>& work) {
@@ -174,6 +191,31 @@ void Connection::Together(const std::function<void()>& work) {
   mayGroup(false);
 }
 
+void Connection::Atomically(const std::function<void()>& work) {
+  OpenSession();
+  const std::shared_ptr<OpenConnection> session = session_;
+  Noted(session.get(), [&] { session->Atomically(work); });
+}
+
+void Connection::PrepareAtomic(const std::vector<std::string>& tables) {
+  TranslateExceptions([&] {
+    OpenSession().EnableSavepoints();
+    for (const std::string& table : tables) {
+      if (OpenSession().Driver().CanRollBack(table)) continue;
+      throw Error(
+          errors::kNotAllowedNow, kSource,
+          "The rows of the table " + table + " cannot be committed together: its storage engine has no transactions.")
+          .With("table", table)
+          .With("what to do",
+                "convert the table, as with \"alter table " + table + " engine=InnoDB\", or copy without \"whole\"");
+    }
+  });
+}
+
+bool Connection::LocksWholeDatabase() const {
+  return TranslateExceptions([&] { return OpenSession().Driver().LocksWholeDatabase(); });
+}
+
 int Connection::CommandTimeout() const { return timeout_; }
 
 void Connection::CommandTimeout(int seconds) {
@@ -184,7 +226,9 @@ void Connection::CommandTimeout(int seconds) {
           throw Error(errors::kInvalidCall, kSource,
                       "CommandTimeout cannot be negative: " + std::to_string(seconds) + ".");
         }
-        if (session_) session_->Driver().Timeout(std::chrono::seconds(seconds));
+        Noted(session_.get(), [&] {
+          if (session_) session_->Driver().Timeout(std::chrono::seconds(seconds));
+        });
         timeout_ = seconds;
       },
       [&](DatabaseObserver& observer, const Error* error) { observer.CommandTimeoutSet(seconds, error); });

@@ -98,6 +98,20 @@ class Connection {
   // returns or raises. Raises what the work raises, or why saved rows are lost.
   void Together(const std::function<void()>& work);
 
+  // Runs the work in one transaction, after PrepareAtomic: what it writes over this connection is committed when it
+  // returns, or not at all. The end rolls back and raises if the work raised or if any call on the connection or its
+  // record sets failed in it, also one whose error was handled. Groups and waiting rows of the work are not committed
+  // before. If the answer to the commit is lost, the error says that the outcome is not known. Raises 3219 within
+  // another such work.
+  void Atomically(const std::function<void()>& work);
+
+  // Prepares the connection for such work on these tables. Raises 3219 if a rollback would not take back what is
+  // written to one of them, and while a record set is open. May connect anew: not every driver's connection has
+  // savepoints.
+  void PrepareAtomic(const std::vector<std::string>& tables);
+
+  bool LocksWholeDatabase() const;  // whether a transaction that writes keeps other programs from writing anything
+
   int CommandTimeout() const;  // seconds, 30 by default; 0 waits forever
   void CommandTimeout(int seconds);
 
@@ -167,10 +181,13 @@ class Recordset {
   void AssignAndTell(std::size_t index, Variant&& value);
   template <typename Step>
   void Tell(std::string_view operation, Step&& step);
+  template <typename Call>
+  decltype(auto) Checked(Call&& call) const;
   DatabaseObservers observers_;
   bool columnsAreObserved_;
   int number_;  // for the observers
   Connection* connection_ = nullptr;
+  std::shared_ptr<OpenConnection> session_;  // of the last Open; its unit of work learns of failures
   SqlText source_{""};                       // borrowed by the cursor; a member, so that its memory is reused
   std::unique_ptr<RecordsetCursor> cursor_;  // null when closed
 };

@@ -116,6 +116,16 @@ class DriverSession {
   virtual void Commit() = 0;    // what was written is the database's from here on, Begin or not
   virtual void Close() = 0;     // once; statements are gone by then; raises if a transaction is open
 
+  // Makes savepoints work (savepoint.h), where a driver ends or divides transactions by itself unless told otherwise.
+  // May connect anew, so statements must be gone. Raises 3219 if a transaction is open.
+  virtual void EnableSavepoints() {}
+
+  // Whether Rollback takes back what was written to this table. True for a table that does not exist.
+  virtual bool CanRollBack(const std::string& /*table*/) { return true; }
+
+  // Whether a transaction that writes keeps all others from writing anything.
+  virtual bool LocksWholeDatabase() const { return false; }
+
   // Within a transaction. None if a rollback does not undo everything.
   virtual GroupLimits Grouping() { return {}; }
 

@@ -11,6 +11,7 @@
 #include "platform/error.h"
 #include "platform/prepared_statements.h"
 #include "platform/stored_table.h"
+#include "platform/unit_of_work.h"
 
 namespace qmx {
 
@@ -19,7 +20,8 @@ Driver& DriverFor(const ConnectionText& text, const std::vector<Driver*>& driver
 
 class OpenConnection {
  public:
-  explicit OpenConnection(std::unique_ptr<DriverSession> driver) : driver_(std::move(driver)), statements_(*driver_) {
+  explicit OpenConnection(std::unique_ptr<DriverSession> driver)
+      : driver_(std::move(driver)), unit_(*driver_), statements_(*driver_, unit_) {
     spareRows_.reserve(kMostSpareRows);
   }
 
@@ -29,8 +31,11 @@ class OpenConnection {
   ConnectionStatement Statement(const SqlText& text, bool mayWait = false);  // 3709 when closed; the text is borrowed
 
   std::string Catalog() { return Driver().Catalog(); }
-  void SelectCatalog(const std::string& name);  // 3219 while a record set is open
-  void Close();                                 // closed afterwards, whatever it raises
+  void SelectCatalog(const std::string& name);         // 3219 while a record set is open
+  void EnableSavepoints();                             // 3219 while a record set is open
+  void Atomically(const std::function<void()>& work);  // in a unit of work
+  UnitOfWork& Unit() { return unit_; }
+  void Close();  // closed afterwards, whatever it raises
 
   // Record sets call these when they open and close.
   void RecordsetOpened() { ++openRecordsets_; }
@@ -46,6 +51,7 @@ class OpenConnection {
 
   std::unique_ptr<DriverSession> driver_;
   std::map<std::string, std::unique_ptr<StoredTable>> tables_;  // by folded name
+  UnitOfWork unit_;
   PreparedStatements statements_;
   std::vector<Row> spareRows_;
   int openRecordsets_ = 0;
@@ -63,7 +69,18 @@ auto TranslateExceptions(Body&& body) -> decltype(body()) {
   }
 }
 
-// The same, and then calls `tell` for each observer, with the error or null.
+// The same, and an open unit of work of the session learns of a failure. Null is no session.
+template <typename Body>
+auto Noted(OpenConnection* session, Body&& body) -> decltype(body()) {
+  try {
+    return TranslateExceptions(body);
+  } catch (const Error& error) {
+    if (session) session->Unit().Fail(error);
+    throw;
+  }
+}
+
+// The same as TranslateExceptions, and then calls `tell` for each observer, with the error or null.
 template <typename Body, typename Tell>
 void Observed(const DatabaseObservers& observers, Body&& body, Tell&& tell) {
   try {

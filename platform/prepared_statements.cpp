@@ -34,7 +34,9 @@ std::optional<RowInsert> UnheededInsert(const std::string& form, std::size_t val
 
 }  // namespace
 
-PreparedStatements::PreparedStatements(DriverSession& session) : session_(session) { kept_.reserve(kMostKept); }
+PreparedStatements::PreparedStatements(DriverSession& session, UnitOfWork& unit) : session_(session), unit_(unit) {
+  kept_.reserve(kMostKept);
+}
 
 std::unique_ptr<PreparedStatements::Prepared> PreparedStatements::Take(const SqlShape& shape) {
   const auto found =
@@ -72,6 +74,9 @@ decltype(auto) ConnectionStatement::OrAsItStands(Use&& use) {
   } catch (const Error& error) {
     const bool wasShared = std::exchange(isShared_, false);
     if (!wasShared || hasRow_ || !IsRefusal(error)) throw;
+    prepared_.reset();
+    if (statements_.unit_.IsOpen() && !(savepoint_ && savepoint_->RollBack())) throw;
+    savepoint_.reset();
   }
   PrepareAsItStands();
   return use();
@@ -86,6 +91,7 @@ ConnectionStatement::ConnectionStatement(PreparedStatements& statements, const S
     form = FormFor(statements_.session_);
   }
   isShared_ = prepared_ || form;
+  if (form && statements_.unit_.IsOpen()) savepoint_.emplace(statements_.session_);
   if (!isShared_) PrepareAsItStands();
   OrAsItStands([&] {
     if (!isShared_) return;
@@ -124,6 +130,11 @@ const Variant& ConnectionStatement::InFullForm(const Variant& text) {
 
 ConnectionStatement::~ConnectionStatement() {
   if (isShared_) statements_.Keep(std::move(prepared_));
+  try {
+    if (savepoint_) savepoint_->Release();
+  } catch (...) {
+    statements_.unit_.Fail(CurrentError());
+  }
 }
 
 const std::vector<ColumnDescription>& ConnectionStatement::Columns() {

@@ -1,7 +1,8 @@
 // Prepared statements that are shared by the texts of one shape (sql_text.h).
 //
 // Keeps the few that were used last. One that is in use serves no other text. Sharing changes the speed only: if the
-// database refuses the shared form, the text itself is sent, and the caller gets its outcome.
+// database refuses the shared form, the text itself is sent, and the caller gets its outcome. Within a unit of work the
+// first execution of a shape has a savepoint, because some systems refuse everything after a refused statement.
 #pragma once
 
 #include <cstdint>
@@ -12,13 +13,15 @@
 #include <vector>
 
 #include "platform/database_driver.h"
+#include "platform/savepoint.h"
 #include "platform/sql_text.h"
+#include "platform/unit_of_work.h"
 
 namespace qmx {
 
 class PreparedStatements {
  public:
-  explicit PreparedStatements(DriverSession& session);  // borrowed
+  PreparedStatements(DriverSession& session, UnitOfWork& unit);  // borrowed
   void Clear() { kept_.clear(); }
 
  private:
@@ -35,6 +38,7 @@ class PreparedStatements {
   void Keep(std::unique_ptr<Prepared> prepared) noexcept;
 
   DriverSession& session_;
+  UnitOfWork& unit_;
   std::vector<std::unique_ptr<Prepared>> kept_;  // the last used one is last
 };
 
@@ -75,7 +79,8 @@ class ConnectionStatement {
   bool mayWait_;
   std::vector<Variant> moments_;  // that are bound; reserved, so that they stay where they are
   std::unique_ptr<Prepared> prepared_;
-  bool isShared_ = false;  // and nothing went wrong so far
+  std::optional<Savepoint> savepoint_;  // to return to if the shared form is refused
+  bool isShared_ = false;               // and nothing went wrong so far
   bool hasRow_ = false;
 };
 

@@ -24,6 +24,12 @@ inline RecordsetCursor& Recordset::OpenCursor() const {
   return *cursor_;
 }
 
+// Runs a call. An open unit of work learns of its failure.
+template <typename Call>
+decltype(auto) Recordset::Checked(Call&& call) const {
+  return Noted(session_.get(), call);
+}
+
 Recordset::Recordset(DatabaseObservers observers)
     : observers_(std::move(observers)),
       columnsAreObserved_(observers_.HearOfColumns()),
@@ -42,12 +48,15 @@ void Recordset::Open(const SqlText& source, Connection& connection, int cursorTy
         if (!connection.session_) throw Error(errors::kConnectionClosed, kRecordsetSource, "The connection is closed.");
         source.Check();
         source_ = source;
-        if (options == kCommandTable) {
-          cursor_ = RecordsetCursor::OnTable(connection.session_, source_);
-        } else {
-          cursor_ = RecordsetCursor::OnStatement(connection.session_, source_);
-          rows = cursor_->Count();
-        }
+        session_ = connection.session_;
+        Checked([&] {
+          if (options == kCommandTable) {
+            cursor_ = RecordsetCursor::OnTable(session_, source_);
+          } else {
+            cursor_ = RecordsetCursor::OnStatement(session_, source_);
+            rows = cursor_->Count();
+          }
+        });
         cursor_->AnnounceTo(observers_);
         connection_ = &connection;
       },
@@ -69,7 +78,7 @@ void Recordset::ActiveConnection(Connection& connection) {
 Connection* Recordset::ActiveConnection() const { return connection_; }
 
 std::int32_t Recordset::recordcount() {
-  return TranslateExceptions([&] {
+  return Checked([&] {
     const std::int64_t count = OpenCursor().Count();
     if (count > std::numeric_limits<std::int32_t>::max()) {
       throw Error(errors::kOverflow, kRecordsetSource, "Overflow: " + std::to_string(count) + " rows.");
@@ -79,11 +88,11 @@ std::int32_t Recordset::recordcount() {
 }
 
 bool Recordset::BOF() {
-  return TranslateExceptions([&] { return OpenCursor().IsEmpty(); });
+  return Checked([&] { return OpenCursor().IsEmpty(); });
 }
 
 bool Recordset::Eof() {
-  return TranslateExceptions([&] { return OpenCursor().IsAtEnd(); });
+  return Checked([&] { return OpenCursor().IsAtEnd(); });
 }
 
 void Recordset::MoveFirst() {
@@ -99,7 +108,7 @@ Field Recordset::Fields(const Column& column) {
   const RowLayout& layout = cursor.Layout();
   if (column.layout_ != layout.Number()) {
     const std::optional<std::size_t> index = layout.Find(column.name_);
-    if (!index) cursor.RaiseNoSuchColumn(column.name_);
+    if (!index) Checked([&] { cursor.RaiseNoSuchColumn(column.name_); });
     column.layout_ = layout.Number();
     column.index_ = *index;
   }
@@ -135,7 +144,7 @@ void Recordset::Close() {
 
 void Recordset::Assign(std::size_t index, Variant&& value) {
   if (columnsAreObserved_) return AssignAndTell(index, std::move(value));
-  TranslateExceptions([&] { OpenCursor().Assign(index, std::move(value)); });
+  Checked([&] { OpenCursor().Assign(index, std::move(value)); });
 }
 
 void Recordset::AssignAndTell(std::size_t index, Variant&& value) {
@@ -144,25 +153,27 @@ void Recordset::AssignAndTell(std::size_t index, Variant&& value) {
   Observed(
       observers_,
       [&] {
-        name = OpenCursor().ColumnAt(index).name;
-        OpenCursor().Assign(index, std::move(value));
+        Checked([&] {
+          name = OpenCursor().ColumnAt(index).name;
+          OpenCursor().Assign(index, std::move(value));
+        });
       },
       [&](DatabaseObserver& observer, const Error* error) { observer.ColumnSet(number_, name, told, error); });
 }
 
 template <typename Step>
 void Recordset::Tell(std::string_view operation, Step&& step) {
-  Observed(observers_, step, [&](DatabaseObserver& observer, const Error* error) {
-    observer.RecordsetCalled(number_, operation, error);
-  });
+  Observed(
+      observers_, [&] { Checked(step); },
+      [&](DatabaseObserver& observer, const Error* error) { observer.RecordsetCalled(number_, operation, error); });
 }
 
 Variant Field::Value() const {
-  return TranslateExceptions([&] { return owner_.OpenCursor().Value(index_); });
+  return owner_.Checked([&] { return owner_.OpenCursor().Value(index_); });
 }
 
 std::string Field::Name() const {
-  return TranslateExceptions([&] { return owner_.OpenCursor().ColumnAt(index_).name; });
+  return owner_.Checked([&] { return owner_.OpenCursor().ColumnAt(index_).name; });
 }
 
 }  // namespace qmx

@@ -169,7 +169,7 @@ void RecordsetCursor::Drop() {
 void RecordsetCursor::Close() {
   if (!session_->IsOpen()) return;
   if (pendingKind_ == Pending::NewRow) Save();
-  if (hasWritten_) session_->Driver().Commit();
+  if (hasWritten_ && !session_->Unit().IsOpen()) session_->Driver().Commit();
 }
 
 void RecordsetCursor::ReadRows(const SqlText& statement) {

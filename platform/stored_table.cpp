@@ -22,7 +22,8 @@ constexpr std::size_t kPreparedUpdates = 64;  // sets of changed columns with a 
 
 }  // namespace
 
-StoredTable::StoredTable(DriverSession& session, std::string name) : session_(session), name_(std::move(name)) {
+StoredTable::StoredTable(DriverSession& session, const UnitOfWork& unit, std::string name)
+    : session_(session), unit_(unit), name_(std::move(name)) {
   TableDescription description = session_.Describe(name_);
   spelling_ = std::move(description.name);
   quotedName_ = session_.QuoteIdentifier(spelling_);
@@ -76,7 +77,7 @@ void StoredTable::Update(const Row& stored, const Row& changes) {
       const std::int64_t changed = execution.Run();
       return changed == 0 ? Count(stored) : changed;
     };
-    if (IsFoundByKey(stored)) {
+    if (IsFoundByKey(stored) || unit_.IsOpen()) {
       if (const std::int64_t rows = hits(); rows != 1) RaiseRowChanged(rows);
       return;
     }

@@ -13,12 +13,14 @@
 #include <vector>
 
 #include "platform/row_layout.h"
+#include "platform/unit_of_work.h"
 
 namespace qmx {
 
 class StoredTable {
  public:
-  StoredTable(DriverSession& session, std::string name);  // reads the description; raises -2147217865
+  // Both are borrowed. Reads the description; raises -2147217865.
+  StoredTable(DriverSession& session, const UnitOfWork& unit, std::string name);
 
   const std::string& Name() const { return name_; }
   const std::shared_ptr<const RowLayout>& Layout() const { return layout_; }
@@ -28,7 +30,7 @@ class StoredTable {
   void Insert(const Row& assigned, bool mayWait);  // mayWait: the driver may postpone the row
 
   // Writes the changes (Empty: unchanged) to the row `stored`. Raises -2147217864 and changes nothing unless exactly
-  // one row matches.
+  // one row matches. Within a unit of work it is the unit's rollback that takes the changes back.
   void Update(const Row& stored, const Row& changes);
 
   // Returns the row `stored` as the database holds it now. Raises -2147217864 unless exactly one row matches.
@@ -57,6 +59,7 @@ class StoredTable {
   std::string Quoted(std::size_t column) const;
 
   DriverSession& session_;
+  const UnitOfWork& unit_;
   std::string name_;
   std::string spelling_;  // the database's
   std::string quotedName_;

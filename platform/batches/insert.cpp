@@ -1,10 +1,13 @@
 #include "platform/batches/insert.h"
 
+#include <optional>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 #include "platform/error.h"
 #include "platform/execution.h"
+#include "platform/savepoint.h"
 
 namespace qmx {
 
@@ -79,15 +82,29 @@ bool BatchingInsert::CommitTogether(std::span<const Variant> values) {
   }
 }
 
+// In the program's own transaction a savepoint lets the rows be sent again: some systems refuse everything after a
+// refused statement.
 std::size_t BatchingInsert::SendTogether(std::span<const Variant> values) {
   const std::size_t rows = values.size() / bound_.size();
-  try {
-    if (rows > 1) return many_->Add(values);
-  } catch (Error& error) {
-    // Sent alone, each row would wait as long again.
-    if (error.Number() == errors::kTimeout) {
-      insert_.describe(error, values.first(bound_.size()));
-      throw;
+  if (rows > 1) {
+    std::optional<Savepoint> savepoint;
+    if (session_.IsWithinOwn()) savepoint.emplace(session_.Inner());
+    try {
+      const std::size_t sent = many_->Add(values);
+      if (savepoint) savepoint->Release();
+      return sent;
+    } catch (Error& error) {
+      // Sent alone, each row would wait as long again.
+      if (error.Number() == errors::kTimeout) {
+        insert_.describe(error, values.first(bound_.size()));
+        throw;
+      }
+      // If the database has ended the transaction, the rows would be saved outside of it.
+      if (savepoint && !savepoint->RollBack()) {
+        insert_.describe(error, values.first(bound_.size()));
+        error.With("refused row", "one of " + std::to_string(rows) + ", from that key on");
+        throw;
+      }
     }
   }
   SendOneByOne(values);

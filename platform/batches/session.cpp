@@ -59,6 +59,15 @@ void BatchingDriverSession::Commit() {
   group_.CommitOwn();
 }
 
+void BatchingDriverSession::EnableSavepoints() {
+  const Lock lock = Settled();
+  inner_->EnableSavepoints();
+}
+
+bool BatchingDriverSession::CanRollBack(const std::string& table) {
+  return Read(Ready(), [&] { return inner_->CanRollBack(table); });
+}
+
 void BatchingDriverSession::MayGroup(bool may) {
   Lock lock(mutex_);
   SendAll(lock);

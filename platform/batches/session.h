@@ -45,6 +45,9 @@ class BatchingDriverSession : public DriverSession {
   void Rollback() override;
   void Commit() override;
   void Close() override;
+  void EnableSavepoints() override;
+  bool CanRollBack(const std::string& table) override;
+  bool LocksWholeDatabase() const override { return inner_->LocksWholeDatabase(); }
   void MayGroup(bool may) override;
 
   // For the session's statements.
@@ -75,6 +78,7 @@ class BatchingDriverSession : public DriverSession {
   void Forget(const RowSink& sink);  // sends its rows before it is destroyed; keeps an error for the next call
 
   DriverSession& Inner() { return *inner_; }
+  bool IsWithinOwn() const { return group_.IsWithinOwn(); }  // a transaction of the program; while rows are sent
 
  private:
   bool MayCommitTogether(Lock& lock);

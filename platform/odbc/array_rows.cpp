@@ -77,20 +77,36 @@ class ArrayRows : public DriverRows {
  private:
   // If the driver sends the rows one by one, those before a bad one must be rolled back.
   std::size_t AddOnTrial(std::span<const Variant> values) {
-    if (connection_.Transaction().IsOpen()) return otherwise_->Add(values);  // only its owner may roll it back
+    if (connection_.Transaction().IsOpen()) return AddWithinATransaction(values);
     connection_.Begin();
     try {
-      const std::int64_t before = InsertsSent();
-      const std::size_t rows = AddArrays(values);
-      const bool isOneStatement = InsertsSent() == before + 1;
+      const std::size_t rows = AddAndCount(values);
       connection_.Commit();
-      isTrusted_ = rows > 1 && isOneStatement;
-      isRefused_ = !isOneStatement;
       return rows;
     } catch (...) {
       connection_.Rollback();
       throw;
     }
+  }
+
+  // Only the transaction's owner may roll it back.
+  std::size_t AddWithinATransaction(std::span<const Variant> values) {
+    connection_.Run("savepoint qmx_trial");
+    try {
+      return AddAndCount(values);
+    } catch (...) {
+      connection_.Run("rollback to savepoint qmx_trial");
+      throw;
+    }
+  }
+
+  std::size_t AddAndCount(std::span<const Variant> values) {
+    const std::int64_t before = InsertsSent();
+    const std::size_t rows = AddArrays(values);
+    const bool isOneStatement = InsertsSent() == before + 1;
+    isTrusted_ = rows > 1 && isOneStatement;
+    isRefused_ = !isOneStatement;
+    return rows;
   }
 
   std::int64_t InsertsSent() {

@@ -21,6 +21,9 @@ std::vector<OdbcDialect> MakeDialects() {
   postgresql.refusesOutdatedQueries = true;
   postgresql.rowForm = RowForm::ByUnnest;
   postgresql.grouping = kOfWrittenRows;
+  // By default the driver has a savepoint of its own for each statement, whose release ends those of the program.
+  postgresql.savepointKeyword = "Protocol";
+  postgresql.savepointValue = "7.4-0";
 
   OdbcDialect mariadb;
   mariadb.system = "MariaDB";

@@ -70,6 +70,11 @@ struct OdbcDialect {
   // and a rollback changes nothing. "" if there are no such tables.
   std::string nonTransactionalTablesQuery;
 
+  // The keyword and value of a connection text with which the driver leaves transactions to the program after a refused
+  // statement. If empty, it always does.
+  std::string savepointKeyword;
+  std::string savepointValue;
+
   // Any other error may mean that the answer was lost and the transaction is saved.
   Refusals refusals = Refusals::ByState;
 

@@ -93,17 +93,27 @@ void OdbcDriverSession::ConnectTo(const std::string& catalog) {
     }
     database = file.string();
   }
-  std::string text = WithOdbcKeyword(text_, kDatabase, database);
-  std::unique_ptr<OdbcConnection> connection;
   try {
-    connection = std::make_unique<OdbcConnection>(text, watchdog_);
+    Reconnect(WithOdbcKeyword(text_, kDatabase, database));
   } catch (const Error& cause) {
     throw Error(cause.Number(), cause.Source(),
                 "The default database cannot be \"" + catalog + "\": " + cause.Description());
   }
+}
+
+void OdbcDriverSession::Reconnect(std::string text) {
+  auto connection = std::make_unique<OdbcConnection>(text, watchdog_);
   connection->Timeout(timeout_);
   connection_ = std::move(connection);
   text_ = std::move(text);
+}
+
+void OdbcDriverSession::EnableSavepoints() {
+  const OdbcDialect& dialect = Known().Dialect();
+  if (dialect.savepointKeyword.empty()) return;
+  if (OdbcKeyword(text_, dialect.savepointKeyword) == dialect.savepointValue) return;
+  connection_->Transaction().RequireNone("Savepoints cannot be enabled");
+  Reconnect(WithOdbcKeyword(text_, dialect.savepointKeyword, dialect.savepointValue));
 }
 
 void OdbcDriverSession::Timeout(std::chrono::seconds limit) {

@@ -27,12 +27,16 @@ class OdbcDriverSession : public DriverSession {
   void Rollback() override;
   void Commit() override;
   void Close() override;
+  void EnableSavepoints() override;
+  bool CanRollBack(const std::string& table) override { return !KeepsParts(table); }
+  bool LocksWholeDatabase() const override { return connection_->Dialect().catalogIsFile; }
   GroupLimits Grouping() override;
 
  private:
   bool KeepsParts(const std::string& table);  // "" for any table
   OdbcConnection& Known();                    // returns the connection; raises if its state is unknown
   void ConnectTo(const std::string& catalog);
+  void Reconnect(std::string text);
 
   Watchdog& watchdog_;
   std::string text_;  // the text of the open connection

@@ -39,6 +39,7 @@ class SqliteDriverSession : public DriverSession {
   void Rollback() override;
   void Commit() override;
   void Close() override;
+  bool LocksWholeDatabase() const override { return true; }
   GroupLimits Grouping() override;
 
  private:

@@ -5,8 +5,9 @@
 // has opened nothing, and once the answer to the Commit after it is lost, the session serves nothing any more. Other
 // operations work, unless everything is to fail from one on, as when a server is gone.
 //
-// Quiet operations (Columns, RowsAffected, Most, QuoteIdentifier, Reset, destruction) cannot fail and are not counted.
-// A test may also see every operation before it is done. Sessions may be used by several threads in turn.
+// Quiet operations (Columns, RowsAffected, Most, QuoteIdentifier, LocksWholeDatabase, Reset, destruction) cannot fail
+// and are not counted. A test may also see every operation before it is done. Sessions may be used by several threads
+// in turn.
 #pragma once
 
 #include <cstdint>
@@ -203,6 +204,13 @@ class FaultyDriver : public Driver {
     void Close() override {
       owner_.Do("Close", [&] { inner_->Close(); });
     }
+    void EnableSavepoints() override {
+      owner_.Do("EnableSavepoints", [&] { inner_->EnableSavepoints(); });
+    }
+    bool CanRollBack(const std::string& table) override {
+      return owner_.Do("CanRollBack " + table, [&] { return inner_->CanRollBack(table); });
+    }
+    bool LocksWholeDatabase() const override { return inner_->LocksWholeDatabase(); }
     GroupLimits Grouping() override {
       return owner_.Do("Grouping", [&] { return inner_->Grouping(); });
     }

@@ -245,7 +245,7 @@ std::string OutcomeOf(Work&& work) {
 class Side {
  public:
   explicit Side(const DriverUnderTest& under)
-      : base_(under.make()), session_(base_->GetDriver().Open(Text())), prepared_(*session_) {
+      : base_(under.make()), session_(base_->GetDriver().Open(Text())), prepared_(*session_, unit_) {
     const bool isSqlite = under.name.starts_with("SQLite");
     Run("create table t (code varchar(20) not null primary key, n integer, s smallint, w double precision, d " +
         under.dateTimeType + ", plain " + (isSqlite ? "" : "varchar(10)") + ", \"odd name\" " +
@@ -287,6 +287,7 @@ class Side {
 
   std::unique_ptr<TestDatabase> base_;
   std::unique_ptr<DriverSession> session_;
+  UnitOfWork unit_{*session_};
   PreparedStatements prepared_;
 };
 

@@ -185,7 +185,8 @@ TEST_P(PreparedTexts, ThatAreUsedAgainAfterAWhileAreAsTheyWere) {
 
 TEST_P(PreparedTexts, ThatAreOpenAtOnceHaveAStatementEach) {
   const auto session = Session();
-  PreparedStatements prepared(*session);
+  UnitOfWork unit(*session);
+  PreparedStatements prepared(*session, unit);
   const SqlText first = WithQuoted("select name from people where code>", "A", " order by code");
   const SqlText second = WithQuoted("select name from people where code>", "B", " order by code");
   const auto name = [](ConnectionStatement& statement) {
@@ -210,7 +211,8 @@ TEST_P(PreparedTexts, ThatAreOpenAtOnceHaveAStatementEach) {
 
 TEST_P(PreparedTexts, ThatWereNotReadToTheEndHoldNothing) {
   const auto session = Session();
-  PreparedStatements prepared(*session);
+  UnitOfWork unit(*session);
+  PreparedStatements prepared(*session, unit);
   const SqlText text = WithQuoted("select name from people where code>", "A");
   EXPECT_TRUE(ConnectionStatement(prepared, text).Step());
   connection.CommandTimeout(2);
