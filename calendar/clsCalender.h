@@ -6,9 +6,9 @@
 // period is read. The first period in which no record starts ends the calendar: nothing after such a gap is expanded.
 // Periods are not combined with one another.
 //
-// Failures: a calendar that cannot be read is skipped or ends early, and a failed delete or insert is ignored, all
-// without a report. Some errors end Startprocess: a 16-bit counter or time that overflows is error 6, and a record
-// without an end is error 94. They name calendar and record. Nothing is logged here.
+// Failures, unless CalendarFailed is set: a calendar that cannot be read is skipped or ends early, and a failed delete
+// or insert is ignored, all without a report. Some errors end Startprocess: a 16-bit counter or time that overflows is
+// error 6, and a record without an end is error 94. They name calendar and record. Nothing is logged here.
 //
 // The caller sets DBConnection and DBRecordSet before Startprocess; both are borrowed, and the record set is left
 // closed unless Startprocess raised.
@@ -58,6 +58,10 @@ class clsCalender {
 
   std::function<void()> BeforeCalendar;  // may be empty; its error ends Startprocess before Calcode is expanded
 
+  // If set, the intervals of each calendar are replaced in one transaction. If any statement of it failed, the calendar
+  // keeps its old intervals, this gets the failure, and the next calendar follows.
+  std::function<void(const Error& failure)> CalendarFailed;
+
   Variant Startprocess();
   Variant getCalender();
   Variant deletecalender();
@@ -85,6 +89,8 @@ class clsCalender {
   const MainEntry& Day(std::int16_t pos) const;
 
  private:
+  void ExpandCalendar();  // Calcode
+  void ExpandInOneTransaction();
   MainEntry& DayToChange(std::int16_t pos);
   std::int16_t CountOf(const MainEntry& entry) const;  // of its intervals; raises 6 past 16 bits
   Connection& OpenedConnection() const;                // raises 91 if the caller has set none

@@ -62,12 +62,29 @@ Variant clsCalender::Startprocess() {
   for (std::int16_t i = 0; i < calcount; ++i) {
     Calcode = At(CalArray, i, "calendar");
     if (BeforeCalendar) BeforeCalendar();
-    arraycount = 0;
-    MainArray.clear();
-    deletecalender();
-    mainfunction();
+    CalendarFailed ? ExpandInOneTransaction() : ExpandCalendar();
   }
   return {};
+}
+
+void clsCalender::ExpandCalendar() {
+  arraycount = 0;
+  MainArray.clear();
+  deletecalender();
+  mainfunction();
+}
+
+void clsCalender::ExpandInOneTransaction() {
+  bool isDone = false;
+  try {
+    OpenedConnection().Atomically([&] {
+      ExpandCalendar();
+      isDone = true;
+    });
+  } catch (Error& error) {
+    if (!isDone) throw;
+    CalendarFailed(error.With("calendar", Calcode));
+  }
 }
 
 Variant clsCalender::getCalender() {

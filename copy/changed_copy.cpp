@@ -47,8 +47,11 @@ void clsDataCopy::CopyChanged(const ChangedCopyPattern& table, const std::string
     }
     for (const char* field : table.outputFields) audit.criteria.Call("addOutputField", field);
     audit.reader.Call("initialize", audit.manager, audit.record, audit.criteria);
-    ApplyAuditEntries(audit, table.selectKey, table.deleteKey, tableCode, setFields);
-    FinishChangedCopy(audit, tableCode);
+    WriteRows(tableCode, [&] {
+      ApplyAuditEntries(audit, table.selectKey, table.deleteKey, tableCode, setFields);
+      FinishPeriod(audit, tableCode);
+    });
+    WriteCountLog(tableCode, InsertCount, UpdateCount, DeleteCount);
   } catch (...) {
     FailChangedCopy(table.failure);
   }
@@ -145,12 +148,10 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
   }
 }
 
-void clsDataCopy::FinishChangedCopy(const Audit& audit, const std::string& tableCode) {
-  if (DateObjectToDate(audit.to)) {
-    RunTimeStamp = ConvertedDate.ToDateTime();
-    WriteLastUpdateTime(tableCode, RunTimeStamp);
-  }
-  WriteCountLog(tableCode, InsertCount, UpdateCount, DeleteCount);
+void clsDataCopy::FinishPeriod(const Audit& audit, const std::string& tableCode) {
+  if (!DateObjectToDate(audit.to)) return;
+  RunTimeStamp = ConvertedDate.ToDateTime();
+  WriteLastUpdateTime(tableCode, RunTimeStamp);
 }
 
 void clsDataCopy::FailChangedCopy(const FailureTexts& failure) {

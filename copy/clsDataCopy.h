@@ -5,7 +5,7 @@
 // (the release of a table after a failure, an event, the copy log) reach the caller as an Error.
 //
 // The sources, by concern: run_driver, control_records, copy_log, date_conversion, full_copy, changed_copy,
-// shared_steps, calendar_expansion. Each table has its own source in tables/.
+// whole_copy, shared_steps, calendar_expansion. Each table has its own source in tables/.
 #pragma once
 
 #include <cstdint>
@@ -123,8 +123,13 @@ class clsDataCopy {
   static void SetAuditParameter(const Object& parameter, const char* field, const Variant& from, const Variant& to);
   void ApplyAuditEntries(const Audit& audit, const KeyCondition& selectKey, const KeyCondition& deleteKey,
                          const std::string& tableCode, const ChangeMapper& setFields);
-  void FinishChangedCopy(const Audit& audit, const std::string& tableCode);
-  [[noreturn]] void FailChangedCopy(const FailureTexts& failure);  // in a handler only
+  void FinishPeriod(const Audit& audit, const std::string& tableCode);  // its end becomes the last update time
+  [[noreturn]] void FailChangedCopy(const FailureTexts& failure);       // in a handler only
+
+  // whole_copy.cpp
+  void RequireWholeCopy(const std::string& tableCode);
+  void WriteRows(const std::string& tableCode, const std::function<void()>& write);
+  void ReportLongLock(const std::string& tableCode, DateTime begin);
 
   // calendar_expansion.cpp
   std::vector<std::string> CalendarsInUse();

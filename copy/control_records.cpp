@@ -134,6 +134,7 @@ void clsDataCopy::WriteLastUpdateTime(const std::string& tableCode, DateTime mom
     const Error failure = CurrentError();
     WriteErrorLog();
     CleanUp().Take([&] { CloseAfterFailure(record); });
+    if (declarations_.copiesWhole) throw;  // the rows are not saved without it
     declarations_.statusWhenFinished = ExitStatus::StartUpFailed;
     platform_.failures.Report(
         Error(failure.Number(), "clsDataCopy", "The last update time of table " + tableCode + " was not written.")

@@ -1,6 +1,7 @@
 // The steps of a full copy: empty the local table, then add every record that the ERP lists.
 //
-// Rows are saved one by one, without a transaction: a failure undoes neither the deletion nor the rows before it.
+// Rows are saved one by one, without a transaction: a failure undoes neither the deletion nor the rows before it. Only
+// a copy in whole mode takes them back (whole_copy.cpp).
 #include "copy/clean_up.h"
 #include "copy/clsDataCopy.h"
 #include "platform/error.h"
@@ -44,14 +45,16 @@ void clsDataCopy::CopyFull(const FullCopyPattern& table, const std::string& tabl
     enumeration = List(manager, table.list, table.bounds, tableCode);
     RunTimeStamp = Now();
     if (enumeration) {
-      // An empty listing keeps the local rows: an ERP that lists nothing is probably not well.
-      if (enumeration.Call(kHasMoreElements).ToBoolean()) DeleteAllRecords(tableCode);
-      OpenTable(tableCode);
-      RunTimeStamp = Now();
-      AddRecords(enumeration, table.key, tableCode, setFields);
-      LocalRecordSet->Update();
-      WriteLastUpdateTime(tableCode, RunTimeStamp);
-      LocalRecordSet->Close();
+      WriteRows(tableCode, [&] {
+        // An empty listing keeps the local rows: an ERP that lists nothing is probably not well.
+        if (enumeration.Call(kHasMoreElements).ToBoolean()) DeleteAllRecords(tableCode);
+        OpenTable(tableCode);
+        RunTimeStamp = Now();
+        AddRecords(enumeration, table.key, tableCode, setFields);
+        LocalRecordSet->Update();
+        WriteLastUpdateTime(tableCode, RunTimeStamp);
+        LocalRecordSet->Close();
+      });
       WriteCountLog(tableCode, InsertCount, 0, 0);
     }
     manager.Call("Close");

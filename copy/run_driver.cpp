@@ -67,6 +67,7 @@ std::int16_t clsDataCopy::RunCopy(const std::string& ConnectionString, const std
       CloseConnection();
       return kAlreadyInProgress;
     }
+    if (declarations_.copiesWhole) RequireWholeCopy(tableCode);
     SetCopyInProgress(tableCode);
     const bool byChange = ReadSyncMethod(tableCode) == kOnlyChanged && !declarations_.copiesInFull;
     const std::int16_t syncMethod = byChange ? kOnlyChanged : kFullCopy;

@@ -37,6 +37,7 @@ struct modDeclarations {
   bool HasStatusRequestId = false;   // table status is sent to the scheduling server
   std::int32_t StatusRequestId = 0;  // the request that table status belongs to; the server may write it
   bool copiesInFull = false;         // in full, whatever the table's sync method
+  bool copiesWhole = false;          // in one transaction
   std::string CurrentDatabaseName;   // the local connection's default database, for the failure report
 
   ExitStatus exitStatus = ExitStatus::Complete;

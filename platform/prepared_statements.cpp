@@ -85,6 +85,7 @@ decltype(auto) ConnectionStatement::OrAsItStands(Use&& use) {
 ConnectionStatement::ConnectionStatement(PreparedStatements& statements, const SqlText& text, bool mayWait)
     : statements_(statements), text_(text), mayWait_(mayWait), prepared_(statements.Take(text.Shape())) {
   const bool wasAccepted = prepared_ != nullptr;
+  statements_.unit_.RequireNoFailure();
   std::optional<std::string> form;
   if (!prepared_) {
     RequireOneStatement(text.Text());

@@ -51,6 +51,7 @@ std::int64_t StoredTable::Count(const Row& stored) {
 }
 
 void StoredTable::Insert(const Row& assigned, bool mayWait) {
+  unit_.RequireNoFailure();
   const std::string* text = nullptr;
   try {
     Prepared& insert = InsertFor(assigned);
@@ -66,6 +67,7 @@ void StoredTable::Insert(const Row& assigned, bool mayWait) {
 }
 
 void StoredTable::Update(const Row& stored, const Row& changes) {
+  unit_.RequireNoFailure();
   const std::string* text = nullptr;
   try {
     Prepared& update = UpdateFor(stored, changes);

@@ -1,7 +1,8 @@
 // The transaction of Connection::Atomically: all that is written in it is committed at its end, or nothing.
 //
 // A failed call on the connection or on one of its record sets makes the end roll back, also if the caller handles the
-// error: rows that follow a lost one must not be saved without it.
+// error: rows that follow a lost one must not be saved without it. Until then no further statement is executed, because
+// some systems end the transaction at a failure, and would save the statement by itself.
 #pragma once
 
 #include <functional>
@@ -22,6 +23,9 @@ class UnitOfWork {
   // nothing is saved, unless the answer to the commit was lost: the error then says that it is not known.
   void Run(const std::function<void()>& work);
 
+  void RequireNoFailure() const {  // raises it
+    if (isOpen_ && hasFailed_) RaiseFailure();
+  }
   void Abandon() noexcept;                   // rolls back what is open, before the connection is closed
   void Fail(const Error& failure) noexcept;  // the failure of a call; does nothing if no unit is open
 

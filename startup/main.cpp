@@ -39,12 +39,19 @@ namespace {
 
 using qmx::ExitStatus;
 
-bool IsFullCopyRequested() {
-  const char* const variable = std::getenv("QMX_METHOD");
-  const std::string method = variable ? variable : "";
-  if (method.empty() || method == "full") return !method.empty();
+constexpr const char* kMode = "QMX_COPY";
+
+std::string Variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value ? value : "";
+}
+
+// Whether the environment asks for what the variable's only value stands for. Raises 5 for any other value.
+bool IsRequested(const std::string& variable, const std::string& onlyValue) {
+  const std::string value = Variable(variable.c_str());
+  if (value.empty() || value == onlyValue) return !value.empty();
   throw qmx::Error(qmx::errors::kInvalidCall, "qmxdatacopy",
-                   "QMX_METHOD is \"" + method + "\". It may be \"full\" or empty.");
+                   variable + " is \"" + value + "\". It may be \"" + onlyValue + "\" or empty.");
 }
 
 ExitStatus Answer(const std::string& text) {
@@ -84,7 +91,8 @@ ExitStatus Run(const std::string& commandLine, int listener, qmx::modDeclaration
   qmx::Database database(drivers.All(), qmx::DatabaseObservers(observers));
   qmx::Platform platform{clock, files, eventLog, seenComponents, database, clearedFailures};
 
-  declarations.copiesInFull = IsFullCopyRequested();
+  declarations.copiesInFull = IsRequested("QMX_METHOD", "full");
+  declarations.copiesWhole = IsRequested(kMode, qmx::run_records::kWhole);
   qmx::Main(platform, declarations, commandLine);
   return declarations.exitStatus;
 }
@@ -99,12 +107,23 @@ void ReportStartUpFailure(qmx::FailureReport& failures) noexcept {
   }
 }
 
+// Empty where the mode is none.
+std::string ModeForRecord() {
+  const std::string mode = Variable(kMode);
+  if (mode.empty()) return qmx::run_records::kByRow;
+  return mode == qmx::run_records::kWhole ? mode : "";
+}
+
 // Null if the command line names no folder for it.
 std::unique_ptr<qmx::RunRecord> BeginRecord(const std::string& commandLine, qmx::FailureReport& failures) {
   const std::optional<qmx::RunRequest> request = qmx::ReadRunRequest(commandLine);
   if (!request) return nullptr;
   const qmx::RunStart start{qmx::NativePath(request->logDirectory + "\\" + qmx::run_records::kFileName),
-                            qmx::VersionNumber(), request->table, request->connection, request->statusRequest};
+                            qmx::VersionNumber(),
+                            request->table,
+                            request->connection,
+                            request->statusRequest,
+                            ModeForRecord()};
   auto record = std::make_unique<qmx::RunRecord>(start, failures);
   qmx::EndLine::SetListener(qmx::SuddenEnd::Write);
   return record;

@@ -32,6 +32,7 @@ calendar kind. The causes of a failure stand on standard error, the outermost fi
 Environment:
   QMX_SYSTEM_DRIVE  folder that the path prefix "C:" stands for (default: the home folder)
   QMX_COMPONENTS    folders with the manifests of component servers, separated by ":"
+  QMX_COPY          "whole" to make the copy visible in one commit, or not at all; empty saves rows as it goes
   QMX_METHOD        "full" for one copy in full, whatever the sync method in tstables, which stays as it is
   QMX_TRACE         file to which every call to components and database is appended, as JSON lines
   QMX_PROGRESS_FD   number of an open descriptor to which lines "rows N" or "deleting" are written while the copy runs,

@@ -126,16 +126,18 @@ void clsDataCopy::CopyCalendarsFull(const std::string& tableCode, const std::str
     const std::vector<std::string> calendars = CalendarsInUse();
     if (calendars.empty()) return;
 
-    DeleteAllRecords(tableCode);
-    OpenTable(tableCode);
-    RunTimeStamp = Now();
-    for (const std::string& code : calendars) {
-      if (const Object records = List(manager, kListActualCalendar, ListingBounds(code, dates)))
-        AddCalendarRecords(records);
-    }
-    if (!LocalRecordSet->BOF()) LocalRecordSet->Update();
-    WriteLastUpdateTime(tableCode, RunTimeStamp);
-    LocalRecordSet->Close();
+    WriteRows(tableCode, [&] {
+      DeleteAllRecords(tableCode);
+      OpenTable(tableCode);
+      RunTimeStamp = Now();
+      for (const std::string& code : calendars) {
+        if (const Object records = List(manager, kListActualCalendar, ListingBounds(code, dates)))
+          AddCalendarRecords(records);
+      }
+      if (!LocalRecordSet->BOF()) LocalRecordSet->Update();
+      WriteLastUpdateTime(tableCode, RunTimeStamp);
+      LocalRecordSet->Close();
+    });
     WriteCountLog(tableCode, InsertCount, 0, 0);
     manager.Call(kClose);
   } catch (...) {
@@ -163,22 +165,26 @@ void clsDataCopy::CopyCalendarsChanged(const std::string& tableCode, const std::
     SetAuditParameter(startTimes, "sttm", "0000", "2400");
     for (const char* field : kOutputFields) audit.criteria.Call(kAddOutputField, field);
 
-    for (const std::string& code : CalendarsInUse()) {
-      if (CalendarIsLocal(code)) {
-        // All calendars share one criteria object, which keeps its parameters: it grows by four with each calendar.
-        SetAuditParameter(calendar, "ccal", code, code);
-        for (const Object& parameter : {calendar, types, startDates, startTimes}) {
-          audit.criteria.Call(kAddParameter, parameter);
+    const std::vector<std::string> calendars = CalendarsInUse();
+    WriteRows(tableCode, [&] {
+      for (const std::string& code : calendars) {
+        if (CalendarIsLocal(code)) {
+          // All calendars share one criteria object, which keeps its parameters: it grows by four with each calendar.
+          SetAuditParameter(calendar, "ccal", code, code);
+          for (const Object& parameter : {calendar, types, startDates, startTimes}) {
+            audit.criteria.Call(kAddParameter, parameter);
+          }
+          audit.reader.Call(kInitialize, audit.manager, audit.record, audit.criteria);
+          ApplyAuditEntries(audit, kKey, kKey, tableCode, ChangeMapperOf(&clsDataCopy::SetCalendarFields));
+        } else if (const Object records = List(audit.manager, kListActualCalendar, ListingBounds(code, dates))) {
+          LocalRecordSet->Open(SelectCalendar(code), OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
+          AddCalendarRecords(records);
+          LocalRecordSet->Close();  // saves the last row
         }
-        audit.reader.Call(kInitialize, audit.manager, audit.record, audit.criteria);
-        ApplyAuditEntries(audit, kKey, kKey, tableCode, ChangeMapperOf(&clsDataCopy::SetCalendarFields));
-      } else if (const Object records = List(audit.manager, kListActualCalendar, ListingBounds(code, dates))) {
-        LocalRecordSet->Open(SelectCalendar(code), OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
-        AddCalendarRecords(records);
-        LocalRecordSet->Close();  // saves the last row
       }
-    }
-    FinishChangedCopy(audit, tableCode);
+      FinishPeriod(audit, tableCode);
+    });
+    WriteCountLog(tableCode, InsertCount, UpdateCount, DeleteCount);
   } catch (...) {
     FailChangedCopy(kChangedFailure);
   }
@@ -206,15 +212,18 @@ void clsDataCopy::CopyCalendar(const std::string& calendarCode, const std::strin
     manager = platform_.components.CreateObject(kManager);
     manager.Call(kInitialize, busComponent);
     const StartDates dates = StartDatesSince(kLookBackOnRequest, Now(), Form::Plain);
-    if (const Object records = List(manager, kListActualCalendar, ListingBounds(calendarCode, dates))) {
-      DeleteCalendar(calendarCode);
-      LocalRecordSet->Open(select, OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
-      AddCalendarRecords(records);
-    }
-    // Without records the record set was never opened, and the copy fails here, so that the calendar does not count as
-    // copied.
-    if (!LocalRecordSet->BOF()) LocalRecordSet->Update();
-    LocalRecordSet->Close();
+    const Object records = List(manager, kListActualCalendar, ListingBounds(calendarCode, dates));
+    WriteRows(kTable, [&] {
+      if (records) {
+        DeleteCalendar(calendarCode);
+        LocalRecordSet->Open(select, OpenedConnection(), kCursorKeyset, kLockOptimistic, kCommandText);
+        AddCalendarRecords(records);
+      }
+      // Without records the record set was never opened, and the copy fails here, so that the calendar does not count
+      // as copied.
+      if (!LocalRecordSet->BOF()) LocalRecordSet->Update();
+      LocalRecordSet->Close();
+    });
     WriteCountLog(kTable, InsertCount, 0, 0);
     manager.Call(kClose);
   } catch (...) {

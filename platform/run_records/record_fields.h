@@ -24,6 +24,7 @@ inline constexpr const char* kUser = "user";
 inline constexpr const char* kUserNumber = "uid";
 inline constexpr const char* kProgram = "version";
 inline constexpr const char* kRequest = "request";
+inline constexpr const char* kMode = "mode";
 
 // In the record of the end.
 inline constexpr const char* kDuration = "duration_ms";
@@ -47,6 +48,10 @@ inline constexpr const char* kDetails = "details";
 // Values of "record".
 inline constexpr const char* kStart = "start";
 inline constexpr const char* kEnd = "end";
+
+// Values of "mode".
+inline constexpr const char* kWhole = "whole";
+inline constexpr const char* kByRow = "rows";
 
 // Values of "outcome".
 inline constexpr const char* kComplete = "complete";

@@ -127,6 +127,7 @@ void RunRecord::WriteStart(const RunStart& start) {
   AddText(record, kBoot, process.boot);
   record.Add(kUser, process.user).Add(kUserNumber, process.userNumber).Add(kProgram, start.version);
   record.Add(kRequest, start.request);
+  AddText(record, kMode, start.mode);
   Append(record);
 
   const std::string end = "\n" + Beginning(run_records::kEnd).Unclosed() + ",\"" + kTime + "\":";

@@ -28,6 +28,7 @@ struct RunStart {
   std::string table;       // as given on the command line
   std::string connection;  // the connection text, whose secrets are hidden
   std::optional<std::int32_t> request = {};
+  std::string mode = {};  // "whole", "rows", or empty
 };
 
 class RunRecord {

@@ -104,6 +104,7 @@ bool SqliteDriverStatement::Step() {
   if (!isRunning_) transaction_.RequireKnown();
   const bool isFirst = !std::exchange(isRunning_, true);
   if (isFirst) {
+    RequireTransaction();
     deadline_.Start();
     changesBefore_ = sqlite3_total_changes64(handle_);
   }
@@ -117,6 +118,14 @@ bool SqliteDriverStatement::Step() {
   if (code != SQLITE_DONE) RaiseFailure();
   affected_ = sqlite3_total_changes64(handle_) == changesBefore_ ? 0 : sqlite3_changes64(handle_);
   return false;
+}
+
+// After some failures SQLite rolls back by itself. What follows would be saved by itself.
+void SqliteDriverStatement::RequireTransaction() {
+  if (!transaction_.IsOpen() || sqlite3_get_autocommit(handle_) == 0) return;
+  isRunning_ = false;
+  throw Error(errors::kProviderUnspecified, "SQLite",
+              "The database rolled the transaction back; nothing of it is saved.");
 }
 
 Variant SqliteDriverStatement::Value(std::size_t column) {

@@ -35,6 +35,7 @@ class SqliteDriverStatement : public DriverStatement {
   };
 
   void DescribeColumns();
+  void RequireTransaction();  // if the session has one open
   [[noreturn]] void RaiseFailure() const;
   std::string_view Text(int column, int type) const;  // until the next step
 

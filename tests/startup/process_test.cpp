@@ -4,6 +4,7 @@
 namespace qmx::test {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -144,6 +145,43 @@ TEST_F(ProcessEntry, EndsWithTwoIfTheLastUpdateTimeCannotBeWritten) {
   EXPECT_THAT(copy.err, HasSubstr("CHECK constraint failed: lutm is null"));
   EXPECT_THAT(Column("select count(*) from tsmdm030"), ElementsAre("3"));
   EXPECT_THAT(InUse(), ElementsAre("0"));
+}
+
+TEST_F(ProcessEntry, InWholeModeKeepsTheOldRowsWhereTheLastUpdateTimeCannotBeWritten) {
+  RemakeControlTable("in_use smallint", "lutm datetime check (lutm is null)");
+  environment_["QMX_COPY"] = "whole";
+  pieces_.rest = ",17";
+  const Process copy = Copy();
+  EXPECT_EQ(copy.status, 1);
+  EXPECT_THAT(copy.err, StartsWith("error -2147217773, Copy Service Types: "));
+  EXPECT_THAT(copy.err, AllOf(HasSubstr("CHECK constraint failed: lutm is null"),
+                              HasSubstr("rows: as they were before the copy"), Not(HasSubstr("was not written"))));
+  EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
+  EXPECT_THAT(InUse(), ElementsAre("0"));
+  EXPECT_THAT(Board(), HasSubstr("status | 17 | tsmdm030 | 20\n"));
+  EXPECT_THAT(ReadFile(folder_ / "logs/QMXRuns.jsonl"),
+              AllOf(HasSubstr("\"mode\":\"whole\""), HasSubstr("\"lutm\":null")));
+}
+
+TEST_F(ProcessEntry, CopiesInWholeModeAndRecordsIt) {
+  environment_["QMX_COPY"] = "whole";
+  const Process copy = Copy();
+  EXPECT_EQ(copy.status, 0) << copy.err;
+  EXPECT_EQ(copy.err, "");
+  EXPECT_THAT(Column("select count(*) from tsmdm030"), ElementsAre("3"));
+  EXPECT_THAT(InUse(), ElementsAre("0"));
+  EXPECT_THAT(ReadFile(folder_ / "logs/QMXRuns.jsonl"),
+              AllOf(HasSubstr("\"mode\":\"whole\""), HasSubstr("\"outcome\":\"complete\"")));
+}
+
+TEST_F(ProcessEntry, DoesNotStartInAModeThatItDoesNotKnow) {
+  environment_["QMX_COPY"] = "half";
+  const Process copy = Copy();
+  EXPECT_EQ(copy.status, 2);
+  EXPECT_THAT(copy.err, StartsWith("error 5, qmxdatacopy: QMX_COPY is \"half\". It may be \"whole\" or empty."));
+  EXPECT_THAT(ServiceTypes(), ElementsAre("OLD"));
+  EXPECT_THAT(InUse(), IsEmpty());
+  EXPECT_THAT(ReadFile(folder_ / "logs/QMXRuns.jsonl"), HasSubstr("\"mode\":null"));
 }
 
 TEST_F(ProcessEntry, EndsWithOneAndTheChainOfCausesIfTheCopyFails) {

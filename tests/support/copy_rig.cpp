@@ -1,5 +1,6 @@
 #include "tests/support/copy_rig.h"
 
+#include <cstdlib>
 #include <string_view>
 
 #include "schema/dialect.h"
@@ -51,6 +52,8 @@ CopyRig::CopyRig(LocalDrivers::Decorate aboveBatches, DecorateComponents decorat
       platform{clock, files, eventLog, decorateComponents ? decorateComponents(erp) : erp, database_, failures},
       engine(platform, declarations, events) {
   std::filesystem::copy_file(EmptyDatabase(), folder / "local.db");
+  const char* const mode = std::getenv("QMX_TEST_COPY_MODE");
+  declarations.copiesWhole = mode && std::string_view(mode) == "whole";
 }
 
 std::string CopyRig::ConnectionText() const {

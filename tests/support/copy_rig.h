@@ -1,6 +1,7 @@
 // Everything that a copy needs: a scripted ERP, a clock that shows 2026-11-20 14:05:09, text files in memory, and its
 // own database with the local tables. One call log records all calls. The database is SQLite's, or one of the system
 // that QMX_TEST_COPY_OVER names (lent_database.h). It is reached through the product's drivers.
+// With QMX_TEST_COPY_MODE=whole every run is in whole mode.
 #pragma once
 
 #include <functional>

@@ -57,6 +57,7 @@ void LocalCopy::Copy(const std::string& table, LocalDrivers::Decorate belowBatch
   LocalDrivers drivers(OnlyFor(ConnectionText(), std::move(belowBatches)));
   Database database(drivers.All());
   modDeclarations declarations;
+  declarations.copiesWhole = isWhole_;
   RecordingFailures failures;
   Components& components = traced_ ? static_cast<Components&>(*traced_) : components_;
   Platform platform{clock_, files_, eventLog_, components, database, failures};

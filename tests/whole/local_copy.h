@@ -40,8 +40,9 @@ class LocalCopy {
   // std::runtime_error with the chain of causes unless the run reports that it is complete.
   void Copy(const std::string& table, LocalDrivers::Decorate belowBatches = {});
   void CopyAll();
-  void ByChange();  // all tables, from now on
-  void Expand();    // the calendars into tscalender
+  void ByChange();                              // all tables, from now on
+  void InOneTransaction() { isWhole_ = true; }  // every copy from now on
+  void Expand();                                // the calendars into tscalender
 
   // Writes every call on components to a trace in that file from now on.
   void TraceTo(const std::string& file);
@@ -68,6 +69,7 @@ class LocalCopy {
   std::unique_ptr<Trace> trace_;
   std::unique_ptr<TracedComponents> traced_;
   std::vector<std::string> counts_;
+  bool isWhole_ = false;
 };
 
 // Where two copies of a table differ, as "tscfg220 CFG00001: tecr is null and not EM0003".

@@ -101,6 +101,19 @@ TEST_F(PowerCut, InAFullCopyLeavesTheOldRowsOrTheFirstNewOnes) {
   ExpectARightTableAfterTheNextRun();
 }
 
+TEST_F(PowerCut, InWholeModeLeavesTheOldRowsOrTheNewOnes) {
+  local_.InOneTransaction();
+  Copy();
+  bool sawNew = false;
+  ManyCuts([&](const Rows& rows) {
+    EXPECT_TRUE(rows == old_ || rows == new_) << rows.size() << " rows";
+    EXPECT_EQ(rows == new_, local_.Value("select lutm from tstables") != kLutm);
+    sawNew = sawNew || rows == new_;
+  });
+  EXPECT_TRUE(sawNew);
+  ExpectARightTableAfterTheNextRun();
+}
+
 TEST_F(PowerCut, InACopyByChangeLeavesEveryRowOldOrNew) {
   company_.Change(DateTime::FromDate(2002, 1, 1), "update tssoc200 set crit = 'NEW', ofbp = ofbp || 'x'");
   local_.ByChange();

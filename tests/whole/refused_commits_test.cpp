@@ -54,8 +54,9 @@ class RefusedCommit : public CopyIntoAServer {
 
   Rows LocalRows() { return Column("select concat(cstp, '=', dsca) from tsmdm030 order by 1"); }
 
-  // What a copy may leave that saves row after row and stops anywhere.
+  // What a copy may leave that saves row after row and stops anywhere, or all of it at once.
   std::vector<Rows> PossibleRows(std::int16_t syncMethod) const {
+    if (isWhole_) return {old_, final_};
     std::vector<Rows> possible;
     if (syncMethod == kFullCopy) possible.push_back(old_);
     for (std::size_t saved = 0; saved <= final_.size(); ++saved) {
@@ -72,6 +73,9 @@ class RefusedCommit : public CopyIntoAServer {
     const Rows rows = LocalRows();
     EXPECT_THAT(PossibleRows(syncMethod), Contains(rows));
     EXPECT_THAT(ended.status, testing::AnyOf(0, 1, 2)) << ended.err;
+    if (isWhole_) {
+      EXPECT_EQ(rows == final_, Lutm() != kLutm) << ended.err;
+    }
     if (ended.status == 0 || Lutm() != kLutm) {
       EXPECT_EQ(rows, final_) << ended.err;
     }
@@ -92,6 +96,7 @@ class RefusedCommit : public CopyIntoAServer {
     const std::string told = folder / "told";
     program.Environment("QMX_ODBC_FAULT", fault.Text());
     program.Environment("QMX_ODBC_FAULT_TOLD", told);
+    if (isWhole_) program.Environment("QMX_COPY", "whole");
     const Process ended = program.Run(kTable);
     wasTold = std::filesystem::exists(told);
     Judge(ended, syncMethod);
@@ -122,6 +127,7 @@ class RefusedCommit : public CopyIntoAServer {
 
   Rows final_;
   Rows old_;
+  bool isWhole_ = false;
 };
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(RefusedCommit);
 INSTANTIATE_TEST_SUITE_P(Over, RefusedCommit, testing::ValuesIn(ServersUnderTest()), ServerName);
@@ -155,6 +161,50 @@ TEST_P(RefusedCommit, LeavesAConsistentStateIfAStatementIsRefused) {
 
 TEST_P(RefusedCommit, LeavesAConsistentStateIfAStatementsAnswerIsLost) {
   CopyWithEachSoOften({.function = "SQLExecute", .isDone = true, .answer = kLost}, {1});
+}
+
+// In one transaction: the table and its last update time are both old or both new.
+class WholeCopyWithFaults : public RefusedCommit {
+ protected:
+  WholeCopyWithFaults() { isWhole_ = true; }
+};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(WholeCopyWithFaults);
+INSTANTIATE_TEST_SUITE_P(Over, WholeCopyWithFaults, testing::ValuesIn(ServersUnderTest()), ServerName);
+
+TEST_P(WholeCopyWithFaults, IsOldOrNewWhicheverCommitIsRefused) {
+  CopyWithEachSoOften({.function = "SQLEndTran", .answer = kRefused}, {1, 0});
+}
+
+TEST_P(WholeCopyWithFaults, IsOldOrNewWhereTheAnswerToTheCommitIsLost) {
+  CopyWithEachSoOften({.function = "SQLEndTran", .answer = kLost}, {1});
+  CopyWithEachSoOften({.function = "SQLEndTran", .isDone = true, .answer = kLost}, {1});
+}
+
+TEST_P(WholeCopyWithFaults, IsOldOrNewWhereTheCommitModeCannotBeSet) {
+  CopyWithEachSoOften({.function = "SQLSetConnectAttr", .answer = "HY000 2000"}, {1, 0});
+}
+
+TEST_P(WholeCopyWithFaults, IsOldOrNewWhicheverStatementIsRefused) {
+  CopyWithEachSoOften({.function = "SQLExecute", .answer = kRefused}, {1, 0});
+}
+
+TEST_P(WholeCopyWithFaults, IsOldOrNewWhicheverStatementsAnswerIsLost) {
+  CopyWithEachSoOften({.function = "SQLExecute", .isDone = true, .answer = kLost}, {1});
+}
+
+TEST_P(WholeCopyWithFaults, SaysThatItIsOldOrNewWhereTheAnswerToTheCommitIsLost) {
+  MakeTable(true);
+  BeginAnew(kFullCopy);
+  CopyProcesses program(company_, ThroughFaultyDriver(ConnectionText(), GetParam().name), "");
+  program.Environment("QMX_ODBC_FAULT",
+                      OdbcFault{.function = "SQLEndTran", .isDone = true, .answer = kLost, .first = 1}.Text());
+  program.Environment("QMX_COPY", "whole");
+  const Process ended = program.Run(kTable);
+  EXPECT_EQ(ended.status, 2);
+  EXPECT_THAT(ended.err, AllOf(HasSubstr("It is not known whether the transaction was committed"),
+                               HasSubstr("rows: all old or all new"), HasSubstr("last update time of the new rows: ")));
+  EXPECT_EQ(LocalRows(), final_);
+  EXPECT_THAT(ended.err, HasSubstr("last update time of the new rows: " + Lutm()));
 }
 
 // The server checks such a constraint at the commit, not at the statement.

@@ -80,6 +80,7 @@ void AddCopy(CLI::App& program, AdminStatus& status) {
   AddTables(command, arguments->tables, arguments->all,
             "Table codes, such as tsmdm030, or tcccp030=KEY=E or tcccp030=KEY=C");
   command.add_flag("--full", arguments->full, "Copy in full, whatever the sync method, which is not changed");
+  command.add_flag("--whole", arguments->whole, "Make each copy visible in one commit, or not at all");
   AddLogs(command, arguments->logs, Need::Required);
   AddComponent(command, arguments->component, Need::Required);
   command.add_option("--request", arguments->request, "Status request number of the scheduling server");
@@ -99,8 +100,12 @@ void AddExpand(CLI::App& program, AdminStatus& status) {
   CLI::App& command = *program.add_subcommand("expand", "Expand the employees' calendars into tscalender");
   const auto arguments = std::make_shared<ExpandArguments>();
   AddDatabase(command, *arguments);
+  command.add_flag("--whole", arguments->whole, "Make each calendar visible in one commit, or not at all");
   AddJson(command, arguments->form);
   AddQuiet(command, arguments->quiet);
+  command.footer(command.get_footer() +
+                 "\nWith --whole, calendars that fail stay as they are and are printed. Exit status 1: at least one\n"
+                 "failed.");
   Does(command, status, arguments, Expand);
 }
 

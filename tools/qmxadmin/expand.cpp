@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cstdlib>
 #include <iostream>
 #include <map>
 #include <string>
@@ -53,6 +54,14 @@ void Report(const std::vector<std::string>& inUse, const std::map<std::string, s
   if (!arguments.quiet) PrintLines(inUse, counts);
 }
 
+bool IsWhole(const ExpandArguments& arguments) {
+  const char* const variable = std::getenv("QMX_COPY");
+  const std::string mode = variable ? variable : "";
+  if (mode.empty() || mode == "whole") return arguments.whole || !mode.empty();
+  throw Error(errors::kInvalidCall, "qmxadmin expand",
+              fmt::format("QMX_COPY is \"{}\". It may be \"whole\" or empty.", mode));
+}
+
 void RaiseIfInterrupted(const clsCalender& calender, int expanded) {
   try {
     Interruption::RaiseIfRequested();
@@ -66,12 +75,15 @@ void RaiseIfInterrupted(const clsCalender& calender, int expanded) {
 }  // namespace
 
 AdminStatus Expand(const ExpandArguments& arguments) {
+  const bool isWhole = IsWhole(arguments);
   LocalDatabase local(arguments, Purpose::Write);
   Connection& connection = local.Connection();
 
   // The expansion skips what it cannot read or write. Without this check a missing table would look like a database
   // without calendars.
   for (const char* table : {"tsmdm140", "tcccp030", "tscalender"}) connection.Describe(table);
+
+  if (isWhole) connection.PrepareAtomic({"tscalender"});
 
   const auto records = local.NewRecordset();
   clsCalender calender(local.Layer());
@@ -82,13 +94,21 @@ AdminStatus Expand(const ExpandArguments& arguments) {
     RaiseIfInterrupted(calender, expanded);
     ++expanded;
   };
+  AdminStatus status = AdminStatus::Done;
+  if (isWhole) {
+    calender.CalendarFailed = [&](const Error& failure) {
+      std::cerr << fmt::format("{}: not expanded, its intervals are as before.\n{}\n", calender.Calcode,
+                               DescribeChain(failure));
+      status = AdminStatus::Wrong;
+    };
+  }
   calender.Startprocess();
 
   std::vector<std::string> inUse;
   calender.getEmployeeCalenderList(connection, inUse);
   Report(inUse, IntervalsByCalendar(local), arguments);
   connection.Close();
-  return AdminStatus::Done;
+  return status;
 }
 
 }  // namespace qmx

@@ -1,5 +1,6 @@
 // qmxadmin expand: expands the local calendars into the working intervals of tscalender, and prints how many each has.
-// No copy does this.
+// No copy does this. If a calendar cannot be replaced as a whole, it keeps its old intervals and is printed on standard
+// error, and the result is Wrong.
 #pragma once
 
 #include "tools/qmxadmin/admin_status.h"
@@ -10,6 +11,7 @@ namespace qmx {
 
 struct ExpandArguments : DatabaseArguments {
   OutputForm form = OutputForm::Table;
+  bool whole = false;  // each calendar in one transaction
   bool quiet = false;  // prints nothing about calendars that were expanded
 };
 

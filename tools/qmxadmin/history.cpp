@@ -31,6 +31,7 @@ std::vector<Variant> Row(const Run& run) {
           StateText(run),
           ended ? Variant(std::int32_t{run.end->status}) : Variant::Null(),
           ended ? OrNull(run.end->method) : Variant::Null(),
+          OrNull(run.ShownMode()),
           ended ? CountOrNull(run.end->inserted) : Variant::Null(),
           ended ? CountOrNull(run.end->updated) : Variant::Null(),
           ended ? CountOrNull(run.end->deleted) : Variant::Null(),
@@ -53,6 +54,7 @@ Listing ListingOf(const std::vector<const Run*>& runs) {
                      {.key = "result", .title = "RESULT"},
                      {.key = "status", .title = "STATUS", .toTheRight = true},
                      {.key = "method", .title = "METHOD"},
+                     {.key = "mode", .title = "MODE", .shownEmpty = false},
                      {.key = "inserted", .title = "ADDED", .toTheRight = true},
                      {.key = "updated", .title = "UPDATED", .toTheRight = true},
                      {.key = "deleted", .title = "REMOVED", .toTheRight = true},
@@ -137,6 +139,7 @@ void PrintWhole(const Run& run) {
   line("status", std::to_string(run.end->status));
   line("ended", LocalText(run.end->time) + ", after " + DurationText(run.end->duration));
   line("method", run.end->method);
+  line("mode", run.mode);
   line("rows", run.Rows());
   line("lutm", run.end->lastUpdate);
   PrintCauses(*run.end);

@@ -66,6 +66,7 @@ void StatusRuns::AddColumns(Listing& listing) const {
       {.key = "last_run_took", .title = "TOOK", .toTheRight = true},
       {.key = "last_run_duration_ms", .title = ""},
       {.key = "last_run_rows", .title = "WRITTEN", .prose = true},
+      {.key = "last_run_mode", .title = "MODE", .shownEmpty = false},
       {.key = "durations", .title = drawsBars ? "LAST 20" : ""},
       {.key = "held_by", .title = "HELD BY", .prose = true, .shownEmpty = false}};
   listing.columns.insert(listing.columns.end(), columns.begin(), columns.end());
@@ -82,6 +83,7 @@ void StatusRuns::AddValues(const std::string& table, std::vector<Variant>& row) 
   row.push_back(ended ? Variant(DurationText(last->end->duration)) : Variant::Null());
   row.push_back(ended ? Variant(static_cast<double>(last->end->duration.count())) : Variant::Null());
   row.push_back(last ? OrNull(last->Rows()) : Variant::Null());
+  row.push_back(last ? OrNull(last->ShownMode()) : Variant::Null());
   row.push_back(OrNull(Bars(runs)));
   row.push_back(runs.holder ? Variant(HolderText(*runs.holder)) : Variant::Null());
 }

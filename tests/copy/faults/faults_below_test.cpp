@@ -26,17 +26,23 @@ const char* const kNewLutm = "2026-11-20 14:05:09";
 struct Faults {
   FaultKind kind;
   int distance;  // of a second one from the first; 0 for none
+  bool whole = false;
+  Place place = Place::BelowTheBatches;
 };
 
 class FaultsBelow : public testing::TestWithParam<std::tuple<CopiedTable, std::int16_t, Faults>> {
  protected:
   const CopiedTable& table_ = std::get<0>(GetParam());
   const bool full_ = std::get<1>(GetParam()) == kFullCopy;
+  const bool whole_ = std::get<2>(GetParam()).whole;
   const FailureTexts& texts_ = full_ ? table_.fullFailure : table_.changedFailure;
 
   void ExpectAgreement(FaultyRun& run, const Outcome& found) {
     const std::vector<std::string> all = run.States().back();
     EXPECT_THAT(run.States(), Contains(UnorderedElementsAreArray(found.rows)));
+    if (whole_) {
+      EXPECT_THAT(found.rows, UnorderedElementsAreArray(found.lutm == kNewLutm ? all : run.States().front()));
+    }
     const bool isComplete = found.events.size() > 1 && found.events[1].starts_with("event Complete");
     const bool isReleased =
         found.reported.find("ReleaseCopyInProgress") == std::string::npos && found.raised == "nothing";
@@ -54,6 +60,7 @@ class FaultsBelow : public testing::TestWithParam<std::tuple<CopiedTable, std::i
       EXPECT_EQ(found.raised, "nothing");
       // An lutm that could not be written is in the log.
       if (found.lutm == kOldLutm) {
+        EXPECT_FALSE(whole_);
         EXPECT_THAT(found.log, Contains(HasSubstr("Faulty driver")));
       }
       return;
@@ -88,7 +95,8 @@ TEST_P(FaultsBelow, LeaveAConsistentOutcomeFlagTimeAndRows) {
   const auto& [table, syncMethod, faults] = GetParam();
   std::int64_t operation = 1;
   for (;; ++operation) {
-    FaultyRun run(table, syncMethod, Place::BelowTheBatches);
+    FaultyRun run(table, syncMethod, faults.place);
+    run.rig.declarations.copiesWhole = faults.whole;
     run.driver->FailAs(faults.kind);
     if (faults.kind == FaultKind::TakenBack) run.driver->FailOnly("Commit");
     run.driver->FailAt({operation, operation + faults.distance});
@@ -111,7 +119,8 @@ CopiedTable TableOf(std::string_view code) {
 std::string NameOfInstance(const testing::TestParamInfo<FaultsBelow::ParamType>& instance) {
   const auto& [table, syncMethod, faults] = instance.param;
   return std::string(table.code) + (syncMethod == kFullCopy ? "_full_" : "_changed_") + NameOf(faults.kind) +
-         (faults.distance > 0 ? std::to_string(faults.distance) : "");
+         (faults.distance > 0 ? std::to_string(faults.distance) : "") +
+         (faults.place == Place::AboveTheBatches ? "_above" : "") + (faults.whole ? "_whole" : "");
 }
 
 INSTANTIATE_TEST_SUITE_P(OfATable, FaultsBelow,
@@ -121,6 +130,15 @@ INSTANTIATE_TEST_SUITE_P(OfATable, FaultsBelow,
                                                           Faults{FaultKind::TakenBack, 0}, Faults{FaultKind::Before, 1},
                                                           Faults{FaultKind::Before, 4}, Faults{FaultKind::After, 3})),
                          NameOfInstance);
+INSTANTIATE_TEST_SUITE_P(
+    InWholeMode, FaultsBelow,
+    testing::Combine(testing::Values(TableOf("tsmdm030")), testing::Values(kFullCopy, kOnlyChanged),
+                     testing::Values(Faults{FaultKind::Before, 0, true}, Faults{FaultKind::After, 0, true},
+                                     Faults{FaultKind::TakenBack, 0, true}, Faults{FaultKind::Before, 1, true},
+                                     Faults{FaultKind::Before, 4, true}, Faults{FaultKind::After, 3, true},
+                                     Faults{FaultKind::Before, 0, true, Place::AboveTheBatches},
+                                     Faults{FaultKind::After, 0, true, Place::AboveTheBatches})),
+    NameOfInstance);
 INSTANTIATE_TEST_SUITE_P(OfATableThatIsReadAgain, FaultsBelow,
                          testing::Combine(testing::Values(TableOf("tsmdm140")), testing::Values(kOnlyChanged),
                                           testing::Values(Faults{FaultKind::Before, 0}, Faults{FaultKind::After, 0})),

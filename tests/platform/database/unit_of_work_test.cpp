@@ -101,6 +101,21 @@ TEST_P(UnitsOfWork, SaveNothingWhereAColumnIsMissingAndTheWorkHandledIt) {
   EXPECT_THAT(People(), ElementsAre("A|old", "B|old"));
 }
 
+// SQLite ends the transaction then, and what followed would be saved by itself.
+TEST_P(UnitsOfWork, SaveNothingWhereTheDatabaseEndedTheTransactionAndTheWorkGoesOn) {
+  if (!GetParam().name.starts_with("SQLite")) return;
+  const Error error = Raised([&] {
+    connection.Atomically([&] {
+      connection.Execute("delete from people where code = 'A'");
+      Trapping([&] { connection.Execute("insert or rollback into people (code,name) values ('B','new')"); });
+      Trapping([&] { AddPerson("C", "new"); });
+      Trapping([&] { AddPeople(*OpenedTable("people"), kRows); });
+    });
+  });
+  EXPECT_EQ(error.Number(), errors::kIntegrity);
+  EXPECT_THAT(People(), ElementsAre("A|old", "B|old"));
+}
+
 TEST_P(UnitsOfWork, NameTheRowThatIsRefusedAmongMany) {
   const Error error = Raised([&] {
     connection.Atomically([&] {

@@ -79,6 +79,17 @@ TEST_F(ARunRecord, HasTableProcessUserAndHost) {
   EXPECT_TRUE(start["pid_start"].is_number());
 }
 
+TEST_F(ARunRecord, TellsTheModeFromTheStart) {
+  for (const char* mode : {"whole", "rows"}) {
+    start_.mode = mode;
+    const RunRecord record(start_, failures_);
+    EXPECT_EQ(Records().back()["mode"], mode);
+  }
+  start_.mode = "";
+  const RunRecord record(start_, failures_);
+  EXPECT_TRUE(Records().back()["mode"].is_null());
+}
+
 TEST_F(ARunRecord, HasNoRequestIfNoneWasMade) {
   const RunRecord record(start_, failures_);
   EXPECT_TRUE(Records().at(0)["request"].is_null());

@@ -26,5 +26,19 @@ TEST_P(QmxAdminExpandOnASystem, WritesAllIntervalsAgainEachTime) {
   }
 }
 
+TEST_P(QmxAdminExpandOnASystem, ReplacesEachCalendarInOneCommit) {
+  Execute("insert into tsmdm140 (emno, ccal) values ('1', 'DAY'), ('2', 'NIGHT')");
+  Execute(
+      "insert into tcccp030 (ccal, ract, stdt, sttm, endt, entm) values "
+      "('DAY', 'WRK', '2026-11-23', 800, '2026-11-24', 1200), ('NIGHT', 'WRK', '2026-11-23', 2200, '2026-11-23', "
+      "2400)");
+  Execute("insert into tscalender (ccal, sttm, entm) values ('DAY', '1999-01-01', '1999-01-02')");
+  const Process expansion = Admin({"expand", "--whole"});
+  EXPECT_EQ(expansion.status, 0) << expansion.err;
+  EXPECT_EQ(expansion.out, "DAY: 2 intervals\nNIGHT: 1 intervals\n");
+  EXPECT_THAT(Column("select sttm from tscalender order by sttm"),
+              ElementsAre("2026-11-23 08:00:00", "2026-11-23 22:00:00", "2026-11-24 08:00:00"));
+}
+
 }  // namespace
 }  // namespace qmx::test

@@ -128,6 +128,32 @@ TEST_F(QmxAdminExpand, PrintsTheSameAsJson) {
             "]\n");
 }
 
+TEST_F(QmxAdminExpand, InWholeModeTellsACalendarThatFailedAndKeepsItsIntervals) {
+  Execute(
+      {"insert into tcccp030 (ccal, ract, stdt, sttm, endt, entm) values "
+       "('NEW', 'WRK', '2026-11-23', 800, '2026-11-23', 1200)",
+       "create trigger no_friday before insert on tscalender when new.ccal = 'DAY' and new.sttm > '2026-11-27' "
+       "begin select raise(abort, 'no Friday'); end"});
+  const Process run = test::Run(QMX_ADMIN, {"expand", connectionText, "", "--whole"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.err, AllOf(HasSubstr("DAY: not expanded, its intervals are as before.\n"), HasSubstr("no Friday")));
+  EXPECT_THAT(run.out, AllOf(HasSubstr("DAY: 1 intervals\n"), HasSubstr("NEW: 1 intervals\n")));
+  EXPECT_EQ(Count("select count(*) from tscalender where ccal = 'DAY' and sttm < '2000-01-01'"), 1);
+}
+
+TEST_F(QmxAdminExpand, IsInWholeModeAsTheEnvironmentSays) {
+  Execute(
+      {"create trigger no_friday before insert on tscalender when new.sttm > '2026-11-27' "
+       "begin select raise(abort, 'no Friday'); end"});
+  EXPECT_EQ(test::Run(QMX_ADMIN, {"expand", connectionText, ""}, {{"QMX_COPY", "whole"}}).status, 1);
+  EXPECT_EQ(Count("select count(*) from tscalender where ccal = 'DAY'"), 1);
+  EXPECT_EQ(test::Run(QMX_ADMIN, {"expand", connectionText, ""}, {{"QMX_COPY", ""}}).status, 0);
+  EXPECT_EQ(Count("select count(*) from tscalender where ccal = 'DAY'"), 8);
+  const Process other = test::Run(QMX_ADMIN, {"expand", connectionText, ""}, {{"QMX_COPY", "half"}});
+  EXPECT_EQ(other.status, 2);
+  EXPECT_THAT(other.err, HasSubstr("QMX_COPY is \"half\". It may be \"whole\" or empty."));
+}
+
 TEST_F(QmxAdminExpand, PrintsNothingIfItIsQuietAndAllIsWell) {
   const Process run = test::Run(QMX_ADMIN, {"expand", connectionText, "", "--quiet"});
   EXPECT_EQ(run.status, 0);

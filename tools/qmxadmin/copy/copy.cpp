@@ -99,7 +99,10 @@ AdminStatus CopyTables(const CopyArguments& arguments) {
   std::vector<CopyRun> runs;
   for (const std::string& table : TablesOf(arguments)) runs.push_back({table, CommandLineAround(arguments, table)});
   const std::map<std::string, ControlRecord> records = ReadControlRecordsOf(arguments);
-  RunCopies(runs, {arguments.logs, static_cast<std::size_t>(arguments.jobs), arguments.full, arguments.quiet});
+  RunCopies(runs, {arguments.logs,
+                   static_cast<std::size_t>(arguments.jobs),
+                   {.full = arguments.full, .whole = arguments.whole},
+                   arguments.quiet});
   const Listing summary = Summary(runs, records, arguments);
   if (!arguments.quiet || arguments.form == OutputForm::Json || !summary.rows.empty()) Print(summary, arguments.form);
   const bool allCopied = std::all_of(runs.begin(), runs.end(), [](const CopyRun& run) { return run.exitStatus == 0; });

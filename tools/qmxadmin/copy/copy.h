@@ -14,6 +14,7 @@ struct CopyArguments : DatabaseArguments {
   std::vector<std::string> tables;  // table codes, or the extended form of calendars
   bool all = false;                 // all tables, in addition to those in `tables`
   bool full = false;                // in full, whatever the tables' sync methods
+  bool whole = false;               // each in one transaction
   std::string logs;                 // LOGDIR of every run
   std::string component;            // "COMPONENT1, COMPONENT2" of every run
   std::string request;              // REQUEST; empty: none

@@ -49,9 +49,10 @@ bool IsProgram(const std::string& path) {
   return access(path.c_str(), X_OK) == 0 && !std::filesystem::is_directory(path);
 }
 
-std::vector<std::string> EnvironmentOf(CopyMethod method) {
+std::vector<std::string> EnvironmentOf(const CopyMode& mode) {
   std::vector<std::string> environment = {fmt::format("QMX_PROGRESS_FD={}", kProgressDescriptor)};
-  if (method == CopyMethod::Full) environment.emplace_back("QMX_METHOD=full");
+  if (mode.full) environment.emplace_back("QMX_METHOD=full");
+  if (mode.whole) environment.emplace_back("QMX_COPY=whole");
   const std::size_t own = environment.size();
   for (char** entry = environ; *entry; ++entry) {
     const std::string_view variable = *entry;
@@ -90,11 +91,11 @@ std::string FindDataCopy() {
               fmt::format("{} is neither in the folder of qmxadmin nor in a folder of $PATH.", kName));
 }
 
-CopyProcess::CopyProcess(const std::string& program, const std::string& commandLine, CopyMethod method) {
+CopyProcess::CopyProcess(const std::string& program, const std::string& commandLine, const CopyMode& mode) {
   const Pipe progress;
   const Pipe output;
   descriptors_ = {progress.read, output.read};
-  Launch(program, commandLine, method, progress.write, output.write);
+  Launch(program, commandLine, mode, progress.write, output.write);
   close(progress.write);
   close(output.write);
 }
@@ -103,7 +104,7 @@ CopyProcess::~CopyProcess() {
   for (const int descriptor : descriptors_) close(descriptor);
 }
 
-void CopyProcess::Launch(const std::string& program, const std::string& commandLine, CopyMethod method, int progress,
+void CopyProcess::Launch(const std::string& program, const std::string& commandLine, const CopyMode& mode, int progress,
                          int output) {
   posix_spawn_file_actions_t files;
   posix_spawn_file_actions_init(&files);
@@ -121,7 +122,7 @@ void CopyProcess::Launch(const std::string& program, const std::string& commandL
   posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETPGROUP);
 
   std::vector<std::string> words = {program, commandLine};
-  std::vector<std::string> environment = EnvironmentOf(method);
+  std::vector<std::string> environment = EnvironmentOf(mode);
   const int failure = posix_spawn(&process_, program.c_str(), &files, &attributes, Pointers(words).data(),
                                   Pointers(environment).data());
   posix_spawn_file_actions_destroy(&files);

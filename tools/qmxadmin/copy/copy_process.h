@@ -18,13 +18,16 @@ namespace qmx {
 // none.
 std::string FindDataCopy();
 
-enum class CopyMethod { OfTheTable, Full };  // OfTheTable: as tstables says
+struct CopyMode {
+  bool full = false;   // else as tstables says
+  bool whole = false;  // else as the environment says
+};
 
 class CopyProcess {
  public:
   CopyProcess(const std::string& program, const std::string& commandLine,
-              CopyMethod method);  // raises 53 when it cannot be started
-  ~CopyProcess();                  // does not wait for the process
+              const CopyMode& mode);  // raises 53 when it cannot be started
+  ~CopyProcess();                     // does not wait for the process
   CopyProcess(const CopyProcess&) = delete;
   CopyProcess& operator=(const CopyProcess&) = delete;
 
@@ -43,7 +46,8 @@ class CopyProcess {
 
  private:
   enum { kProgress, kOutput };
-  void Launch(const std::string& program, const std::string& commandLine, CopyMethod method, int progress, int output);
+  void Launch(const std::string& program, const std::string& commandLine, const CopyMode& mode, int progress,
+              int output);
   void ReadProgress();
 
   std::vector<int> descriptors_;

@@ -32,7 +32,7 @@ struct Running {
   Running(std::size_t runNumber, const CopyRun& run, const std::string& program, const RunOptions& options)
       : number(runNumber),
         log(options.logDirectory, CodeOf(run.table)),
-        process(program, run.commandLine, options.full ? CopyMethod::Full : CopyMethod::OfTheTable) {}
+        process(program, run.commandLine, options.mode) {}
 
   std::size_t number;
   CopyLog log;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/qmxadmin/copy/copy_log.h"
+#include "tools/qmxadmin/copy/copy_process.h"
 
 namespace qmx {
 
@@ -23,7 +24,7 @@ struct CopyRun {
 struct RunOptions {
   std::string logDirectory;
   std::size_t atATime = 1;
-  bool full = false;   // copies in full, whatever the sync methods in tstables
+  CopyMode mode = {};
   bool quiet = false;  // prints nothing about copies that succeed
 };
 

@@ -21,6 +21,8 @@ std::string Run::Rows() const {
                      end->deleted.value_or(0));
 }
 
+std::string Run::ShownMode() const { return mode == run_records::kWhole ? mode : ""; }
+
 std::string Run::Reason() const {
   if (!end || end->causes.empty() || end->causes.front().empty()) return {};
   return end->causes.front().back().description;

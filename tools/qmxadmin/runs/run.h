@@ -44,11 +44,13 @@ struct Run {
   std::optional<pid_t> process;
   std::optional<std::int64_t> startTicks;
   std::optional<std::int64_t> request;
+  std::string mode;  // "whole", "rows", or empty
   std::optional<RunEnd> end;
 
   std::string TableCode() const;  // in small letters, without the key of a calendar
   std::string Rows() const;       // "7 added, 21 updated, 2 removed", or empty
   std::string Reason() const;     // the innermost description of the first failure, or empty
+  std::string ShownMode() const;  // "whole", or empty for the usual mode
 };
 
 // What is known of a run.

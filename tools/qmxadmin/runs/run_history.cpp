@@ -123,6 +123,7 @@ class Collection {
     run.process = Member<pid_t>(record, kProcess);
     run.startTicks = Member<std::int64_t>(record, kProcessStart);
     run.request = Member<std::int64_t>(record, kRequest);
+    run.mode = Text(record, kMode);
   }
 
   std::map<std::string, Run> runs_;

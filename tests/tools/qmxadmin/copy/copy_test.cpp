@@ -151,6 +151,22 @@ TEST_F(QmxAdminCopy, MeasuresInMilliseconds) {
   EXPECT_FALSE(summary[0].contains("seconds"));
 }
 
+TEST_F(QmxAdminCopy, CopiesInWholeModeAndShowsItInStatusAndHistory) {
+  const Process run = Copy({"tsmdm030", "--whole"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(Rows("tsmdm030"), 3);
+  const std::string logs = folder_ / "logs";
+  const auto admin = [&](std::vector<std::string> arguments) {
+    return test::Run(QMX_ADMIN, arguments, environment_).out;
+  };
+  EXPECT_THAT(admin({"history", "--logs", logs}), testing::ContainsRegex("METHOD +MODE .*\n.* full +whole "));
+  EXPECT_THAT(admin({"history", "--logs", logs, "--json"}), HasSubstr("\"mode\":\"whole\""));
+  EXPECT_THAT(admin({"status", base_->ConnectionText(), "", "--logs", logs, "--json"}),
+              HasSubstr("\"last_run_mode\":\"whole\""));
+  Copy({"tsmdm030"});
+  EXPECT_THAT(admin({"status", base_->ConnectionText(), "", "--logs", logs}), Not(HasSubstr(" MODE ")));
+}
+
 class AFullCopyOfATableCopiedByChange : public QmxAdminCopy {
  protected:
   AFullCopyOfATableCopiedByChange() {

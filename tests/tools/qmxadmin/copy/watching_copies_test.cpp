@@ -170,6 +170,18 @@ TEST_F(WatchedCopies, LeaveTheMethodAloneInAFullCopyThatIsKilled) {
   EXPECT_EQ(ReadFile(folder_ / "method"), "\n");
 }
 
+TEST_F(WatchedCopies, AreWholeWhereThatIsAskedForElseAsTheEnvironmentSays) {
+  DataCopyIs("echo \"$QMX_COPY\" > '" + (folder_ / "mode") + "'");
+  const auto modeOf = [&](const std::vector<std::string>& arguments) {
+    Copy(arguments);
+    return ReadFile(folder_ / "mode");
+  };
+  EXPECT_EQ(modeOf({"tsmdm030"}), "\n");
+  EXPECT_EQ(modeOf({"tsmdm030", "--whole"}), "whole\n");
+  environment_["QMX_COPY"] = "whole";
+  EXPECT_EQ(modeOf({"tsmdm030"}), "whole\n");
+}
+
 TEST_F(WatchedCopies, ShowThatTheyDeleteTheRowsOfAFormerCopy) {
   DataCopyIs("echo deleting >&3; while [ ! -e '" + (folder_ / "go") + "' ]; do sleep 0.05; done; echo rows 7 >&3; " +
              "while [ ! -e '" + (folder_ / "end") + "' ]; do sleep 0.05; done");

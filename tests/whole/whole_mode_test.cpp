@@ -1,0 +1,229 @@
+// QMX_COPY=whole, as its user runs it: readers see the old orders or the new ones, whenever they look and wherever the
+// run ends.
+#include <csignal>
+#include <cstdlib>
+#include <random>
+
+#include "tests/whole/server_copy.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::AllOf;
+using testing::AnyOf;
+using testing::Contains;
+using testing::HasSubstr;
+
+constexpr const char* kTable = "tssoc200";
+constexpr int kOrders = 400;
+constexpr int kKilled = 128 + SIGKILL;
+
+// How many runs are killed: QMX_TEST_KILLS, or a few.
+int Kills() {
+  const char* const kills = std::getenv("QMX_TEST_KILLS");
+  return kills ? std::atoi(kills) : 4;
+}
+
+std::vector<DriverUnderTest> Systems() {
+  return DriversUnderTest([](const DriverUnderTest& driver) {
+    return driver.name == "SQLite" || driver.name == "PostgreSQL" || driver.name == "MariaDB";
+  });
+}
+
+// Before the run some orders are missing, one is no order of the ERP's, and all are of another day. Afterwards all are
+// as the ERP has them.
+class WholeMode : public CopyIntoAServer {
+ protected:
+  WholeMode() : CopyIntoAServer({{"orders", kOrders}}) {
+    company_.Change(DateTime::FromDate(2002, 1, 1), "update tssoc200 set crit = 'NEW'");
+  }
+
+  bool IsSqlite() const { return GetParam().name == "SQLite"; }
+
+  CopyProcesses Whole() {
+    CopyProcesses program(company_, ConnectionText(), "");
+    program.Environment("QMX_COPY", "whole");
+    return program;
+  }
+
+  void Prepare(std::int16_t method) {
+    method_ = method;
+    ControlRecord(kTable, kFullCopy);
+    const Process first = CopyProcesses(company_, ConnectionText(), "").Run(kTable);
+    ASSERT_EQ(first.status, 0) << first.err;
+    BeginAnew();
+    old_ = State();
+    EXPECT_EQ(Whole().Run(kTable).status, 0);
+    new_ = State();
+    EXPECT_NE(old_, new_);
+    BeginAnew();
+    EXPECT_EQ(State(), old_);
+  }
+
+  void BeginAnew() {
+    Sql("update tssoc200 set crit = 'OLD'");
+    Sql("delete from tssoc200 where orno = 'A' or orno like '%7'");
+    Sql("insert into tssoc200 (orno, crit) values ('A', 'OLD')");
+    Sql(std::string("update tstables set in_use = 0, syme = ") + std::to_string(method_) + ", lutm = '" + kLutm + "'");
+  }
+
+  // One number for all rows, and every row.
+  std::string Sum() {
+    return Value("select count(*) * 100000 + sum(case when crit = 'OLD' then 1 else 0 end) from tssoc200");
+  }
+  std::vector<std::string> State() {
+    std::vector<std::string> rows =
+        Column(IsSqlite() || IsPostgresql() ? "select orno || ' ' || crit from tssoc200 order by orno"
+                                            : "select concat(orno, ' ', crit) from tssoc200 order by orno");
+    return rows;
+  }
+  static std::string SumOf(const std::vector<std::string>& state) {
+    int old = 0;
+    for (const std::string& row : state) old += row.ends_with("OLD") ? 1 : 0;
+    return std::to_string(state.size() * 100000 + static_cast<std::size_t>(old));
+  }
+
+  // Reads all the time until the run has ended, or until it is killed.
+  void Watch(RunningProcess& run, std::optional<std::chrono::steady_clock::time_point> kill = {}) {
+    const std::string before = SumOf(old_);
+    const std::string after = SumOf(new_);
+    while (!run.HasEnded()) {
+      if (kill && std::chrono::steady_clock::now() >= *kill) {
+        run.Signal(SIGKILL);
+        return;
+      }
+      const std::string sum = Sum();
+      EXPECT_THAT(sum, AnyOf(before, after));
+      ++looks_;
+      if (HasFailure()) return;
+    }
+  }
+
+  void ExpectOldOrNew() {
+    const std::vector<std::string> rows = State();
+    EXPECT_THAT((std::vector{old_, new_}), Contains(rows));
+    EXPECT_EQ(rows == new_, Lutm() != kLutm);
+  }
+
+  std::int16_t method_ = kFullCopy;
+  int looks_ = 0;
+  std::vector<std::string> old_, new_;
+};
+INSTANTIATE_TEST_SUITE_P(Over, WholeMode, testing::ValuesIn(Systems()), ServerName);
+
+TEST_P(WholeMode, ShowsAReaderInAnotherProcessTheOldOrdersOrTheNewOnes) {
+  for (const std::int16_t method : {kFullCopy, kOnlyChanged}) {
+    SCOPED_TRACE(method);
+    Sql("delete from tstables");
+    Prepare(method);
+    const CopyProcesses program = Whole();
+    const auto run = program.Start(kTable);
+    Watch(*run);
+    const Process ended = run->Wait();
+    EXPECT_EQ(ended.status, 0) << ended.err;
+    EXPECT_EQ(State(), new_);
+    EXPECT_GT(looks_, 3);
+  }
+}
+
+TEST_P(WholeMode, LeavesTheOldOrdersOrTheNewOnesWheneverItIsKilled) {
+  std::mt19937 dice(20261122);
+  for (const std::int16_t method : {kFullCopy, kOnlyChanged}) {
+    Sql("delete from tstables");
+    Prepare(method);
+    const CopyProcesses program = Whole();
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(program.Run(kTable).status, 0);
+    const auto whole = std::chrono::steady_clock::now() - begin;
+    int inTime = 0;
+    for (int kill = 0; kill < Kills(); ++kill) {
+      SCOPED_TRACE("method " + std::to_string(method) + ", kill " + std::to_string(kill));
+      BeginAnew();
+      {
+        const auto run = program.Start(kTable);
+        Watch(*run, std::chrono::steady_clock::now() + whole * (dice() % 1000) / 1000);
+        inTime += run->Wait().status == kKilled ? 1 : 0;
+      }
+      ExpectOldOrNew();
+      if (HasFailure()) return;
+    }
+    EXPECT_GT(inTime, 0);
+    Sql("update tstables set in_use = 0");
+    EXPECT_EQ(program.Run(kTable).status, 0);
+    EXPECT_EQ(State(), new_);
+  }
+}
+
+TEST_P(WholeMode, LeavesTheOldOrdersWhenItIsInterrupted) {
+  Prepare(kFullCopy);
+  const CopyProcesses program = Whole();
+  const auto run = program.Start(kTable);
+  WaitUntil("the flag is set", [&] { return InUse() == "1" || run->HasEnded(); });
+  if (!run->HasEnded()) run->Signal(SIGTERM);
+  const Process ended = run->Wait();
+  EXPECT_THAT(ended.status, AnyOf(0, 1)) << ended.err;
+  EXPECT_EQ(State(), ended.status == 0 ? new_ : old_);
+  EXPECT_EQ(InUse(), "0");
+  ExpectOldOrNew();
+}
+
+TEST_P(WholeMode, ChangesNothingOnAFullDisk) {
+  if (!IsSqlite()) return;  // a server's disk is the server's
+  Prepare(kFullCopy);
+  const CopyProcesses program = Whole();
+  TempFolder folder;
+  const std::map<std::string, std::string> environment = {
+      {"QMX_COMPONENTS", SANDBOX_COMPONENTS}, {"QMX_COPY", "whole"}, {"LC_ALL", "C"}};
+  bool hasFailed = false;
+  for (const char* blocks : {"100", "200", "300", "400"}) {  // of 512 bytes, of which the file itself has more
+    SCOPED_TRACE(blocks);
+    BeginAnew();
+    Sql("pragma wal_checkpoint(truncate)");
+    const Process ended = test::Run("/bin/sh",
+                                    {"-c", std::string("trap '' XFSZ; ulimit -f ") + blocks + "; exec \"$0\" \"$1\"",
+                                     QMXDATACOPY, program.CommandLine(kTable)},
+                                    environment, folder.Path());
+    hasFailed = hasFailed || ended.status != 0;
+    ExpectOldOrNew();
+    EXPECT_EQ(Value("pragma integrity_check"), "ok");
+    if (ended.status == 0) {
+      EXPECT_EQ(State(), new_);
+    }
+  }
+  EXPECT_TRUE(hasFailed);
+}
+
+TEST_P(WholeMode, OfTwoTablesAtOnceBothSucceed) {
+  Prepare(kFullCopy);
+  const CopyProcesses program = Whole();
+  const auto orders = program.Start(kTable);
+  const auto activities = program.Start("tssoc210");
+  for (RunningProcess* run : {orders.get(), activities.get()}) {
+    const Process ended = run->Wait();
+    EXPECT_EQ(ended.status, 0) << ended.err;
+  }
+  EXPECT_EQ(State(), new_);
+  EXPECT_NE(Value("select count(*) from tssoc210"), "0");
+  EXPECT_EQ(Value("select count(*) from tstables where in_use = 0"), "2");
+}
+
+TEST_P(WholeMode, IsRefusedForATableWithoutTransactionsBeforeAnythingIsTouched) {
+  if (GetParam().name != "MariaDB") return;
+  Prepare(kFullCopy);
+  for (const char* table : {"tssoc200", "tstables"}) {
+    SCOPED_TRACE(table);
+    Sql(std::string("alter table ") + table + " engine=MyISAM");
+    const Process ended = Whole().Run(kTable);
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_THAT(ended.err, AllOf(HasSubstr(std::string("The rows of the table ") + table +
+                                           " cannot be committed together: its storage engine has no transactions."),
+                                 HasSubstr("[table: ")));
+    EXPECT_EQ(State(), old_);
+    EXPECT_EQ(InUse(), "0");
+    EXPECT_EQ(Lutm(), kLutm);
+    Sql(std::string("alter table ") + table + " engine=InnoDB");
+  }
+}
+
+}  // namespace
+}  // namespace qmx::test
