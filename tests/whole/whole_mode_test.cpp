@@ -1,5 +1,7 @@
 // QMX_COPY=whole, as its user runs it: readers see the old orders or the new ones, whenever they look and wherever the
 // run ends.
+#include <sqlite3.h>
+
 #include <csignal>
 #include <cstdlib>
 #include <random>
@@ -30,6 +32,40 @@ std::vector<DriverUnderTest> Systems() {
   });
 }
 
+struct WholeCopies : CopyProcesses {
+  WholeCopies(const Company& company, const std::string& connection) : CopyProcesses(company, connection, "") {
+    Environment("QMX_COPY", "whole");
+  }
+};
+
+constexpr const char* kSum = "select count(*) * 100000 + sum(case when crit = 'OLD' then 1 else 0 end) from tssoc200";
+
+// Another program that reads an SQLite file.
+class OtherReader {
+ public:
+  OtherReader(const std::string& file, int milliseconds) {
+    sqlite3_open(file.c_str(), &database_);
+    sqlite3_busy_timeout(database_, milliseconds);
+  }
+  ~OtherReader() { sqlite3_close(database_); }
+  OtherReader(const OtherReader&) = delete;
+  OtherReader& operator=(const OtherReader&) = delete;
+
+  // Returns the sum, or why it cannot be read.
+  std::string Sum() {
+    std::string sum;
+    const auto keep = [](void* to, int, char** values, char**) {
+      *static_cast<std::string*>(to) = values[0];
+      return 0;
+    };
+    const int code = sqlite3_exec(database_, kSum, keep, &sum, nullptr);
+    return code == SQLITE_OK ? sum : sqlite3_errmsg(database_);
+  }
+
+ private:
+  sqlite3* database_ = nullptr;
+};
+
 // Before the run some orders are missing, one is no order of the ERP's, and all are of another day. Afterwards all are
 // as the ERP has them.
 class WholeMode : public CopyIntoAServer {
@@ -40,11 +76,7 @@ class WholeMode : public CopyIntoAServer {
 
   bool IsSqlite() const { return GetParam().name == "SQLite"; }
 
-  CopyProcesses Whole() {
-    CopyProcesses program(company_, ConnectionText(), "");
-    program.Environment("QMX_COPY", "whole");
-    return program;
-  }
+  WholeCopies Whole() { return {company_, ConnectionText()}; }
 
   void Prepare(std::int16_t method) {
     method_ = method;
@@ -68,9 +100,7 @@ class WholeMode : public CopyIntoAServer {
   }
 
   // One number for all rows, and every row.
-  std::string Sum() {
-    return Value("select count(*) * 100000 + sum(case when crit = 'OLD' then 1 else 0 end) from tssoc200");
-  }
+  std::string Sum() { return Value(kSum); }
   std::vector<std::string> State() {
     std::vector<std::string> rows =
         Column(IsSqlite() || IsPostgresql() ? "select orno || ' ' || crit from tssoc200 order by orno"
@@ -116,7 +146,7 @@ TEST_P(WholeMode, ShowsAReaderInAnotherProcessTheOldOrdersOrTheNewOnes) {
     SCOPED_TRACE(method);
     Sql("delete from tstables");
     Prepare(method);
-    const CopyProcesses program = Whole();
+    const WholeCopies program = Whole();
     const auto run = program.Start(kTable);
     Watch(*run);
     const Process ended = run->Wait();
@@ -126,12 +156,38 @@ TEST_P(WholeMode, ShowsAReaderInAnotherProcessTheOldOrdersOrTheNewOnes) {
   }
 }
 
+// The last program that closes the file locks it, also against readers, while it empties the journal.
+TEST_P(WholeMode, HindersNoReaderThatKeepsTheFileOpenOrWaitsForALock) {
+  if (!IsSqlite()) return;
+  Prepare(kFullCopy);
+  const TempFolder folder;
+  const std::string file = folder / "own.db";  // the test's own connection keeps the other file open
+  Sql("vacuum into '" + file + "'");
+  const WholeCopies program(company_, "Provider=SQLite;Data Source=" + file);
+  const auto copyWhile = [&](const std::function<std::string()>& look) {
+    for (int copy = 0; copy < 4; ++copy) {
+      const auto run = program.Start(kTable);
+      while (!run->HasEnded()) {
+        ASSERT_EQ(look(), SumOf(new_));
+        ++looks_;
+      }
+      const Process ended = run->Wait();
+      EXPECT_EQ(ended.status, 0) << ended.err;
+    }
+  };
+  EXPECT_EQ(program.Run(kTable).status, 0);
+  copyWhile([&] { return OtherReader(file, 60000).Sum(); });
+  OtherReader keepsItOpen(file, 0);
+  copyWhile([&] { return keepsItOpen.Sum(); });
+  EXPECT_GT(looks_, 20);
+}
+
 TEST_P(WholeMode, LeavesTheOldOrdersOrTheNewOnesWheneverItIsKilled) {
   std::mt19937 dice(20261122);
   for (const std::int16_t method : {kFullCopy, kOnlyChanged}) {
     Sql("delete from tstables");
     Prepare(method);
-    const CopyProcesses program = Whole();
+    const WholeCopies program = Whole();
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(program.Run(kTable).status, 0);
     const auto whole = std::chrono::steady_clock::now() - begin;
@@ -141,7 +197,7 @@ TEST_P(WholeMode, LeavesTheOldOrdersOrTheNewOnesWheneverItIsKilled) {
       BeginAnew();
       {
         const auto run = program.Start(kTable);
-        Watch(*run, std::chrono::steady_clock::now() + whole * (dice() % 1000) / 1000);
+        Watch(*run, std::chrono::steady_clock::now() + whole * static_cast<int>(dice() % 1000) / 1000);
         inTime += run->Wait().status == kKilled ? 1 : 0;
       }
       ExpectOldOrNew();
@@ -156,7 +212,7 @@ TEST_P(WholeMode, LeavesTheOldOrdersOrTheNewOnesWheneverItIsKilled) {
 
 TEST_P(WholeMode, LeavesTheOldOrdersWhenItIsInterrupted) {
   Prepare(kFullCopy);
-  const CopyProcesses program = Whole();
+  const WholeCopies program = Whole();
   const auto run = program.Start(kTable);
   WaitUntil("the flag is set", [&] { return InUse() == "1" || run->HasEnded(); });
   if (!run->HasEnded()) run->Signal(SIGTERM);
@@ -170,7 +226,7 @@ TEST_P(WholeMode, LeavesTheOldOrdersWhenItIsInterrupted) {
 TEST_P(WholeMode, ChangesNothingOnAFullDisk) {
   if (!IsSqlite()) return;  // a server's disk is the server's
   Prepare(kFullCopy);
-  const CopyProcesses program = Whole();
+  const WholeCopies program = Whole();
   TempFolder folder;
   const std::map<std::string, std::string> environment = {
       {"QMX_COMPONENTS", SANDBOX_COMPONENTS}, {"QMX_COPY", "whole"}, {"LC_ALL", "C"}};
@@ -195,7 +251,7 @@ TEST_P(WholeMode, ChangesNothingOnAFullDisk) {
 
 TEST_P(WholeMode, OfTwoTablesAtOnceBothSucceed) {
   Prepare(kFullCopy);
-  const CopyProcesses program = Whole();
+  const WholeCopies program = Whole();
   const auto orders = program.Start(kTable);
   const auto activities = program.Start("tssoc210");
   for (RunningProcess* run : {orders.get(), activities.get()}) {
