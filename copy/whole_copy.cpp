@@ -22,17 +22,20 @@ void clsDataCopy::RequireWholeCopy(const std::string& tableCode) {
 void clsDataCopy::WriteRows(const std::string& tableCode, const std::function<void()>& write) {
   if (!declarations_.copiesWhole) return write();
   std::optional<DateTime>& lastUpdateTime = declarations_.facts.lastUpdateTime;
-  const DateTime begin = Now();
+  std::optional<DateTime> begin;  // after the wait for another program's lock
   std::exception_ptr failure;
   try {
-    OpenedConnection().Atomically(write);
+    OpenedConnection().Atomically([&] {
+      begin = Now();
+      write();
+    });
   } catch (Error& error) {
     error.With("rows", "as they were before the copy");
     if (lastUpdateTime) error.With("last update time of the new rows", lastUpdateTime->ToText());
     lastUpdateTime.reset();
     failure = std::current_exception();
   }
-  ReportLongLock(tableCode, begin);
+  if (begin) ReportLongLock(tableCode, *begin);
   if (failure) std::rethrow_exception(failure);
 }
 

@@ -186,6 +186,15 @@ TEST_F(WholeServiceTypes, SayNothingOfAShortWriting) {
   EXPECT_THAT(rig.failures.chains, IsEmpty());
 }
 
+TEST_F(WholeServiceTypes, DoNotCountTheTimeThatTheyWaitedForAnotherProgramToWrite) {
+  driver->before = [&](const std::string& operation) {
+    if (operation == "Begin") rig.clock.now = rig.clock.now.PlusTime(0, 1, 0);
+  };
+  rig.Run("tsmdm030");
+  EXPECT_THAT(rig.Events(), Contains(StartsWith("event Complete")));
+  EXPECT_THAT(rig.failures.chains, IsEmpty());
+}
+
 using WholeServiceTypesUnderFaults = WholeServiceTypes;  // of the database, below the batches
 
 TEST_F(WholeServiceTypesUnderFaults, AreCommittedOnceBetweenTheSettingAndTheReleaseOfTheFlag) {
