@@ -83,6 +83,15 @@ void OpenConnection::ReturnRow(Row row) noexcept {
   spareRows_.push_back(std::move(row));
 }
 
+// The search for a table that is spelled otherwise begins with a refused statement, after which some systems refuse the
+// whole transaction.
+void OpenConnection::DescribeEarly(const std::string& table) {
+  try {
+    Table(table);
+  } catch (const Error&) {  // whoever uses the table raises it
+  }
+}
+
 void OpenConnection::EnableSavepoints() {
   if (openRecordsets_ > 0) {
     throw Error(errors::kNotAllowedNow, kSource, "Savepoints cannot be enabled while a record set is open.");
@@ -201,7 +210,10 @@ void Connection::PrepareAtomic(const std::vector<std::string>& tables) {
   TranslateExceptions([&] {
     OpenSession().EnableSavepoints();
     for (const std::string& table : tables) {
-      if (OpenSession().Driver().CanRollBack(table)) continue;
+      if (OpenSession().Driver().CanRollBack(table)) {
+        OpenSession().DescribeEarly(table);
+        continue;
+      }
       throw Error(
           errors::kNotAllowedNow, kSource,
           "The rows of the table " + table + " cannot be committed together: its storage engine has no transactions.")

@@ -31,8 +31,9 @@ class OpenConnection {
   ConnectionStatement Statement(const SqlText& text, bool mayWait = false);  // 3709 when closed; the text is borrowed
 
   std::string Catalog() { return Driver().Catalog(); }
-  void SelectCatalog(const std::string& name);         // 3219 while a record set is open
-  void EnableSavepoints();                             // 3219 while a record set is open
+  void SelectCatalog(const std::string& name);   // 3219 while a record set is open
+  void EnableSavepoints();                       // 3219 while a record set is open
+  void DescribeEarly(const std::string& table);  // before a unit of work; raises nothing if it cannot be described
   void Atomically(const std::function<void()>& work);  // in a unit of work
   UnitOfWork& Unit() { return unit_; }
   void Close();  // closed afterwards, whatever it raises

@@ -71,7 +71,8 @@ void Recordset::Open(const SqlText& source, int cursorType, int lockType, int op
 }
 
 void Recordset::ActiveConnection(Connection& connection) {
-  if (cursor_) throw Error(errors::kAlreadyOpen, kRecordsetSource, "The record set is open; its connection cannot change.");
+  if (cursor_)
+    throw Error(errors::kAlreadyOpen, kRecordsetSource, "The record set is open; its connection cannot change.");
   connection_ = &connection;
 }
 

@@ -12,7 +12,8 @@ void ToColumnType(Variant& value, Variant::Kind type) {
   if (value.IsNull()) return;
   if (type != Variant::Kind::Empty && value.GetKind() != type) value = value.ConvertedTo(type);
   if (!value.IsFinite()) {
-    throw Error(errors::kOverflow, kRecordsetSource, "Overflow: " + value.ToText() + " is no number that a column can hold.");
+    throw Error(errors::kOverflow, kRecordsetSource,
+                "Overflow: " + value.ToText() + " is no number that a column can hold.");
   }
 }
 
@@ -59,7 +60,8 @@ void RecordsetCursor::RaiseNoSuchColumn(std::size_t column) const {
 
 void RecordsetCursor::RaiseNoSuchColumn(std::string_view name) const {
   const std::string column(name);
-  throw Error(errors::kNoSuchColumn, kRecordsetSource, "There is no column \"" + column + "\" in \"" + source_.Text() + "\".")
+  throw Error(errors::kNoSuchColumn, kRecordsetSource,
+              "There is no column \"" + column + "\" in \"" + source_.Text() + "\".")
       .With("column", column);
 }
 
@@ -89,7 +91,8 @@ void RecordsetCursor::MoveFirst() {
 void RecordsetCursor::MoveNext() {
   Save();
   ReadRowsOnce();
-  if (position_ == rows_.size()) throw Error(errors::kNoCurrentRow, kRecordsetSource, "There is no row after the last one.");
+  if (position_ == rows_.size())
+    throw Error(errors::kNoCurrentRow, kRecordsetSource, "There is no row after the last one.");
   ++position_;
 }
 

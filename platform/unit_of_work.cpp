@@ -5,7 +5,7 @@
 namespace qmx {
 namespace {
 
-constexpr const char* kSource = "ADODB.Connection";
+constexpr const char* kConnectionSource = "ADODB.Connection";
 
 }  // namespace
 
@@ -17,7 +17,8 @@ void UnitOfWork::Run(const std::function<void()>& work) {
   try {
     work();
     RaiseFailure();
-    if (!isOpen_) throw Error(errors::kConnectionClosed, kSource, "The connection was closed: nothing was saved.");
+    if (!isOpen_)
+      throw Error(errors::kConnectionClosed, kConnectionSource, "The connection was closed: nothing was saved.");
   } catch (...) {
     Abandon();
     throw;
@@ -37,7 +38,7 @@ void UnitOfWork::Fail(const Error& failure) noexcept {
 
 void UnitOfWork::RaiseFailure() const {
   if (failure_) throw *failure_;
-  if (hasFailed_) throw Error(errors::kOutOfMemory, kSource, "Out of memory: nothing was saved.");
+  if (hasFailed_) throw Error(errors::kOutOfMemory, kConnectionSource, "Out of memory: nothing was saved.");
 }
 
 // The failure that led here counts. If the rollback fails too, the session refuses every further call, and the database
@@ -60,7 +61,7 @@ void UnitOfWork::Commit() {
     session_.Commit();
   } catch (...) {
     if (RollBack()) throw;
-    throw Error(CurrentError().Number(), kSource,
+    throw Error(CurrentError().Number(), kConnectionSource,
                 "It is not known whether the transaction was committed: the database's answer to the COMMIT was lost.")
         .With("rows", "all old or all new");
   }

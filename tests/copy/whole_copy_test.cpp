@@ -10,7 +10,7 @@
 #include "tests/copy/tables/calendar_rig.h"
 #include "tests/support/raised.h"
 
-namespace qmx::test {
+namespace qmx::test::whole_copy {
 namespace {
 
 using testing::AllOf;
@@ -287,4 +287,4 @@ TEST_P(WholeCalendars, AreOldOrNewWhicheverCallOfTheErpFails) {
 }
 
 }  // namespace
-}  // namespace qmx::test
+}  // namespace qmx::test::whole_copy

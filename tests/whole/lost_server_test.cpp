@@ -46,6 +46,9 @@ class LostServer : public CopyIntoAServer {
             ? "select pid from pg_stat_activity where datname = current_database() and pid <> pg_backend_pid()"
             : "select id from information_schema.processlist where db = database() and id <> connection_id()");
   }
+  bool IsLocked(const std::string& order) {
+    return Column("select orno from tssoc200 where orno = '" + order + "' for update skip locked").empty();
+  }
   void AwaitTheEndOfTheOthersConnections() {
     WaitUntil("the others' connections have ended", [&] { return OthersConnections().empty(); });
   }
@@ -123,6 +126,31 @@ TEST_P(LostServer, WhichEndsTheConnectionInAChangedCopyKeepsTheFirstChangesAndTh
   ExpectTheFirstOrdersAndTheFlagAsWithinARun();
   EXPECT_EQ(Value("select orno from tssoc200 where orno = 'A'"), "A");
   ExpectRefusalUntilTheFlagIsResetAndThenAllOrders();
+}
+
+TEST_P(LostServer, WhichEndsTheConnectionInAWholeCopyKeepsTheOldRowsAndTheTableInProgress) {
+  CopyProcesses program = Program();
+  program.Environment("QMX_COPY", "whole");
+  const std::string order = FirstOrders(1);
+  Sql("insert into tssoc200 (orno, crit) values ('" + order + "', 'OLD')");
+  for (const std::int16_t syncMethod : {kFullCopy, kOnlyChanged}) {
+    SCOPED_TRACE(syncMethod);
+    Sql("delete from tstables");
+    ControlRecord(kTable, syncMethod);
+    const auto run = program.Start(kTable);
+    WaitUntil("the copy has deleted or changed the order", [&] { return run->HasEnded() || IsLocked(order); });
+    run->Signal(SIGSTOP);
+    EndTheOthersConnections();
+    run->Signal(SIGCONT);
+    const Process ended = run->Wait();
+    ExpectFailureOfTheReleaseToo(program, ended, kTable);
+    EXPECT_THAT(ended.err, HasSubstr("The connection to the server is lost; check that the server runs"));
+    EXPECT_THAT(Column("select orno from tssoc200 where crit = 'OLD' or orno = 'A' order by orno"),
+                testing::UnorderedElementsAre(order, "A"));
+    EXPECT_EQ(Value("select count(*) from tssoc200"), "2");
+    EXPECT_EQ(InUse(), "1");
+    EXPECT_EQ(Lutm(), kLutm);
+  }
 }
 
 TEST_P(LostServer, BehindACutLineIsReportedAsLostToo) {

@@ -105,6 +105,7 @@ class RefusedCommit : public CopyIntoAServer {
 
   void CopyWithEach(OdbcFault fault) {
     for (const bool hasKey : {true, false}) {
+      if (isWhole_ && !hasKey) continue;  // one transaction writes both in the same way
       MakeTable(hasKey);
       for (const std::int16_t syncMethod : {kFullCopy, kOnlyChanged}) {
         SCOPED_TRACE((hasKey ? "with a key, sync method " : "without a key, sync method ") +
@@ -181,11 +182,11 @@ TEST_P(WholeCopyWithFaults, IsOldOrNewWhereTheAnswerToTheCommitIsLost) {
 }
 
 TEST_P(WholeCopyWithFaults, IsOldOrNewWhereTheCommitModeCannotBeSet) {
-  CopyWithEachSoOften({.function = "SQLSetConnectAttr", .answer = "HY000 2000"}, {1, 0});
+  CopyWithEachSoOften({.function = "SQLSetConnectAttr", .answer = "HY000 2000"}, {1});
 }
 
 TEST_P(WholeCopyWithFaults, IsOldOrNewWhicheverStatementIsRefused) {
-  CopyWithEachSoOften({.function = "SQLExecute", .answer = kRefused}, {1, 0});
+  CopyWithEachSoOften({.function = "SQLExecute", .answer = kRefused}, {1});
 }
 
 TEST_P(WholeCopyWithFaults, IsOldOrNewWhicheverStatementsAnswerIsLost) {
@@ -194,15 +195,20 @@ TEST_P(WholeCopyWithFaults, IsOldOrNewWhicheverStatementsAnswerIsLost) {
 
 TEST_P(WholeCopyWithFaults, SaysThatItIsOldOrNewWhereTheAnswerToTheCommitIsLost) {
   MakeTable(true);
-  BeginAnew(kFullCopy);
   CopyProcesses program(company_, ThroughFaultyDriver(ConnectionText(), GetParam().name), "");
-  program.Environment("QMX_ODBC_FAULT",
-                      OdbcFault{.function = "SQLEndTran", .isDone = true, .answer = kLost, .first = 1}.Text());
   program.Environment("QMX_COPY", "whole");
-  const Process ended = program.Run(kTable);
+  OdbcFault fault{.function = "SQLEndTran", .isDone = true, .answer = kLost};
+  Process ended{};
+  do {  // not every driver's first call ends a transaction
+    ASSERT_LT(fault.first, 10);
+    BeginAnew(kFullCopy);
+    program.Environment("QMX_ODBC_FAULT", fault.Text());
+    ended = program.Run(kTable);
+    ++fault.first;
+  } while (ended.status == 0);
   EXPECT_EQ(ended.status, 2);
   EXPECT_THAT(ended.err, AllOf(HasSubstr("It is not known whether the transaction was committed"),
-                               HasSubstr("rows: all old or all new"), HasSubstr("last update time of the new rows: ")));
+                               HasSubstr("rows: all old or all new")));
   EXPECT_EQ(LocalRows(), final_);
   EXPECT_THAT(ended.err, HasSubstr("last update time of the new rows: " + Lutm()));
 }

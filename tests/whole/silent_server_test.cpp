@@ -89,6 +89,36 @@ TEST_P(SilentServer, InACommitEndsTheCopyAndLeavesTheTableInProgress) {
   EXPECT_NE(Value("select count(*) from tssoc200"), "0");
 }
 
+// The server did commit, so all rows are new, with their last update time. The program only says how to find that out.
+TEST_P(SilentServer, InTheCommitOfAWholeCopyIsReportedAsAnUnknownOutcome) {
+  ControlRecord(kTable, kFullCopy);
+  const TcpProxy line(ServerPort(), "COMMIT", TcpProxy::Swallowed::Answers);
+  CopyProcesses program = ProgramBehind(line);
+  program.Environment("QMX_COPY", "whole");
+  const Process ended = EndOf(program);
+  EXPECT_TRUE(line.Swallows());
+  ExpectFailureOfTheReleaseToo(program, ended, kTable);
+  EXPECT_EQ(InUse(), "1");
+  EXPECT_EQ(Value("select count(*) from tssoc200"), "500");
+  EXPECT_NE(Lutm(), kLutm);
+  EXPECT_THAT(ended.err, AllOf(HasSubstr("It is not known whether the transaction was committed"),
+                               HasSubstr("last update time of the new rows: " + Lutm()),
+                               HasSubstr("The server did not answer for 5 seconds while a transaction was ended, ")));
+}
+
+TEST_P(SilentServer, InABatchOfAWholeCopyKeepsTheOldRows) {
+  ControlRecord(kTable, kFullCopy);
+  Sql("insert into tssoc200 (orno) values ('A')");
+  const TcpProxy line(ServerPort(), FirstOrder());
+  CopyProcesses program = ProgramBehind(line);
+  program.Environment("QMX_COPY", "whole");
+  const Process ended = EndOf(program);
+  EXPECT_TRUE(line.Swallows());
+  ExpectFailureOfTheReleaseToo(program, ended, kTable);
+  EXPECT_EQ(Column("select orno from tssoc200"), std::vector<std::string>{"A"});
+  EXPECT_EQ(Lutm(), kLutm);
+}
+
 TEST(AStuckDriver, IsNotWaitedForFiveSecondsAfterTheEndOfItsConnection) {
   const Company company;
   CopyProcesses program(company, "Driver=" STUCK_DRIVER, "");

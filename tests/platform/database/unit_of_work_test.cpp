@@ -85,7 +85,7 @@ TEST_P(UnitsOfWork, SaveNothingAndRaiseTheFirstFailureThatTheWorkHandled) {
     });
   });
   EXPECT_EQ(error.Number(), errors::kIntegrity);
-  EXPECT_THAT(Detail(error, "statement"), HasSubstr("values ('B')"));
+  EXPECT_THAT(error.DetailOf("statement"), HasSubstr("values ('B')"));
   EXPECT_THAT(People(), ElementsAre("A|old", "B|old"));
 }
 
@@ -126,8 +126,8 @@ TEST_P(UnitsOfWork, NameTheRowThatIsRefusedAmongMany) {
     });
   });
   EXPECT_EQ(error.Number(), errors::kIntegrity);
-  EXPECT_EQ(Detail(error, "key"), "code='B'");
-  EXPECT_EQ(Detail(error, "table"), "people");
+  EXPECT_EQ(error.DetailOf("key"), "code='B'");
+  EXPECT_EQ(error.DetailOf("table"), "people");
   EXPECT_THAT(People(), ElementsAre("A|old", "B|old"));
 }
 
@@ -283,7 +283,7 @@ TEST_P(UnitsOfWork, AreRefusedForATableThatCannotRollBackAndNoneElse) {
     const Error error = Raised([&] { connection.PrepareAtomic({"people", engine}); });
     EXPECT_EQ(error.Number(), errors::kNotAllowedNow);
     EXPECT_THAT(error.Description(), HasSubstr(std::string("The rows of the table ") + engine));
-    EXPECT_EQ(Detail(error, "table"), engine);
+    EXPECT_EQ(error.DetailOf("table"), engine);
   }
 }
 
