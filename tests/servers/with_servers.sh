@@ -13,76 +13,14 @@ set -euo pipefail
 
 [ $# -gt 0 ] || { echo "usage: with_servers.sh COMMAND..." >&2; exit 2; }
 
-# Ignore leaks of the drivers.
-export LSAN_OPTIONS="${LSAN_OPTIONS:+$LSAN_OPTIONS:}suppressions=$(cd "$(dirname "$0")" && pwd)/driver_leaks.txt:print_suppressions=0"
+source "$(dirname "$0")/private_servers.sh"
 
-folder=$(mktemp --directory "${TMPDIR:-/tmp}/qmx-servers-XXXXXX")
-mkdir "$folder/tmp"  # for the servers' own temporary files: two MariaDB servers disturb each other in a shared one
-password="wild;{}rose"  # needs quoting in a connection text, so that wrong quoting fails
-unprivileged=()
-if [ "$(id -u)" -eq 0 ]; then
-  unprivileged=(--reuid nobody --regid "$(id -g nobody)" --clear-groups)
-  chown nobody "$folder" "$folder/tmp"
-fi
-servers=()
-command=
 fastPostgresql=(-c fsync=off -c full_page_writes=off -c autovacuum=off)
 fastMariadb=(--innodb-flush-log-at-trx-commit=0 --innodb-flush-method=nosync --innodb-file-per-table=0)
 if [ -n "${QMX_SERVERS_AS_DELIVERED:-}" ]; then
   fastPostgresql=()
   fastMariadb=()
 fi
-
-# become PROGRAM...: replaces this shell by the program, in the temporary folder, and as nobody if we are root. The program
-# gets SIGQUIT when its parent dies (a second setpriv, because changing the user resets that).
-become() {
-  cd "$folder"
-  HOME=$folder TMPDIR=$folder/tmp exec setpriv "${unprivileged[@]}" setpriv --pdeathsig QUIT "$@"
-}
-
-running() { grep -q '^State:\s*[^Z]' "/proc/$1/status" 2>/dev/null; }  # not one that has ended and waits to be reaped
-
-stop() {
-  local status=$? pid
-  trap '' INT TERM HUP
-  [ -z "$command" ] || kill -TERM "$command" 2>/dev/null || true
-  for pid in "${servers[@]}"; do kill -QUIT "$pid" 2>/dev/null || true; done
-  for pid in "${servers[@]}"; do
-    for _ in {1..100}; do
-      running "$pid" || break
-      sleep 0.1
-    done
-    kill -KILL "$pid" 2>/dev/null || true
-    wait "$pid" 2>/dev/null || true
-  done
-  rm -rf "$folder"
-  exit "$status"
-}
-trap stop EXIT
-trap 'exit 130' INT
-trap 'exit 143' TERM HUP
-
-free_port() {
-  local port
-  while :; do
-    port=$((RANDOM % 10000 + 20000))
-    (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null || break
-  done
-  echo "$port"
-}
-
-# answers PID DATA PROBE...: waits until the probe prints DATA, the folder of the server's data. Fails if the process ends or
-# after half a minute. If another server has taken the port, the probe reaches that one, and this process ends.
-answers() {
-  local pid=$1 data=$2
-  shift 2
-  for _ in {1..300}; do
-    running "$pid" || return 1
-    [ "$("$@" 2>/dev/null)" != "$data" ] || return 0
-    sleep 0.1
-  done
-  return 1
-}
 
 start_postgresql() {
   local programs port pid
@@ -134,8 +72,4 @@ for server in postgresql mariadb; do
   fi
 done
 
-"$@" <&0 &
-command=$!
-wait "$command" && status=0 || status=$?
-command=
-exit "$status"
+run_with_servers "$@"
