@@ -5,7 +5,7 @@ demoPackages=(g++ cmake ninja-build libsqlite3-dev sqlite3 unixodbc-dev libcli11
 serverPackages=(unixodbc odbc-postgresql odbc-mariadb postgresql mariadb-server-core mariadb-client-core)
 clusterPackages=(galera-4 mariadb-server rsync)  # mariadb-server has the scripts that bring a node up to date
 testPackages=("${demoPackages[@]}" "${serverPackages[@]}" "${clusterPackages[@]}" libgtest-dev libgmock-dev libbenchmark-dev locales clang-14 clang-format-14
-              clang-tidy-14 default-jdk-headless dpkg-dev file groff-base junit4 libsqliteodbc
+              clang-tidy-14 default-jdk-headless dpkg-dev file groff-base junit4 libfaketime libsqliteodbc
               libxerial-sqlite-jdbc-java lintian logrotate prometheus python3 systemd valgrind)
 fuzzPackages=("${demoPackages[@]}" clang-14 libclang-rt-14-dev llvm-14 python3)
 benchPackages=("${demoPackages[@]}" "${serverPackages[@]}" default-jdk-headless gdal-bin libbenchmark-dev pgloader python3

@@ -8,7 +8,7 @@ trap 'rm -rf "$tree"' EXIT
 failed=0
 
 find . \( -path ./build -o -path ./demo -o -path ./.git \) -prune -o -type f \
-  \( -name '*.h' -o -name '*.cpp' -o -name '*.c' -o -name CMakeLists.txt \) -print0 | tar --null --files-from=- -cf - | tar -C "$tree" -xf -
+  \( -name '*.h' -o -name '*.cpp' -o -name '*.c' -o -name '*.md' -o -name CMakeLists.txt \) -print0 | tar --null --files-from=- -cf - | tar -C "$tree" -xf -
 cd "$tree"
 
 # finds CHECK WHAT FILE LINE: with that line added to the file, the check fails and names WHAT.
@@ -28,7 +28,7 @@ finds() {
   [ ! -e "$root/$3" ] || cp "$root/$3" "$3"
 }
 
-for check in includes.sh sources.sh; do
+for check in includes.sh sources.sh guarantees_page.py; do
   "$house/$check" || { echo "$check fails without a plant"; exit 1; }
 done
 
@@ -43,4 +43,13 @@ finds includes.sh platform/new_adapter/thing.cpp platform/new_adapter/thing.cpp 
 
 finds sources.sh tests/copy/copy_test.cpp tests/copy/copy_test.cpp '// full_copy_test.cpp ends like this name'
 finds sources.sh tests/copy/more_test.cpp tests/copy/more_test.cpp '// nobody builds this'
+
+page=docs/guarantees.md
+table=$'\n| | SQLite | PostgreSQL, MariaDB |\n|---|---|---|\n'
+finds guarantees_page.py Batches.AreGone $page "$table| x | \`Batches.AreGone\` | |"
+finds guarantees_page.py KilledCopy. $page "$table| x | | \`KilledCopy.InFullIsNotMendedByACopyByChange\` |"
+finds guarantees_page.py KilledProgram. $page "$table| x | \`KilledProgram.LeavesInAFullCopyTheFirstRowsAndTheTableInProgress\` | |"
+finds guarantees_page.py GroupsOnMariaDb. $page "$table| x | | \`GroupsOnMariaDb.AreNotOpenedForATableThatCannotRollBack\` |"
+finds guarantees_page.py OnRequest.FailsThree $page "$table| x | | \`OnRequest.FailsThreeTimesOverWhenTheCalendarCannotBeDeleted\` |"
+finds guarantees_page.py 'without a test' $page "$table| x | nobody knows | |"
 exit $failed

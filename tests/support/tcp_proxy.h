@@ -1,7 +1,8 @@
 // Forwards bytes between clients on one loopback port and a server on another, until the line is cut. Then both
 // connections are reset, and no client can connect.
 //
-// It can swallow bytes instead: connections stay open and new ones are accepted, but nothing arrives.
+// It can swallow bytes instead: connections stay open and new ones are accepted, but nothing arrives. It can delay each
+// piece, and close half of each connection: the client reads its end, and may go on sending.
 #pragma once
 
 #include <arpa/inet.h>
@@ -12,6 +13,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -48,6 +50,13 @@ class TcpProxy {
   void Swallow(Swallowed what) { swallowed_ = what; }  // from now on
   bool Swallows() const { return swallowed_ != Swallowed::Nothing; }
 
+  void Delay(std::chrono::milliseconds each) { delay_ = each; }  // from now on
+
+  void HalfClose() {
+    halfCloses_ = true;
+    while (halfCloses_) std::this_thread::yield();
+  }
+
   void Cut() {
     isCut_ = true;
     if (carrier_.joinable()) carrier_.join();
@@ -77,6 +86,10 @@ class TcpProxy {
         waiting.push_back({line.server, POLLIN, 0});
       }
       poll(waiting.data(), waiting.size(), 10);
+      if (halfCloses_) {
+        for (const Line& line : lines_) shutdown(line.client, SHUT_WR);
+        halfCloses_ = false;
+      }
       std::size_t next = 1;
       std::erase_if(lines_, [&](const Line& line) {
         const bool fromClient = waiting[next++].revents != 0;
@@ -110,6 +123,7 @@ class TcpProxy {
     if (isTrigger) swallowed_ = atTheTrigger_;
     const Swallowed swallowed = swallowed_;
     if (swallowed == Swallowed::Everything || (swallowed == Swallowed::Answers && !isQuestion)) return length > 0;
+    std::this_thread::sleep_for(delay_.load());
     for (ssize_t sent = 0; sent < length;) {
       const ssize_t next = send(to, bytes.data() + sent, static_cast<std::size_t>(length - sent), MSG_NOSIGNAL);
       if (next < 0) return false;
@@ -130,6 +144,8 @@ class TcpProxy {
   std::string trigger_;
   Swallowed atTheTrigger_;
   std::atomic<Swallowed> swallowed_ = Swallowed::Nothing;
+  std::atomic<std::chrono::milliseconds> delay_ = std::chrono::milliseconds(0);
+  std::atomic<bool> halfCloses_ = false;
   int listener_ = Socket();
   std::uint16_t port_ = 0;
   std::vector<Line> lines_;

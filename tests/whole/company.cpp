@@ -52,7 +52,8 @@ void Company::Work(std::uint64_t seed, DateTime from) {
 
 void Company::Change(DateTime at, const std::string& statements) {
   const Handle handle = Open(File());
-  Execute(handle.get(), "begin; insert into sandbox_clock values ('" + at.ToText() + "'); " + statements +
+  const std::string midnight = at == at.DatePart() ? " 00:00:00" : "";  // which ToText leaves out
+  Execute(handle.get(), "begin; insert into sandbox_clock values ('" + at.ToText() + midnight + "'); " + statements +
                             "; delete from sandbox_clock; commit");
 }
 

@@ -9,6 +9,7 @@
 
 #include "tests/whole/copy_process.h"
 #include "tests/whole/not_by_change.h"
+#include "tests/whole/watched_run.h"
 
 namespace qmx::test::killed_copy {
 namespace {
@@ -28,6 +29,7 @@ class KilledCopy : public testing::TestWithParam<unsigned> {
     fresh_ = local_.RowsOf(kTable);
     local_.Sql("update tssoc200 set crit = 'OLD'");
     local_.Sql(std::string("update tstables set lutm = '") + kLutm + "'");
+    local_.Sql("create table kept as select * from tssoc200");
     old_ = local_.RowsOf(kTable);
   }
 
@@ -35,10 +37,18 @@ class KilledCopy : public testing::TestWithParam<unsigned> {
   std::string InUse() { return local_.Value("select in_use from tstables"); }
   std::string Lutm() { return local_.Value("select lutm from tstables"); }
 
-  // Kills a run once it has copied so many orders, long before it has copied all of them.
+  std::unique_ptr<RunningProcess> StartOnTheOldRows() {
+    local_.Sql("delete from tssoc200");
+    local_.Sql("insert into tssoc200 select * from kept");
+    local_.Sql(std::string("update tstables set in_use = 0, lutm = '") + kLutm + "'");
+    return program_.Start(kTable);
+  }
+
+  // Kills a run once it has copied so many orders, before it has copied all of them.
   void KillAfter(int orders) {
-    const auto run = program_.Start(kTable);
-    WaitUntil("orders are copied", [&] { return CopiedOrders() >= orders; });
+    const auto run = StoppedWithin([&] { return StartOnTheOldRows(); },  //
+                                   [&] { return CopiedOrders() >= orders; },
+                                   [&] { return CopiedOrders() >= static_cast<int>(fresh_.size()); });
     run->Signal(SIGKILL);
     EXPECT_EQ(run->Wait().status, kKilled);
   }

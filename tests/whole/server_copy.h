@@ -12,6 +12,7 @@
 
 #include "platform/odbc/connection.h"
 #include "platform/odbc/connection_string.h"
+#include "schema/local_tables.h"
 #include "tests/support/environment.h"
 #include "tests/support/lent_database.h"
 #include "tests/whole/copy_process.h"
@@ -44,6 +45,25 @@ class CopyIntoAServer : public testing::TestWithParam<DriverUnderTest> {
       values.push_back(value.IsNull() ? "null" : value.ToText());
     }
     return values;
+  }
+  // The table's rows by their keys, the values joined by "|".
+  std::vector<std::string> RowTexts(const std::string& table, const std::string& condition = "1=1") {
+    const LocalTable& description = LocalTableNamed(table);
+    std::string key;
+    for (const std::string& column : description.key) key += (key.empty() ? "" : ", ") + column;
+    Recordset rows(nullptr);
+    rows.Open("select * from " + table + " where " + condition + " order by " + key, database_.Quiet(), kCursorKeyset,
+              kLockOptimistic, kCommandText);
+    std::vector<std::string> texts;
+    for (; !rows.Eof(); rows.MoveNext()) {
+      std::string text;
+      for (std::size_t column = 0; column < description.columns.size(); ++column) {
+        const Variant value = rows.Fields(column).Value();
+        text += (column > 0 ? "|" : "") + (value.IsNull() ? "null" : value.ToText());
+      }
+      texts.push_back(text);
+    }
+    return texts;
   }
   std::string Value(const std::string& query) {
     const std::vector<std::string> values = Column(query);

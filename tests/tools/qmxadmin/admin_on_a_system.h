@@ -13,6 +13,7 @@
 #include "schema/dialect.h"
 #include "tests/support/driver_under_test.h"
 #include "tests/support/process.h"
+#include "tests/support/systems_under_test.h"
 
 namespace qmx::test {
 
@@ -52,16 +53,5 @@ class AdminOnASystem : public testing::TestWithParam<DriverUnderTest> {
   std::unique_ptr<TestDatabase> base_;
   Connection connection_;
 };
-
-inline std::vector<DriverUnderTest> OnlySqlite() {
-  return DriversUnderTest([](const DriverUnderTest& driver) { return driver.name == "SQLite"; });
-}
-
-// A process is the same over SQLite whether the test's own rows go there in batches, or through ODBC.
-inline std::vector<DriverUnderTest> SystemsUnderTest() {
-  std::vector<DriverUnderTest> systems = OnlySqlite();
-  for (DriverUnderTest& server : ServersUnderTest()) systems.push_back(std::move(server));
-  return systems;
-}
 
 }  // namespace qmx::test
