@@ -51,7 +51,8 @@ Variant TracedObject::Invoke(const Member& member, std::span<const Argument> arg
   try {
     const Variant result = Wrapped(target_.Target()->Invoke(member, passed));
     for (std::size_t i = 0; i < arguments.size(); ++i) {
-      if (after[i] != before[i]) arguments[i].Write(Wrapped(after[i]));
+      // A number that is none differs from itself, also as an argument that cannot be written.
+      if (arguments[i].IsReference() && after[i] != before[i]) arguments[i].Write(Wrapped(after[i]));
     }
     line["result"] = TraceValue(result);
     context_->trace.Write(line);

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+#include <limits>
 #include <sstream>
 
 #include "platform/trace/trace.h"
@@ -91,6 +93,21 @@ TEST_F(TracedCalls, ShowReferencesAsTheyWerePassedInAndWriteThemBack) {
   const Object first = object.ToObject();
   EXPECT_EQ(TracedObject::NumberOf(first), 2);
   EXPECT_TRUE(Lines()[2].find(R"("args":[{"ref":{}}])") != std::string::npos) << Lines()[2];
+}
+
+TEST_F(TracedCalls, PassOnWhatIsNoNumber) {
+  erp.Serves("Test.Taker", [&] {
+    const auto taker = erp.Make("taker");
+    taker->Takes("take", 2);
+    return Object(taker);
+  });
+  const double notANumber = std::numeric_limits<double>::quiet_NaN();
+  Variant variable = notANumber;
+  components.CreateObject("Test.Taker").Call("take", notANumber, Ref(variable));
+  EXPECT_TRUE(std::isnan(variable.ToDouble()));
+  EXPECT_EQ(
+      Lines()[1],
+      R"({"kind":"component","op":"call","object":1,"progid":"Test.Taker","member":"take","args":[null,{"ref":null}],"result":{}})");
 }
 
 TEST_F(TracedCalls, LeaveAnUnwrittenObjectInItsVariable) {
