@@ -20,6 +20,7 @@ set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME qmxdatacopy)
 option(QMX_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(QMX_SANITIZE_THREADS "Build with ThreadSanitizer, which excludes the other two" OFF)
 option(QMX_WARNINGS_ARE_ERRORS "Treat warnings as errors, as all presets do; off by default, for other compilers" OFF)
+option(QMX_COVERAGE "Count the lines and branches of the rooms that the tests reach, which needs g++" OFF)
 option(QMX_FUZZ "Build the fuzz targets, which needs clang; use with QMX_SANITIZE" OFF)
 set(QMX_JOIN_SOURCES "" CACHE STRING "What is compiled several sources at once, in half the time: a list of rooms, tools, tests")
 
@@ -50,6 +51,12 @@ elseif(QMX_SANITIZE_THREADS)
     target_compile_options(${options} INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
     target_link_options(${options} INTERFACE -fsanitize=thread)
   endforeach()
+endif()
+
+if(QMX_COVERAGE)
+  target_compile_options(qmx_options INTERFACE --coverage -fprofile-abs-path)
+  target_link_options(qmx_options INTERFACE --coverage)
+  target_link_options(qmx_test_options INTERFACE --coverage)
 endif()
 
 # Each branch reports to libFuzzer, and each line is counted for ./fuzz.sh --coverage.
