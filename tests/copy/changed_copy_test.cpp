@@ -271,29 +271,37 @@ TEST_F(FailingChangedCopy, KeepsItsTextsWhenAComponentIsMissing) {
 }
 
 TEST_F(FailingChangedCopy, OverflowsEveryCount) {
-  for (const char* which : {"insert", "update", "delete"}) {
+  constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+  struct Count {
+    const char* name;
+    std::int32_t& (DataCopyInside::*of)();
+    AuditEntry entry;
+  };
+  const Count counts[] = {{"inserted", &DataCopyInside::InsertCount, Inserted(ServiceType("NEW"))},
+                          {"updated", &DataCopyInside::UpdateCount, Updated(ServiceType("HERE"))},
+                          {"deleted", &DataCopyInside::DeleteCount, Deleted(DeletedServiceType("HERE"))}};
+  for (const Count& full : counts) {
+    SCOPED_TRACE(full.name);
     CopyRig fresh;
     fresh.ControlRecord("tsmdm030", 2, "2026-11-19 08:00:00");
     fresh.Sql("insert into tsmdm030 (cstp) values ('HERE')");
     fresh.inside.LogFile() = "C:\\log\\tsmdm030.log";
     fresh.inside.Connect(fresh.ConnectionText());
     fresh.erp.Lists(kServiceTypesManager, {});
-    const std::string kind = which;
-    fresh.erp.Audits(kServiceTypesRecord, {kind == "insert"   ? Inserted(ServiceType("NEW"))
-                                           : kind == "update" ? Updated(ServiceType("HERE"))
-                                                              : Deleted(DeletedServiceType("HERE"))});
-    // The counts are set to 0 at the start, so they are preset when the record class is asked for.
+    fresh.erp.Audits(kServiceTypesRecord, {full.entry});
+    // The counts are set to 0 at the start, so one is preset when the record class is asked for.
     fresh.erp.Serves(kServiceTypesRecord, [&] {
-      fresh.inside.InsertCount() = fresh.inside.UpdateCount() = fresh.inside.DeleteCount() =
-          std::numeric_limits<std::int32_t>::max();
+      (fresh.inside.*full.of)() = kMost;
       const auto record = fresh.erp.Make("recordClass");
       record->Gives("getClass", "class");
       return Object(record);
     });
     const Error error = Raised([&] { fresh.inside.CopyServiceTypes("tsmdm030", "Orvan", kOnlyChanged); });
-    EXPECT_EQ(error.Number(), 106) << which;
+    EXPECT_EQ(error.Number(), 106);
     EXPECT_EQ(error.Source(), "Copy Service Types - Only Changed");
-    EXPECT_EQ(fresh.inside.InsertCount(), std::numeric_limits<std::int32_t>::max());
+    for (const Count& count : counts) {
+      EXPECT_EQ((fresh.inside.*count.of)(), &count == &full ? kMost : 0) << count.name;
+    }
   }
 }
 
