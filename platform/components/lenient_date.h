@@ -31,7 +31,7 @@ class LenientDate {
   void Put(std::int64_t& field, std::int64_t value);
 
   Fields fields_;
-  bool resolved_ = true;
+  bool resolved_ = false;
 };
 
 }  // namespace qmx

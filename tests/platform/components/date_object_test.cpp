@@ -137,6 +137,11 @@ TEST_F(ADateObject, LeavesOutTheTenDaysOf1582) {
   EXPECT_EQ(Read(), "-318 9 20 14:5:9");
 }
 
+TEST_F(ADateObject, ThatBeginsInThoseTenDaysIsTenDaysLater) {
+  clock.now = DateTime::FromDate(1582, 10, 12);
+  EXPECT_EQ(MakeDateObject(clock).Call("getDate").ToText(), "22");
+}
+
 TEST_F(ADateObject, FollowsTheJulianCalendarBefore1582) {
   date.Call("setYear", -400);
   date.Call("setmonth", 1);
