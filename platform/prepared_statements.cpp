@@ -74,9 +74,9 @@ decltype(auto) ConnectionStatement::OrAsItStands(Use&& use) {
   } catch (const Error& error) {
     const bool wasShared = std::exchange(isShared_, false);
     if (!wasShared || hasRow_ || !IsRefusal(error)) throw;
-    prepared_.reset();
     if (statements_.unit_.IsOpen() && !(savepoint_ && savepoint_->RollBack())) throw;
     savepoint_.reset();
+    prepared_.reset();  // behind the rollback: a refused transaction does not free a prepared statement
   }
   PrepareAsItStands();
   return use();

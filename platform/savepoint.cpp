@@ -4,23 +4,21 @@
 
 namespace qmx {
 
-Savepoint::Savepoint(DriverSession& session) : session_(session) { Run("savepoint qmx"); }
+Savepoint::Savepoint(DriverSession& session)
+    : release_(session.Prepare("release savepoint qmx")), rollBack_(session.Prepare("rollback to savepoint qmx")) {
+  Execution(*session.Prepare("savepoint qmx")).Run();
+}
 
-void Savepoint::Release() { Run("release savepoint qmx"); }
+void Savepoint::Release() { Execution(*release_).Run(); }
 
 bool Savepoint::RollBack() noexcept {
   try {
-    Run("rollback to savepoint qmx");
+    Execution(*rollBack_).Run();
     Release();  // or each savepoint would stay within the one before
     return true;
   } catch (...) {
     return false;
   }
-}
-
-void Savepoint::Run(const char* statement) {
-  const auto prepared = session_.Prepare(statement);
-  Execution(*prepared).Run();
 }
 
 }  // namespace qmx

@@ -6,7 +6,7 @@
 namespace qmx {
 namespace {
 
-constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kBlanks = " \t\r\n";
 
 // The place of a keyword's value in a text; npos when there is none. `keyword` is where its pair begins.
 struct Place {
@@ -34,7 +34,7 @@ Place Find(std::string_view text, std::string_view keyword) {
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t equals = text.find('=', at);
     if (equals == std::string_view::npos) break;
-    const std::string_view name = Trimmed(text.substr(at, equals - at), " \t;");
+    const std::string_view name = Trimmed(text.substr(at, equals - at), " \t\r\n;");
     const std::size_t end = EndOfValue(text, equals + 1);
     if (SameName(name, keyword)) last = {equals + 1, end - equals - 1, at};
     at = end + 1;

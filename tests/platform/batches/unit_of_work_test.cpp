@@ -98,15 +98,15 @@ TEST_P(BatchesInAUnitOfWork, ReturnToTheirSavepointWhereARowIsRefused) {
   }
   EXPECT_THAT(DescribeChain(error), HasSubstr("key: code='1000'"));
   EXPECT_THAT(below_.Record(), Contains("Prepare savepoint qmx"));
-  EXPECT_THAT(below_.Record(), Contains("Prepare rollback to savepoint qmx"));
   EXPECT_EQ(Saved(), 0);
 }
 
 // The rows would be saved outside of the transaction.
 TEST_P(BatchesInAUnitOfWork, AreNotSentRowByRowWhereTheSavepointIsGone) {
-  below_.before = [&](const std::string& operation) {
+  below_.before = [isRefused = false](const std::string& operation) mutable {
+    if (operation == "Step" && isRefused) throw Error(errors::kCommand, "Test", "It is gone.");
+    isRefused = isRefused || operation == "Add";
     if (operation == "Add") throw Error(errors::kIntegrity, "Test", "The rows are refused.");
-    if (operation == "Prepare rollback to savepoint qmx") throw Error(errors::kCommand, "Test", "It is gone.");
   };
   Error error(0, "", "");
   try {

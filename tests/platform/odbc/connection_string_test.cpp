@@ -37,6 +37,11 @@ TEST(OdbcConnectionString, AKeywordIsTakenOutWithItsValue) {
   EXPECT_EQ(WithoutOdbcKeyword("UID=u", "FILEDSN"), "UID=u");
 }
 
+TEST(OdbcConnectionString, ALineEndIsABlank) {
+  EXPECT_EQ(OdbcKeyword("UID=qmx;\r\nDATABASE = a\r\n", "database"), "a");
+  EXPECT_EQ(OdbcKeyword(WithOdbcKeyword("UID=qmx;\r\n", "DATABASE", "a"), "database"), "a");
+}
+
 TEST(OdbcConnectionString, ThereIsNothingUnderAMissingKeyword) {
   EXPECT_EQ(OdbcKeyword("DSN=x", "Database"), "");
   EXPECT_EQ(OdbcKeyword("", "Database"), "");
