@@ -121,7 +121,7 @@ def _server_changed(server, sizes):
     erp = data.changed_erp(sizes.server_orders, sizes.server_changes)
     server.sql("truncate table tssoc200")
     run(*server.load(data.erp(sizes.server_orders)))
-    server.sql("create table orders_before as select * from tssoc200")
+    server.sql("drop table if exists orders_before", "create table orders_before as select * from tssoc200")
 
     def prepare():
         server.sql("truncate table tssoc200", "insert into tssoc200 select * from orders_before", "truncate table tstables",

@@ -14,8 +14,8 @@ from alone import ALONE, verdict
 from measuring import CLIENT, EVERY, FOLDER, SERVER, measured
 from races import RACES
 
-RACES |= whole.RACES
-ALONE |= whole.ALONE
+RACES = RACES | whole.RACES
+ALONE = ALONE | whole.ALONE
 CASES = [*RACES, *ALONE]
 ON_SERVERS = {name for name in CASES if "postgresql" in name or "mariadb" in name}
 

@@ -3,12 +3,14 @@
 import sqlite3
 import threading
 import time
+from dataclasses import replace
 from pathlib import Path
 
 import data
 import servers
-from measuring import BENCH_PROGRAMS, CLIENT, EVERY, LOCAL, copying, copying_into_file, measured, run
-from races import EACH_CHANGE, ERP, ROW_BY_ROW, Race, _local_content
+from measuring import CLIENT, EVERY, LOCAL, copying, copying_into_file, measured, run
+from races import ERP
+from races import RACES as USUAL
 from way import Way
 
 IN_WHOLE = "the same statements, committed once"
@@ -18,46 +20,18 @@ def whole(command):
     return ["env", "QMX_COPY=whole", *command]
 
 
-def _ways(command, *others):
-    return [Way("program, whole", whole(command), reads=ERP, writes=IN_WHOLE),
-            Way("program, row by row", command, reads=ERP, writes="as every copy without whole mode"), *others]
+def _in_whole(name, loop_most=None):
+    """The race of that name, between the modes alone; with its prepared loop if that has a target here."""
 
+    def race_of(sizes):
+        race = USUAL[name](sizes)
+        command = race.ways[0].command
+        loops = [replace(way, most=loop_most) for way in race.ways if loop_most and way.name == "prepared statements"]
+        return replace(race, title=race.title.replace("copy,", "copy, whole,"), ways=[
+            Way("program, whole", whole(command), reads=ERP, writes=IN_WHOLE),
+            Way("program, row by row", command, reads=ERP, writes="as every copy without whole mode"), *loops])
 
-def sqlite_full(sizes):
-    empty = data.empty_local()
-    return Race("full copy, whole, SQLite", sizes.orders, _ways(copying_into_file(data.erp(sizes.orders))),
-                lambda: data.copy_file(empty, LOCAL), lambda: _local_content("tssoc200"))
-
-
-def sqlite_changed(sizes):
-    erp = data.changed_erp(sizes.orders, sizes.changes)
-    before = data.local_before_changes(sizes.orders)
-    loop = Way("prepared statements", [BENCH_PROGRAMS / "sqlite_changed_copy", erp, LOCAL], most=1.4, reads=EACH_CHANGE,
-               writes=f"all columns; {ROW_BY_ROW}")
-    return Race("changed copy, whole, SQLite", sizes.changes, _ways(copying_into_file(erp), loop),
-                lambda: data.copy_file(before, LOCAL), lambda: _local_content("tssoc200"))
-
-
-def server_full(server, sizes):
-    return Race(f"full copy, whole, {server.name}", sizes.server_orders,
-                _ways(copying(server.connection, data.erp(sizes.server_orders))),
-                lambda: server.sql("truncate table tssoc200", "truncate table tstables", *server.settle),
-                lambda: server.sql(server.hashes))
-
-
-def server_changed(server, sizes):
-    erp = data.changed_erp(sizes.server_orders, sizes.server_changes)
-    server.sql("truncate table tssoc200")
-    run(*server.load(data.erp(sizes.server_orders)))
-    server.sql("create table orders_before_whole as select * from tssoc200")
-
-    def prepare():
-        server.sql("truncate table tssoc200", "insert into tssoc200 select * from orders_before_whole", "truncate table tstables",
-                   f"insert into tstables (TableName, in_use, syme, lutm) values ('tssoc200', 0, 2, '{data.LONG_AGO}')",
-                   *server.settle)
-
-    return Race(f"changed copy, whole, {server.name}", sizes.server_changes, _ways(copying(server.connection, erp)), prepare,
-                lambda: server.sql(server.hashes))
+    return race_of
 
 
 class Largest:
@@ -161,14 +135,9 @@ def others_wait(sizes, _):
     return lines
 
 
-RACES = {
-    "whole-sqlite-full": sqlite_full,
-    "whole-sqlite-changed": sqlite_changed,
-    "whole-postgresql-full": lambda sizes: server_full(servers.postgresql(), sizes),
-    "whole-postgresql-changed": lambda sizes: server_changed(servers.postgresql(), sizes),
-    "whole-mariadb-full": lambda sizes: server_full(servers.mariadb(), sizes),
-    "whole-mariadb-changed": lambda sizes: server_changed(servers.mariadb(), sizes),
-}
+RACES = {f"whole-{name}": _in_whole(name) for name in ("sqlite-full", "postgresql-full", "postgresql-changed", "mariadb-full",
+                                                        "mariadb-changed")}
+RACES["whole-sqlite-changed"] = _in_whole("sqlite-changed", loop_most=1.4)
 
 ALONE = {
     "whole-journal-sqlite": journal_sqlite,
