@@ -99,15 +99,15 @@ def _memory(system, sizes, limit, prepare, copy, count, processors=EVERY):
     ]
 
 
-def memory_sqlite(sizes, _):
+def memory_sqlite(sizes, mode="", in_mode=lambda command: command):
     empty = data.empty_local()
-    return _memory("SQLite", sizes, 16, lambda: data.copy_file(empty, LOCAL), copying_into_file,
+    return _memory("SQLite" + mode, sizes, 16, lambda: data.copy_file(empty, LOCAL), lambda erp: in_mode(copying_into_file(erp)),
                    lambda: run("sqlite3", LOCAL, "select count(*) from tssoc200"))
 
 
-def _memory_server(server, sizes):
-    return _memory(server.name, sizes, 24, lambda: server.sql("truncate table tssoc200", "truncate table tstables"),
-                   lambda erp: copying(server.connection, erp), lambda: server.sql("select count(*) from tssoc200"), CLIENT)
+def memory_server(server, sizes, mode="", in_mode=lambda command: command):
+    return _memory(server.name + mode, sizes, 24, lambda: server.sql("truncate table tssoc200", "truncate table tstables"),
+                   lambda erp: in_mode(copying(server.connection, erp)), lambda: server.sql("select count(*) from tssoc200"), CLIENT)
 
 
 def parts(sizes, rounds):
@@ -124,9 +124,9 @@ def _medians(program, rounds, *arguments, **options):
 
 ALONE = {
     "nothing-to-do": nothing_to_do,
-    "memory-sqlite": memory_sqlite,
-    "memory-postgresql": lambda sizes, _: _memory_server(servers.postgresql(), sizes),
-    "memory-mariadb": lambda sizes, _: _memory_server(servers.mariadb(), sizes),
+    "memory-sqlite": lambda sizes, _: memory_sqlite(sizes),
+    "memory-postgresql": lambda sizes, _: memory_server(servers.postgresql(), sizes),
+    "memory-mariadb": lambda sizes, _: memory_server(servers.mariadb(), sizes),
     "java-start": start_java,
     "java-getters": getters_java,
     "java-memory": memory_java,

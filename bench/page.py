@@ -33,7 +33,8 @@ ratio shows the gain from the server's own form: `unnest` in PostgreSQL and arra
 
 All ways write SQLite files with the program's settings: `journal_mode=wal`, `synchronous=normal`, `wal_autocheckpoint=16000`. A single
 transaction is less work than many, but holds its locks to the end, and a failure rolls all of it back. The program commits more
-often, so that other programs can write in between, and a failure keeps the rows that were saved before.
+often, so that other programs can write in between, and a failure keeps the rows that were saved before. In whole mode it commits
+once: SQLite's log grows to about the size of the table, and its index, 8 bytes a page, counts as memory.
 
 {alone}
 

@@ -6,6 +6,7 @@ import time
 from dataclasses import replace
 from pathlib import Path
 
+import alone
 import data
 import servers
 from measuring import CLIENT, EVERY, LOCAL, copying, copying_into_file, measured, run
@@ -37,12 +38,12 @@ def _in_whole(name, loop_most=None):
 class Largest:
     """Looks at a size again and again while something runs."""
 
-    def __init__(self, size):
-        self.size, self.largest, self.ends = size, 0, threading.Event()
+    def __init__(self, size, pause=0.01):
+        self.size, self.pause, self.largest, self.ends = size, pause, 0, threading.Event()
         self.thread = threading.Thread(target=self._look)
 
     def _look(self):
-        while not self.ends.wait(0.01):
+        while not self.ends.wait(self.pause):
             self.largest = max(self.largest, self.size())
 
     def __enter__(self):
@@ -72,7 +73,7 @@ def journal_sqlite(sizes, _):
         with Largest(lambda: size_of(f"{LOCAL}-wal")) as log:
             measured(ours)
         lines.append([f"largest -wal file, full copy of {sizes.server_orders:,} rows, SQLite, {name}", _mib(log.largest), ""])
-    return lines
+    return [*lines, ["the file itself", _mib(size_of(LOCAL)), ""]]
 
 
 def journal_postgresql(sizes, _):
@@ -91,18 +92,17 @@ def journal_postgresql(sizes, _):
 
 def journal_mariadb(sizes, _):
     server = servers.mariadb()
-    folder = Path(server.sql("select @@datadir"))
-    undo = [folder / "ibdata1", *sorted(folder.glob("undo*"))]
+    server.sql("set global innodb_monitor_enable = 'trx_rseg_current_size'")
+    page = int(server.sql("select @@innodb_page_size"))
+    pages = "select count from information_schema.innodb_metrics where name = 'trx_rseg_current_size'"
     command = copying(server.connection, data.erp(sizes.server_orders))
     lines = []
     for name, ours in (("row by row", command), ("whole", whole(command))):
         server.sql("truncate table tssoc200", "truncate table tstables")
         run(*command)
-        before = size_of(*undo)
-        with Largest(lambda: size_of(*undo)) as log:
+        with Largest(lambda: int(server.sql(pages)) * page, pause=0.1) as undo:
             measured(ours, CLIENT)
-        grown = max(0, log.largest - before)
-        lines.append([f"growth of the undo log, full copy of {sizes.server_orders:,} rows, MariaDB, {name}", _mib(grown), ""])
+        lines.append([f"largest undo log, full copy of {sizes.server_orders:,} rows, MariaDB, {name}", _mib(undo.largest), ""])
     return lines
 
 
@@ -144,4 +144,7 @@ ALONE = {
     "whole-journal-postgresql": journal_postgresql,
     "whole-journal-mariadb": journal_mariadb,
     "whole-others-wait": others_wait,
+    "whole-memory-sqlite": lambda sizes, _: alone.memory_sqlite(sizes, ", whole", whole),
+    "whole-memory-postgresql": lambda sizes, _: alone.memory_server(servers.postgresql(), sizes, ", whole", whole),
+    "whole-memory-mariadb": lambda sizes, _: alone.memory_server(servers.mariadb(), sizes, ", whole", whole),
 }

@@ -177,6 +177,14 @@ TEST_F(BadInput, ACopyLogOnAFullDiskIsNamedWithItsPath) {
   EXPECT_THAT(InUse(), ElementsAre("1"));  // a run that cannot log its failure ends before it lets the table go
 }
 
+TEST_F(BadInput, ACopyLogOnAFullDiskLeavesTheNewRowsOfAWholeCopy) {
+  environment_["QMX_COPY"] = "whole";
+  FillDiskFor("logs/tsmdm030.log");
+  EXPECT_EQ(RunOnFullDisk(pieces_.Line()).status, 2);
+  EXPECT_THAT(ServiceTypes(), ElementsAre("INS", "PRV", "REP"));
+  EXPECT_THAT(InUse(), ElementsAre("1"));
+}
+
 TEST_F(BadInput, ANamedPipeInPlaceOfTheCopyLogDoesNotHangTheRun) {
   ASSERT_EQ(mkfifo((folder_ / "logs/tsmdm030.log").c_str(), 0600), 0);
   const Process copy = Copy();

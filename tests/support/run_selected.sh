@@ -3,13 +3,15 @@
 set -eu
 program=$1
 filter=$2
+tests=$("$program" --gtest_list_tests | awk '/^[^ ].*\./ {suite = $1} /^  / {print suite $1}')
 IFS=: read -ra patterns <<<"${filter/-/:}"
 for pattern in "${patterns[@]}"; do
   [ -n "$pattern" ] || continue
-  matches=$("$program" --gtest_list_tests --gtest_filter="$pattern" | grep -c '^  ' || true)
-  if [ "$matches" = 0 ]; then
-    echo "No test of $(basename "$program") matches $pattern: it was renamed or is gone."
-    exit 1
-  fi
+  while read -r test; do
+    # shellcheck disable=SC2053  # the pattern is one
+    [[ $test == $pattern ]] && continue 2
+  done <<<"$tests"
+  echo "No test of $(basename "$program") matches $pattern: it was renamed or is gone."
+  exit 1
 done
 exec "$program" --gtest_brief=1 --gtest_filter="$filter"

@@ -99,6 +99,35 @@ class LostServer : public CopyIntoAServer {
     EXPECT_THAT(program.Log(kTable), testing::Not(HasSubstr("Inserted")));
   }
 
+  // Loses the server once the copy has deleted or changed an order that was there before.
+  template <typename Loss>
+  void ExpectALossInAWholeCopy(std::int16_t syncMethod, Loss&& lose) {
+    CopyProcesses program = Program();
+    program.Environment("QMX_COPY", "whole");
+    Sql("delete from tssoc200");
+    Sql("delete from tstables");
+    const std::string order = FirstOrders(1);
+    for (const std::string& old : {order, std::string("A")})
+      Sql("insert into tssoc200 (orno, crit) values ('" + old + "', 'OLD')");
+    ControlRecord(kTable, syncMethod);
+    const auto run = program.Start(kTable);
+    WaitUntil("the copy has deleted or changed the order", [&] { return run->HasEnded() || IsLocked(order); });
+    run->Signal(SIGSTOP);
+    lose();
+    run->Signal(SIGCONT);
+    const Process ended = run->Wait();
+    ExpectFailureOfTheReleaseToo(program, ended, kTable);
+    EXPECT_THAT(ended.err, HasSubstr("The connection to the server is lost; check that the server runs"));
+  }
+
+  void ExpectTheOldRowsAndTheFlagAsWithinARun() {
+    EXPECT_THAT(Column("select orno from tssoc200 where crit = 'OLD'"),
+                testing::UnorderedElementsAre(FirstOrders(1), "A"));
+    EXPECT_EQ(Value("select count(*) from tssoc200"), "2");
+    EXPECT_EQ(InUse(), "1");
+    EXPECT_EQ(Lutm(), kLutm);
+  }
+
   // The first orders in the ERP's order, which is the keys'.
   std::string FirstOrders(std::size_t count) {
     return company_.Value("select group_concat(orno) from (select orno from tssoc200 order by orno limit " +
@@ -155,27 +184,10 @@ TEST_P(LostServer, WhichEndsTheConnectionInAChangedCopyKeepsTheFirstChangesAndTh
 }
 
 TEST_P(LostServer, WhichEndsTheConnectionInAWholeCopyKeepsTheOldRowsAndTheTableInProgress) {
-  CopyProcesses program = Program();
-  program.Environment("QMX_COPY", "whole");
-  const std::string order = FirstOrders(1);
-  Sql("insert into tssoc200 (orno, crit) values ('" + order + "', 'OLD')");
   for (const std::int16_t syncMethod : {kFullCopy, kOnlyChanged}) {
     SCOPED_TRACE(syncMethod);
-    Sql("delete from tstables");
-    ControlRecord(kTable, syncMethod);
-    const auto run = program.Start(kTable);
-    WaitUntil("the copy has deleted or changed the order", [&] { return run->HasEnded() || IsLocked(order); });
-    run->Signal(SIGSTOP);
-    EndTheOthersConnections();
-    run->Signal(SIGCONT);
-    const Process ended = run->Wait();
-    ExpectFailureOfTheReleaseToo(program, ended, kTable);
-    EXPECT_THAT(ended.err, HasSubstr("The connection to the server is lost; check that the server runs"));
-    EXPECT_THAT(Column("select orno from tssoc200 where crit = 'OLD' or orno = 'A' order by orno"),
-                testing::UnorderedElementsAre(order, "A"));
-    EXPECT_EQ(Value("select count(*) from tssoc200"), "2");
-    EXPECT_EQ(InUse(), "1");
-    EXPECT_EQ(Lutm(), kLutm);
+    ExpectALossInAWholeCopy(syncMethod, [&] { EndTheOthersConnections(); });
+    ExpectTheOldRowsAndTheFlagAsWithinARun();
   }
 }
 
@@ -273,13 +285,17 @@ class KilledServer : public LostServer {
     });
   }
 
-  void ExpectTheConfirmedOrdersOnceTheServerRunsAgain() {
+  void ConnectOnceTheServerRunsAgain() {
     StartTheServerAgain();
     try {
       database_.Quiet().Close();
     } catch (const Error&) {  // it is lost
     }
     database_.Quiet().Open(ConnectionText(), "", "");
+  }
+
+  void ExpectTheConfirmedOrdersOnceTheServerRunsAgain() {
+    ConnectOnceTheServerRunsAgain();
     ExpectTheFirstOrdersAndTheFlagAsWithinARun();
     EXPECT_GT(CopiedOrders(), 0);
     ExpectRefusalUntilTheFlagIsResetAndThenAllOrders();
@@ -308,6 +324,12 @@ TEST_P(KilledServer, InAFullCopyIsReportedAsLostAndHasTheConfirmedRowsWhenItRuns
 
 TEST_P(KilledServer, InAChangedCopyIsReportedAsLostAndHasTheConfirmedRowsWhenItRunsAgain) {
   ExpectALossAndThenNoAnswer(kOnlyChanged);
+}
+
+TEST_P(KilledServer, InAWholeCopyHasTheOldRowsWhenItRunsAgain) {
+  ExpectALossInAWholeCopy(kFullCopy, [&] { KillTheServer(); });
+  ConnectOnceTheServerRunsAgain();
+  ExpectTheOldRowsAndTheFlagAsWithinARun();
 }
 
 // Read-only for everybody but administrators: each server refuses the transaction that is open with its COMMIT.

@@ -26,6 +26,13 @@ class SeenCopy : public CopyIntoAServer {
     EXPECT_EQ(run.status, 0) << run.err;
   }
 
+  // A look takes time, on servers most of all, so there is none before the copy begins.
+  void WatchWhileInProgress(RunningProcess& run, const std::function<void()>& look) {
+    Watch(run, [&] {
+      if (Value("select max(in_use) from tstables") == "1") look();
+    });
+  }
+
   CopyProcesses program_ = Program();
 };
 
@@ -56,7 +63,7 @@ TEST_P(SeenCopyOfOrders, InFullShowsTheOldRowsThenNoneThenMoreAndMoreOfTheListin
     bool isOld = true;
     std::size_t most = 0;
     const auto run = program_.Start(kTable);
-    Watch(*run, [&] {
+    WatchWhileInProgress(*run, [&] {
       const Texts rows = RowTexts(kTable);
       if (isOld && rows == old) return;
       isOld = false;
@@ -107,7 +114,7 @@ TEST_P(SeenCopyOfOrders, ByChangeShowsTheChangesOneAfterTheOtherInTheirOrder) {
     auto expected = byKey(RowTexts(kTable));
     auto next = changes.begin();
     const auto run = program_.Start(kTable);
-    Watch(*run, [&] {
+    WatchWhileInProgress(*run, [&] {
       const auto rows = byKey(RowTexts(kTable));
       for (; rows != expected && next != changes.end(); ++next) {
         expected.erase(*next);
@@ -169,6 +176,20 @@ class SeenCopyOfACalendar : public SeenCopy {
     return Value(std::string("select ") + column + " from tstables where tablename = 'tcccp030'");
   }
 
+  void WatchItsCopy(RunningProcess& run, const std::function<void()>& look) {
+    WatchWhileInProgress(run, [&] {
+      EXPECT_EQ(Control("lutm"), kLutm);
+      EXPECT_EQ(Value("select count(*) from tcccp030 where cutm = -1 and not " + Its()),
+                std::to_string(others_.size()));
+      look();
+    });
+  }
+  void ExpectItsNewRecordsAndTheOldOnesOfOthers(RunningProcess& run) {
+    EXPECT_EQ(run.Wait().status, 0);
+    EXPECT_EQ(RowTexts("tcccp030", Its()), all_);
+    EXPECT_EQ(RowTexts("tcccp030", "not " + Its()), others_);
+  }
+
   // All calendars are of another day. What is no longer the ERP's is deleted by a copy.
   void BeginAnew() {
     Sql("delete from tcccp030 where " + Its());
@@ -192,9 +213,7 @@ TEST_P(SeenCopyOfACalendar, ShowsItsOldRecordsThenNoneThenMoreAndMoreAndLeavesOt
     bool isOld = true;
     std::size_t most = 0;
     const auto run = program_.Start(Request());
-    Watch(*run, [&] {
-      EXPECT_EQ(RowTexts("tcccp030", "not " + Its()), others_);
-      EXPECT_EQ(Control("lutm"), kLutm);
+    WatchItsCopy(*run, [&] {
       const Texts rows = RowTexts("tcccp030", Its());
       if (isOld && rows == old_) return;
       isOld = false;
@@ -203,8 +222,7 @@ TEST_P(SeenCopyOfACalendar, ShowsItsOldRecordsThenNoneThenMoreAndMoreAndLeavesOt
       most = rows.size();
       isPartSeen |= most > 0 && most < all_.size();
     });
-    EXPECT_EQ(run->Wait().status, 0);
-    EXPECT_EQ(RowTexts("tcccp030", Its()), all_);
+    ExpectItsNewRecordsAndTheOldOnesOfOthers(*run);
     if (HasFailure()) return;
   }
   EXPECT_TRUE(isPartSeen);
@@ -235,6 +253,42 @@ TEST_P(SeenCopyOfACalendar, ThatIsKilledLeavesItsFirstRecordsAndTheNextRunMakesI
   EXPECT_EQ(RowTexts("tcccp030", "not " + Its()), others_);
   EXPECT_EQ(Control("in_use"), "0");
   EXPECT_EQ(Control("lutm"), kLutm);
+}
+
+TEST_P(SeenCopyOfACalendar, InWholeModeShowsItsOldRecordsOrItsNewOnesAndLeavesOtherCalendarsAlone) {
+  program_.Environment("QMX_COPY", "whole");
+  bool isSeenWithin = false;
+  for (int attempt = 0; attempt < 20 && !isSeenWithin; ++attempt) {
+    BeginAnew();
+    const auto run = program_.Start(Request());
+    WatchItsCopy(*run, [&] {
+      EXPECT_THAT(RowTexts("tcccp030", Its()), AnyOf(old_, all_));
+      isSeenWithin = true;
+    });
+    ExpectItsNewRecordsAndTheOldOnesOfOthers(*run);
+    if (HasFailure()) return;
+  }
+  EXPECT_TRUE(isSeenWithin);
+}
+
+TEST_P(SeenCopyOfACalendar, ThatIsKilledInWholeModeLeavesItsOldRecordsOrItsNewOnesAndTheNextRunMakesItRight) {
+  program_.Environment("QMX_COPY", "whole");
+  const auto start = [&] {
+    BeginAnew();
+    return program_.Start(Request());
+  };
+  const auto run = StoppedWithin(
+      start, [&] { return Control("in_use") == "1"; }, [&] { return RowTexts("tcccp030", Its()) == all_; });
+  run->Signal(SIGKILL);
+  EXPECT_EQ(run->Wait().status, 128 + SIGKILL);
+  EXPECT_THAT(RowTexts("tcccp030", Its()), AnyOf(old_, all_));  // a server may do a COMMIT that was on its way
+  EXPECT_EQ(RowTexts("tcccp030", "not " + Its()), others_);
+  EXPECT_EQ(Control("lutm"), kLutm);
+
+  Sql("update tstables set in_use = 0 where tablename = 'tcccp030'");
+  ExpectSuccess(Request());
+  EXPECT_EQ(RowTexts("tcccp030", Its()), all_);
+  EXPECT_EQ(RowTexts("tcccp030", "not " + Its()), others_);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <random>
 
 #include "tests/whole/server_copy.h"
+#include "tests/whole/watched_run.h"
 
 namespace qmx::test::whole_mode {
 namespace {
@@ -146,6 +147,23 @@ INSTANTIATE_TEST_SUITE_P(Over, WholeMode, testing::ValuesIn(Systems("")), Server
 using WholeModeInAFile = WholeMode;
 INSTANTIATE_TEST_SUITE_P(Over, WholeModeInAFile, testing::ValuesIn(Systems("SQLite")), ServerName);
 
+class WholeModeOnAServer : public WholeMode {
+ protected:
+  // As another program, which waits for a lock at most a second.
+  std::string Insert(const std::string& table, const std::string& column) {
+    OdbcConnection another(ConnectionText());
+    another.Run(IsPostgresql() ? "set lock_timeout to 1000" : "set session innodb_lock_wait_timeout = 1");
+    try {
+      another.Run("insert into " + table + " (" + column + ") values ('B')");
+      return "done";
+    } catch (const Error& error) {
+      return error.Description();
+    }
+  }
+};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(WholeModeOnAServer);
+INSTANTIATE_TEST_SUITE_P(Over, WholeModeOnAServer, testing::ValuesIn(ServersUnderTest()), ServerName);
+
 using WholeModeOnMariadb = WholeMode;
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(WholeModeOnMariadb);
 INSTANTIATE_TEST_SUITE_P(Over, WholeModeOnMariadb, testing::ValuesIn(Systems("MariaDB")), ServerName);
@@ -268,6 +286,28 @@ TEST_P(WholeMode, OfTwoTablesAtOnceBothSucceed) {
   EXPECT_EQ(State(), new_);
   EXPECT_NE(Value("select count(*) from tssoc210"), "0");
   EXPECT_EQ(Value("select count(*) from tstables where in_use = 0"), "2");
+}
+
+// MariaDB's deletion of all rows also locks the gaps between them.
+TEST_P(WholeModeOnAServer, LetsOthersWriteOtherTablesAndOnPostgresqlOtherRows) {
+  Prepare(kFullCopy);
+  const WholeCopies program = Whole();
+  const auto run = StoppedWithin(
+      [&] {
+        Sql("delete from tssoc200 where orno = 'B'");
+        BeginAnew();
+        return program.Start(kTable);
+      },
+      [&] { return Column("select orno from tssoc200 where orno = 'A' for update skip locked").empty(); },
+      [&] { return State() == new_; });
+  EXPECT_EQ(Insert("tsmdm030", "cstp"), "done");
+  EXPECT_THAT(Insert("tssoc200", "orno"), HasSubstr(IsPostgresql() ? "done" : "Lock wait timeout exceeded"));
+  run->Signal(SIGCONT);
+  const Process ended = run->Wait();
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_EQ(Value("select count(*) from tssoc200 where orno = 'B'"), IsPostgresql() ? "1" : "0");
+  Sql("delete from tssoc200 where orno = 'B'");
+  EXPECT_EQ(State(), new_);
 }
 
 TEST_P(WholeModeOnMariadb, IsRefusedForATableWithoutTransactionsBeforeAnythingIsTouched) {
