@@ -151,6 +151,18 @@ TEST_F(ExpansionFailure, RaisesForARecordWithoutAnEnd) {
                                  {"what to do", "copy this calendar again as tcccp030=DAY=C, then expand again"}}));
 }
 
+TEST_F(ExpansionFailure, LeavesNoDaysForTheNextExpansion) {
+  local.Execute("INSERT INTO tcccp030 VALUES ('DAY', 'WRK', '2001-03-08', 800, NULL, 1700)");
+  clsCalender calender = local.Calender();
+  EXPECT_EQ(Raised([&] { calender.Startprocess(); }).Number(), 94);
+  local.recordset().Close();
+
+  local.Execute("DELETE FROM tcccp030");
+  local.Record("DAY", {"2001-09-01", "2001-09-01", 900, 1000});
+  calender.Startprocess();
+  EXPECT_THAT(local.Intervals("DAY"), ElementsAre("2001-09-01 09:00:00 > 2001-09-01 10:00:00"));
+}
+
 TEST_F(ExpansionFailure, KeepsTheIntervalsOfEarlierPeriodsWhenALaterOneFails) {
   local.Record("DAY", {"2001-07-01", "2001-07-01", 800, 40000});
   EXPECT_EQ(Raised([&] { local.Calender().Startprocess(); }).Number(), 6);

@@ -127,6 +127,16 @@ TEST_F(ExpansionSteps, WritesEveryIntervalOfEveryDay) {
                                                               "2001-03-06 09:00:00 > 2001-03-06 10:00:00"}));
 }
 
+// -30 is hour -1 and 70 minutes.
+TEST_F(ExpansionSteps, RoundsATimeBelowMidnightDownToItsHour) {
+  calender.Calcode = "DAY";
+  calender.InsertInMainArray(5, 3, 2001, -130, -30);
+  calender.InsertInMainArray(6, 3, 2001, -100, 100);
+  EXPECT_EQ(calender.InsertInDataBase(), 0);
+  EXPECT_EQ(local.Intervals("DAY"), (std::vector<std::string>{"2001-03-04 23:10:00 > 2001-03-05 00:10:00",
+                                                              "2001-03-05 23:00:00 > 2001-03-06 01:00:00"}));
+}
+
 TEST_F(ExpansionSteps, SkipsAnIntervalThatDoesNotExist) {
   calender.Calcode = "DAY";
   calender.InsertInMainArray(5, 3, 2001, 800, 1200);

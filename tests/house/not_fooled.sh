@@ -8,7 +8,7 @@ trap 'rm -rf "$tree"' EXIT
 failed=0
 
 find . \( -path ./build -o -path ./demo -o -path ./.git \) -prune -o -type f \
-  \( -name '*.h' -o -name '*.cpp' -o -name '*.c' -o -name '*.md' -o -name CMakeLists.txt \) -print0 | tar --null --files-from=- -cf - | tar -C "$tree" -xf -
+  \( -name '*.h' -o -name '*.cpp' -o -name '*.c' -o -name '*.md' -o -name CMakeLists.txt -o -path './tests/mutants/*' \) -print0 | tar --null --files-from=- -cf - | tar -C "$tree" -xf -
 cd "$tree"
 
 # finds CHECK WHAT FILE LINE: with that line added to the file, the check fails and names WHAT.
@@ -28,7 +28,7 @@ finds() {
   [ ! -e "$root/$3" ] || cp "$root/$3" "$3"
 }
 
-for check in includes.sh sources.sh guarantees_page.py; do
+for check in includes.sh planted_faults.sh sources.sh guarantees_page.py; do
   "$house/$check" || { echo "$check fails without a plant"; exit 1; }
 done
 
@@ -40,6 +40,10 @@ finds includes.sh copy/full_copy.cpp copy/full_copy.cpp '#include "../platform/s
 finds includes.sh sandbox/erp/date.cpp sandbox/erp/date.cpp '#include "../../platform/error.h"'
 finds includes.sh new_room/thing.cpp new_room/thing.cpp '#include "copy/full_copy.h"'
 finds includes.sh platform/new_adapter/thing.cpp platform/new_adapter/thing.cpp '#include "copy/full_copy.h"'
+
+finds planted_faults.sh 'copy/full_copy.cpp: A record' copy/full_copy.cpp '  // std::to_string(std::int64_t{recordsBefore} + 1)'
+finds planted_faults.sh 'handler/gone.cpp: It is gone' tests/mutants/handler.txt $'@ handler/gone.cpp: It is gone\n- a\n+ b'
+finds planted_faults.sh 'it changes nothing' tests/mutants/handler.txt $'@ handler/clsDataCopyHandler.cpp: It is itself\n- kStarted = 10;\n+ kStarted = 10;'
 
 finds sources.sh tests/copy/copy_test.cpp tests/copy/copy_test.cpp '// full_copy_test.cpp ends like this name'
 finds sources.sh tests/copy/more_test.cpp tests/copy/more_test.cpp '// nobody builds this'
