@@ -23,6 +23,14 @@ Failure Caught() {
   }
 }
 
+void Fill(qmx_error& error, std::int32_t number, std::string_view source, std::string_view description) {
+  error.number = number;
+  error.source = source.data();
+  error.source_length = source.size();
+  error.description = description.data();
+  error.description_length = description.size();
+}
+
 qmx_status Resolve(qmx_object* object, const char* name, std::size_t length, std::int32_t* id, qmx_error* error) {
   return Guarded(error, [&] {
     const Type& type = static_cast<Object*>(object)->ObjectType();
@@ -47,12 +55,12 @@ void Release(qmx_object* object) { static_cast<Object*>(object)->Release(); }
 
 qmx_status Report(qmx_error* error) noexcept {
   static Failure last(0, "", "");
-  last = Caught();
-  error->number = last.Number();
-  error->source = last.Source().data();
-  error->source_length = last.Source().size();
-  error->description = last.Description().data();
-  error->description_length = last.Description().size();
+  try {
+    last = Caught();
+    Fill(*error, last.Number(), last.Source(), last.Description());
+  } catch (...) {  // there is not even memory for the texts
+    Fill(*error, kOutOfMemory, "Sandbox", "There is not enough memory.");
+  }
   return QMX_FAILED;
 }
 

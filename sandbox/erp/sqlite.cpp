@@ -36,6 +36,7 @@ std::shared_ptr<Database> Database::Create(const std::string& path) {
 }
 
 Database::Database(const std::string& path, int flags) : path_(path) {
+  kept_.reserve(kMostKept);  // a statement is kept by a destructor, which must not fail
   sqlite3* handle = nullptr;
   const int opened = sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   handle_.reset(handle);

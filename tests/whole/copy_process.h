@@ -33,6 +33,9 @@ class CopyProcesses {
   std::string CommandLine(const std::string& table) const {
     return connection_ + "," + table + "," + folder_ / "log" + "," + company_.Component() + ",17";
   }
+  const std::filesystem::path& Folder() const {
+    return folder_.Path();
+  }  // into which alone a run writes, but for the database
   std::string Log(const std::string& table) const { return File(table + ".log"); }
   std::string File(const std::string& name) const { return ReadFile(folder_ / ("log/" + name)); }  // beside the logs
   std::string Board() const { return ReadFile(folder_ / "board"); }  // the messages to the scheduling server
