@@ -27,7 +27,6 @@ enum class Ending {
   ByItself,
   Killed,       // by SIGKILL
   Interrupted,  // by SIGTERM, before the program listens to it
-  Aborted,      // the program has no memory for anything, and says that it was ended
 };
 
 // What the run was.

@@ -15,7 +15,6 @@ using testing::IsEmpty;
 constexpr const char* kOld = "2001-02-03 04:05:06";
 constexpr const char* kNew = "2026-11-20 14:05:09";
 constexpr int kKilled = 128 + 9;
-constexpr int kAborted = 128 + 6;
 constexpr int kInterrupted = 128 + 15;
 constexpr int kCrashed = 128 + 11;
 
@@ -110,14 +109,6 @@ TEST_F(Judge, FindsAnInterruptionThatIsNotHeardOfWithinTheWork) {
   EXPECT_THAT(Found(LeftBy(kInterrupted, kOldRows, "0", kOld)), IsEmpty());
   EXPECT_THAT(Found(LeftBy(kInterrupted, {"B|New"}, "1", kOld)), ElementsAre("it crashed by signal 15"));
   EXPECT_THAT(Found(LeftBy(kKilled, kOldRows, "0", kOld)), ElementsAre("it crashed by signal 9"));
-}
-
-TEST_F(Judge, FindsAnAbortWithoutAWord) {
-  run_.ending = Ending::Aborted;
-  Left left = LeftBy(kAborted, {"B|New"}, "1", kOld);
-  EXPECT_THAT(Found(left), ElementsAre("it crashed by signal 6"));
-  left.err = "SIGABRT ended the run during List\n";
-  EXPECT_THAT(Found(left), IsEmpty());
 }
 
 TEST_F(Judge, FindsARunThatDidNotEndAndOtherStatuses) {
