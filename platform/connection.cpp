@@ -113,13 +113,17 @@ void OpenConnection::Close() {
   statements_.Clear();
   unit_.Abandon();
   const std::unique_ptr<DriverSession> driver = std::move(driver_);
+  const auto close = [&] {
+    retries_ = driver->Retries();
+    driver->Close();
+  };
   try {
     driver->Commit();
   } catch (...) {
-    driver->Close();
+    close();
     throw;
   }
-  driver->Close();
+  close();
 }
 
 Connection::Connection(const std::vector<Driver*>& drivers, DatabaseObservers observers)
@@ -249,14 +253,17 @@ void Connection::CommandTimeout(int seconds) {
 int Connection::State() const { return session_ ? kStateOpen : kStateClosed; }
 
 void Connection::Close() {
+  std::shared_ptr<OpenConnection> session;
   Observed(
       observers_,
       [&] {
         OpenSession();
-        const std::shared_ptr<OpenConnection> session = std::move(session_);
+        session = std::move(session_);
         session->Close();
       },
-      [&](DatabaseObserver& observer, const Error* error) { observer.ConnectionClosed(error); });
+      [&](DatabaseObserver& observer, const Error* error) {
+        observer.ConnectionClosed(session ? session->Retries() : 0, error);
+      });
 }
 
 OpenConnection& Connection::OpenSession() const {

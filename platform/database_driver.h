@@ -129,9 +129,15 @@ class DriverSession {
   // Within a transaction. None if a rollback does not undo everything.
   virtual GroupLimits Grouping() { return {}; }
 
+  // Runs the work, and again if the database took it back wholly and asks to try it again, until the statement's
+  // time-out has passed. The work reads, or writes in a transaction that it rolls back itself if it fails.
+  virtual void Retry(const std::function<void()>& work) { work(); }
+  virtual std::int64_t Retries() const { return 0; }  // how often this session tried something again
+
   // Whether several statements may be committed together from now on, within the limits of Grouping. Such a session
   // never rolls back a saved row, commits before it raises an error, and between calls holds no lock for more than
-  // 50 ms. False commits the open group.
+  // 50 ms. False commits the open group. Until then nobody else writes the rows that the session reads, so in a cluster
+  // its reads need not wait for what was committed on other nodes.
   virtual void MayGroup(bool) {}
 };
 

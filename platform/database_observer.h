@@ -25,7 +25,8 @@ class DatabaseObserver {
   virtual void Executing(std::string_view /*statement*/) {}  // before the statement is executed
   virtual void Executed(std::string_view /*statement*/, std::int64_t /*affected*/, const Error*) {}
   virtual void CommandTimeoutSet(int /*seconds*/, const Error*) {}
-  virtual void ConnectionClosed(const Error*) {}
+  // `retries`: how often something was tried again because the database took it back and asked for it.
+  virtual void ConnectionClosed(std::int64_t /*retries*/, const Error*) {}
 
   // Returns a number for the new record set, which later notifications have; 0 if the observer needs none. With several
   // observers, all get the number of the first one.

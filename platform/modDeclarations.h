@@ -29,7 +29,7 @@ struct RunFacts {
   std::optional<bool> byChange = {};
   std::optional<Counts> counts = {};
   std::optional<DateTime> lastUpdateTime = {};  // the lutm that the run wrote
-  int retries = 0;                              // how often the program began the copy again by itself
+  std::int64_t retries = 0;                     // how often something was tried again because the database asked for it
 };
 
 struct modDeclarations {

@@ -38,6 +38,8 @@ class OpenConnection {
   UnitOfWork& Unit() { return unit_; }
   void Close();  // closed afterwards, whatever it raises
 
+  std::int64_t Retries() const { return retries_; }  // of the closed connection
+
   // Record sets call these when they open and close.
   void RecordsetOpened() { ++openRecordsets_; }
   void RecordsetClosed() { --openRecordsets_; }
@@ -56,6 +58,7 @@ class OpenConnection {
   PreparedStatements statements_;
   std::vector<Row> spareRows_;
   int openRecordsets_ = 0;
+  std::int64_t retries_ = 0;
 };
 
 // Runs the work of a public call. Exceptions of other types become an Error.

@@ -176,6 +176,10 @@ void RecordsetCursor::Close() {
 }
 
 void RecordsetCursor::ReadRows(const SqlText& statement) {
+  session_->Driver().Retry([&] { TryToReadRows(statement); });
+}
+
+void RecordsetCursor::TryToReadRows(const SqlText& statement) {
   ConnectionStatement query = session_->Statement(statement);
   if (query.Columns().empty()) {
     throw Error(errors::kCommand, kRecordsetSource, "A record set needs a statement that gives rows.");

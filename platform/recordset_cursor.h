@@ -64,6 +64,7 @@ class RecordsetCursor {
 
   RecordsetCursor(std::shared_ptr<OpenConnection> session, const SqlText& source);
   void ReadRows(const SqlText& statement);
+  void TryToReadRows(const SqlText& statement);
   void ReadRowsOnce();
   void Convert(std::size_t column, Variant& value);
   void SaveEdit();

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <thread>
 
 namespace qmx {
 
@@ -18,6 +19,7 @@ class SteadyClock {
 
   virtual ~SteadyClock() = default;
   virtual TimePoint Now() { return std::chrono::steady_clock::now(); }
+  virtual void Sleep(std::chrono::microseconds time) { std::this_thread::sleep_for(time); }
 
   // Both return when `changed` is notified, and may return early for no reason.
   virtual void Wait(std::condition_variable& changed, Lock& lock) { changed.wait(lock); }

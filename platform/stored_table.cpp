@@ -37,17 +37,24 @@ StoredTable::StoredTable(DriverSession& session, const UnitOfWork& unit, std::st
 }
 
 std::int64_t StoredTable::Count() {
-  const std::string text = "select count(*) from " + quotedName_;
-  const auto statement = session_.Prepare(text);
-  statement->Step();
-  return static_cast<std::int64_t>(statement->Value(0).ToDouble());
+  return CountedBy("select count(*) from " + quotedName_, [](DriverStatement&) {});
 }
 
 std::int64_t StoredTable::Count(const Row& stored) {
-  const auto statement = session_.Prepare("select count(*) from " + quotedName_ + Condition(stored));
-  BindKey(*statement, 0, stored);
-  statement->Step();
-  return static_cast<std::int64_t>(statement->Value(0).ToDouble());
+  return CountedBy("select count(*) from " + quotedName_ + Condition(stored),
+                   [&](DriverStatement& statement) { BindKey(statement, 0, stored); });
+}
+
+template <typename Bind>
+std::int64_t StoredTable::CountedBy(const std::string& text, Bind&& bind) {
+  std::int64_t count = 0;
+  session_.Retry([&] {
+    const auto statement = session_.Prepare(text);
+    bind(*statement);
+    statement->Step();
+    count = static_cast<std::int64_t>(statement->Value(0).ToDouble());
+  });
+  return count;
 }
 
 void StoredTable::Insert(const Row& assigned, bool mayWait) {
@@ -83,15 +90,17 @@ void StoredTable::Update(const Row& stored, const Row& changes) {
       if (const std::int64_t rows = hits(); rows != 1) RaiseRowChanged(rows);
       return;
     }
-    session_.Begin();
-    try {
-      if (const std::int64_t rows = hits(); rows != 1) RaiseRowChanged(rows);
-      session_.Commit();
-    } catch (...) {
-      update.statement->Reset();
-      session_.Rollback();
-      throw;
-    }
+    session_.Retry([&] {
+      session_.Begin();
+      try {
+        if (const std::int64_t rows = hits(); rows != 1) RaiseRowChanged(rows);
+        session_.Commit();
+      } catch (...) {
+        update.statement->Reset();
+        session_.Rollback();
+        throw;
+      }
+    });
   } catch (Error& error) {
     error.With("table", name_).With("key", KeyText(stored)).With("statement", text ? *text : "");
     throw;
@@ -101,12 +110,15 @@ void StoredTable::Update(const Row& stored, const Row& changes) {
 Row StoredTable::Read(const Row& stored) {
   const std::string text = SelectAll() + Condition(stored);
   try {
-    const auto statement = session_.Prepare(text);
-    BindKey(*statement, 0, stored);
-    if (!statement->Step()) RaiseRowChanged(0);
     Row row;
-    for (std::size_t column = 0; column < stored.size(); ++column) row.push_back(statement->Value(column));
-    if (statement->Step()) RaiseRowChanged(2);
+    session_.Retry([&] {
+      const auto statement = session_.Prepare(text);
+      BindKey(*statement, 0, stored);
+      if (!statement->Step()) RaiseRowChanged(0);
+      row.clear();
+      for (std::size_t column = 0; column < stored.size(); ++column) row.push_back(statement->Value(column));
+      if (statement->Step()) RaiseRowChanged(2);
+    });
     return row;
   } catch (Error& error) {
     error.With("table", name_).With("key", KeyText(stored)).With("statement", text);

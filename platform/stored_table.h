@@ -52,6 +52,8 @@ class StoredTable {
   Prepared& UpdateFor(const Row& stored, const Row& changes);
   Prepared PreparedOf(std::string text);
   std::int64_t Count(const Row& stored);  // the rows that match
+  template <typename Bind>
+  std::int64_t CountedBy(const std::string& text, Bind&& bind);
   std::string Condition(const Row& stored) const;
   void BindKey(DriverStatement& statement, std::size_t parameter, const Row& stored) const;
   bool IsFoundByKey(const Row& stored) const;

@@ -1,5 +1,7 @@
 #include "platform/transaction_state.h"
 
+#include "platform/retryable.h"
+
 namespace qmx {
 namespace {
 
@@ -21,7 +23,10 @@ void TransactionState::RequireKnown() const {
   if (state_ != State::Unknown) return;
   if (!loss_) throw Error(errors::kOutOfMemory, "Database", kUnknown);
   Error error(loss_->Number(), loss_->Source(), std::string(kUnknown) + ": " + loss_->Description());
-  for (const auto& [what, value] : loss_->Details()) error.With(what, value);
+  const bool asksForMore = AsksToTryAgain(*loss_);  // which this session no longer does
+  if (!asksForMore) {
+    for (const auto& [what, value] : loss_->Details()) error.With(what, value);
+  }
   throw error;
 }
 

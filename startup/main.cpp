@@ -93,7 +93,13 @@ ExitStatus Run(const std::string& commandLine, int listener, qmx::modDeclaration
 
   declarations.copiesInFull = IsRequested("QMX_METHOD", "full");
   declarations.copiesWhole = IsRequested(kMode, qmx::run_records::kWhole);
-  qmx::Main(platform, declarations, commandLine);
+  try {
+    qmx::Main(platform, declarations, commandLine);
+  } catch (...) {
+    declarations.facts.retries = drivers.Retries();
+    throw;
+  }
+  declarations.facts.retries = drivers.Retries();
   return declarations.exitStatus;
 }
 

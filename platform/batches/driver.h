@@ -9,8 +9,12 @@
 // saved, the bad one and those after it are not, and the error has the bad row's key. The session's next call raises
 // it. Of rows whose outcome nobody needs (RowInsert::isUnheeded) only the bad ones are not saved, and nothing is
 // raised. They wait where statements may be committed together.
+//
+// What the database took back wholly and asks to try again is tried again (Retries), except within a transaction that
+// the program began.
 #pragma once
 
+#include "platform/batches/retries.h"
 #include "platform/database_driver.h"
 #include "platform/steady_clock.h"
 
@@ -23,10 +27,12 @@ class BatchingDriver : public Driver {
   std::string Form() const override { return inner_.Form(); }
   bool Serves(const ConnectionText& text) const override { return inner_.Serves(text); }
   std::unique_ptr<DriverSession> Open(const ConnectionText& text) override;
+  std::int64_t Retries() const { return retries_; }  // of all its sessions, and of attempts to open one
 
  private:
   Driver& inner_;
   SteadyClock& clock_;
+  RetryCount retries_ = 0;
 };
 
 }  // namespace qmx

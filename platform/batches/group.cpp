@@ -20,14 +20,17 @@ std::int64_t Executed(DriverStatement& statement, std::span<const Variant* const
 bool Group::MayOpen() { return isAllowed_ && !isWithinOwn_ && Limits().statements > 0; }
 
 const GroupLimits& Group::Limits() {
-  if (!limits_) limits_ = inner_.Grouping();
+  if (!limits_) limits_ = retries_.Run([&] { return inner_.Grouping(); });
   return *limits_;
 }
 
 std::int64_t Group::Write(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values) {
-  if (MayOpen()) return Run(statement, text, values);
-  Commit();  // an open group that could not be committed before
-  return Executed(statement, values);
+  if (isWithinOwn_) return Executed(statement, values);  // only the owner can try its transaction again
+  return retries_.Run([&] {
+    if (MayOpen()) return Run(statement, text, values);
+    Commit();  // an open group that could not be committed before
+    return Executed(statement, values);
+  });
 }
 
 std::int64_t Group::Run(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values) {
@@ -39,7 +42,7 @@ std::int64_t Group::Run(DriverStatement& statement, const std::string& text, std
   } catch (const Error& error) {
     --count_;
     Redo();
-    if (error.Number() == errors::kTimeout) throw;  // it would take as long again
+    if (error.Number() == errors::kTimeout || AsksToTryAgain(error)) throw;  // it would take as long again
   } catch (...) {
     --count_;
     Redo();
@@ -84,21 +87,13 @@ void Group::Keep(const std::string& text, std::span<const Variant* const> values
 
 void Group::Redo() {
   if (!IsOpen()) return;
-  try {
-    inner_.Rollback();
-  } catch (...) {
-    state_.Lose();
-    throw;
-  }
+  retries_.CountIfAsked(CurrentError());
+  RollBack();
   state_.Ended();
   const std::span again = std::span(written_).first(std::exchange(count_, 0));
   for (const Written& written : again) {
     try {
-      const std::unique_ptr<DriverStatement> statement = inner_.Prepare(written.text);
-      for (std::size_t parameter = 0; parameter < written.values.size(); ++parameter) {
-        statement->Bind(parameter, written.values[parameter]);
-      }
-      Execution(*statement).Run();
+      retries_.Run([&] { ExecuteAgain(written); });
     } catch (Error& error) {
       error.With("statement", written.text)
           .With("key", "of the row written with " + Joined(written.values, ", ", ValueText));
@@ -107,26 +102,38 @@ void Group::Redo() {
   }
 }
 
+void Group::ExecuteAgain(const Written& written) {
+  const std::unique_ptr<DriverStatement> statement = inner_.Prepare(written.text);
+  for (std::size_t parameter = 0; parameter < written.values.size(); ++parameter) {
+    statement->Bind(parameter, written.values[parameter]);
+  }
+  Execution(*statement).Run();
+}
+
+void Group::RollBack() {
+  try {
+    retries_.Run([&] { inner_.Rollback(); });
+  } catch (...) {
+    state_.Lose();
+    throw;
+  }
+}
+
 void Group::BeginOwn() {
-  inner_.Begin();
+  retries_.Run([&] { inner_.Begin(); });
   isWithinOwn_ = true;
 }
 
 void Group::CommitOwn() {
   if (isAllowed_ && !isWithinOwn_) return;
   Commit();  // none is open, but a lost one raises
-  isWithinOwn_ = false;
-  inner_.Commit();
+  if (std::exchange(isWithinOwn_, false)) return inner_.Commit();
+  retries_.Run([&] { inner_.Commit(); });  // nothing is open in the database either
 }
 
 void Group::RollbackOwn() {
   isWithinOwn_ = false;
-  try {
-    inner_.Rollback();
-  } catch (...) {
-    state_.Lose();
-    throw;
-  }
+  RollBack();
 }
 
 }  // namespace qmx

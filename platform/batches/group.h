@@ -1,8 +1,9 @@
 // Statements that are committed together.
 //
 // A commit costs at least as much as a written row. If anything fails, the group is rolled back and its statements are
-// executed again one by one, so the tables end as if each statement had been committed separately. A group that cannot
-// be rolled back is never executed again, because it may be saved already. Every further use of it raises.
+// executed again one by one, so the tables end as if each statement had been committed separately. So is what the
+// database asks to try again. A group that cannot be rolled back is never executed again, because it may be saved
+// already. Every further use of it raises.
 #pragma once
 
 #include <optional>
@@ -10,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/batches/retries.h"
 #include "platform/database_driver.h"
 #include "platform/steady_clock.h"
 #include "platform/transaction_state.h"
@@ -21,7 +23,8 @@ std::int64_t Executed(DriverStatement& statement, std::span<const Variant* const
 
 class Group {
  public:
-  Group(DriverSession& inner, SteadyClock& clock) : inner_(inner), clock_(clock) {}  // borrowed
+  Group(DriverSession& inner, SteadyClock& clock, Retries& retries)  // borrowed
+      : inner_(inner), clock_(clock), retries_(retries) {}
 
   void Allow(bool may) { isAllowed_ = may; }  // to Write, from now on
   bool IsOpen() const { return state_.IsOpen(); }
@@ -34,7 +37,7 @@ class Group {
   std::int64_t Write(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values);
 
   void Commit();  // if it is open; it is not open afterwards, even when this raises
-  void Redo();    // likewise: rolls it back, and executes its statements again one by one
+  void Redo();    // likewise, in a handler: rolls it back, and executes its statements again one by one
 
   // The program's own transactions.
   void BeginOwn();
@@ -51,10 +54,13 @@ class Group {
   const GroupLimits& Limits();
   std::int64_t Run(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values);
   void Open();
+  void RollBack();
+  void ExecuteAgain(const Written& written);
   void Keep(const std::string& text, std::span<const Variant* const> values);
 
   DriverSession& inner_;
   SteadyClock& clock_;
+  Retries& retries_;
   bool isAllowed_ = false;
   bool isWithinOwn_ = false;           // in a transaction that the program began, so the program commits
   std::optional<GroupLimits> limits_;  // the session is asked once

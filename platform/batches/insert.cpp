@@ -39,14 +39,21 @@ std::size_t BatchingInsert::BindRow(std::span<const Variant> row) {
 
 bool BatchingInsert::Step() {
   if (mayWait_ && !many_) {
-    const auto lock = session_.Ready();
-    many_ = insert_.isUnheeded ? RowsInValues(session_.Inner(), insert_) : session_.Inner().PrepareRows(insert_);
+    many_ = session_.ReadAgain(session_.Ready(), [&] {
+      return insert_.isUnheeded ? RowsInValues(session_.Inner(), insert_) : session_.Inner().PrepareRows(insert_);
+    });
     AskMostRows();
   }
   affected_ = 1;
   if (mayWait_ && session_.Waits(*this, bound_)) return false;
-  affected_ = insert_.isUnheeded ? session_.WriteAlone(*one_, bound_) : session_.Write(*one_, text_, bound_);
+  affected_ = insert_.isUnheeded ? WriteAlone() : session_.Write(*one_, text_, bound_);
   return false;
+}
+
+// Not in a group, whose rows a refusal would take back.
+std::int64_t BatchingInsert::WriteAlone() {
+  const auto lock = session_.Settled();
+  return session_.AgainUnlessInVain([&] { return Executed(*one_, bound_); });
 }
 
 void BatchingInsert::Send(std::span<const Variant> values) {
@@ -58,7 +65,7 @@ void BatchingInsert::SendAllButRefused(std::span<const Variant> values) {
   if (CommitTogether(values)) return;
   for (; !values.empty(); values = values.subspan(bound_.size())) {
     try {
-      SendAlone(values.first(bound_.size()));
+      session_.AgainUnlessInVain([&] { ExecuteWith(values.first(bound_.size())); });
     } catch (const std::exception&) {
       // This row is lost. The next one is tried.
     }
@@ -67,19 +74,29 @@ void BatchingInsert::SendAllButRefused(std::span<const Variant> values) {
 
 bool BatchingInsert::CommitTogether(std::span<const Variant> values) {
   DriverSession& session = session_.Inner();
-  try {
+  std::exception_ptr loss;
+  const auto commit = [&] {
     session.Begin();
-  } catch (const std::exception&) {
-    return false;
-  }
+    try {
+      for (auto rest = values; !rest.empty();) rest = rest.subspan(many_->Add(rest) * bound_.size());
+      session.Commit();
+    } catch (...) {
+      try {
+        session_.Again([&] { session.Rollback(); });
+      } catch (...) {
+        loss = std::current_exception();
+        return;
+      }
+      throw;
+    }
+  };
   try {
-    while (!values.empty()) values = values.subspan(many_->Add(values) * bound_.size());
-    session.Commit();
-    return true;
+    session_.AgainUnlessInVain(commit);
   } catch (const std::exception&) {
-    session.Rollback();  // if it raises, rows may be saved, so none is sent again
     return false;
   }
+  if (loss) std::rethrow_exception(loss);  // rows may be saved, so none is sent again
+  return true;
 }
 
 // In the program's own transaction a savepoint lets the rows be sent again: some systems refuse everything after a
@@ -90,7 +107,7 @@ std::size_t BatchingInsert::SendTogether(std::span<const Variant> values) {
     std::optional<Savepoint> savepoint;
     if (session_.IsWithinOwn()) savepoint.emplace(session_.Inner());
     try {
-      const std::size_t sent = many_->Add(values);
+      const std::size_t sent = session_.Again([&] { return many_->Add(values); });
       if (savepoint) savepoint->Release();
       return sent;
     } catch (Error& error) {
@@ -124,6 +141,10 @@ void BatchingInsert::SendOneByOne(std::span<const Variant> values) {
 }
 
 void BatchingInsert::SendAlone(std::span<const Variant> row) {
+  session_.Again([&] { ExecuteWith(row); });
+}
+
+void BatchingInsert::ExecuteWith(std::span<const Variant> row) {
   Execution execution(*one_);
   std::size_t parameter = 0;
   for (const Variant& value : row) one_->Bind(parameter++, value);

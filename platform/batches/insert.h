@@ -29,11 +29,13 @@ class BatchingInsert : public DriverStatement, public RowSink {
   bool IsUnheeded() const override { return insert_.isUnheeded; }
 
  private:
+  std::int64_t WriteAlone();
   void SendAllButRefused(std::span<const Variant> values);
   bool CommitTogether(std::span<const Variant> values);       // returns whether all rows are saved, else none is
   std::size_t SendTogether(std::span<const Variant> values);  // returns how many rows it sent
   void SendOneByOne(std::span<const Variant> values);
   void SendAlone(std::span<const Variant> row);
+  void ExecuteWith(std::span<const Variant> row);
 
   BatchingDriverSession& session_;
   RowInsert insert_;

@@ -7,38 +7,41 @@
 
 namespace qmx {
 
-BatchingDriverSession::BatchingDriverSession(std::unique_ptr<DriverSession> inner, SteadyClock& clock)
+BatchingDriverSession::BatchingDriverSession(std::unique_ptr<DriverSession> inner, SteadyClock& clock,
+                                             RetryCount* allRetries)
     : inner_(std::move(inner)),
       clock_(clock),
       queue_(clock),
-      group_(*inner_, clock),
+      retries_(clock, allRetries),
+      group_(*inner_, clock, retries_),
       helper_(clock, mutex_, changed_, [this](Lock& lock) { return DoWhatIsDue(lock); }) {}
 
 std::unique_ptr<DriverStatement> BatchingDriverSession::Prepare(const std::string& statement) {
-  return Read(Ready(),
-              [&] { return std::make_unique<BatchingDriverStatement>(*this, statement, inner_->Prepare(statement)); });
+  return ReadAgain(
+      Ready(), [&] { return std::make_unique<BatchingDriverStatement>(*this, statement, inner_->Prepare(statement)); });
 }
 
 std::unique_ptr<DriverStatement> BatchingDriverSession::PrepareInsert(const RowInsert& insert) {
-  return Read(Ready(), [&] { return std::make_unique<BatchingInsert>(*this, insert); });
+  return ReadAgain(Ready(), [&] { return std::make_unique<BatchingInsert>(*this, insert); });
 }
 
 TableDescription BatchingDriverSession::Describe(const std::string& table) {
-  return Read(Ready(), [&] { return inner_->Describe(table); });
+  return ReadAgain(Ready(), [&] { return inner_->Describe(table); });
 }
 
 std::string BatchingDriverSession::Catalog() {
-  return Read(Ready(), [&] { return inner_->Catalog(); });
+  return ReadAgain(Ready(), [&] { return inner_->Catalog(); });
 }
 
 void BatchingDriverSession::SelectCatalog(const std::string& name) {
   const Lock lock = Settled();
-  inner_->SelectCatalog(name);
+  Again([&] { inner_->SelectCatalog(name); });
 }
 
 void BatchingDriverSession::Timeout(std::chrono::seconds limit) {
   const Lock lock = Settled();
-  inner_->Timeout(limit);
+  Again([&] { inner_->Timeout(limit); });
+  retries_.Limit(limit);
 }
 
 void BatchingDriverSession::Begin() {
@@ -61,11 +64,11 @@ void BatchingDriverSession::Commit() {
 
 void BatchingDriverSession::EnableSavepoints() {
   const Lock lock = Settled();
-  inner_->EnableSavepoints();
+  Again([&] { inner_->EnableSavepoints(); });
 }
 
 bool BatchingDriverSession::CanRollBack(const std::string& table) {
-  return Read(Ready(), [&] { return inner_->CanRollBack(table); });
+  return ReadAgain(Ready(), [&] { return inner_->CanRollBack(table); });
 }
 
 void BatchingDriverSession::MayGroup(bool may) {
@@ -74,7 +77,14 @@ void BatchingDriverSession::MayGroup(bool may) {
   group_.Allow(may);
   RaiseFailure();
   if (!may) group_.Commit();
+  try {
+    Again([&] { inner_->MayGroup(may); });
+  } catch (const Error&) {
+    if (!may) throw;  // else reads are only slower, or the next statement fails too
+  }
 }
+
+void BatchingDriverSession::Retry(const std::function<void()>& work) { Again(work); }
 
 void BatchingDriverSession::Close() {
   helper_.Stop();
@@ -130,11 +140,6 @@ std::int64_t BatchingDriverSession::Write(DriverStatement& statement, const std:
   const Lock lock = Ready();
   if (group_.MayOpen() && !group_.IsOpen()) helper_.Wake();  // first: it commits the group also if the statement fails
   return group_.Write(statement, text, values);
-}
-
-std::int64_t BatchingDriverSession::WriteAlone(DriverStatement& statement, std::span<const Variant* const> values) {
-  const Lock lock = Settled();
-  return Executed(statement, values);
 }
 
 bool BatchingDriverSession::MayCommitTogether(Lock& lock) {

@@ -10,9 +10,11 @@
 #include <mutex>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "platform/batches/group.h"
 #include "platform/batches/helper_thread.h"
+#include "platform/batches/retries.h"
 #include "platform/batches/row_queue.h"
 #include "platform/database_driver.h"
 #include "platform/error.h"
@@ -26,8 +28,8 @@ class BatchingDriverSession : public DriverSession {
  public:
   using Lock = SteadyClock::Lock;
 
-  explicit BatchingDriverSession(std::unique_ptr<DriverSession> inner,
-                                 SteadyClock& clock = SteadyClock::OfTheSystem());  // borrowed
+  explicit BatchingDriverSession(std::unique_ptr<DriverSession> inner, SteadyClock& clock = SteadyClock::OfTheSystem(),
+                                 RetryCount* allRetries = nullptr);  // borrowed
   BatchingDriverSession(const BatchingDriverSession&) = delete;
   BatchingDriverSession& operator=(const BatchingDriverSession&) = delete;
 
@@ -49,6 +51,8 @@ class BatchingDriverSession : public DriverSession {
   bool CanRollBack(const std::string& table) override;
   bool LocksWholeDatabase() const override { return inner_->LocksWholeDatabase(); }
   void MayGroup(bool may) override;
+  void Retry(const std::function<void()>& work) override;
+  std::int64_t Retries() const override { return retries_.Count(); }
 
   // For the session's statements.
   Lock Locked();   // waits until no batch is being sent; rows may wait
@@ -66,11 +70,34 @@ class BatchingDriverSession : public DriverSession {
     }
   }
 
+  // The same for what can be run again if the database asks for it.
+  template <typename Use>
+  decltype(auto) ReadAgain(const Lock& lock, Use&& use) {
+    return Again([&]() -> decltype(auto) { return Read(lock, use); });
+  }
+
+  // Runs it, and again if the database asks for it. Within a transaction of the program it runs once.
+  template <typename Use>
+  decltype(auto) Again(Use&& use) {
+    if (group_.IsWithinOwn()) return use();
+    return retries_.Run(use);
+  }
+
+  // The same for rows whose outcome nobody needs. The caller ignores a refusal and goes on with the next row. Thousands
+  // of rows that each waited for the time-out would take days, so after the first one they are tried once each, until
+  // the database answers otherwise.
+  template <typename Use>
+  decltype(auto) AgainUnlessInVain(Use&& use) {
+    try {
+      return std::exchange(wasInVain_, false) ? use() : Again(use);
+    } catch (const Error& error) {
+      wasInVain_ = error.Number() == errors::kTimeout || AsksToTryAgain(error);
+      throw;
+    }
+  }
+
   // Executes a statement with these values, by itself or in a group; returns how many rows were affected.
   std::int64_t Write(DriverStatement& statement, const std::string& text, std::span<const Variant* const> values);
-
-  // The same for a statement whose outcome nobody needs. It is in no group, whose rows its refusal would take back.
-  std::int64_t WriteAlone(DriverStatement& statement, std::span<const Variant* const> values);
 
   // Copies the row, to be sent soon. Returns false if the caller has to send it at once: the first row after a pause,
   // and an unheeded one that may not be committed with others.
@@ -93,6 +120,8 @@ class BatchingDriverSession : public DriverSession {
   std::mutex mutex_;
   std::condition_variable changed_;
   RowQueue queue_;
+  qmx::Retries retries_;
+  bool wasInVain_ = false;  // of unheeded rows: the time-out passed while the last ones were tried again
   bool isSending_ = false;
   Group group_;
   std::exception_ptr failure_;  // raised by the next call

@@ -38,8 +38,7 @@ void BatchingDriverStatement::Bind(std::size_t parameter, const Variant& value) 
     bound_[parameter] = &value;
     return;
   }
-  const auto lock = session_.Locked();
-  inner_->Bind(parameter, value);
+  session_.Read(session_.Locked(), [&] { inner_->Bind(parameter, value); });
 }
 
 bool BatchingDriverStatement::Step() {
@@ -47,18 +46,19 @@ bool BatchingDriverStatement::Step() {
     affected_ = session_.Write(*inner_, text_, bound_);
     return false;
   }
+  const auto step = [&] { return inner_->Step(); };
+  // The reader of the rows reads all of them again if the database asks for it.
+  if (isSelect_) return session_.Read(session_.Ready(), step);
   // Any other statement could not be repeated with a group.
-  return session_.Read(isSelect_ ? session_.Ready() : session_.Settled(), [&] { return inner_->Step(); });
+  return session_.ReadAgain(session_.Settled(), step);
 }
 
 Variant BatchingDriverStatement::Value(std::size_t column) {
-  const auto lock = session_.Locked();
-  return inner_->Value(column);
+  return session_.Read(session_.Locked(), [&] { return inner_->Value(column); });
 }
 
 void BatchingDriverStatement::ReadRow(std::span<Variant> row) {
-  const auto lock = session_.Locked();
-  inner_->ReadRow(row);
+  session_.Read(session_.Locked(), [&] { inner_->ReadRow(row); });
 }
 
 void BatchingDriverStatement::Reset() noexcept {

@@ -18,9 +18,11 @@ class LocalDrivers {
  public:
   using Decorate = std::function<Driver&(Driver&)>;
 
-  explicit LocalDrivers(const Decorate& below = {}, Watchdog& watchdog = Watchdog::Usual());  // borrowed
+  explicit LocalDrivers(const Decorate& below = {}, Watchdog& watchdog = Watchdog::Usual(),
+                        SteadyClock& clock = SteadyClock::OfTheSystem());  // borrowed
 
   std::vector<Driver*> All() { return {&batchedSqlite_, &batchedOdbc_}; }
+  std::int64_t Retries() const { return batchedSqlite_.Retries() + batchedOdbc_.Retries(); }
   std::vector<Driver*> Unbatched() { return {&sqlite_, &odbc_}; }  // without what `below` put there
 
  private:

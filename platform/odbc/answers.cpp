@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/retryable.h"
+
 namespace qmx {
 namespace {
 
@@ -19,6 +21,7 @@ constexpr auto kNoRefusals =
 // MariaDB's codes: the connection was killed, the server stops, the connection broke, the commit was interrupted.
 constexpr auto kNoRefusalCodes =
     std::to_array<int>({1053, 1152, 1153, 1154, 1155, 1156, 1157, 1158, 1159, 1160, 1161, 1184, 1317, 1927});
+constexpr int kNotFinished = 1180;  // MariaDB's error during a commit, also where a node loses its cluster
 // Codes of MariaDB and of its driver, which reports them with the state HY000.
 constexpr auto kLossCodes = std::to_array<int>({1053, 1927, 2006, 2013, 2055});
 constexpr auto kLossTexts =
@@ -36,13 +39,17 @@ bool IsRefusal(const Error& commitError, Refusals signs) {
     case Refusals::ByNativeCode:
       return code >= 1000 && (code < 2000 || code >= 3000) && !begins("08") && !begins("40003") &&
              std::find(kNoRefusalCodes.begin(), kNoRefusalCodes.end(), code) == kNoRefusalCodes.end();
+    case Refusals::ByNativeCodeInACluster:
+      return code != kNotFinished && IsRefusal(commitError, Refusals::ByNativeCode);
     case Refusals::Always:
       break;
   }
   return true;
 }
 
-bool IsLoss(const Error& error) {
+bool IsLoss(const Error& error, Refusals signs) {
+  if (AsksToTryAgain(error)) return false;
+  if (signs == Refusals::ByNativeCodeInACluster && NativeCode(error) == kNotFinished) return true;
   const std::string_view state = State(error);
   if (state.empty()) return true;  // a failure without a reason is not an answer
   if (state.starts_with("08") || state.starts_with("57P0") || state == "40003") return true;

@@ -9,7 +9,7 @@ namespace qmx {
 // Whether the database itself refused a commit, so that nothing of the transaction is saved.
 bool IsRefusal(const Error& commitError, Refusals signs);
 
-// Whether the connection is lost, so that the work may be done or not.
-bool IsLoss(const Error& error);
+// Whether a statement may be done or not: its connection is lost, or its commit could not be finished.
+bool IsLoss(const Error& error, Refusals signs);
 
 }  // namespace qmx

@@ -64,6 +64,8 @@ OdbcConnection::OdbcConnection(const std::string& text, Watchdog& watchdog)
   identifierQuote_ = Info(SQL_IDENTIFIER_QUOTE_CHAR);
   for (const std::string& setting : dialect_->settings) Run(setting);
   isUtf8_ = !dialect_->utf8Query.empty() && AskText(dialect_->utf8Query) == "1";
+  isInCluster_ = IsInCluster();
+  CausalReads(true);
 }
 
 OdbcConnection::~OdbcConnection() {
@@ -120,7 +122,7 @@ void OdbcConnection::Commit() {
   try {
     End(SQL_COMMIT);
   } catch (const Error& error) {
-    if (!IsRefusal(error, dialect_->refusals)) Lose();
+    if (!IsRefusal(error, SignsOfRefusals())) Lose();
     throw;
   } catch (...) {
     Lose();
@@ -184,9 +186,21 @@ void OdbcConnection::Run(const std::string& statement) {
   Execution(running).Run();
 }
 
-std::string OdbcConnection::AskText(const std::string& query) {
+std::string OdbcConnection::AskText(const std::string& query, std::size_t column) {
   OdbcDriverStatement running(*this, query);
-  return running.Step() ? running.Value(0).ToText() : std::string();
+  return running.Step() ? running.Value(column).ToText() : std::string();
+}
+
+bool OdbcConnection::IsInCluster() {
+  constexpr std::size_t kValue = 1;  // after the setting's name
+  return !dialect_->clusterQuery.empty() && AskText(dialect_->clusterQuery, kValue) == "ON";
+}
+
+void OdbcConnection::CausalReads(bool on) {
+  if (!isInCluster_) return;
+  std::string setting = dialect_->causalReadsSetting;
+  setting.replace(setting.find('#'), 1, on ? "1" : "0");
+  Run(setting);
 }
 
 std::string OdbcConnection::Info(SQLUSMALLINT what) const {

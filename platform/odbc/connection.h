@@ -23,6 +23,7 @@ class OdbcConnection {
 
   SQLHANDLE Handle() const { return connection_.Get(); }
   const OdbcDialect& Dialect() const { return *dialect_; }
+  Refusals SignsOfRefusals() const { return isInCluster_ ? dialect_->refusalsInACluster : dialect_->refusals; }
   bool IsUtf8() const { return isUtf8_; }                                  // of narrow texts, in both directions
   const std::string& IdentifierQuote() const { return identifierQuote_; }  // " " if identifiers cannot be quoted
 
@@ -40,8 +41,11 @@ class OdbcConnection {
   void Attribute(SQLINTEGER attribute, const std::string& value);
 
   void Run(const std::string& statement);
-  // Returns the first value of the first row; "" for null and for no row.
-  std::string AskText(const std::string& query);
+  // Returns a value of the first row; "" for null and for no row.
+  std::string AskText(const std::string& query, std::size_t column = 0);
+
+  // In a cluster: whether reads wait for what was committed on other nodes before. They do in a new connection.
+  void CausalReads(bool on);
 
   // For the statements of this connection.
   void WatchStatement(const std::shared_ptr<const std::string>& statement) const { watch_.Statement(statement); }
@@ -69,6 +73,7 @@ class OdbcConnection {
     Watch& watch_;
   };
 
+  bool IsInCluster();
   void AutoCommit(bool on);
   void End(SQLSMALLINT completion);  // SQL_COMMIT or SQL_ROLLBACK
   void ReturnToAutoCommit();
@@ -88,6 +93,7 @@ class OdbcConnection {
   Linked linked_;
   const OdbcDialect* dialect_;
   std::string identifierQuote_;
+  bool isInCluster_ = false;
   bool isUtf8_ = false;
   TransactionState transaction_;
   std::chrono::seconds limit_{0};

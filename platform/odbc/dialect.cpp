@@ -40,7 +40,10 @@ std::vector<OdbcDialect> MakeDialects() {
   mariadb.warningsAreErrors = true;
   mariadb.rowForm = RowForm::ByArrays;
   mariadb.grouping = kOfWrittenRows;
+  mariadb.clusterQuery = "show session variables like 'wsrep_on'";
+  mariadb.causalReadsSetting = "set session wsrep_sync_wait = #";
   mariadb.refusals = Refusals::ByNativeCode;
+  mariadb.refusalsInACluster = Refusals::ByNativeCodeInACluster;
   mariadb.nonTransactionalTablesQuery =
       "select 1 from information_schema.tables t join information_schema.engines e on e.engine = t.engine"
       " where t.table_schema = database() and e.transactions <> 'YES'";

@@ -17,9 +17,10 @@ enum class RowForm {
 
 // How an error of a commit shows that the database refused it and saved nothing.
 enum class Refusals {
-  ByState,       // a server's own SQLSTATE
-  ByNativeCode,  // a server's own error code; its driver's codes begin at 2000
-  Always,        // there is no connection that can be lost
+  ByState,                 // a server's own SQLSTATE
+  ByNativeCode,            // a server's own error code; its driver's codes begin at 2000
+  ByNativeCodeInACluster,  // the same, but other nodes may have what this one could not finish
+  Always,                  // there is no connection that can be lost
 };
 
 struct OdbcDialect {
@@ -75,8 +76,15 @@ struct OdbcDialect {
   std::string savepointKeyword;
   std::string savepointValue;
 
+  // Lists the setting that is ON where the server is a node of a cluster, whose reads may be older than what was
+  // committed on another node. The second statement makes reads wait for that, for 1 in place of "#", or not, for 0.
+  // "" if there are no such clusters.
+  std::string clusterQuery;
+  std::string causalReadsSetting;
+
   // Any other error may mean that the answer was lost and the transaction is saved.
   Refusals refusals = Refusals::ByState;
+  Refusals refusalsInACluster = Refusals::ByState;
 
   // If only the written rows are locked, a group is as large as the time allows.
   GroupLimits grouping;

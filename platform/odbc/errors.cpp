@@ -26,6 +26,8 @@ constexpr const char* kReadOnly = "The database is read-only; make it writable, 
 constexpr const char* kNoTable = "Check the database, or make its tables with \"qmxadmin init\".";
 constexpr const char* kTooShort = "Widen the column, or shorten the value in the ERP.";
 constexpr const char* kNoDriver = "Check Driver= against the names in odbcinst.ini, or DSN= against those in odbc.ini.";
+constexpr const char* kNotReady =
+    "The cluster's node does not serve statements now; use another one, or copy again later.";
 constexpr const char* kDeadlock = "Another program wrote the same rows at the same time; copy again.";
 
 // The first matching rule decides. Some systems say what matters only in the native code or in the text.
@@ -42,6 +44,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"", 1205, "", errors::kTimeout, kWaited},  // lock wait
     {"", 1969, "", errors::kTimeout, kWaited},  // max_statement_time
     {"", 1213, "", errors::kProviderUnspecified, kDeadlock},
+    {"", 1047, "", errors::kProviderUnspecified, kNotReady},
     {"", 1142, "", errors::kPermissionDenied, kGrant},
     {"", 1143, "", errors::kPermissionDenied, kGrant},
     {"", 1227, "", errors::kPermissionDenied, kGrant},

@@ -31,6 +31,8 @@ class OdbcDriverSession : public DriverSession {
   bool CanRollBack(const std::string& table) override { return !KeepsParts(table); }
   bool LocksWholeDatabase() const override { return connection_->Dialect().catalogIsFile; }
   GroupLimits Grouping() override;
+  // Written rows are the caller's own, so reading them need not wait for other nodes.
+  void MayGroup(bool may) override { Known().CausalReads(!may); }
 
  private:
   bool KeepsParts(const std::string& table);  // "" for any table

@@ -38,7 +38,7 @@ auto OdbcDriverStatement::Heard(Ask&& ask) const {
   try {
     return ask();
   } catch (const Error& error) {
-    if (IsLoss(error)) connection_.Lose();
+    if (IsLoss(error, connection_.SignsOfRefusals())) connection_.Lose();
     throw;
   }
 }

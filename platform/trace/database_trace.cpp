@@ -48,7 +48,11 @@ void DatabaseTrace::CommandTimeoutSet(int seconds, const Error* error) {
   Finish(trace_, std::move(line), error);
 }
 
-void DatabaseTrace::ConnectionClosed(const Error* error) { Finish(trace_, ConnectionLine("Close"), error); }
+void DatabaseTrace::ConnectionClosed(std::int64_t retries, const Error* error) {
+  Json line = ConnectionLine("Close");
+  if (retries > 0) line["retries"] = retries;
+  Finish(trace_, std::move(line), error);
+}
 
 void DatabaseTrace::RecordsetOpened(int recordset, std::string_view source, int cursorType, int lockType, int options,
                                     std::optional<std::int64_t> rows, const Error* error) {

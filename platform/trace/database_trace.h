@@ -16,7 +16,7 @@ class DatabaseTrace : public DatabaseObserver {
   bool HearsOfStatements() const override { return true; }
   void Executed(std::string_view statement, std::int64_t affected, const Error* error) override;
   void CommandTimeoutSet(int seconds, const Error* error) override;
-  void ConnectionClosed(const Error* error) override;
+  void ConnectionClosed(std::int64_t retries, const Error* error) override;
   void RecordsetOpened(int recordset, std::string_view source, int cursorType, int lockType, int options,
                        std::optional<std::int64_t> rows, const Error* error) override;
   void ColumnSet(int recordset, std::string_view column, const Variant& value, const Error* error) override;

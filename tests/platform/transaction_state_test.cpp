@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/retryable.h"
 #include "tests/support/raised.h"
 
 namespace qmx::test {
@@ -21,6 +22,18 @@ TransactionState Lost() {
     state.Lose();
   }
   return state;
+}
+
+TEST(ATransactionState, ThatIsUnknownDoesNotAskToTryAgain) {
+  TransactionState state;
+  try {
+    throw Error(errors::kProviderUnspecified, "ODBC", "The node is not ready.").With("native code", "1047");
+  } catch (const Error&) {
+    state.Lose();
+  }
+  const Error error = Raised([&] { state.RequireKnown(); });
+  EXPECT_THAT(error.Description(), HasSubstr("The node is not ready."));
+  EXPECT_FALSE(AsksToTryAgain(error));
 }
 
 TEST(ATransactionState, IsNoneThenOpenThenNone) {

@@ -45,9 +45,9 @@ void RecordingEvents::Add(const std::string& event, std::initializer_list<Varian
 }
 
 CopyRig::CopyRig(LocalDrivers::Decorate aboveBatches, DecorateComponents decorateComponents,
-                 LocalDrivers::Decorate belowBatches)
+                 LocalDrivers::Decorate belowBatches, SteadyClock& batchesClock)
     : lent_(LentDatabase::OfTheSystemUnderTest()),
-      drivers_(OnlyFor(ConnectionText(), std::move(belowBatches))),
+      drivers_(OnlyFor(ConnectionText(), std::move(belowBatches)), Watchdog::Usual(), batchesClock),
       database_(Decorated(drivers_, OnlyFor(ConnectionText(), std::move(aboveBatches))), &observer_),
       platform{clock, files, eventLog, decorateComponents ? decorateComponents(erp) : erp, database_, failures},
       engine(platform, declarations, events) {

@@ -67,9 +67,11 @@ class CopyRig {
  public:
   using DecorateComponents = std::function<Components&(Components&)>;
 
-  // The database's driver may be decorated above and below the batches, the components as a whole.
+  // The database's driver may be decorated above and below the batches, the components as a whole. The clock is the
+  // batches' own.
   explicit CopyRig(LocalDrivers::Decorate aboveBatches = {}, DecorateComponents decorateComponents = {},
-                   LocalDrivers::Decorate belowBatches = {});
+                   LocalDrivers::Decorate belowBatches = {},
+                   SteadyClock& batchesClock = SteadyClock::OfTheSystem());  // borrowed
 
   static constexpr const char* kComponent = "Orvan, main";
   static constexpr const char* kLogFolder = "C:\\log";
@@ -77,6 +79,8 @@ class CopyRig {
 
   // One whole run: StartDataCopy on an engine of its own.
   void Run(const std::string& tableName);
+
+  std::int64_t Retries() const { return drivers_.Retries(); }  // of all runs
 
   // The events of the last run, and the copy log.
   std::vector<std::string> Events() const { return calls.StartingWith({"event "}); }

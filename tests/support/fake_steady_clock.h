@@ -6,6 +6,7 @@
 #include <list>
 #include <mutex>
 #include <stdexcept>
+#include <vector>
 
 #include "platform/steady_clock.h"
 
@@ -29,6 +30,14 @@ class FakeSteadyClock : public SteadyClock {
     guard.lock();
     waiters_.erase(waiter);
   }
+
+  void Sleep(std::chrono::microseconds time) override {
+    const std::lock_guard guard(mutex_);
+    now_ += time;
+    sleeps.push_back(time);
+  }
+
+  std::vector<std::chrono::microseconds> sleeps;  // of the threads that called Sleep
 
   // Moves on without regard to threads that wait.
   void Pass(std::chrono::milliseconds time) {

@@ -1,9 +1,10 @@
 // A driver around another one that counts every operation, keeps a record of them, and makes chosen ones fail.
 //
 // An operation fails before it is done, after it was done (its answer is lost), or, for a Commit, by taking back what
-// it should have committed, as a database does that refuses it. The session behaves as real ones do: a Begin that fails
-// has opened nothing, and once the answer to the Commit after it is lost, the session serves nothing any more. Other
-// operations work, unless everything is to fail from one on, as when a server is gone.
+// it should have committed, as a database does that refuses it. With AsksAgain the database takes back the statement,
+// and the open transaction with it, and asks to try again (SQLSTATE 40001). The session behaves as real ones do: a
+// Begin that fails has opened nothing, and once the answer to the Commit after it is lost, the session serves nothing
+// any more. Other operations work, unless everything is to fail from one on, as when a server is gone.
 //
 // Quiet operations (Columns, RowsAffected, Most, QuoteIdentifier, LocksWholeDatabase, Reset, destruction) cannot fail
 // and are not counted. A test may also see every operation before it is done. Sessions may be used by several threads
@@ -26,10 +27,11 @@
 
 namespace qmx::test {
 
-enum class FaultKind { Before, After, TakenBack };
+enum class FaultKind { Before, After, TakenBack, AsksAgain };
 
 inline std::string NameOf(FaultKind kind) {
-  return kind == FaultKind::Before ? "Before" : kind == FaultKind::After ? "After" : "TakenBack";
+  constexpr const char* kNames[] = {"Before", "After", "TakenBack", "AsksAgain"};
+  return kNames[static_cast<int>(kind)];
 }
 
 class FaultyDriver : public Driver {
@@ -81,7 +83,7 @@ class FaultyDriver : public Driver {
     const bool isGone = isLost_ || (failFrom_ > 0 && counted_ > failFrom_);
     if (!isGone && !(isCounted && (counted_ == failFrom_ || failAt_.contains(counted_)))) return Fate::Works;
     if (failures_++ == 0) firstFailed_ = Failed(operation);
-    if (isGone || kind_ == FaultKind::Before) return Fate::FailsBefore;
+    if ((isGone && kind_ != FaultKind::AsksAgain) || kind_ == FaultKind::Before) return Fate::FailsBefore;
     return kind_ == FaultKind::After ? Fate::FailsAfter : Fate::IsTakenBack;
   }
 
@@ -90,12 +92,15 @@ class FaultyDriver : public Driver {
   }
 
   [[noreturn]] void Fail(const std::string& operation) const {
-    throw Error(number_, "Faulty driver", Failed(operation));
+    Error error(number_, "Faulty driver", Failed(operation));
+    if (kind_ == FaultKind::AsksAgain) error.With("SQLSTATE", "40001");
+    throw error;
   }
 
   template <typename Work>
   auto Do(const std::string& operation, Work&& work, const std::string& statement = "") -> std::invoke_result_t<Work> {
     const Fate fate = Count(operation, statement);
+    if (fate == Fate::IsTakenBack && takeBack_) takeBack_();
     if (fate == Fate::FailsBefore || fate == Fate::IsTakenBack) Fail(operation);
     if constexpr (std::is_void_v<std::invoke_result_t<Work>>) {
       work();
@@ -150,7 +155,12 @@ class FaultyDriver : public Driver {
 
   class Session : public DriverSession {
    public:
-    Session(FaultyDriver& owner, std::unique_ptr<DriverSession> inner) : owner_(owner), inner_(std::move(inner)) {}
+    Session(FaultyDriver& owner, std::unique_ptr<DriverSession> inner) : owner_(owner), inner_(std::move(inner)) {
+      if (owner_.kind_ == FaultKind::AsksAgain) owner_.takeBack_ = [this] { TakeBack(); };
+    }
+    ~Session() override { owner_.takeBack_ = nullptr; }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
     std::unique_ptr<DriverStatement> Prepare(const std::string& statement) override {
       return owner_.Do("Prepare " + statement, [&]() -> std::unique_ptr<DriverStatement> {
         return std::make_unique<Statement>(owner_, statement, inner_->Prepare(statement));
@@ -214,6 +224,8 @@ class FaultyDriver : public Driver {
     GroupLimits Grouping() override {
       return owner_.Do("Grouping", [&] { return inner_->Grouping(); });
     }
+    void Retry(const std::function<void()>& work) override { inner_->Retry(work); }
+    std::int64_t Retries() const override { return inner_->Retries(); }
     // Stops grouping even if it fails to commit the open group.
     void MayGroup(bool may) override {
       const std::string operation = std::string("MayGroup ") + (may ? "true" : "false");
@@ -223,6 +235,10 @@ class FaultyDriver : public Driver {
     }
 
    private:
+    void TakeBack() {
+      if (std::exchange(isWithinBegin_, false)) inner_->Rollback();
+    }
+
     FaultyDriver& owner_;
     std::unique_ptr<DriverSession> inner_;
     bool isWithinBegin_ = false;
@@ -235,6 +251,7 @@ class FaultyDriver : public Driver {
   FaultKind kind_ = FaultKind::Before;
   std::int32_t number_ = errors::kProviderUnspecified;
   std::string only_;
+  std::function<void()> takeBack_;  // of the open session
   bool isLost_ = false;
   std::int64_t counted_ = 0;
   std::int64_t failures_ = 0;

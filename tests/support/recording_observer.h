@@ -28,7 +28,7 @@ class RecordingObserver : public DatabaseObserver {
   void CommandTimeoutSet(int seconds, const Error* error) override {
     Add("connection.CommandTimeout " + std::to_string(seconds), error);
   }
-  void ConnectionClosed(const Error* error) override { Add("connection.Close", error); }
+  void ConnectionClosed(std::int64_t, const Error* error) override { Add("connection.Close", error); }
 
   void RecordsetOpened(int recordset, std::string_view source, int cursorType, int lockType, int options,
                        std::optional<std::int64_t>, const Error* error) override {

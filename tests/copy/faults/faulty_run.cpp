@@ -28,7 +28,7 @@ FaultyRun::FaultyRun(const CopiedTable& table, std::int16_t syncMethod, Place pl
     : table_(table),
       full_(syncMethod == kFullCopy),
       rig(place == Place::AboveTheBatches ? decorate_ : nullptr, nullptr,
-          place == Place::BelowTheBatches ? decorate_ : nullptr) {
+          place == Place::BelowTheBatches ? decorate_ : nullptr, pauses) {
   rig.ControlRecord(table.code, syncMethod, kOldTime);
   rig.Sql(std::string("insert into ") + table.code + ' ' + table.localRows);
   rig.erp.ListsBy(

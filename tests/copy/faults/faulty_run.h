@@ -11,6 +11,7 @@
 #include "tests/support/copy_rig.h"
 #include "tests/support/decorated_drivers.h"
 #include "tests/support/faulty_driver.h"
+#include "tests/support/skipping_clock.h"
 
 namespace qmx::test {
 
@@ -44,6 +45,7 @@ class FaultyRun {
   std::string FirstFailure() const;
 
   std::unique_ptr<FaultyDriver> driver;
+  SkippingClock pauses;  // between attempts, which pass at once
 
  private:
   Getters Record(const std::string& row);

@@ -75,7 +75,8 @@ class AGroup : public testing::Test {
 
   RecordingSession session_;
   FakeSteadyClock clock_;
-  Group group_{session_, clock_};
+  Retries retries_{clock_};
+  Group group_{session_, clock_, retries_};
 };
 
 TEST_F(AGroup, AsksForItsLimitsByItselfAndOnce) {

@@ -194,6 +194,30 @@ TEST_P(Groups, AreExecutedAgainOneByOneIfTheyCannotBeCommitted) {
   EXPECT_EQ(Codes(), "A1B1C1");
 }
 
+// As a cluster does, where another node's transaction has won.
+TEST_P(Groups, AreExecutedAgainWhereTheDatabaseTookThemBackAndAsksForItAtASelect) {
+  std::int64_t affected = 0;
+  connection_.Together([&] {
+    for (const char* code : {"A", "B"}) Add(code);
+    below_.before = [this](const std::string& operation) {
+      if (!operation.starts_with("Prepare select")) return;
+      below_.before = nullptr;
+      throw Error(errors::kProviderUnspecified, "ODBC", "Deadlock found.").With("SQLSTATE", "40001");
+    };
+    Recordset records(nullptr);
+    records.Open("select * from people where code = 'B'", connection_, kCursorKeyset, kLockOptimistic, kCommandText);
+    EXPECT_EQ(Codes(), "A1B1");
+    EXPECT_EQ(records.recordcount(), 1);
+    records.Fields("floor") = 4;
+    records.Update();
+    records.Close();
+    affected = connection_.Execute("delete from people where code = 'A'");
+  });
+  EXPECT_EQ(Codes(), "B4");
+  EXPECT_EQ(affected, 1);
+  EXPECT_EQ(batching_.Retries(), 2);  // the group, and the select
+}
+
 TEST_P(Groups, AreCommittedBeforeAnyOtherStatement) {
   connection_.Together([&] {
     for (const char* code : {"A", "B"}) Add(code);

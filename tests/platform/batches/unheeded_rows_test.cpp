@@ -10,6 +10,7 @@ namespace qmx::test {
 namespace {
 
 using std::chrono::milliseconds;
+using std::chrono::seconds;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using Texts = std::vector<std::string>;
@@ -98,6 +99,46 @@ TEST_P(UnheededRows, AreSentOneByOneWhereTheirTransactionIsRefused) {
   below_.before = nullptr;
   EXPECT_EQ(refusals > 0, HasGroups());
   EXPECT_EQ(Codes().size(), 300);
+}
+
+// As a cluster's node does that joins, or has lost the others.
+void AskToTryAgain() {
+  throw Error(errors::kProviderUnspecified, "ODBC", "Not ready.").With("SQLSTATE", "08S01").With("native code", "1047");
+}
+
+TEST_P(UnheededRows, ThatTheDatabaseTookBackAreCommittedTogetherAgain) {
+  int commits = 0;
+  below_.before = [&](const std::string& operation) {
+    if (operation == "Commit" && ++commits <= 2) AskToTryAgain();
+  };
+  connection_.Together([&] {
+    below_.Restart();
+    for (int code = 1000; code < 1300; ++code) Add(std::to_string(code));
+  });
+  below_.before = nullptr;
+  EXPECT_EQ(Codes().size(), 300);
+  if (!HasGroups()) return;
+  EXPECT_EQ(batching_.Retries(), 2);
+  EXPECT_LE(below_.CountOf("Step"), 16);  // 1, 128 twice, and halves of that for the rest
+}
+
+TEST_P(UnheededRows, WaitForOneTimeOutOnlyWhileTheDatabaseAsksToTryThemAgain) {
+  connection_.Together([&] {
+    for (const char* code : {"A", "B"}) Add(code);
+    Codes();
+    EXPECT_EQ(connection_.Execute("delete from people where code = 'B'"), 1);
+    below_.before = [](const std::string& operation) {
+      if (operation.starts_with("Bind insert")) AskToTryAgain();
+    };
+    const auto begin = clock_.Now();
+    for (int code = 1000; code < 1600; ++code) PassOver([&] { Add(std::to_string(code)); });
+    EXPECT_EQ(connection_.Execute("delete from people where code = 'A'"), 1);  // sends them all
+    EXPECT_GT(clock_.Now() - begin, seconds(29));
+    EXPECT_LT(clock_.Now() - begin, seconds(31));
+    below_.before = nullptr;
+    for (const char* code : {"C", "D", "E"}) Add(code);
+  });
+  EXPECT_THAT(Codes(), ElementsAre("C", "D", "E"));
 }
 
 TEST_P(UnheededRows, AreSentBeforeAnythingIsReadOrDone) {

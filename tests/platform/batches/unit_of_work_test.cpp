@@ -134,5 +134,41 @@ TEST_P(BatchesInAUnitOfWork, OfManyRowsAreCommittedTogether) {
   EXPECT_EQ(Saved(), 5000);
 }
 
+// The ERP would have to be asked again for what was written before.
+TEST_P(BatchesInAUnitOfWork, ThatTheDatabaseTookBackAreNotTriedAgain) {
+  for (const char* refused : {"Prepare insert", "Step"}) {
+    int asked = 0;
+    const Error error = Raised([&] {
+      connection_.Atomically([&] {
+        connection_.Execute("insert into people values ('A', 1)");
+        below_.before = [&](const std::string& operation) {
+          if (!operation.starts_with(refused)) return;
+          ++asked;
+          throw Error(errors::kProviderUnspecified, "ODBC", "Deadlock found.").With("SQLSTATE", "40001");
+        };
+        connection_.Execute("insert into people values ('B', 1)");
+      });
+    });
+    below_.before = nullptr;
+    EXPECT_EQ(error.Description(), "Deadlock found.");
+    EXPECT_EQ(asked, 1) << refused;
+    EXPECT_EQ(batching_.Retries(), 0);
+    EXPECT_EQ(Saved(), 0);
+  }
+}
+
+TEST_P(BatchesInAUnitOfWork, BeginAgainIfTheDatabaseAsksForItAtTheBeginning) {
+  int asked = 0;
+  below_.before = [&](const std::string& operation) {
+    if (operation != "Begin" || ++asked > 2) return;
+    throw Error(errors::kProviderUnspecified, "ODBC", "Not ready.").With("native code", "1047");
+  };
+  connection_.Atomically([&] { connection_.Execute("insert into people values ('A', 1)"); });
+  below_.before = nullptr;
+  EXPECT_EQ(asked, 3);
+  EXPECT_EQ(batching_.Retries(), 2);
+  EXPECT_EQ(Saved(), 1);
+}
+
 }  // namespace
 }  // namespace qmx::test

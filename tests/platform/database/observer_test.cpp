@@ -21,7 +21,7 @@ class Listener : public DatabaseObserver {
   void CommandTimeoutSet(int seconds, const Error* error) override {
     Note("timeout " + std::to_string(seconds), error);
   }
-  void ConnectionClosed(const Error* error) override { Note("disconnect", error); }
+  void ConnectionClosed(std::int64_t, const Error* error) override { Note("disconnect", error); }
   void RecordsetOpened(int recordset, std::string_view source, int cursorType, int lockType, int options,
                        std::optional<std::int64_t> rows, const Error* error) override {
     Note(std::to_string(recordset) + " open " + std::string(source) + " " + std::to_string(cursorType) +

@@ -32,18 +32,33 @@ TEST(ACommit, IsRefusedIfTheServersErrorCodeSaysSo) {
   EXPECT_FALSE(IsRefusal(Answer("08S01", 1159), Refusals::ByNativeCode));
 }
 
+TEST(ACommit, MayBeDoneByOtherNodesIfItsOwnNodeCouldNotFinishIt) {
+  EXPECT_TRUE(IsRefusal(Answer("HY000", 1180), Refusals::ByNativeCode));
+  EXPECT_FALSE(IsRefusal(Answer("HY000", 1180), Refusals::ByNativeCodeInACluster));
+  EXPECT_TRUE(IsRefusal(Answer("40001", 1213), Refusals::ByNativeCodeInACluster));
+  EXPECT_FALSE(IsRefusal(Answer("08S01", 1047), Refusals::ByNativeCodeInACluster));
+}
+
 TEST(ACommit, IsAlwaysRefusedWithoutAConnectionToAServer) {
   EXPECT_TRUE(IsRefusal(Answer("HY000", 5), Refusals::Always));
 }
 
 TEST(AStatement, IsLostOnlyWithItsConnection) {
-  for (const char* state : {"08S01", "08003", "57P01", "40003"}) EXPECT_TRUE(IsLoss(Answer(state, 1))) << state;
-  for (const int code : {2006, 2013, 1927}) EXPECT_TRUE(IsLoss(Answer("HY000", code))) << code;
-  EXPECT_TRUE(IsLoss(Answer("HY000", 1, "server closed the connection unexpectedly")));
-  EXPECT_TRUE(IsLoss(Error(errors::kProviderUnspecified, "ODBC", "No reason.")));
+  for (const char* state : {"08S01", "08003", "57P01", "40003"})
+    EXPECT_TRUE(IsLoss(Answer(state, 1), Refusals::ByState)) << state;
+  for (const int code : {2006, 2013, 1927}) EXPECT_TRUE(IsLoss(Answer("HY000", code), Refusals::ByState)) << code;
+  EXPECT_TRUE(IsLoss(Answer("HY000", 1, "server closed the connection unexpectedly"), Refusals::ByState));
+  EXPECT_FALSE(IsLoss(Answer("08S01", 1047), Refusals::ByState));  // a cluster's node that did not execute it
+  EXPECT_TRUE(IsLoss(Error(errors::kProviderUnspecified, "ODBC", "No reason."), Refusals::ByState));
   for (const char* state : {"23505", "40001", "57014", "HYT00", "HY000", "42P01", "22001"}) {
-    EXPECT_FALSE(IsLoss(Answer(state, 1))) << state;
+    EXPECT_FALSE(IsLoss(Answer(state, 1), Refusals::ByState)) << state;
   }
+}
+
+TEST(AStatement, IsLostInAClusterIfItsNodeCouldNotFinishItsCommit) {
+  EXPECT_TRUE(IsLoss(Answer("HY000", 1180), Refusals::ByNativeCodeInACluster));
+  EXPECT_FALSE(IsLoss(Answer("HY000", 1180), Refusals::ByNativeCode));
+  EXPECT_FALSE(IsLoss(Answer("40001", 1213), Refusals::ByNativeCodeInACluster));
 }
 
 }  // namespace

@@ -66,7 +66,7 @@ TEST_F(TracedDatabase, ShowsEveryFieldOfEveryCall) {
   observer.DefaultDatabaseSet("qmx", nullptr);
   observer.Executed("delete from a", 3, &error);
   observer.CommandTimeoutSet(-1, &error);
-  observer.ConnectionClosed(&error);
+  observer.ConnectionClosed(0, &error);
   observer.RecordsetOpened(7, "select 1", 1, 3, 1, 12, nullptr);
   observer.RecordsetOpened(7, "select 1", 1, 3, 1, 12, &error);
   observer.ColumnSet(7, "code", "a", &error);
