@@ -1,9 +1,9 @@
-// Text files kept in memory, with the error numbers of real ones. A test can make one operation fail.
+// Text files kept in memory, with the error numbers of real ones: several may be open, each for appending or for input.
+// A test can make one operation fail.
 #pragma once
 
 #include <functional>
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
 
@@ -23,55 +23,65 @@ class MemoryFiles : public TextFiles {
   std::string currentDirectory = "\\home\\qmx";
   std::map<std::string, std::set<int>> numbers;                // under which each path was opened
   std::function<void(const std::string& path)> beforeOpening;  // if set
-  bool IsOpen() const { return open_.has_value(); }
+  bool IsOpen() const { return !open_.empty(); }
 
-  void OpenForAppend(const std::string& path, int number) override { Open(path, number); }
+  void OpenForAppend(const std::string& path, int number) override { Open(path, number, Use::Append); }
   void OpenForInput(const std::string& path, int number) override {
     FailOn("OpenForInput");
     if (!texts.contains(path)) throw Error(errors::kFileNotFound, "MemoryFiles", "File not found: " + path);
-    Open(path, number);
-    place_ = 0;
+    Open(path, number, Use::Input);
   }
-  void Print(int number, std::string_view line) override { Text(number) += std::string(line) + "\r\n"; }
+  void Print(int number, std::string_view line) override {
+    texts[Find(number, Use::Append).path] += std::string(line) + "\r\n";
+  }
   void Write(int number, std::initializer_list<std::string_view> items) override {
+    std::string& text = texts[Find(number, Use::Append).path];
     FailOn("Write");
     std::string record;
     for (const std::string_view item : items) record += (record.empty() ? "\"" : ",\"") + std::string(item) + '"';
-    Text(number) += record + "\r\n";
+    text += record + "\r\n";
     log_.Add("log " + record);
   }
   std::string InputField(int number) override {
-    const std::string& text = Text(number);
-    if (place_ >= text.size())
-      throw Error(errors::kInputPastEnd, "MemoryFiles", "Input past the end of " + open_->path);
-    const std::size_t end = std::min(text.find_first_of(",\r\n", place_), text.size());
-    const std::string field = text.substr(place_, end - place_);
-    place_ = end + 1;
+    OpenFile& open = Find(number, Use::Input);
+    const std::string& text = texts[open.path];
+    if (open.place >= text.size())
+      throw Error(errors::kInputPastEnd, "MemoryFiles", "Input past the end of " + open.path);
+    const std::size_t end = std::min(text.find_first_of(",\r\n", open.place), text.size());
+    const std::string field = text.substr(open.place, end - open.place);
+    open.place = end + (text.compare(end, 2, "\r\n") == 0 ? 2 : 1);
     return field;
   }
   void Close(int number) override {
-    Text(number);
+    if (open_.erase(number) == 0) throw BadNumber(number);  // the number is free again, even if closing fails
     FailOn("Close");
-    open_.reset();
   }
   std::string CurrentDirectory() override { return currentDirectory; }
 
  private:
+  enum class Use { Append, Input };
   struct OpenFile {
     std::string path;
-    int number;
+    Use use;
+    std::size_t place = 0;  // of input
   };
-  void Open(const std::string& path, int number) {
+  void Open(const std::string& path, int number, Use use) {
     if (beforeOpening) beforeOpening(path);
-    if (open_) throw Error(errors::kFileAlreadyOpen, "MemoryFiles", "File already open: " + open_->path);
+    const auto open = open_.find(number);
+    if (open != open_.end())
+      throw Error(errors::kFileAlreadyOpen, "MemoryFiles", "File already open: " + open->second.path);
     FailOn("Open");
-    open_ = {path, number};
+    open_[number] = {path, use};
     numbers[path].insert(number);
     texts[path];
   }
-  std::string& Text(int number) {
-    if (!open_ || open_->number != number) throw Error(errors::kBadFileNumber, "MemoryFiles", "Bad file number");
-    return texts[open_->path];
+  static Error BadNumber(int number) {
+    return Error(errors::kBadFileNumber, "MemoryFiles", "Bad file number " + std::to_string(number));
+  }
+  OpenFile& Find(int number, Use use) {
+    const auto open = open_.find(number);
+    if (open == open_.end() || open->second.use != use) throw BadNumber(number);
+    return open->second;
   }
   void FailOn(const std::string& operation) {
     if (failOn != operation) return;
@@ -80,8 +90,7 @@ class MemoryFiles : public TextFiles {
   }
 
   CallLog& log_;
-  std::optional<OpenFile> open_;
-  std::size_t place_ = 0;
+  std::map<int, OpenFile> open_;  // by number
 };
 
 }  // namespace qmx::test

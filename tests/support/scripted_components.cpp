@@ -42,6 +42,7 @@ Variant ScriptedObject::Invoke(const Member& member, Arguments arguments) {
   std::string line = name_ + '.' + name + '(';
   for (std::size_t i = 0; i < arguments.size(); ++i) line += (i ? ", " : "") + ShowArgument(arguments[i]);
   calls_.Count(line + ')');
+  if (closed_ && *closed_) throw Error(errors::kInvalidCall, name_, "The manager of " + name_ + " was closed before.");
   auto entry = members_.find(name);
   if (entry == members_.end()) entry = members_.find(kAnyOther);
   if (entry == members_.end()) {
@@ -66,10 +67,16 @@ void ScriptedErp::ListsNoObject(const std::string& managerProgId, const std::str
 void ScriptedErp::ListsBy(const std::string& managerProgId, Listing listing, const std::string& member) {
   Serves(managerProgId, [this, listing = std::move(listing), member] {
     const auto manager = Make("manager");
-    manager->Takes("initialize", 1).Takes("Close", 0);
-    const auto answer = [this, listing](ScriptedObject::Arguments bounds) -> Variant {
+    const auto closed = std::make_shared<bool>(false);
+    manager->EndsWith(closed);
+    manager->Takes("initialize", 1);
+    manager->On("Close", 0, [closed](ScriptedObject::Arguments) {
+      *closed = true;
+      return Variant();
+    });
+    const auto answer = [this, listing, closed](ScriptedObject::Arguments bounds) -> Variant {
       const std::optional<std::vector<Getters>> records = listing(bounds);
-      return records ? Enumeration(*records) : Object();
+      return records ? Enumeration(*records, closed) : Object();
     };
     manager->On(member, ScriptedObject::kAnyNumber, answer);
     return Object(manager);
@@ -138,20 +145,22 @@ Object ScriptedErp::CreateObject(std::string_view progId) {
       .With("progid", std::string(progId));
 }
 
-Object ScriptedErp::Enumeration(std::vector<Getters> records) {
+Object ScriptedErp::Enumeration(std::vector<Getters> records, const ScriptedObject::Closed& closed) {
   const auto enumeration = Make("listing");
+  enumeration->EndsWith(closed);
   const auto place = std::make_shared<Place>();
   const auto kept = std::make_shared<std::vector<Getters>>(std::move(records));
   enumeration->On("hasMoreElements", 0,
                   [place, kept](ScriptedObject::Arguments) { return Variant(place->next < kept->size()); });
-  enumeration->On("nextElement", 0, [this, place, kept](ScriptedObject::Arguments) -> Variant {
-    return Record(Numbered("listed"), kept->at(place->next++));
+  enumeration->On("nextElement", 0, [this, place, kept, closed](ScriptedObject::Arguments) -> Variant {
+    return Record(Numbered("listed"), kept->at(place->next++), closed);
   });
   return Object(enumeration);
 }
 
-Object ScriptedErp::Record(const std::string& name, const Getters& getters) {
+Object ScriptedErp::Record(const std::string& name, const Getters& getters, const ScriptedObject::Closed& closed) {
   const auto record = Make(name);
+  record->EndsWith(closed);
   for (const auto& [getter, value] : getters) {
     record->On(getter, 0, [value = value](ScriptedObject::Arguments) {
       if (value.failure) throw *value.failure;
@@ -165,7 +174,11 @@ Object ScriptedErp::Record(const std::string& name, const Getters& getters) {
 Object ScriptedErp::Reader() {
   const auto reader = Make("reader");
   const auto place = std::make_shared<Place>();
-  reader->On("initialize", 3, [this, place](ScriptedObject::Arguments) {
+  ScriptedObject* const own = reader.get();
+  reader->On("initialize", 3, [this, place, own](ScriptedObject::Arguments arguments) {
+    const Object* manager = arguments[0].Value().IfObject();
+    const auto* scripted = manager ? dynamic_cast<const ScriptedObject*>(manager->Target().get()) : nullptr;
+    if (scripted) own->EndsWith(scripted->ManagerIsClosed());
     if (place->turn < turnEnds_.size()) place->end = turnEnds_[place->turn++];
     return Variant();
   });
@@ -179,10 +192,11 @@ Object ScriptedErp::Reader() {
     entry->Gives("getTuple", Object(Make("tuple" + number)));
     return Object(entry);
   });
-  reader->On("getCurrentObject", 1, [this, place](ScriptedObject::Arguments arguments) -> Variant {
+  reader->On("getCurrentObject", 1, [this, place, own](ScriptedObject::Arguments arguments) -> Variant {
     const std::string tuple = ShowArgument(arguments[0]);
     if (tuple != "tuple" + std::to_string(place->next)) throw Error(errors::kInvalidCall, "reader", "No such tuple.");
-    return Record("current" + std::to_string(place->next), entries_.at(place->next - 1).current);
+    return Record("current" + std::to_string(place->next), entries_.at(place->next - 1).current,
+                  own->ManagerIsClosed());
   });
   return Object(reader);
 }

@@ -46,6 +46,12 @@ class ScriptedObject : public Dispatch {
   ScriptedObject& Gives(const std::string& member, Variant value);          // without arguments
   ScriptedObject& Takes(const std::string& member, std::size_t arguments);  // and gives nothing
 
+  // Whether the manager that the object comes from was closed. Every call after that fails, as ERPs' calls may do that
+  // free what a manager holds.
+  using Closed = std::shared_ptr<bool>;
+  void EndsWith(Closed closed) { closed_ = std::move(closed); }
+  const Closed& ManagerIsClosed() const { return closed_; }
+
   const std::string& Name() const { return name_; }
   Variant Invoke(const Member& member, Arguments arguments) override;
 
@@ -57,6 +63,7 @@ class ScriptedObject : public Dispatch {
   ScriptedCalls& calls_;
   std::string name_;
   std::map<std::string, Entry, std::less<>> members_;
+  Closed closed_;
 };
 
 // What a getter gives: a value, or an error that it raises.
@@ -121,8 +128,8 @@ class ScriptedErp : public Components {
   Object CreateObject(std::string_view progId) override;
 
  private:
-  Object Enumeration(std::vector<Getters> records);
-  Object Record(const std::string& name, const Getters& getters);
+  Object Enumeration(std::vector<Getters> records, const ScriptedObject::Closed& closed);
+  Object Record(const std::string& name, const Getters& getters, const ScriptedObject::Closed& closed);
   Object Reader();
   Object Status();
   std::string Numbered(const std::string& kind) { return kind + std::to_string(++numbers_[kind]); }

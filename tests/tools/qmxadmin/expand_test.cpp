@@ -14,6 +14,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 class QmxAdminExpand : public testing::Test {
  protected:
@@ -45,13 +46,17 @@ class QmxAdminExpand : public testing::Test {
              "insert into tscalender values ('DAY', '1999-01-01', '1999-01-02')"});
   }
 
-  std::int32_t Count(const std::string& query) {
+  // The first column of the rows, as texts.
+  std::vector<std::string> Column(const std::string& query) {
     Connection connection({&driver}, nullptr);
     connection.Open(connectionText, "", "");
     Recordset records(nullptr);
     records.Open(query, connection, kCursorKeyset, kLockOptimistic, kCommandText);
-    return records.Fields(std::size_t{0}).Value().ToInt32();
+    std::vector<std::string> values;
+    for (; !records.Eof(); records.MoveNext()) values.push_back(records.Fields(std::size_t{0}).Value().ToText());
+    return values;
   }
+  int Count(const std::string& query) { return std::stoi(Column(query).at(0)); }
 
   TempFolder folder;
   SqliteDriver driver;
@@ -73,8 +78,19 @@ TEST_F(QmxAdminExpand, ExpandsTheCalendarsInUseAndPrintsTheNumberOfIntervals) {
 }
 
 TEST_F(QmxAdminExpand, GivesTheSameTwice) {
-  const std::string first = Expand(connectionText).out;
-  EXPECT_EQ(Expand(connectionText).out, first);
+  const auto intervals = [&] {
+    return Column("select ccal || ' ' || sttm || ' ' || entm from tscalender order by ccal, sttm");
+  };
+  const Process first = Expand(connectionText);
+  EXPECT_EQ(first.status, 0) << first.err;
+  EXPECT_THAT(first.out, HasSubstr("DAY: 9 intervals\n"));
+  const std::vector<std::string> rows = intervals();
+  EXPECT_THAT(rows, SizeIs(10));
+  EXPECT_EQ(rows.front(), "DAY 2026-11-23 08:00:00 2026-11-23 12:00:00");
+  const Process second = Expand(connectionText);
+  EXPECT_EQ(second.status, 0) << second.err;
+  EXPECT_EQ(second.out, first.out);
+  EXPECT_EQ(intervals(), rows);
 }
 
 TEST_F(QmxAdminExpand, SelectsTheDatabaseInAFolder) {

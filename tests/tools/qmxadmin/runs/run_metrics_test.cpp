@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/environment.h"
+#include "tests/support/missing.h"
 #include "tests/support/process.h"
 #include "tests/tools/qmxadmin/runs/run_log.h"
 #include "tools/qmxadmin/runs/run_history.h"
@@ -58,7 +59,7 @@ TEST_F(TheMetrics, DistinguishARunInProgressFromOneThatIsGone) {
 TEST_F(TheMetrics, AreEmptyWithoutRuns) { EXPECT_THAT(Text(), IsEmpty()); }
 
 TEST_F(TheMetrics, PassPrometheussOwnCheck) {
-  if (!std::filesystem::exists("/usr/bin/promtool")) GTEST_SKIP() << "There is no promtool here.";
+  if (!std::filesystem::exists("/usr/bin/promtool")) return Missing("There is no promtool (prometheus).");
   log_.AddComplete("r1", "tsmdm030", "2026-11-20T14:00:00.000+01:00", "2026-11-20T14:00:01.500+01:00");
   log_.AddStart("r2", "a \"b\" \\c", "2026-11-20T14:50:00.000+01:00");
   WriteFile(log_.File("metrics"), Text());
