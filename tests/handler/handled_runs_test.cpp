@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "handler/clsDataCopyHandler.h"
+#include "tests/copy/service_type.h"
 #include "tests/support/copy_rig.h"
 #include "tests/support/logged_events.h"
 #include "tests/support/raised.h"
@@ -73,14 +74,19 @@ TEST_F(HandledRun, WhoseLastUpdateTimeCannotBeWrittenReportsItsCompletionAndEnds
 }
 
 TEST_F(HandledRun, OfAServiceTypesTableReportsItsCounts) {
-  rig_.erp.Lists("ServiceTypes.ServiceTypesManager", {});
+  rig_.Sql("insert into tsmdm030 (cstp) values ('A'), ('B'), ('C'), ('D'), ('E')");
+  rig_.ControlRecord("tsmdm030", kOnlyChanged, "2026-11-19");
+  rig_.erp.Lists(kServiceTypesManager, {});
+  rig_.erp.Audits(kServiceTypesRecord,
+                  {Deleted(DeletedServiceType("A")), Updated(ServiceType("B")), Updated(ServiceType("C")),
+                   Inserted(ServiceType("X")), Inserted(ServiceType("Y")), Inserted(ServiceType("Z"))});
   Handle("tsmdm030");
   EXPECT_THAT(
       Told(),
       ElementsAre("messages.writeToMessageBox(2026-11-20 14:05:09, \"Service Types (tsmdm030) : Data copy started\")",
                   "requests.UpdateStatusByTalbe(17, \"tsmdm030\", 10)",
                   "messages.writeToMessageBox(2026-11-20 14:05:09, \"Service Types (tsmdm030) : Copy "
-                  "result. Added - 0;   Updated - 0;   Removed - 0\")",
+                  "result. Added - 3;   Updated - 2;   Removed - 1\")",
                   "requests.UpdateStatusByTalbe(17, \"tsmdm030\", 40)"));
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::Complete);
   EXPECT_EQ(declarations_.CurrentDatabaseName, "local");
@@ -154,8 +160,11 @@ TEST_F(HandledRun, WhoseResultCannotBeReportedFailsAfterTheCopy) {
     });
     return Object(requests);
   });
-  EXPECT_EQ(Raised([&] { Handle("tsxyz999"); }).Number(), 4711);
-  EXPECT_EQ(rig_.InUse("tsxyz999"), "0");
+  rig_.erp.Lists(kServiceTypesManager, {ServiceType("A")});
+  EXPECT_EQ(Raised([&] { Handle("tsmdm030"); }).Number(), 4711);
+  EXPECT_THAT(rig_.Rows("tsmdm030", {"cstp"}), ElementsAre("\"A\""));
+  EXPECT_EQ(rig_.Lutm("tsmdm030"), "2026-11-20 14:05:09");
+  EXPECT_EQ(rig_.InUse("tsmdm030"), "0");
 }
 
 }  // namespace

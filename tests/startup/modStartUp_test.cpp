@@ -85,12 +85,16 @@ TEST_F(StartUp, WithBlanksInPlaceOfARequestNumberSendsOnlyMessages) {
   StartWith(",  ");
   EXPECT_FALSE(declarations_.ServerMessagesOff);
   EXPECT_FALSE(declarations_.HasStatusRequestId);
+  EXPECT_EQ(rig_.calls.StartingWith({"messages."}).size(), 2U);
+  EXPECT_THAT(rig_.calls.StartingWith({"requests."}), IsEmpty());
 }
 
 TEST_F(StartUp, WithAnEmptyRequestNumberReportsNothingToTheServer) {
   StartWith(",");
   EXPECT_TRUE(declarations_.ServerMessagesOff);
   EXPECT_FALSE(declarations_.HasStatusRequestId);
+  EXPECT_EQ(declarations_.exitStatus, ExitStatus::NothingToCopy);
+  EXPECT_THAT(rig_.calls.StartingWith({"create ", "messages.", "requests."}), IsEmpty());
 }
 
 TEST_F(StartUp, IgnoresPiecesAfterTheRequestNumber) {

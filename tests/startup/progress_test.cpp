@@ -26,16 +26,22 @@ class ProgressOfARun : public DataCopyProcess {
   TerminalProcess& OnATerminal(const std::string& line) {
     return run_.emplace(QMXDATACOPY, std::vector{line}, environment_);
   }
+  // A shell's words that run the program with that progress descriptor. Descriptor 3 is the file "told".
+  std::vector<std::string> Telling(const std::string& number, const std::string& redirection = "") {
+    return {"-c", "exec 3> '" + folder_ / "told" + "'; QMX_PROGRESS_FD=" + number + " exec \"$0\" \"$1\"" + redirection,
+            QMXDATACOPY, pieces_.Line()};
+  }
+  // A line for the terminal would have been drawn before the first one for the descriptor.
+  void AwaitTheFirstLineOfTheDescriptor() const {
+    while (ReadFile(folder_ / "told").empty()) std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
   void LetItRun() {
     if (lock_.State() == kStateOpen) lock_.Close();
   }
 
   Process WithDescriptor(const std::string& number) {
     LetItRun();
-    return test::Run("/bin/sh",
-                     {"-c", "exec 3> '" + folder_ / "told" + "'; QMX_PROGRESS_FD=" + number + " exec \"$0\" \"$1\"",
-                      QMXDATACOPY, pieces_.Line()},
-                     environment_);
+    return test::Run("/bin/sh", Telling(number), environment_);
   }
 
   SqliteDriver driver_;
@@ -76,16 +82,17 @@ TEST_F(ProgressOfARun, MakesRoomForAFailure) {
 
 TEST_F(ProgressOfARun, IsNotShownOnATerminalThatCannotDrawIt) {
   environment_["TERM"] = "dumb";
-  TerminalProcess& run = OnATerminal(pieces_.Line());
-  std::this_thread::sleep_for(std::chrono::milliseconds(400));
+  TerminalProcess run("/bin/sh", Telling("3"), environment_);
+  AwaitTheFirstLineOfTheDescriptor();
   LetItRun();
-  EXPECT_THAT(run.Wait().shown, IsEmpty());
+  const TerminalRun end = run.Wait();
+  EXPECT_EQ(end.status, 0);
+  EXPECT_THAT(end.shown, IsEmpty());
 }
 
 TEST_F(ProgressOfARun, IsNotShownIfStandardErrorIsNoTerminal) {
-  TerminalProcess shell("/bin/sh", {"-c", "\"$0\" \"$1\" 2> '" + folder_ / "err" + "'", QMXDATACOPY, pieces_.Line()},
-                        environment_);
-  std::this_thread::sleep_for(std::chrono::milliseconds(400));
+  TerminalProcess shell("/bin/sh", Telling("3", " 2> '" + folder_ / "err" + "'"), environment_);
+  AwaitTheFirstLineOfTheDescriptor();
   LetItRun();
   const TerminalRun end = shell.Wait();
   EXPECT_EQ(end.status, 0);

@@ -99,11 +99,12 @@ TEST_F(TheRunRecord, HasTheWholeChainOfAFailedCopy) {
   for (const Json& link : chain) EXPECT_THAT(copy.err, HasSubstr(link["description"].get<std::string>()));
 }
 
-TEST_F(TheRunRecord, CountsTheRowsThatAFailedCopySaved) {
+// The rows wait in a batch, so the copy may have counted more of them than are saved.
+TEST_F(TheRunRecord, CountsTheRowsUntilTheFailureOfACopy) {
   Sql("create unique index one_row on tsmdm030 (cstp is null)");
   EXPECT_EQ(Copy().status, 1);
   EXPECT_EQ(End()["method"], "full");
-  EXPECT_GE(End()["inserted"], 1);
+  EXPECT_THAT(End()["inserted"].get<int>(), testing::AllOf(testing::Ge(1), testing::Le(3)));
   EXPECT_TRUE(End()["lutm"].is_null());
   EXPECT_THAT(Column("select count(*) from tsmdm030"), ElementsAre("1"));
   EXPECT_THAT(InnermostCause(End()), HasSubstr("UNIQUE constraint failed"));

@@ -19,6 +19,7 @@ namespace {
   };
   if (redirect("/dev/null", O_RDONLY, 0) && redirect(out, O_WRONLY | O_CREAT, 1) &&
       redirect(err, O_WRONLY | O_CREAT, 2) && chdir(folder.c_str()) == 0) {
+    RestoreEndingSignals();
     for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
     execv(argv[0], argv);
   }
@@ -67,6 +68,10 @@ void RunningProcess::Reap(int options) {
   const pid_t reaped = waitpid(child_, &state_, options);
   if (reaped < 0) throw std::runtime_error("cannot wait for " + program_);
   hasEnded_ = reaped == child_;
+}
+
+void RestoreEndingSignals() {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) std::signal(signal, SIG_DFL);
 }
 
 Process Run(const std::string& program, const std::vector<std::string>& arguments,

@@ -42,6 +42,10 @@ class RunningProcess {
   int state_ = 0;
 };
 
+// Gives the signals that end a program their default effects again. A shell in the background has its programs ignore
+// some of them, and programs inherit that.
+void RestoreEndingSignals();
+
 // To its end.
 Process Run(const std::string& program, const std::vector<std::string>& arguments,
             const std::map<std::string, std::string>& environment = {}, const std::string& folder = ".");

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "tests/support/process.h"
+
 namespace qmx::test {
 
 TerminalProcess::TerminalProcess(const std::string& program, const std::vector<std::string>& arguments,
@@ -26,7 +28,7 @@ TerminalProcess::TerminalProcess(const std::string& program, const std::vector<s
   child_ = forkpty(&terminal_, nullptr, nullptr, &size);
   if (child_ < 0) throw std::runtime_error("cannot run " + program + " on a terminal");
   if (child_ == 0) {
-    signal(SIGINT, SIG_DFL);  // which a shell in the background has its programs ignore
+    RestoreEndingSignals();
     for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
     execv(argv[0], argv.data());
     _exit(127);

@@ -26,6 +26,7 @@ TEST_F(FillTable, ExpandsTheCalendarsInUse) {
 TEST_F(FillTable, UsesTheEnginesOwnRecordSetAndLeavesItClosed) {
   rig.inside.FillTable_tscalender();
   EXPECT_EQ(rig.inside.LocalRecordSet().State(), kStateClosed);
+  EXPECT_THAT(rig.calls.StartingWith({"rs1.Open"}), testing::SizeIs(4));  // the codes, the first day, two periods
   for (const std::string& line : rig.calls.StartingWith({"rs"})) EXPECT_TRUE(line.starts_with("rs1.")) << line;
 }
 

@@ -62,9 +62,12 @@ TEST_F(OnRequest, CopiesACalendarByItsCodeInTheSameWay) {
 
 TEST_F(OnRequest, NeverTouchesTheLastUpdateTime) {
   rig.ControlRecord(kCalendars, kOnlyChanged, "2026-01-01");
-  rig.Run("tcccp030=4711=E");
-  rig.Run("tcccp030=DAY=C");
-  EXPECT_EQ(rig.Lutm(kCalendars), "2026-01-01");
+  for (const char* request : {"tcccp030=4711=E", "tcccp030=DAY=C"}) {
+    rig.calls.Clear();
+    rig.Run(request);
+    EXPECT_EQ(rig.Events().at(2), "event Complete 2026-11-20 14:05:09, \"tcccp030\", 1, 0, 0") << request;
+    EXPECT_EQ(rig.Lutm(kCalendars), "2026-01-01") << request;
+  }
 }
 
 TEST_F(OnRequest, LooksBack60DaysWhateverTheSettingsFileSays) {

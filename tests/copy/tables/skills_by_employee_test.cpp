@@ -6,7 +6,6 @@ namespace {
 constexpr const char* kTable = "tsmdm135";
 constexpr const char* kManager = "SkillsByEmployee.SkillsByEmployeeManager";
 constexpr const char* kRecord = "SkillsByEmployee.SkillsByEmployee";
-const std::vector<std::string> kColumns = {"emno", "skll", "cogr", "afct"};
 
 Getters Key(const std::string& employee, const std::string& skill, const std::string& group) {
   return {{"getserviceemployee", employee}, {"getSkill", skill}, {"getObjectGroup", group}};
@@ -17,33 +16,6 @@ Getters SkillByEmployee(const std::string& employee, const std::string& skill, c
   Getters getters = Key(employee, skill, group);
   getters.insert({"getSkillFactor", factor});
   return getters;
-}
-
-TEST(SkillsByEmployee, AreCopiedInFull) {
-  CopyRig rig;
-  rig.erp.Lists(kManager, {SkillByEmployee("E1", "WELD", "G1", 0.75)});
-  rig.Run(kTable);
-  EXPECT_THAT(rig.Rows(kTable, kColumns), ElementsAre("\"E1\", \"WELD\", \"G1\", 0.75"));
-  EXPECT_EQ(ColumnsWritten(rig.calls), "emno skll cogr afct");
-  EXPECT_EQ(MembersCalled(rig.calls, "listed1"), "getserviceemployee getSkill getObjectGroup getSkillFactor");
-  EXPECT_THAT(
-      ManagerCalls(rig.calls),
-      ElementsAre("manager.initialize(\"Orvan, main\")",
-                  "manager.List(\"\", \"ZZZZZZZZZ\", \"\", \"ZZZZZZZZZ\", \"\", \"ZZZZZZZZZ\")", "manager.Close()"));
-}
-
-TEST(SkillsByEmployee, AreCopiedByChangeOfTheirThreeKeysTogether) {
-  CopyRig rig;
-  rig.Sql(
-      "insert into tsmdm135 (emno, skll, cogr, afct) values ('E1', 'WELD', 'G1', 0.5), ('E1', 'WELD', 'G2', 0.5), "
-      "('E2', 'WELD', 'G1', 0.5)");
-  rig.erp.Lists(kManager, {});
-  RunChanged(rig, kTable, kRecord,
-             {Updated(SkillByEmployee("E1", "WELD", "G1", 0.25)), Inserted(SkillByEmployee("E1", "HEAT", "G1", 1.5)),
-              Deleted(Key("E1", "WELD", "G2"))});
-  EXPECT_THAT(rig.Rows(kTable, kColumns), ElementsAre("\"E1\", \"HEAT\", \"G1\", 1.5", "\"E1\", \"WELD\", \"G1\", 0.25",
-                                                      "\"E2\", \"WELD\", \"G1\", 0.5"));
-  EXPECT_EQ(rig.Events()[1], "event Complete 2026-11-20 14:05:09, \"tsmdm135\", 1, 1, 1");
 }
 
 TEST(SkillsByEmployee, CallComponentsAndDatabaseInThisOrder) {
@@ -83,15 +55,6 @@ TEST(SkillsByEmployee, CallComponentsAndDatabaseInThisOrder) {
                   "current2.getserviceemployee()", "current2.getSkill()", "current2.getObjectGroup()",
                   "connection.Execute DELETE FROM tsmdm135 where emno='E1' and   skll='WELD' and   cogr='G2'",
                   "reader.hasMoreElements()"));
-}
-
-TEST(SkillsByEmployee, FailWithTheSameOddTextsInFullAndByChange) {
-  EXPECT_EQ(FailureOfFullCopy(kTable, kManager),
-            "error 600, Copy Service Skills by Employee:  Copy of Service Skilsl by Employee from Orvan to Local DB "
-            "failed");
-  EXPECT_EQ(FailureOfChangedCopy(kTable, kManager),
-            "error 600, Copy Service Skills by Employee:  Copy of Service Skilsl by Employee from Orvan to Local DB "
-            "failed");
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "platform/interruption.h"
+#include "tests/support/process.h"
 #include "tests/support/raised.h"
 
 namespace qmx::test {
@@ -21,6 +22,8 @@ using testing::KilledBySignal;
 
 class AnInterruptSignal : public testing::TestWithParam<int> {
  protected:
+  AnInterruptSignal() { RestoreEndingSignals(); }
+
   static void Raise() { raise(GetParam()); }
   static void RaiseLater() {
     std::this_thread::sleep_for(std::chrono::milliseconds(60));  // later than signals that count as one
@@ -66,14 +69,25 @@ TEST_P(AnInterruptSignal, EndsTheProcessWhenItComesAfterAnother) {
   EXPECT_EXIT(afterAnother(), KilledBySignal(GetParam()), "the work ends soon.\n$");
 }
 
+// A busy machine may let too much time pass between the two. Then they are sent again by another process.
 TEST_P(AnInterruptSignal, CountsOnceIfItIsSentTwiceAtATime) {
-  const auto twiceAtATime = [] {
-    const InterruptSignals signals("the work ends soon.");
-    Raise();
-    Raise();
-    _exit(Interruption::IsRequested() ? 7 : 0);
-  };
-  EXPECT_EXIT(twiceAtATime(), testing::ExitedWithCode(7), "^" + Name() + ": the work ends soon.\n$");
+  constexpr int kMostTries = 20;
+  int state = 0;
+  std::string written;
+  for (int tries = 0; tries == 0 || (WIFSIGNALED(state) && tries < kMostTries); ++tries) {
+    testing::internal::CaptureStderr();
+    const pid_t child = fork();
+    if (child == 0) {
+      const InterruptSignals signals("the work ends soon.");
+      Raise();
+      Raise();
+      _exit(Interruption::IsRequested() ? 7 : 0);
+    }
+    waitpid(child, &state, 0);
+    written = testing::internal::GetCapturedStderr();
+  }
+  EXPECT_TRUE(WIFEXITED(state) && WEXITSTATUS(state) == 7) << state;
+  EXPECT_EQ(written, Name() + ": the work ends soon.\n");
 }
 
 TEST_P(AnInterruptSignal, StaysIgnoredIfItWas) {

@@ -57,6 +57,7 @@ TEST_P(QmxAdminInitOnASystem, CreatesAllTablesOnceAndDoesNotChangeThemLater) {
   const Process again = Init();
   EXPECT_EQ(again.status, 0) << again.err;
   EXPECT_EQ(Count(again.out, ": exists\n"), 19);
+  EXPECT_EQ(Found("select * from tsmdm030 where cstp = 'A'"), 1);
 }
 
 TEST_P(QmxAdminInitOnASystem, MakesAControlTableWhoseTableCodesIgnoreCase) {
@@ -78,6 +79,9 @@ TEST_P(QmxAdminInitOnASystem, PrintsDifferencesAndChangesNothing) {
                                  "  the column prod is missing\n"
                                  "  it has no key, not the key cstp\n"));
   EXPECT_EQ(Count(run.out, ": created\n"), 18);
+  Execute("insert into tsmdm030 (cstp, dsca, ract) values (7, 'kept', 'W')");
+  EXPECT_EQ(Found("select * from tsmdm030 where cstp = 7"), 1);
+  EXPECT_EQ(Raised([&] { Found("select prod from tsmdm030"); }).Number(), errors::kCommand);
 }
 
 TEST_P(QmxAdminInitOnASystem, PrintsTheStatementsAndMakesNothing) {

@@ -131,7 +131,8 @@ TEST_F(QmxAdminInit, MakesTheNamedDatabaseInAFolder) {
   connectionText = "Provider=SQLite;Data Source=" + folder.Path().string();
   const Process run = Init("service");
   EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_TRUE(std::filesystem::exists(folder / "service.db"));
+  connectionText = "Provider=SQLite;Data Source=" + folder / "service.db";
+  EXPECT_EQ(Count(kTables), 19);
 }
 
 TEST_F(QmxAdminInit, AFolderWithoutADatabaseNameIsExplained) {

@@ -63,9 +63,12 @@ TEST_F(WatchedCopies, AreReportedInPlainLinesIfNothingCanBeDrawn) {
 }
 
 TEST_F(WatchedCopies, RunAtMostTheGivenNumberAtATime) {
-  const std::string count = "ls '" + folder_.Path().string() + "' | grep -c running >> '" + (folder_ / "counts") + "'";
-  DataCopyIs("touch '" + (folder_ / "running") + "'.$$; " + count + "; sleep 0.2; rm '" + (folder_ / "running") +
-             "'.$$");
+  const std::string running = "'" + (folder_ / "running") + "'";
+  const std::string count = "ls '" + folder_.Path().string() + "' | grep -c running";
+  // The first one waits for the second.
+  DataCopyIs("touch " + running + ".$$; until [ -e '" + (folder_ / "met") + "' ] || [ $(" + count +
+             ") -ge 2 ]; do sleep 0.02; done; touch '" + (folder_ / "met") + "'; " + count + " >> '" +
+             (folder_ / "counts") + "'; sleep 0.2; rm " + running + ".$$");
   EXPECT_EQ(Copy({"tsmdm030", "tsmdm100", "tsmdm105", "tsmdm130", "--jobs", "2"}).status, 0);
   const std::string counts = ReadFile(folder_ / "counts");
   EXPECT_THAT(counts, AllOf(HasSubstr("2"), Not(HasSubstr("3")), Not(HasSubstr("4"))));
