@@ -102,6 +102,16 @@ class Memory : public testing::Test {
     EXPECT_GT(errors, 20);
   }
 
+  template <typename Work>
+  static bool IsDone(Work&& work) {
+    try {
+      work();
+      return true;
+    } catch (const std::exception&) {
+      return false;
+    }
+  }
+
   TempFolder folder_;
   SqliteDriver sqlite_;
   BatchingDriver batching_{sqlite_};
@@ -134,6 +144,39 @@ TEST_F(Memory, ThatRunsOutInAGroupIsError7) {
     });
     connection.Close();
   });
+}
+
+// The unit of work fails as a whole, even if there is no memory to remember why. Its last row may be refused for its
+// key.
+TEST_F(Memory, ThatRunsOutForARowOfAUnitOfWorkSavesNone) {
+  for (const char* last : {"D", "A"}) {
+    std::vector<SqlText> inserts;
+    for (const char* code : {"A", "B", "C", last}) {
+      inserts.push_back(SqlText("insert into people values ('").Value(code).Append("', '").Value(kName).Append("')"));
+    }
+    isForGood = true;
+    for (long allocation = 0;; ++allocation) {
+      SCOPED_TRACE(std::string(last) + " at allocation " + std::to_string(allocation));
+      Quiet().Execute("delete from people");
+      Connection connection({&batching_}, nullptr);
+      connection.Open(Text(), "", "");
+      hasFailed = false;
+      left = allocation;
+      const bool isSaved = IsDone([&] {
+        connection.Atomically([&] {
+          for (const SqlText& insert : inserts) {
+            if (!IsDone([&] { connection.Execute(insert); })) left = -1;  // there is memory again
+          }
+        });
+      });
+      left = -1;
+      const bool isKnown = IsDone([&] { connection.Close(); });  // memory may have run out in the COMMIT
+      const std::string codes = Codes();
+      EXPECT_TRUE(codes == (isSaved ? "ABCD" : "") || (!isKnown && codes == "ABCD")) << codes;
+      if (!hasFailed || HasFailure()) break;
+      ASSERT_LT(allocation, 10'000);
+    }
+  }
 }
 
 // As the expansion of calendars goes on after a row that could not be added.

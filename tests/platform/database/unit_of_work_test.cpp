@@ -9,6 +9,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 constexpr int kRows = 300;  // several batches on every system
 
@@ -229,6 +230,17 @@ TEST_P(UnitsOfWork, SaveNothingWhoeverFailsAtWhicheverOperation) {
     }
     driver.Restart();
   }
+}
+
+TEST_P(UnitsOfWork, RaiseWhatTheDatabaseSaidWhereItRefusesTheCommit) {
+  driver.FailAs(FaultKind::TakenBack);
+  driver.FailOnly("Commit");
+  driver.Restart();
+  driver.FailAt(1);
+  const Error error = Raised([&] { connection.Atomically([&] { AddPerson("C", "new"); }); });
+  EXPECT_THAT(error.Description(), HasSubstr("Operation"));
+  EXPECT_THAT(DescribeChain(error), Not(HasSubstr("It is not known")));
+  EXPECT_THAT(People(), ElementsAre("A|old", "B|old"));
 }
 
 TEST_P(UnitsOfWork, SayThatTheOutcomeIsNotKnownWhereTheAnswerToTheCommitIsLost) {
