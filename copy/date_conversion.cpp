@@ -27,9 +27,9 @@ const Member kGetSeconds = "getSeconds";
 
 inline std::int16_t Part(const Object& date, const Member& getter) { return date.Call(getter).ToInt16(); }
 
-// Returns the number at the beginning of a text, after any blanks; 0 if there is none.
+// Returns the number at the beginning of a text, after any blanks and tabs; 0 if there is none.
 double LeadingNumber(const std::string& text) {
-  const std::string_view number = Trimmed(text);
+  const std::string_view number = Trimmed(text, " \t");
   const std::string_view digits = number.substr(number.find_first_of("+-") == 0 ? 1 : 0);
   if (digits.find_first_of("0123456789.") != 0) return 0;  // from_chars would take "inf" and "nan"
   double ignored = 0;

@@ -103,6 +103,7 @@ TEST(CalendarLookBack, IsTheNumberAfterTheFirstFieldsEqualsSign) {
   EXPECT_EQ(LookBack("days=30\r\nmore=7\r\n"), 30);
   EXPECT_EQ(LookBack("days=30,more=7"), 30);
   EXPECT_EQ(LookBack("days= 45 days"), 45);
+  EXPECT_EQ(LookBack("days=\t45\tdays"), 45);
   EXPECT_EQ(LookBack("=12"), 12);
   EXPECT_EQ(LookBack("a=1=2"), 1);
   EXPECT_EQ(LookBack("days=+9"), 9);
