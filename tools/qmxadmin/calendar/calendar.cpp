@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <iostream>
 
 #include "platform/error.h"
@@ -12,6 +11,7 @@
 #include "tools/qmxadmin/calendar/picture.h"
 #include "tools/qmxadmin/calendar/svg.h"
 #include "tools/qmxadmin/local_database.h"
+#include "tools/qmxadmin/runs/output_file.h"
 #include "tools/qmxadmin/terminal.h"
 
 namespace qmx {
@@ -100,18 +100,6 @@ CalendarPicture PictureOfEmployee(LocalDatabase& local, const std::string& numbe
   return picture;
 }
 
-void WriteSvg(const std::string& path, const std::string& svg) {
-  if (path == "-") {
-    std::cout << svg;
-    return;
-  }
-  std::ofstream file(path);
-  file << svg;
-  file.close();
-  if (!file)
-    throw Error(errors::kPathFileAccess, "qmxadmin calendar", fmt::format("The file {} cannot be written.", path));
-}
-
 Listing ListingOf(const std::vector<CalendarPicture>& pictures) {
   Listing listing{{{"calendar", "CALENDAR"}, {"employee", "EMPLOYEE"}, {"from", "FROM"}, {"to", "TO"}}, {}};
   for (const CalendarPicture& picture : pictures) {
@@ -134,7 +122,7 @@ AdminStatus ShowCalendars(const CalendarArguments& arguments) {
   if (!arguments.employee.empty()) pictures.push_back(PictureOfEmployee(local, arguments.employee, period));
 
   if (!arguments.svg.empty()) {
-    WriteSvg(arguments.svg, SvgPicture(pictures));
+    WriteOutputFile(arguments.svg, SvgPicture(pictures));
   } else if (arguments.form == OutputForm::Json) {
     Print(ListingOf(pictures), OutputForm::Json);
   } else {
