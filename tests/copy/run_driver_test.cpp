@@ -29,6 +29,41 @@ TEST(Run, RaisesStartThenCompletionWithItsCountsThenDone) {
   EXPECT_EQ(rig.declarations.statusWhenFinished, ExitStatus::Complete);
 }
 
+TEST(Run, NotesThatItCopiedByChangeWhatItCountedAndTheNewLastUpdateTime) {
+  CopyRig rig;
+  rig.ControlRecord("tsmdm030", 2, "2026-11-19 08:00:00");
+  rig.Sql("insert into tsmdm030 (cstp) values ('B'), ('C'), ('D'), ('E'), ('F')");
+  rig.erp.Lists(kServiceTypesManager, {});
+  rig.erp.Audits(kServiceTypesRecord, {Inserted(ServiceType("A")), Updated(ServiceType("B")), Updated(ServiceType("C")),
+                                       Deleted(DeletedServiceType("D")), Deleted(DeletedServiceType("E")),
+                                       Deleted(DeletedServiceType("F"))});
+  rig.Run("tsmdm030");
+  const RunFacts& facts = rig.declarations.facts;
+  EXPECT_EQ(facts.byChange, std::optional(true));
+  ASSERT_TRUE(facts.counts);
+  EXPECT_EQ(facts.counts->inserted, 1);
+  EXPECT_EQ(facts.counts->updated, 2);
+  EXPECT_EQ(facts.counts->deleted, 3);
+  EXPECT_EQ(facts.lastUpdateTime, std::optional(DateTime::FromDate(2026, 11, 20).PlusTime(14, 5, 9)));
+}
+
+TEST(Run, NotesThatItCopiedInFullWhetherForItsSyncMethodOnRequestOrBecauseItIsOneCalendar) {
+  CopyRig rig;
+  rig.Run("tsmdm030");
+  EXPECT_EQ(rig.declarations.facts.byChange, std::optional(false));
+
+  CopyRig requested;
+  requested.ControlRecord("tsmdm030", 2, "2026-11-19 08:00:00");
+  requested.declarations.copiesInFull = true;
+  requested.Run("tsmdm030");
+  EXPECT_EQ(requested.declarations.facts.byChange, std::optional(false));
+
+  CopyRig calendar;
+  calendar.ControlRecord("tcccp030", 2, "2026-11-19 08:00:00");
+  calendar.Run("tcccp030=DAY=C");
+  EXPECT_EQ(calendar.declarations.facts.byChange, std::optional(false));
+}
+
 TEST(Run, ChecksSetsReadsCopiesReleasesAndClosesInThisOrder) {
   CopyRig rig;
   rig.Run("unknown1");

@@ -36,6 +36,7 @@ class RecordingSession : public DriverSession {
 
   GroupLimits limits{2, milliseconds(40)};
   std::string refused;  // this call, once
+  std::int32_t number = errors::kProviderUnspecified;
   std::vector<std::string> calls;
 
  private:
@@ -62,7 +63,7 @@ class RecordingSession : public DriverSession {
     calls.push_back(call);
     if (call != refused) return;
     refused.clear();
-    throw Error(errors::kProviderUnspecified, "Recording", call + " was refused.");
+    throw Error(number, "Recording", call + " was refused.");
   }
 };
 
@@ -144,6 +145,71 @@ TEST_F(AGroup, IsRolledBackAndDoneAgainWhenItsCommitIsRefused) {
   session_.refused = "Commit";
   group_.Commit();
   EXPECT_THAT(session_.calls, ElementsAre("Grouping", "Begin", "A", "Commit", "Rollback", "A"));
+}
+
+TEST_F(AGroup, IsDoneAgainWithItsOwnStatementsAndNotThoseOfTheOneBefore) {
+  group_.Allow(true);
+  for (const char* text : {"A", "B", "C"}) Write(text);
+  session_.refused = "D";
+  Write("D");
+  EXPECT_THAT(session_.calls,
+              ElementsAre("Grouping", "Begin", "A", "B", "Commit", "Begin", "C", "D", "Rollback", "C", "D"));
+}
+
+TEST_F(AGroup, IsDoneAgainWithoutAStatementThatTookTooLong) {
+  group_.Allow(true);
+  Write("A");
+  session_.refused = "B";
+  session_.number = errors::kTimeout;
+  EXPECT_EQ(Raised([&] { Write("B"); }).Description(), "B was refused.");
+  EXPECT_THAT(session_.calls, ElementsAre("Grouping", "Begin", "A", "B", "Rollback", "A"));
+}
+
+TEST_F(AGroup, IsOpenedWithTheNextStatementWhereItCouldNotBegin) {
+  group_.Allow(true);
+  session_.refused = "Begin";
+  EXPECT_EQ(Raised([&] { Write("A"); }).Description(), "Begin was refused.");
+  EXPECT_FALSE(group_.IsOpen());
+  Write("A");
+  EXPECT_THAT(session_.calls, ElementsAre("Grouping", "Begin", "Begin", "A"));
+}
+
+TEST_F(AGroup, IsCommittedBeforeAStatementThatMayNotBeInIt) {
+  group_.Allow(true);
+  Write("A");
+  group_.Allow(false);
+  Write("B");
+  EXPECT_THAT(session_.calls, ElementsAre("Grouping", "Begin", "A", "Commit", "B"));
+}
+
+TEST_F(AGroup, IsNotCommittedUnlessItIsOpen) {
+  group_.Allow(true);
+  Write("A");
+  group_.Commit();
+  group_.Commit();
+  EXPECT_THAT(session_.calls, ElementsAre("Grouping", "Begin", "A", "Commit"));
+}
+
+TEST_F(AGroup, MayBeOpenedAfterATransactionOfTheProgramThatDidNotBeginOrWasRolledBack) {
+  group_.Allow(true);
+  session_.refused = "Begin";
+  EXPECT_EQ(Raised([&] { group_.BeginOwn(); }).Description(), "Begin was refused.");
+  EXPECT_FALSE(group_.IsWithinOwn());
+  group_.BeginOwn();
+  EXPECT_TRUE(group_.IsWithinOwn());
+  group_.RollbackOwn();
+  EXPECT_TRUE(group_.MayOpen());
+}
+
+TEST_F(AGroup, RaisesAtEveryUseOnceItsOwnRollbackFailed) {
+  group_.Allow(true);
+  Write("A");
+  session_.refused = "Rollback";
+  EXPECT_EQ(Raised([&] { group_.Redo(); }).Description(), "Rollback was refused.");
+  EXPECT_FALSE(group_.IsOpen());
+  EXPECT_THAT(Raised([&] { group_.Commit(); }).Description(), testing::HasSubstr("Rollback was refused."));
+  EXPECT_THAT(Raised([&] { Write("B"); }).Description(), testing::HasSubstr("Rollback was refused."));
+  EXPECT_THAT(session_.calls, ElementsAre("Grouping", "Begin", "A", "Rollback"));
 }
 
 TEST_F(AGroup, RaisesAtEveryUseOnceARollbackFailed) {

@@ -19,6 +19,7 @@ class AHelperThread : public testing::Test {
     threads_.insert(std::this_thread::get_id());
     if (due_ && clock_.Now() >= *due_) {
       ++worked_;
+      hasWorked_.notify_all();
       due_.reset();
     }
     return due_;
@@ -35,9 +36,15 @@ class AHelperThread : public testing::Test {
     return worked_;
   }
 
+  bool AwaitWork(int times) {
+    SteadyClock::Lock lock(mutex_);
+    return hasWorked_.wait_for(lock, std::chrono::seconds(60), [&] { return worked_ == times; });
+  }
+
   FakeSteadyClock clock_;
   std::mutex mutex_;
   std::condition_variable changed_;
+  std::condition_variable hasWorked_;
   std::optional<SteadyClock::TimePoint> due_;
   int worked_ = 0;
   std::set<std::thread::id> threads_;
@@ -65,6 +72,13 @@ TEST_F(AHelperThread, SleepsWithoutWorkUntilItIsWoken) {
   WakeWithWorkIn(milliseconds(10));
   clock_.PassWhileAThreadWaits(milliseconds(10));
   EXPECT_EQ(Worked(), 2);
+}
+
+TEST_F(AHelperThread, IsWokenForWorkThatIsDueAtOnce) {
+  WakeWithWorkIn(milliseconds(10));
+  clock_.PassWhileAThreadWaits(milliseconds(10));
+  WakeWithWorkIn(milliseconds(0));
+  EXPECT_TRUE(AwaitWork(2));
 }
 
 TEST_F(AHelperThread, IsOneThreadOtherThanItsOwners) {
