@@ -40,14 +40,25 @@ class ServerRefusal : public CopyIntoAServer {
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ServerRefusal);
 INSTANTIATE_TEST_SUITE_P(Over, ServerRefusal, testing::ValuesIn(ServersUnderTest()), ServerName);
 
-TEST_P(ServerRefusal, OfRowsThatAnotherProgramLockedKeepsThemAndReleasesTheTable) {
+std::vector<DriverUnderTest> ServerNamed(const std::string& name) {
+  return DriversUnderTest([&](const DriverUnderTest& driver) { return driver.name == name; });
+}
+
+class ServerRefusalOnPostgresql : public ServerRefusal {};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ServerRefusalOnPostgresql);
+INSTANTIATE_TEST_SUITE_P(Over, ServerRefusalOnPostgresql, testing::ValuesIn(ServerNamed("PostgreSQL")), ServerName);
+
+class ServerRefusalOnMariadb : public ServerRefusal {};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ServerRefusalOnMariadb);
+INSTANTIATE_TEST_SUITE_P(Over, ServerRefusalOnMariadb, testing::ValuesIn(ServerNamed("MariaDB")), ServerName);
+
+TEST_P(ServerRefusalOnPostgresql, OfRowsThatAnotherProgramLockedKeepsThemAndReleasesTheTable) {
   ControlRecord(kTable, kFullCopy);
   OdbcConnection another(ConnectionText());
   another.Begin();
   another.Run("update tsmdm030 set dsca = 'Locked'");
   // As long as the program itself would wait, no test can.
-  const CopyProcesses program =
-      ProgramThatRunsFirst(IsPostgresql() ? "set lock_timeout to 300" : "set session innodb_lock_wait_timeout = 1");
+  const CopyProcesses program = ProgramThatRunsFirst("set lock_timeout to 300");
   const Process ended = program.Run(kTable);
   another.Rollback();
   ExpectFailure(program, ended, kTable);
@@ -57,6 +68,24 @@ TEST_P(ServerRefusal, OfRowsThatAnotherProgramLockedKeepsThemAndReleasesTheTable
                                          "lock, let that be released."),
                                HasSubstr("statement: DELETE FROM tsmdm030 WHERE 1=1")));
   EXPECT_THAT(Column(kRows), ElementsAre("OLD"));
+}
+
+// A lock that was not released in time is waited for again, until the program's own time-out.
+TEST_P(ServerRefusalOnMariadb, OfRowsThatAnotherProgramLockedIsTriedAgainUntilItReleasesThem) {
+  ControlRecord(kTable, kFullCopy);
+  OdbcConnection another(ConnectionText());
+  another.Begin();
+  another.Run("update tsmdm030 set dsca = 'Locked'");
+  const auto waits = [&] { return std::stoi(another.AskText("show global status like 'Innodb_row_lock_waits'", 1)); };
+  const int before = waits();
+  const CopyProcesses program = ProgramThatRunsFirst("set session innodb_lock_wait_timeout = 1");
+  const auto run = program.Start(kTable);
+  WaitUntil("the program waits for the second time", [&] { return run->HasEnded() || waits() >= before + 2; });
+  another.Rollback();
+  const Process ended = run->Wait();
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_THAT(program.File("QMXRuns.jsonl"), AllOf(HasSubstr("\"retries\":"), Not(HasSubstr("\"retries\":0"))));
+  EXPECT_EQ(Value("select count(*) from tsmdm030"), "12");
 }
 
 TEST_P(ServerRefusal, OfEveryChangeIsReportedBeforeAnythingIsCopied) {
