@@ -14,7 +14,7 @@ TODAY = "2026-11-20"
 LONG_AGO = "2000-01-01 00:00:00"
 
 
-def _made(path, make):
+def made(path, make):
     """The file. Makes it if it is missing or older than the sandbox."""
     sandbox = PROGRAMS / "orvan-sandbox"
     if not path.exists() or path.stat().st_mtime < sandbox.stat().st_mtime:
@@ -59,7 +59,7 @@ def erp(orders):
         _report(f"making {orders:,} service orders")
         run(PROGRAMS / "orvan-sandbox", "make", path, "--seed", 1, "--today", TODAY, "--orders", orders, "--activities", 0)
 
-    return _made(FOLDER / f"erp-{orders}.db", make)
+    return made(FOLDER / f"erp-{orders}.db", make)
 
 
 def changed_erp(orders, changes):
@@ -69,7 +69,7 @@ def changed_erp(orders, changes):
         shutil.copyfile(erp(orders), path)
         change_orders(path, changes)
 
-    return _made(FOLDER / f"erp-{orders}-{changes}.db", make)
+    return made(FOLDER / f"erp-{orders}-{changes}.db", make)
 
 
 def change_orders(path, changes):
@@ -125,7 +125,7 @@ def local_before_changes(orders):
         file.commit()
         file.close()
 
-    return _made(FOLDER / f"local-{orders}.db", make)
+    return made(FOLDER / f"local-{orders}.db", make)
 
 
 def orders_as_csv(orders):
@@ -134,7 +134,7 @@ def orders_as_csv(orders):
         with open(path, "w") as file:
             file.write(run("sqlite3", "-csv", local_before_changes(orders), "select * from tssoc200"))
 
-    return _made(FOLDER / f"orders-{orders}.csv", make)
+    return made(FOLDER / f"orders-{orders}.csv", make)
 
 
 def local_with_calendars(calendars, years):
@@ -143,7 +143,7 @@ def local_with_calendars(calendars, years):
         shutil.copyfile(empty_local(), path)
         add_calendars(path, calendars, 52 * years)
 
-    return _made(FOLDER / f"calendars-{calendars}-{years}.db", make)
+    return made(FOLDER / f"calendars-{calendars}-{years}.db", make)
 
 
 def add_calendars(path, calendars, weeks):
@@ -166,4 +166,4 @@ def expanded(calendars, years):
         shutil.copyfile(local_with_calendars(calendars, years), path)
         run(BENCH_PROGRAMS / "expand_calendars", path)
 
-    return _made(FOLDER / f"expanded-{calendars}-{years}.db", make)
+    return made(FOLDER / f"expanded-{calendars}-{years}.db", make)

@@ -7,6 +7,7 @@ import statistics
 import sys
 from dataclasses import dataclass
 
+import cluster
 import page
 import servers
 import whole
@@ -81,14 +82,14 @@ def bars(race, taken):
 
 def options():
     parser = argparse.ArgumentParser(prog="bench.sh", description="Compares the program with the bare databases.")
-    parser.add_argument("cases", metavar="CASE", nargs="*", help=f"one of {', '.join(CASES)}; default: all")
+    parser.add_argument("cases", metavar="CASE", nargs="*", help=f"one of {', '.join(CASES)}; default: all. Or, by itself, cluster: one node beside three")
     parser.add_argument("--scale", type=float, default=1, help="factor on the usual sizes, such as 0.1")
     parser.add_argument("--rounds", type=int, default=5)
     parser.add_argument("--quick", action="store_true", help="same as --scale 0.02 --rounds 2")
     parser.add_argument("--smoke", action="store_true", help="one round of tiny sizes without servers, to test this script")
     parser.add_argument("--page", action="store_true", help="write docs/benchmarks.md even if the sizes are not the usual ones")
     given = parser.parse_args()
-    if unknown := set(given.cases) - set(CASES):
+    if given.cases != ["cluster"] and (unknown := set(given.cases) - set(CASES)):
         parser.error(f"no such case: {', '.join(sorted(unknown))}")
     if given.quick:
         given.scale, given.rounds = 0.02, 2
@@ -100,6 +101,9 @@ def options():
 
 def main():
     given = options()
+    if given.cases == ["cluster"]:
+        cluster.main(Sizes.scaled(given.scale), given.rounds)
+        return
     cases = given.cases or CASES
     if ON_SERVERS & set(cases) and not servers.are_running():
         os.environ["QMX_SERVERS_AS_DELIVERED"] = "yes"

@@ -8,7 +8,7 @@ testPackages=("${demoPackages[@]}" "${serverPackages[@]}" "${clusterPackages[@]}
               clang-tidy-14 default-jdk-headless dpkg-dev file groff-base junit4 libfaketime libsqliteodbc
               libxerial-sqlite-jdbc-java lintian logrotate prometheus python3 systemd valgrind)
 fuzzPackages=("${demoPackages[@]}" clang-14 libclang-rt-14-dev llvm-14 python3)
-benchPackages=("${demoPackages[@]}" "${serverPackages[@]}" default-jdk-headless gdal-bin libbenchmark-dev pgloader python3
+benchPackages=("${demoPackages[@]}" "${serverPackages[@]}" "${clusterPackages[@]}" default-jdk-headless gdal-bin libbenchmark-dev pgloader python3
                python3-matplotlib strace)
 
 # install_packages PACKAGE...: installs missing packages. Needs no network if none is missing.

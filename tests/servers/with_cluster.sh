@@ -6,7 +6,8 @@
 # temporary folder; the servers run as an unprivileged user and are always stopped by process id, also one that a test has
 # stopped by SIGSTOP. The exit status is the command's. If the nodes do not come up, their logs are printed.
 #
-# A node that does not answer for QMX_CLUSTER_SUSPECT seconds (5, as delivered) is taken for lost.
+# A node that does not answer for QMX_CLUSTER_SUSPECT seconds (5, as delivered) is taken for lost. With QMX_CLUSTER_NODES=1 the
+# cluster has one node only. With QMX_SERVERS_AS_DELIVERED the nodes keep their own settings for safety and memory.
 set -euo pipefail
 
 [ $# -gt 0 ] || { echo "usage: with_cluster.sh COMMAND..." >&2; exit 2; }
@@ -16,14 +17,18 @@ source "$(dirname "$0")/private_servers.sh"
 provider=$(find /usr/lib -name libgalera_smm.so 2>/dev/null | head -n 1)
 [ -n "$provider" ] || { echo "no Galera in /usr/lib: install galera-4" >&2; exit 1; }
 
-nodes=(1 2 3)
+mapfile -t nodes < <(seq "${QMX_CLUSTER_NODES:-3}")
 suspect=${QMX_CLUSTER_SUSPECT:-5}
+quick=()
+[ -n "${QMX_SERVERS_AS_DELIVERED:-}" ] || quick=(
+  --innodb-flush-log-at-trx-commit=0 --innodb-flush-method=nosync --innodb-buffer-pool-size=64M --innodb-log-file-size=32M)
 declare -A port group transfer
 choose_ports() {
   local node
   for node in "${nodes[@]}"; do
     port[$node]=$(free_port) group[$node]=$(free_port) transfer[$node]=$(free_port)
   done
+  members=$(for node in "${nodes[@]}"; do echo "127.0.0.1:${group[$node]}"; done | paste -sd,)
 }
 
 make_data() {
@@ -35,7 +40,7 @@ SQL
   chmod 644 "$folder/users.sql"
   (become mariadb-install-db --no-defaults --datadir="$folder/node1" --skip-test-db --auth-root-authentication-method=normal) \
     >"$folder/node1.log" 2>&1 || return 1
-  for node in 2 3; do cp --archive "$folder/node1" "$folder/node$node"; done
+  for node in "${nodes[@]:1}"; do cp --archive "$folder/node1" "$folder/node$node"; done
   for node in "${nodes[@]}"; do (become mkdir "$folder/tmp$node"); done
 }
 
@@ -44,11 +49,10 @@ start_node() {
   shift
   become mariadbd --no-defaults --datadir="$folder/node$node" --tmpdir="$folder/tmp$node" --socket="$folder/node$node.sock" \
     --pid-file="$folder/node$node.pid" --port="${port[$node]}" --bind-address=127.0.0.1 --skip-name-resolve \
-    --character-set-server=utf8mb4 --innodb-flush-log-at-trx-commit=0 --innodb-flush-method=nosync \
-    --innodb-buffer-pool-size=64M --innodb-log-file-size=32M --performance-schema=off \
+    --character-set-server=utf8mb4 "${quick[@]}" --performance-schema=off \
     --binlog-format=ROW --default-storage-engine=InnoDB --innodb-autoinc-lock-mode=2 \
     --wsrep-on=ON --wsrep-provider="$provider" --wsrep-node-address="127.0.0.1:${group[$node]}" \
-    --wsrep-cluster-address="gcomm://127.0.0.1:${group[1]},127.0.0.1:${group[2]},127.0.0.1:${group[3]}" \
+    --wsrep-cluster-address="gcomm://$members" \
     --wsrep-provider-options="base_port=${group[$node]};ist.recv_addr=127.0.0.1:${transfer[$node]};gcache.size=32M;base_dir=$folder/node$node;evs.suspect_timeout=PT${suspect}S;evs.inactive_timeout=PT$((3 * suspect))S" \
     --wsrep-sst-method=rsync --wsrep-sst-receive-address="127.0.0.1:$(free_port)" \
     "$@" >>"$folder/node$node.log" 2>&1 &
@@ -62,7 +66,9 @@ start_node() {
 
 start_cluster() {
   choose_ports
-  make_data && start_node 1 --wsrep-new-cluster --init-file="$folder/users.sql" && start_node 2 && start_node 3
+  local node
+  make_data && start_node 1 --wsrep-new-cluster --init-file="$folder/users.sql" || return 1
+  for node in "${nodes[@]:1}"; do start_node "$node" || return 1; done
 }
 
 kill_nodes() {
