@@ -10,4 +10,5 @@ source scripts/packages.sh
 install_packages "${testPackages[@]}"
 build_preset release qmxdatacopy orvan_sandbox qmx_sandbox_server
 build_preset debug faults
+# The servers are these runs' own.
 tests/servers/with_servers.sh build/debug/bin/faults "$@"

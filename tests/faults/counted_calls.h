@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "tests/support/shared_count.h"
 #include "tests/support/temp_folder.h"
 
 namespace qmx::test::faults {
@@ -13,20 +14,15 @@ class CountedCalls {
  public:
   explicit CountedCalls(std::string file) : file_(std::move(file)) { Reset(); }
 
-  void Reset() { WriteFile(file_, std::string(sizeof(Numbers), '\0')); }
+  void Reset() { WriteFile(file_, std::string(sizeof(SharedCount), '\0')); }
 
   const std::string& File() const { return file_; }
   long Made() const { return Read().made; }
   long Struck() const { return Read().struck; }
 
  private:
-  struct Numbers {
-    long made;
-    long struck;
-  };
-
-  Numbers Read() const {
-    Numbers numbers{};
+  SharedCount Read() const {
+    SharedCount numbers{};
     const std::string bytes = ReadFile(file_);
     if (bytes.size() == sizeof numbers) std::memcpy(&numbers, bytes.data(), sizeof numbers);
     return numbers;

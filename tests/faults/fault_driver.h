@@ -8,6 +8,7 @@
 
 #include "tests/faults/counted_calls.h"
 #include "tests/faults/fault_kinds.h"
+#include "tests/faults/faulty_line.h"
 #include "tests/faults/judge.h"
 #include "tests/faults/target_table.h"
 #include "tests/whole/copy_process.h"
@@ -23,11 +24,12 @@ struct Outcomes {
 
 class FaultDriver {
  public:
-  // Over SQLite.
-  FaultDriver();
+  explicit FaultDriver(const std::string& system);  // SQLite, PostgreSQL or MariaDB
+
+  bool Has(const FaultKind& kind) const;  // on this system
 
   // Tries so many faults of a kind, spread evenly over the calls that a copy makes, or each of them where these are
-  // fewer.
+  // fewer. Of a slow kind it tries a tenth.
   Outcomes Try(const FaultKind& kind, const CopyKind& copy, int runs);
 
  private:
@@ -39,17 +41,18 @@ class FaultDriver {
   };
 
   std::vector<std::string> Judged(const Fault& fault, Outcomes& outcomes);
-  void Prepare(const Fault& fault);
-  void WithoutFaults(const CopyKind& copy);
-  Left Run();
-  void LookAtFiles(Left& left) const;
+  Left RunWith(const Fault& fault);
+  Left RunWithout(const CopyKind& copy);
+  Left EndOf(const CopyProcesses& program) const;
+  void LookAtFiles(const CopyProcesses& program, Left& left) const;
   std::string Shown(const Fault& fault, const Left& left, const std::string& finding) const;
 
+  std::string system_;
   TableStates states_;
   TempFolder place_{TempFolder::Place::InMemory};  // of the local database, and of what the faulty libraries count
   std::unique_ptr<TargetTable> table_;
-  CopyProcesses program_;
-  CountedCalls calls_;
+  CountedCalls calls_{place_ / "count"};
+  long made_ = 0;  // by the last run with a fault
   std::mt19937 dice_{20261122};
 };
 

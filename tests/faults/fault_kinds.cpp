@@ -1,6 +1,39 @@
 #include "tests/faults/fault_kinds.h"
 
+#include <utility>
+
 namespace qmx::test::faults {
+namespace {
+
+constexpr const char* kChangingCalls = "write+sync+size+name+open+map";  // calls that change what others see
+constexpr const char* kRefused = "before 40001 1213";
+constexpr const char* kLost = "after 08S01 2013";
+
+FaultKind OnAServer(std::string name, std::string calls, int count, std::string action, Ending ending) {
+  return {std::move(name), Maker::Calls, std::move(calls), count, std::move(action), "socket:", ending, kServers};
+}
+
+FaultKind OfTheDriver(std::string name, std::string function, int count, std::string action) {
+  FaultKind kind{std::move(name), Maker::Odbc, std::move(function), count, std::move(action)};
+  kind.systems = kServers;
+  return kind;
+}
+
+FaultKind OfTheLine(std::string name, std::string text, std::string what, unsigned systems = kServers) {
+  FaultKind kind{std::move(name), Maker::Line, std::move(text), 1, std::move(what)};
+  kind.systems = systems;
+  kind.isSlow = kind.action == "silent" || kind.action == "unanswered" || kind.action == "stopped";
+  return kind;
+}
+
+// The JSON library of the trace allocates where it frees, and aborts if it cannot.
+FaultKind WithoutMemory(std::string name, int count) {
+  FaultKind kind{std::move(name), Maker::Calls, "memory", count, "ENOMEM"};
+  kind.isTraced = false;
+  return kind;
+}
+
+}  // namespace
 
 const std::vector<FaultKind>& FaultKinds() {
   static const std::vector<FaultKind> kinds = {
@@ -20,16 +53,41 @@ const std::vector<FaultKind>& FaultKinds() {
       {"full-journal", Maker::Calls, "write+size", 0, "full", "local.db-"},
       {"full-logs", Maker::Calls, "write+size", 0, "full", "/log/"},
       {"malloc-once", Maker::Calls, "memory", 1, "ENOMEM"},
-      {"malloc-burst", Maker::Calls, "memory", 20, "ENOMEM"},
-      {"malloc-on", Maker::Calls, "memory", 0, "ENOMEM"},
-      {"kill-write", Maker::Calls, "write+sync+size+name+open+map", 1, "kill", "-", Ending::Killed},
+      WithoutMemory("malloc-burst", 20),
+      WithoutMemory("malloc-on", 0),
+      {"kill-write", Maker::Calls, kChangingCalls, 1, "kill", "-", Ending::Killed},
       {"kill-torn", Maker::Calls, "write", 1, "torn", "-", Ending::Killed},
       {"kill-malloc", Maker::Calls, "memory", 1, "kill", "-", Ending::Killed},
-      {"term-write", Maker::Calls, "write+sync+size+name+open+map", 1, "term", "-", Ending::Interrupted},
+      {"term-write", Maker::Calls, kChangingCalls, 1, "term", "-", Ending::Interrupted},
       {"term-malloc", Maker::Calls, "memory", 1, "term", "-", Ending::Interrupted},
-      {"component", Maker::Component, "", 1, ""},
-      {"component-burst", Maker::Component, "", 3, ""},
-      {"component-on", Maker::Component, "", 0, ""},
+      {"component", Maker::Component, "", 1, "", "-", Ending::ByItself, kAll},
+      {"component-burst", Maker::Component, "", 3, "", "-", Ending::ByItself, kAll},
+      {"component-on", Maker::Component, "", 0, "", "-", Ending::ByItself, kAll},
+      OnAServer("send-EPIPE", "send", 1, "EPIPE", Ending::ByItself),
+      OnAServer("receive-ECONNRESET", "receive", 1, "ECONNRESET", Ending::ByItself),
+      OnAServer("receive-EINTR", "receive", 1, "EINTR", Ending::ByItself),
+      OnAServer("send-short", "send", 1, "short", Ending::ByItself),
+      OnAServer("kill-send", "send+receive", 1, "kill", Ending::Killed),
+      OnAServer("kill-torn-send", "send", 1, "torn", Ending::Killed),
+      OnAServer("term-send", "send+receive", 1, "term", Ending::Interrupted),
+      OfTheDriver("odbc-any", "any", 1, "before HY000 2000"),
+      OfTheDriver("odbc-any-lost", "any", 1, kLost),
+      OfTheDriver("odbc-statement-refused", "SQLExecute", 1, kRefused),
+      OfTheDriver("odbc-statement-lost", "SQLExecute", 1, kLost),
+      OfTheDriver("odbc-read-only", "SQLExecute", 0, "before 25006 1290"),
+      OfTheDriver("odbc-full", "SQLExecute", 0, "before 53100 1021"),
+      OfTheDriver("odbc-mode", "SQLSetConnectAttr", 1, "before HY000 2000"),
+      OfTheDriver("commit-refused", "SQLEndTran", 1, kRefused),
+      OfTheDriver("commit-refused-on", "SQLEndTran", 0, kRefused),
+      OfTheDriver("commit-lost", "SQLEndTran", 1, kLost),
+      OfTheDriver("commit-never-sent", "SQLEndTran", 1, "before 08S01 2013"),
+      OfTheLine("cut", "", "cut"),
+      OfTheLine("half-closed", "", "half-closed"),
+      OfTheLine("session-ended", "", "ended"),
+      OfTheLine("server-killed", "", "killed", kPostgresql),
+      OfTheLine("server-stopped", "", "stopped"),
+      OfTheLine("silent", "", "silent"),
+      OfTheLine("commit-unanswered", "COMMIT", "unanswered"),
   };
   return kinds;
 }

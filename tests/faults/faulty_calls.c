@@ -8,15 +8,13 @@
 //           file would grow; other calls do not count), "kill" or "term" (the signal comes before the call), "torn"
 //           (half of it is done, then the process is killed)
 //   FILES   counts only calls on files whose path has this text in it, at its end if it ends in "$"; "-" for all files
-// Calls are counted in the file that QMX_FAULTY_CALLS_COUNT names, as two longs: those that were made, those that were
-// struck. They survive a kill. Before the program's own start nothing is struck.
+// Calls are counted as shared_count.h does. Before the program's own start nothing is struck.
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <stdarg.h>
-#include <stdatomic.h>
 #include <stdbool.h>
 #include <stdio.h>
 #include <stdio_ext.h>
@@ -26,6 +24,8 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "tests/support/shared_count.h"
 
 enum Kind { WRITE, SYNC, SIZE, NAME, OPEN, READ, MAP, MEMORY, SEND, RECEIVE, KINDS };
 static const char* const kKinds[KINDS] = {"write", "sync", "size",   "name", "open",
@@ -47,11 +47,7 @@ static struct {
   char files[512];
 } plan;
 
-struct Count {
-  atomic_long calls, struck;
-};
-static struct Count own;
-static struct Count* count = &own;
+static struct SharedCount* count;
 
 static void SetAction(const char* name) {
   static const char* const names[] = {"short", "full", "kill", "term", "torn"};
@@ -66,16 +62,10 @@ static void SetAction(const char* name) {
 
 __attribute__((constructor)) static void ReadPlan(void) {
   const char* const text = getenv("QMX_FAULTY_CALLS");
-  const char* const file = getenv("QMX_FAULTY_CALLS_COUNT");
   char calls[128], action[32];
   if (!text || sscanf(text, "%127s %ld %ld %31s %511s", calls, &plan.first, &plan.count, action, plan.files) != 5)
     return;
-  const int descriptor = file ? open(file, O_RDWR | O_CLOEXEC) : -1;
-  if (descriptor >= 0) {
-    void* const shared = mmap(NULL, sizeof *count, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
-    if (shared != MAP_FAILED) count = shared;
-    close(descriptor);
-  }
+  count = ShareCount();
   SetAction(action);
   for (char* rest = calls; rest;) {
     const char* const one = strsep(&rest, "+");
@@ -107,9 +97,7 @@ static bool IsMeantFile(int descriptor) {
 
 // Counts a call. Returns whether the action is to be done in its place.
 static bool IsStruck(void) {
-  const long call = atomic_fetch_add(&count->calls, 1) + 1;
-  if (plan.first == 0 || call < plan.first || (plan.count > 0 && call >= plan.first + plan.count)) return false;
-  atomic_fetch_add(&count->struck, 1);
+  if (!IsStruckCall(count, plan.first, plan.count)) return false;
   if (plan.action == KILL) kill(getpid(), SIGKILL);
   if (plan.action == TERM) kill(getpid(), SIGTERM);
   return plan.action != TERM;
@@ -232,15 +220,22 @@ STRUCK_AT(NAME, rename, (const char* path, const char* other), (path, other))
 STRUCK_OPEN(open)
 STRUCK_OPEN(open64)
 
-#define STRUCK_PIECE(kind, name, parameters, arguments) \
-  ssize_t name parameters {                             \
-    static __typeof__(&name) real;                      \
-    if (!real) real = REAL(name);                       \
-    if (StruckOn(kind, descriptor)) {                   \
-      if (!IsHalfDone(size)) return Failed();           \
-      size /= 2;                                        \
-    }                                                   \
-    return real arguments;                              \
+// A connection that fails is lost: no library may wait for an answer over it.
+static int Lost(int descriptor) {
+  if (plan.error == EPIPE || plan.error == ECONNRESET) shutdown(descriptor, SHUT_RDWR);
+  return Failed();
+}
+
+#define STRUCK_PIECE(kind, name, parameters, arguments)     \
+  ssize_t name parameters {                                 \
+    static __typeof__(&name) real;                          \
+    if (!real) real = REAL(name);                           \
+    if (!StruckOn(kind, descriptor)) return real arguments; \
+    if (!IsHalfDone(size)) return Lost(descriptor);         \
+    size /= 2;                                              \
+    const ssize_t half = real arguments;                    \
+    EndOfHalf();                                            \
+    return half;                                            \
   }
 STRUCK_PIECE(READ, read, (int descriptor, void* bytes, size_t size), (descriptor, bytes, size))
 STRUCK_PIECE(READ, pread, (int descriptor, void* bytes, size_t size, off_t place), (descriptor, bytes, size, place))

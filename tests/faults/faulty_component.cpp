@@ -3,12 +3,9 @@
 //
 // QMX_FAULTY_COMPONENT says which, as "FIRST COUNT LIBRARY": the first call that fails, counted from 1 (0 for none),
 // how many in a row (0 for all that follow), and the other server's library. Creations of objects are calls, too.
-// Calls are counted in the file that QMX_FAULTY_CALLS_COUNT names, as faulty_calls.c does.
+// Calls are counted as shared_count.h does.
 #include <dlfcn.h>
-#include <fcntl.h>
 #include <qmx/component_server.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -18,15 +15,11 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/shared_count.h"
+
 namespace {
 
-struct Count {
-  long calls;
-  long struck;
-};
-
-Count own;
-Count* count = &own;
+SharedCount* count = nullptr;
 long first = 0;
 long length = 0;
 const qmx_component_server* real = nullptr;
@@ -43,12 +36,7 @@ qmx_status Fail(qmx_error* error, const char* text) {
   return QMX_FAILED;
 }
 
-bool IsStruck() {
-  const long call = ++count->calls;
-  if (first == 0 || call < first || (length > 0 && call >= first + length)) return false;
-  ++count->struck;
-  return true;
-}
+bool IsStruck() { return IsStruckCall(count, first, length); }
 
 // In place of an object of the real server.
 struct Passing : qmx_object {
@@ -123,15 +111,6 @@ qmx_status Create(const char* progId, size_t size, qmx_object** object, qmx_erro
   return status;
 }
 
-void ShareCount() {
-  const char* const file = std::getenv("QMX_FAULTY_CALLS_COUNT");
-  const int descriptor = file ? open(file, O_RDWR | O_CLOEXEC) : -1;
-  if (descriptor < 0) return;
-  void* const shared = mmap(nullptr, sizeof own, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
-  if (shared != MAP_FAILED) count = static_cast<Count*>(shared);
-  close(descriptor);
-}
-
 const qmx_component_server kServer = {
     sizeof(qmx_component_server), QMX_ABI_VERSION, Create, "faulty 1", nullptr, nullptr, nullptr};
 
@@ -142,7 +121,7 @@ const qmx_component_server* QMX_COMPONENT_SERVER_ENTRY(const qmx_component_host*
   std::istringstream words(plan ? plan : "");
   std::string library;
   words >> first >> length >> library;
-  ShareCount();
+  count = ShareCount();
   void* const opened = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
   void* const entry = opened ? dlsym(opened, QMX_COMPONENT_SERVER_ENTRY_NAME) : nullptr;
   if (entry) real = reinterpret_cast<qmx_component_server_entry_function>(entry)(host, error);

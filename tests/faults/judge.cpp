@@ -124,9 +124,13 @@ class Case {
     std::istringstream lines(err);
     for (std::string line; std::getline(lines, line);) {
       const auto begins = [&](const char* text) { return line.starts_with(text); };
-      const char* const known[] = {"error 75, Run record: ",  "error 61, Run record: ",
-                                   "error 57, Run record: ",  "The trace",
-                                   "The run is not recorded", "The end of the run is not recorded"};
+      const char* const known[] = {"SIGTERM: ",
+                                   "error 75, Run record: ",
+                                   "error 61, Run record: ",
+                                   "error 57, Run record: ",
+                                   "The trace",
+                                   "The run is not recorded",
+                                   "The end of the run is not recorded"};
       if (std::ranges::none_of(known, begins)) return false;
     }
     return true;

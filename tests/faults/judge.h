@@ -11,7 +11,8 @@ namespace qmx::test::faults {
 
 // What was there after a run.
 struct Left {
-  bool hasEnded = true;  // by itself, within the limit
+  bool isStruck = false;  // by the fault, which may have come too late
+  bool hasEnded = true;   // by itself, within the limit
   int status = 0;
   std::string err;
   Rows rows;

@@ -127,7 +127,8 @@ TEST_F(Judge, FindsASilentFailureAndAnErrorBesideASuccess) {
   complete.err = "error 57, Copy: it failed\n";
   EXPECT_THAT(Found(complete), ElementsAre("status 0, and an error on standard error"));
   complete.err =
-      "error 75, Run record: The run is not recorded.\nThe trace file \"t\" cannot be written any further.\n";
+      "error 75, Run record: The run is not recorded.\nThe trace file \"t\" cannot be written any further.\n"
+      "SIGTERM: the copy ends at its next call to the ERP.\n";
   EXPECT_THAT(Found(complete), IsEmpty());
 }
 

@@ -1,6 +1,8 @@
 // Forwards bytes between clients on one loopback port and a server on another, until the line is cut. Then both
 // connections are reset, and no client can connect.
 //
+// It can ask, before it passes on a piece that a client sent, what becomes of the line.
+//
 // It can swallow bytes instead: connections stay open and new ones are accepted, but nothing arrives. It can delay each
 // piece, and close half of each connection: the client reads its end, and may go on sending.
 #pragma once
@@ -15,6 +17,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -27,6 +30,11 @@ namespace qmx::test {
 class TcpProxy {
  public:
   enum class Swallowed { Nothing, Answers, Everything };
+
+  enum class Fate { Stays, Cut, HalfClosed };
+  using Question = std::function<Fate(std::string_view)>;  // is called on the proxy's thread
+
+  TcpProxy(std::uint16_t serverPort, Question ask) : TcpProxy(serverPort) { ask_ = std::move(ask); }
 
   // Swallows from the first piece on that a client sends with this text in it; "" is in none.
   explicit TcpProxy(std::uint16_t serverPort, std::string trigger = "", Swallowed swallowed = Swallowed::Everything)
@@ -121,6 +129,12 @@ class TcpProxy {
     const std::string_view piece(bytes.data(), static_cast<std::size_t>(length < 0 ? 0 : length));
     const bool isTrigger = isQuestion && !trigger_.empty() && piece.find(trigger_) != std::string_view::npos;
     if (isTrigger) swallowed_ = atTheTrigger_;
+    const Fate fate = isQuestion && ask_ ? ask_(piece) : Fate::Stays;
+    if (fate == Fate::HalfClosed) shutdown(from, SHUT_WR);
+    if (fate == Fate::Cut) {
+      isCut_ = true;
+      return false;
+    }
     const Swallowed swallowed = swallowed_;
     if (swallowed == Swallowed::Everything || (swallowed == Swallowed::Answers && !isQuestion)) return length > 0;
     std::this_thread::sleep_for(delay_.load());
@@ -143,6 +157,7 @@ class TcpProxy {
   sockaddr_in server_;
   std::string trigger_;
   Swallowed atTheTrigger_;
+  Question ask_;  // set before there are clients
   std::atomic<Swallowed> swallowed_ = Swallowed::Nothing;
   std::atomic<std::chrono::milliseconds> delay_ = std::chrono::milliseconds(0);
   std::atomic<bool> halfCloses_ = false;

@@ -10,6 +10,7 @@
 #include <memory>
 #include <sstream>
 
+#include "tests/support/server_sessions.h"
 #include "tests/support/tcp_proxy.h"
 #include "tests/whole/server_copy.h"
 #include "tests/whole/watched_run.h"
@@ -53,27 +54,12 @@ class LostServer : public CopyIntoAServer {
     return run->Wait();
   }
 
-  std::vector<std::string> OthersConnections() {
-    return Column(
-        IsPostgresql()
-            ? "select pid from pg_stat_activity where datname = current_database() and pid <> pg_backend_pid()"
-            : "select id from information_schema.processlist where db = database() and id <> connection_id()");
-  }
   bool IsLocked(const std::string& order) {
     return Column("select orno from tssoc200 where orno = '" + order + "' for update skip locked").empty();
   }
-  void AwaitTheEndOfTheOthersConnections() {
-    WaitUntil("the others' connections have ended", [&] { return OthersConnections().empty(); });
-  }
   void EndTheOthersConnections() {
-    for (const std::string& id : OthersConnections()) {
-      if (IsPostgresql()) {
-        Column("select pg_terminate_backend(" + id + ")");
-      } else {
-        Sql("kill " + id);
-      }
-    }
-    AwaitTheEndOfTheOthersConnections();
+    others_.AskToEnd();
+    others_.AwaitTheirEnd();
   }
 
   std::uint16_t Port() { return static_cast<std::uint16_t>(std::stoi(OdbcKeyword(ConnectionText(), "PORT"))); }
@@ -86,7 +72,7 @@ class LostServer : public CopyIntoAServer {
     const auto run = HalfACopy(program, syncMethod);
     run->Signal(SIGKILL);
     EXPECT_EQ(run->Wait().status, 128 + SIGKILL);
-    AwaitTheEndOfTheOthersConnections();
+    others_.AwaitTheirEnd();
   }
 
   void ExpectTheLossToBeTold(const CopyProcesses& program, const Process& ended) {
@@ -161,6 +147,8 @@ class LostServer : public CopyIntoAServer {
     EXPECT_EQ(InUse(), "0");
     EXPECT_NE(Lutm(), kLutm);
   }
+
+  ServerSessions others_{database_.Quiet(), IsPostgresql()};
 };
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(LostServer);
 INSTANTIATE_TEST_SUITE_P(Over, LostServer, testing::ValuesIn(ServersUnderTest()), ServerName);

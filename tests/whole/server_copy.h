@@ -15,6 +15,7 @@
 #include "schema/local_tables.h"
 #include "tests/support/environment.h"
 #include "tests/support/lent_database.h"
+#include "tests/support/row_texts.h"
 #include "tests/whole/copy_process.h"
 
 namespace qmx::test {
@@ -36,34 +37,14 @@ class CopyIntoAServer : public testing::TestWithParam<DriverUnderTest> {
   }
 
   void Sql(const std::string& statement) { database_.Quiet().Execute(statement); }
-  std::vector<std::string> Column(const std::string& query) {
-    Recordset rows(nullptr);
-    rows.Open(query, database_.Quiet(), kCursorKeyset, kLockOptimistic, kCommandText);
-    std::vector<std::string> values;
-    for (; !rows.Eof(); rows.MoveNext()) {
-      const Variant value = rows.Fields(0).Value();
-      values.push_back(value.IsNull() ? "null" : value.ToText());
-    }
-    return values;
-  }
+  std::vector<std::string> Column(const std::string& query) { return test::RowTexts(database_.Quiet(), query, 1); }
   // The table's rows by their keys, the values joined by "|".
   std::vector<std::string> RowTexts(const std::string& table, const std::string& condition = "1=1") {
     const LocalTable& description = LocalTableNamed(table);
     std::string key;
     for (const std::string& column : description.key) key += (key.empty() ? "" : ", ") + column;
-    Recordset rows(nullptr);
-    rows.Open("select * from " + table + " where " + condition + " order by " + key, database_.Quiet(), kCursorKeyset,
-              kLockOptimistic, kCommandText);
-    std::vector<std::string> texts;
-    for (; !rows.Eof(); rows.MoveNext()) {
-      std::string text;
-      for (std::size_t column = 0; column < description.columns.size(); ++column) {
-        const Variant value = rows.Fields(column).Value();
-        text += (column > 0 ? "|" : "") + (value.IsNull() ? "null" : value.ToText());
-      }
-      texts.push_back(text);
-    }
-    return texts;
+    return test::RowTexts(database_.Quiet(), "select * from " + table + " where " + condition + " order by " + key,
+                          description.columns.size());
   }
   std::string Value(const std::string& query) {
     const std::vector<std::string> values = Column(query);

@@ -2,12 +2,14 @@
 //
 // It is linked with the real driver and replaces the few functions that can fail. The variable QMX_ODBC_FAULT says
 // which call fails, as "FUNCTION FIRST COUNT WHEN STATE NATIVE":
-//   FUNCTION  SQLEndTran, SQLSetConnectAttr (only if it sets the commit mode) or SQLExecute (SQLExecDirect too)
-//   FIRST     the first call that fails, counted from 1 since the variable was changed
+//   FUNCTION  SQLEndTran, SQLSetConnectAttr (only if it sets the commit mode), SQLPrepare, SQLBindParameter, SQLExecute
+//             (SQLExecDirect too), SQLFetch, SQLGetData, SQLColumns, or "any" of these
+//   FIRST     the first call that fails, counted from 1 since the variable was changed; 0 for none
 //   COUNT     how many calls in a row fail; 0 for all that follow
 //   WHEN      "before" it is done, or "after": it is done, and the answer is lost
 //   STATE, NATIVE   the SQLSTATE and the native code of the error
-// The file that QMX_ODBC_FAULT_TOLD names is created at the first failure.
+// The file that QMX_ODBC_FAULT_TOLD names is created at the first failure. Calls are also counted as shared_count.h
+// does.
 #include <dlfcn.h>
 #include <sql.h>
 #include <sqlext.h>
@@ -19,6 +21,8 @@
 #include <mutex>
 #include <sstream>
 #include <string>
+
+#include "tests/support/shared_count.h"
 
 namespace {
 
@@ -34,7 +38,7 @@ struct Fault {
 std::mutex mutex;  // of all that follows
 std::string planText;
 Fault plan;
-long calls = 0;
+SharedCount calls{};
 SQLHANDLE failed = nullptr;  // the handle whose diagnostic record is ours
 
 void ReadPlan() {
@@ -42,7 +46,7 @@ void ReadPlan() {
   if (planText == (text ? text : "")) return;
   planText = text ? text : "";
   plan = {};
-  calls = 0;
+  calls = {};
   std::istringstream words(planText);
   words >> plan.function >> plan.first >> plan.count >> plan.when >> plan.state >> plan.native;
 }
@@ -56,9 +60,10 @@ bool IsToFail(const char* function) {
   ForgetRecord();
   const std::lock_guard lock(mutex);
   ReadPlan();
-  if (plan.function != function) return false;
-  ++calls;
-  return calls >= plan.first && (plan.count == 0 || calls < plan.first + plan.count);
+  if (plan.function != function && plan.function != "any") return false;
+  static SharedCount* const shared = ShareCount();
+  IsStruckCall(shared, plan.first, plan.count);
+  return IsStruckCall(&calls, plan.first, plan.count);
 }
 
 SQLRETURN Fail(SQLHANDLE handle) {
@@ -134,8 +139,7 @@ SQLRETURN SQL_API SQLSetConnectAttr(SQLHDBC handle, SQLINTEGER attribute, SQLPOI
 
 SQLRETURN SQL_API SQLPrepareW(SQLHSTMT handle, SQLWCHAR* text, SQLINTEGER length) {
   static auto* const real = Real(&SQLPrepareW, "SQLPrepareW");
-  ForgetRecord();
-  return real(handle, text, length);
+  return Passed("SQLPrepare", handle, [&] { return real(handle, text, length); });
 }
 
 SQLRETURN SQL_API SQLExecute(SQLHSTMT handle) {
@@ -146,6 +150,34 @@ SQLRETURN SQL_API SQLExecute(SQLHSTMT handle) {
 SQLRETURN SQL_API SQLExecDirectW(SQLHSTMT handle, SQLWCHAR* text, SQLINTEGER length) {
   static auto* const real = Real(&SQLExecDirectW, "SQLExecDirectW");
   return Passed("SQLExecute", handle, [&] { return real(handle, text, length); });
+}
+
+SQLRETURN SQL_API SQLBindParameter(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT direction, SQLSMALLINT valueType,
+                                   SQLSMALLINT type, SQLULEN size, SQLSMALLINT digits, SQLPOINTER value, SQLLEN room,
+                                   SQLLEN* length) {
+  static auto* const real = Real(&SQLBindParameter, "SQLBindParameter");
+  return Passed("SQLBindParameter", handle,
+                [&] { return real(handle, number, direction, valueType, type, size, digits, value, room, length); });
+}
+
+SQLRETURN SQL_API SQLFetch(SQLHSTMT handle) {
+  static auto* const real = Real(&SQLFetch, "SQLFetch");
+  return Passed("SQLFetch", handle, [&] { return real(handle); });
+}
+
+SQLRETURN SQL_API SQLGetData(SQLHSTMT handle, SQLUSMALLINT column, SQLSMALLINT type, SQLPOINTER value, SQLLEN room,
+                             SQLLEN* length) {
+  static auto* const real = Real(&SQLGetData, "SQLGetData");
+  return Passed("SQLGetData", handle, [&] { return real(handle, column, type, value, room, length); });
+}
+
+SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR* catalog, SQLSMALLINT catalogSize, SQLWCHAR* schema,
+                              SQLSMALLINT schemaSize, SQLWCHAR* table, SQLSMALLINT tableSize, SQLWCHAR* column,
+                              SQLSMALLINT columnSize) {
+  static auto* const real = Real(&SQLColumnsW, "SQLColumnsW");
+  return Passed("SQLColumns", handle, [&] {
+    return real(handle, catalog, catalogSize, schema, schemaSize, table, tableSize, column, columnSize);
+  });
 }
 
 SQLRETURN SQL_API SQLGetDiagRecW(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT record, SQLWCHAR* state,

@@ -8,7 +8,7 @@
 namespace qmx::test {
 
 struct OdbcFault {
-  std::string function;  // SQLEndTran, SQLSetConnectAttr or SQLExecute
+  std::string function;  // as driver.cpp names it
   int first = 1;         // the call that fails
   int count = 1;         // calls that fail; 0 for all that follow
   bool isDone = false;   // and its answer is lost
