@@ -114,7 +114,7 @@ class Case {
       case Ending::Killed:
         return left_.status == kSignal + SIGKILL;
       case Ending::Interrupted:
-        return left_.status == kSignal + SIGTERM && IsUntouched() && left_.inUse == "0";
+        return left_.status == kSignal + SIGTERM && (IsUntouched() || IsComplete()) && left_.inUse == "0";
     }
     return false;
   }

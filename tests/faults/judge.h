@@ -27,7 +27,7 @@ struct Left {
 enum class Ending {
   ByItself,
   Killed,       // by SIGKILL
-  Interrupted,  // by SIGTERM, before the program listens to it
+  Interrupted,  // by SIGTERM, before the program listens to it or after its copy
 };
 
 // What the run was.

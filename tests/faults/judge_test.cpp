@@ -107,6 +107,8 @@ TEST_F(Judge, FindsAReleasedTableWithinWhoseCopyTheRunWasKilled) {
 TEST_F(Judge, FindsAnInterruptionThatIsNotHeardOfWithinTheWork) {
   run_.ending = Ending::Interrupted;
   EXPECT_THAT(Found(LeftBy(kInterrupted, kOldRows, "0", kOld)), IsEmpty());
+  EXPECT_THAT(Found(LeftBy(kInterrupted, kNewRows, "0", kNew)), IsEmpty());
+  EXPECT_THAT(Found(LeftBy(kInterrupted, kNewRows, "1", kNew)), ElementsAre("it crashed by signal 15"));
   EXPECT_THAT(Found(LeftBy(kInterrupted, {"B|New"}, "1", kOld)), ElementsAre("it crashed by signal 15"));
   EXPECT_THAT(Found(LeftBy(kKilled, kOldRows, "0", kOld)), ElementsAre("it crashed by signal 9"));
 }
