@@ -9,7 +9,7 @@
 
 #include "platform/connection_text.h"
 #include "platform/error.h"
-#include "platform/run_records/json_line.h"
+#include "platform/json_line.h"
 #include "platform/run_records/process_identity.h"
 #include "platform/run_records/record_fields.h"
 #include "platform/run_records/record_time.h"

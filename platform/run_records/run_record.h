@@ -18,7 +18,7 @@
 #include "platform/failure_report.h"
 #include "platform/modDeclarations.h"
 #include "platform/plain_file.h"
-#include "platform/run_records/json_line.h"
+#include "platform/json_line.h"
 
 namespace qmx {
 

@@ -3,15 +3,12 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <nlohmann/json.hpp>
 
 #include "platform/error.h"
 #include "platform/trace/traced_object.h"
 #include "platform/variant.h"
 
 namespace qmx {
-
-using Json = nlohmann::ordered_json;
 
 Trace::Trace(const std::string& path) : path_(path), file_(OpenPlainFile(path, FileUse::Append)) {
   if (file_.stream) return;
@@ -25,11 +22,11 @@ std::unique_ptr<Trace> Trace::FromEnvironment() {
   return path && *path ? std::make_unique<Trace>(path) : nullptr;
 }
 
-void Trace::Write(const Json& line) noexcept {
+void Trace::Write(const JsonLine& line) noexcept {
   std::FILE* const file = file_.stream.get();
   if (!file) return;
   try {
-    const std::string text = line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    const std::string text = line.Text() + "\n";
     if (std::fwrite(text.data(), 1, text.size(), file) == text.size() && std::fflush(file) == 0) return;
     std::fprintf(stderr, "The trace file \"%s\" cannot be written any further: %s.\n", path_.c_str(),
                  std::strerror(errno));
@@ -39,37 +36,38 @@ void Trace::Write(const Json& line) noexcept {
   file_.stream.reset();
 }
 
-Json TraceValue(const Variant& value) {
+std::string TraceValue(const Variant& value) {
   switch (value.GetKind()) {
     case Variant::Kind::Empty:
-      return Json::object();
+      return "{}";
     case Variant::Kind::Null:
-      return nullptr;
+      return "null";
     case Variant::Kind::Boolean:
-      return value.ToBoolean();
+      return value.ToBoolean() ? "true" : "false";
     case Variant::Kind::UInt8:
     case Variant::Kind::Int16:
     case Variant::Kind::Int32:
-      return value.ToInt32();
+      return std::to_string(value.ToInt32());
     case Variant::Kind::Double:
-      return value.ToDouble();
+      return JsonLine::NumberValue(value.ToDouble());
     case Variant::Kind::DateTime:
-      return {{"date", value.ToDateTime().ToText()}};
+      return JsonLine::Object().Add("date", value.ToDateTime().ToText()).Text();
     case Variant::Kind::Text:
-      return *value.IfText();
+      return JsonLine::TextValue(*value.IfText());
     case Variant::Kind::Object:
       break;
   }
   const Object& object = *value.IfObject();
-  Json number = nullptr;
+  std::optional<std::int64_t> number;
   if (object) number = TracedObject::NumberOf(object);
-  return {{"object", std::move(number)}};
+  return JsonLine::Object().Add("object", number).Text();
 }
 
-Json TraceError(const Error& error) {
-  Json shown = {{"number", error.Number()}, {"source", error.Source()}, {"description", error.Description()}};
+JsonLine TraceError(const Error& error) {
+  JsonLine shown = JsonLine::Object();
+  shown.Add("number", error.Number()).Add("source", error.Source()).Add("description", error.Description());
   for (const auto& [what, value] : error.Details()) {
-    if (what == "details") shown["details"] = value;
+    if (what == "details") shown.Add("details", value);
   }
   return shown;
 }

@@ -7,13 +7,13 @@
 //
 // Values are JSON values; a date-time is {"date": "2026-11-20 14:05:09"}, an object {"object": 4}, no object
 // {"object": null}, null null, empty {}; an argument by reference is {"ref": value} with the value before the call.
-// Invalid UTF-8 becomes U+FFFD. A failed call has "error" in place of its result.
+// NUL and invalid UTF-8 become U+FFFD. A failed call has "error" in place of its result.
 #pragma once
 
 #include <memory>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 
+#include "platform/json_line.h"
 #include "platform/plain_file.h"
 
 namespace qmx {
@@ -28,14 +28,14 @@ class Trace {
   // Returns the trace that $QMX_TRACE names; null if it is not set or empty.
   static std::unique_ptr<Trace> FromEnvironment();
 
-  void Write(const nlohmann::ordered_json& line) noexcept;
+  void Write(const JsonLine& line) noexcept;
 
  private:
   std::string path_;
   PlainFile file_;
 };
 
-nlohmann::ordered_json TraceValue(const Variant& value);
-nlohmann::ordered_json TraceError(const Error& error);
+std::string TraceValue(const Variant& value);  // JSON
+JsonLine TraceError(const Error& error);
 
 }  // namespace qmx

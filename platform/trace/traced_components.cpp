@@ -1,7 +1,5 @@
 #include "platform/trace/traced_components.h"
 
-#include <nlohmann/json.hpp>
-
 #include "platform/error.h"
 #include "platform/trace/trace.h"
 
@@ -11,14 +9,15 @@ TracedComponents::TracedComponents(Components& target, Trace& trace)
     : target_(target), context_(std::make_shared<TraceContext>(TraceContext{trace})) {}
 
 Object TracedComponents::CreateObject(std::string_view progId) {
-  nlohmann::ordered_json line = {{"kind", "component"}, {"op", "create"}, {"progid", progId}};
+  JsonLine line = JsonLine::Object();
+  line.Add("kind", "component").Add("op", "create").Add("progid", progId);
   try {
     const Object object = TracedObject::Wrap(target_.CreateObject(progId), std::string(progId), context_);
-    line["object"] = TracedObject::NumberOf(object);
+    line.Add("object", TracedObject::NumberOf(object));
     context_->trace.Write(line);
     return object;
   } catch (...) {
-    line["error"] = TraceError(CurrentError());
+    line.Add("error", TraceError(CurrentError()));
     context_->trace.Write(line);
     throw;
   }

@@ -1,14 +1,11 @@
 #include "platform/trace/traced_object.h"
 
-#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "platform/error.h"
 #include "platform/trace/trace.h"
 
 namespace qmx {
-
-using Json = nlohmann::ordered_json;
 
 namespace {
 
@@ -34,14 +31,17 @@ Variant TracedObject::Invoke(const Member& member, std::span<const Argument> arg
     const TracedObject* const traced = value.IfObject() ? Traced(*value.IfObject()) : nullptr;
     return traced ? Variant(traced->target_) : value;
   };
-  Json line = {{"kind", "component"},     {"op", "call"},         {"object", number_}, {"progid", progId_},
-               {"member", member.Name()}, {"args", Json::array()}};
+  JsonLine line = JsonLine::Object();
+  line.Add("kind", "component").Add("op", "call").Add("object", number_).Add("progid", progId_);
+  line.Add("member", member.Name());
+  JsonLine values = JsonLine::Array();
   std::vector<Variant> before;
   for (const Argument& argument : arguments) {
-    const Json value = TraceValue(argument.Value());
-    line["args"].push_back(argument.IsReference() ? Json{{"ref", value}} : value);
+    const std::string value = TraceValue(argument.Value());
+    values.AddJson(argument.IsReference() ? JsonLine::Object().AddJson("ref", value).Text() : value);
     before.push_back(unwrapped(argument.Value()));
   }
+  line.Add("args", values);
   std::vector<Variant> after = before;
   std::vector<Argument> passed;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -54,11 +54,11 @@ Variant TracedObject::Invoke(const Member& member, std::span<const Argument> arg
       // A number that is none differs from itself, also as an argument that cannot be written.
       if (arguments[i].IsReference() && after[i] != before[i]) arguments[i].Write(Wrapped(after[i]));
     }
-    line["result"] = TraceValue(result);
+    line.AddJson("result", TraceValue(result));
     context_->trace.Write(line);
     return result;
   } catch (...) {
-    line["error"] = TraceError(CurrentError());
+    line.Add("error", TraceError(CurrentError()));
     context_->trace.Write(line);
     throw;
   }

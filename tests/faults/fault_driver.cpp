@@ -60,7 +60,7 @@ Outcomes FaultDriver::Try(const FaultKind& kind, const CopyKind& copy, int runs)
     const long begin = calls * number / tries;
     const long end = calls * (number + 1) / tries;
     fault.first = 1 + begin + static_cast<long>(dice_() % static_cast<unsigned long>(end - begin));
-    fault.isTraced = kind.isTraced && number % kTraced == kTraced - 1;
+    fault.isTraced = number % kTraced == kTraced - 1;
     for (std::string& finding : Judged(fault, outcomes)) outcomes.findings.push_back(std::move(finding));
   }
   return outcomes;

@@ -26,13 +26,6 @@ FaultKind OfTheLine(std::string name, std::string text, std::string what, unsign
   return kind;
 }
 
-// The JSON library of the trace allocates where it frees, and aborts if it cannot.
-FaultKind WithoutMemory(std::string name, int count) {
-  FaultKind kind{std::move(name), Maker::Calls, "memory", count, "ENOMEM"};
-  kind.isTraced = false;
-  return kind;
-}
-
 }  // namespace
 
 const std::vector<FaultKind>& FaultKinds() {
@@ -53,8 +46,8 @@ const std::vector<FaultKind>& FaultKinds() {
       {"full-journal", Maker::Calls, "write+size", 0, "full", "local.db-"},
       {"full-logs", Maker::Calls, "write+size", 0, "full", "/log/"},
       {"malloc-once", Maker::Calls, "memory", 1, "ENOMEM"},
-      WithoutMemory("malloc-burst", 20),
-      WithoutMemory("malloc-on", 0),
+      {"malloc-burst", Maker::Calls, "memory", 20, "ENOMEM"},
+      {"malloc-on", Maker::Calls, "memory", 0, "ENOMEM"},
       {"kill-write", Maker::Calls, kChangingCalls, 1, "kill", "-", Ending::Killed},
       {"kill-torn", Maker::Calls, "write", 1, "torn", "-", Ending::Killed},
       {"kill-malloc", Maker::Calls, "memory", 1, "kill", "-", Ending::Killed},

@@ -30,8 +30,7 @@ struct FaultKind {
   std::string files = "-";  // as faulty_calls.c names them
   Ending ending = Ending::ByItself;
   unsigned systems = kSqlite;
-  bool isSlow = false;   // the program waits for its limit of a server's silence
-  bool isTraced = true;  // some of the runs
+  bool isSlow = false;  // the program waits for its limit of a server's silence
 };
 
 const std::vector<FaultKind>& FaultKinds();

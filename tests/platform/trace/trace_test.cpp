@@ -18,9 +18,9 @@ TEST(ATrace, AppendsOneLineACallAndEachIsThereAtOnce) {
   TempFolder folder;
   WriteFile(folder / "trace", "{\"earlier\":1}\n");
   Trace trace(folder / "trace");
-  trace.Write({{"kind", "component"}, {"op", "create"}});
+  trace.Write(JsonLine::Object().Add("kind", "component").Add("op", "create"));
   EXPECT_EQ(ReadFile(folder / "trace"), "{\"earlier\":1}\n{\"kind\":\"component\",\"op\":\"create\"}\n");
-  trace.Write({{"text", "line\nend"}});
+  trace.Write(JsonLine::Object().Add("text", "line\nend"));
   EXPECT_EQ(ReadFile(folder / "trace"),
             "{\"earlier\":1}\n{\"kind\":\"component\",\"op\":\"create\"}\n{\"text\":\"line\\nend\"}\n");
 }
@@ -65,8 +65,8 @@ TEST(ATrace, EndsOnAFullDiskWithALineForTheOperatorAndNoError) {
   std::filesystem::resize_file(folder / "trace", 1 << 20);
   const FullDisk full(1 << 20);
   testing::internal::CaptureStderr();
-  trace.Write({{"op", "create"}});
-  trace.Write({{"op", "create"}});
+  trace.Write(JsonLine::Object().Add("op", "create"));
+  trace.Write(JsonLine::Object().Add("op", "create"));
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "The trace file \"" + (folder / "trace") + "\" cannot be written any further: File too large.\n");
 }
@@ -74,12 +74,12 @@ TEST(ATrace, EndsOnAFullDiskWithALineForTheOperatorAndNoError) {
 TEST(ATrace, ShowsInvalidUtf8AsAReplacementCharacter) {
   TempFolder folder;
   Trace trace(folder / "trace");
-  trace.Write({{"text", "M\xfcller"}});
+  trace.Write(JsonLine::Object().Add("text", "M\xfcller"));
   EXPECT_EQ(ReadFile(folder / "trace"), "{\"text\":\"M\xef\xbf\xbdller\"}\n");
 }
 
 TEST(ATrace, WritesValuesOfEveryKind) {
-  const auto shown = [](const Variant& value) { return TraceValue(value).dump(); };
+  const auto shown = [](const Variant& value) { return TraceValue(value); };
   EXPECT_EQ(shown(Variant()), "{}");
   EXPECT_EQ(shown(Variant::Null()), "null");
   EXPECT_EQ(shown(true), "true");

@@ -1,7 +1,8 @@
-#include "platform/run_records/json_line.h"
+#include "platform/json_line.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <nlohmann/json.hpp>
 
 namespace qmx::test {
@@ -33,6 +34,20 @@ TEST(AJsonLine, StaysOneLineWhateverItsTextsHold) {
 
 TEST(AJsonLine, ShowsInvalidUtf8AsAReplacementCharacter) {
   EXPECT_EQ(JsonLine::Object().Add("t\xFF", "a\xC3").Text(), "{\"t\xEF\xBF\xBD\":\"a\xEF\xBF\xBD\"}");
+}
+
+TEST(AJsonLine, TakesValuesThatAreJsonAlready) {
+  EXPECT_EQ(JsonLine::Array().AddJson("7").AddJson(JsonLine::TextValue("a \"b\"")).Text(), R"([7,"a \"b\""])");
+  EXPECT_EQ(JsonLine::Object().AddJson("n", JsonLine::NumberValue(0.5)).Text(), R"({"n":0.5})");
+}
+
+TEST(AJsonLine, ShowsNumbersInTheirShortestFormThatReadsBack) {
+  EXPECT_EQ(JsonLine::NumberValue(7), "7.0");
+  EXPECT_EQ(JsonLine::NumberValue(-0.1), "-0.1");
+  EXPECT_EQ(JsonLine::NumberValue(1e300), "1e+300");
+  EXPECT_EQ(JsonLine::NumberValue(123456789.125), "123456789.125");
+  EXPECT_EQ(JsonLine::NumberValue(std::nan("")), "null");
+  EXPECT_EQ(JsonLine::NumberValue(-HUGE_VAL), "null");
 }
 
 }  // namespace

@@ -22,8 +22,15 @@ class JsonLine {
   JsonLine& Add(const char* name, const std::optional<std::int64_t>& value);  // null for none
   JsonLine& AddNull(const char* name);
   JsonLine& Add(const char* name, const JsonLine& value);
+  JsonLine& AddJson(const char* name, std::string_view value);  // which is JSON already
 
-  JsonLine& Add(const JsonLine& element);  // of an array
+  // Elements of an array.
+  JsonLine& Add(const JsonLine& element);
+  JsonLine& AddJson(std::string_view element);
+
+  // Values by themselves. A number that is none is null.
+  static std::string TextValue(std::string_view text);
+  static std::string NumberValue(double number);
 
   std::string Text() const { return text_ + closing_; }
   const std::string& Unclosed() const { return text_; }
@@ -32,7 +39,6 @@ class JsonLine {
   JsonLine(char opening, char closing) : text_(1, opening), closing_(closing) {}
   void Separate();
   void AddName(std::string_view name);
-  void AddText(std::string_view text);
 
   std::string text_;
   char closing_;
