@@ -52,6 +52,8 @@ std::string JsonLine::TextValue(std::string_view text) {
       value += "\\n";
     } else if (c == '\r') {
       value += "\\r";
+    } else if (c == '\t') {
+      value += "\\t";
     } else if (byte < 0x20) {
       value.append("\\u00").append(1, kDigits[byte >> 4]).append(1, kDigits[byte & 0x0f]);
     } else {

@@ -16,9 +16,9 @@
 #include <vector>
 
 #include "platform/failure_report.h"
+#include "platform/json_line.h"
 #include "platform/modDeclarations.h"
 #include "platform/plain_file.h"
-#include "platform/json_line.h"
 
 namespace qmx {
 
