@@ -1,9 +1,14 @@
 #include "platform/components/manifest.h"
 
+#include <dirent.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <fstream>
+#include <memory>
 #include <optional>
+#include <system_error>
 
 #include "platform/error.h"
 #include "platform/names.h"
@@ -20,6 +25,23 @@ std::optional<std::string_view> SettingName(std::string_view key) {
   const std::string_view word = key.substr(0, key.find_first_of(" \t"));
   if (!SameName(word, "setting")) return {};
   return Trimmed(key.substr(word.size()), kBlanks);
+}
+
+// Returns errno, or 0 at the end of the folder. The iterator of std::filesystem would end the program if there is no
+// memory (libstdc++ 12).
+int AddFiles(const std::filesystem::path& folder, const char* extension, std::vector<std::filesystem::path>& files) {
+  struct Closer {
+    void operator()(DIR* open) const { closedir(open); }
+  };
+  const std::unique_ptr<DIR, Closer> open(opendir(folder.c_str()));
+  if (!open) return errno;
+  for (;;) {
+    errno = 0;
+    const dirent* const entry = readdir(open.get());
+    if (!entry) return errno;
+    const std::filesystem::path name = entry->d_name;
+    if (name.extension() == extension) files.push_back(folder / name);
+  }
 }
 
 }  // namespace
@@ -84,12 +106,8 @@ Manifest ReadManifest(const std::filesystem::path& path) {
 ManifestFolder ReadManifestFolder(const std::filesystem::path& path) {
   ManifestFolder folder{path, {}, {}};
   std::vector<std::filesystem::path> files;
-  std::error_code problem;
-  for (std::filesystem::directory_iterator entry(path, problem), end; !problem && entry != end;
-       entry.increment(problem)) {
-    if (entry->path().extension() == ".component") files.push_back(entry->path());
-  }
-  if (problem) folder.problems.push_back(path.string() + ": " + problem.message());
+  if (const int code = AddFiles(path, ".component", files))
+    folder.problems.push_back(path.string() + ": " + std::generic_category().message(code));
   std::sort(files.begin(), files.end());
   for (const std::filesystem::path& file : files) {
     try {
