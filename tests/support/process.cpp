@@ -11,8 +11,27 @@
 namespace qmx::test {
 namespace {
 
-[[noreturn]] void Become(char* const* argv, const std::map<std::string, std::string>& environment,
-                         const std::string& folder, const std::string& out, const std::string& err) {
+std::vector<char*> Pointers(std::vector<std::string>& words) {
+  std::vector<char*> pointers;
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+// The test's own, with these instead.
+std::vector<std::string> EnvironmentWith(const std::map<std::string, std::string>& own) {
+  std::vector<std::string> all;
+  for (char** entry = environ; *entry; ++entry) {
+    const std::string text = *entry;
+    if (!own.contains(text.substr(0, text.find('=')))) all.push_back(text);
+  }
+  for (const auto& [name, value] : own) all.push_back(name + "=" + value);
+  return all;
+}
+
+// In the child. It allocates nothing: another thread of the test may have held the allocator's lock when it was forked.
+[[noreturn]] void Become(char* const* argv, char* const* environment, const std::string& folder, const std::string& out,
+                         const std::string& err) {
   const auto redirect = [](const std::string& path, int flags, int descriptor) {
     const int opened = open(path.c_str(), flags, 0600);
     return opened >= 0 && dup2(opened, descriptor) >= 0;
@@ -20,8 +39,7 @@ namespace {
   if (redirect("/dev/null", O_RDONLY, 0) && redirect(out, O_WRONLY | O_CREAT, 1) &&
       redirect(err, O_WRONLY | O_CREAT, 2) && chdir(folder.c_str()) == 0) {
     RestoreEndingSignals();
-    for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
-    execv(argv[0], argv);
+    execve(argv[0], argv, environment);
   }
   _exit(127);
 }
@@ -33,12 +51,14 @@ RunningProcess::RunningProcess(const std::string& program, const std::vector<std
     : program_(program) {
   std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
-  std::vector<char*> argv;
-  for (std::string& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
+  std::vector<std::string> settings = EnvironmentWith(environment);
+  const std::vector<char*> argv = Pointers(words);
+  const std::vector<char*> envp = Pointers(settings);
+  const std::string out = output_ / "out";
+  const std::string err = output_ / "err";
 
   child_ = fork();
-  if (child_ == 0) Become(argv.data(), environment, folder, output_ / "out", output_ / "err");
+  if (child_ == 0) Become(argv.data(), envp.data(), folder, out, err);
   if (child_ < 0) throw std::runtime_error("cannot run " + program);
 }
 
