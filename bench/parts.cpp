@@ -13,6 +13,7 @@
 #include "platform/posix/text_files.h"
 #include "schema/local_tables.h"
 #include "tests/support/data_copy_inside.h"
+#include "tests/support/ignored_events.h"
 
 namespace {
 
@@ -63,15 +64,6 @@ class NowhereDriver : public Driver {
   std::unique_ptr<DriverSession> Open(const ConnectionText&) override { return std::make_unique<NowhereSession>(); }
 };
 
-class NoEvents : public DataCopyEvents {
- public:
-  void DataCopyStarted(Variant, Variant) override {}
-  void DataCopyError(Variant, Variant, Variant, Variant) override {}
-  void DataCopyComplete(Variant, Variant, Variant, Variant, Variant) override {}
-  void DataCopyAlreadyInProgress(Variant, Variant) override {}
-  void DataCopydone() override {}
-};
-
 // A copy of the service orders that has just read the first record and opened the local table.
 struct Copy {
   explicit Copy(const std::string& erp) {
@@ -91,7 +83,7 @@ struct Copy {
   Database database{{&driver}};
   Platform platform{clock, files, eventLog, components, database, failures};
   modDeclarations declarations;
-  NoEvents events;
+  test::IgnoredEvents events;
   clsDataCopy engine{platform, declarations, events};
   test::DataCopyInside inside{engine};
   Object manager = components.CreateObject("ServiceOrders.ServiceOrdersManager");

@@ -51,15 +51,6 @@ class TakingComponents : public Components {
   };
 };
 
-class IgnoredEvents : public DataCopyEvents {
- public:
-  void DataCopyStarted(Variant, Variant) override {}
-  void DataCopyError(Variant, Variant, Variant, Variant) override {}
-  void DataCopyComplete(Variant, Variant, Variant, Variant, Variant) override {}
-  void DataCopyAlreadyInProgress(Variant, Variant) override {}
-  void DataCopydone() override {}
-};
-
 struct BarePlatform {
   BarePlatform(TextFiles& files, std::vector<Driver*> drivers)
       : database(std::move(drivers)), platform{clock, files, eventLog, components, database, failures} {}

@@ -13,6 +13,7 @@
 #include "fuzz/require.h"
 #include "platform/posix/text_files.h"
 #include "tests/support/data_copy_inside.h"
+#include "tests/support/ignored_events.h"
 #include "tests/support/temp_folder.h"
 
 namespace qmx::fuzz {
@@ -123,7 +124,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   PosixTextFiles files;
   BarePlatform bare(files, {});
   modDeclarations declarations;
-  IgnoredEvents events;
+  test::IgnoredEvents events;
   clsDataCopy engine(bare.platform, declarations, events);
   const std::int16_t days = test::DataCopyInside{engine}.ReadCalendarLookBack();
   RequireSame(std::to_string(days), std::to_string(PlainLookBack(content)), "the look-back of " + Shown(content));

@@ -11,13 +11,6 @@
 namespace qmx::test {
 namespace {
 
-std::vector<char*> Pointers(std::vector<std::string>& words) {
-  std::vector<char*> pointers;
-  for (std::string& word : words) pointers.push_back(word.data());
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
 // The test's own, with these instead.
 std::vector<std::string> EnvironmentWith(const std::map<std::string, std::string>& own) {
   std::vector<std::string> all;
@@ -29,37 +22,47 @@ std::vector<std::string> EnvironmentWith(const std::map<std::string, std::string
   return all;
 }
 
-// In the child. It allocates nothing: another thread of the test may have held the allocator's lock when it was forked.
-[[noreturn]] void Become(char* const* argv, char* const* environment, const std::string& folder, const std::string& out,
-                         const std::string& err) {
-  const auto redirect = [](const std::string& path, int flags, int descriptor) {
-    const int opened = open(path.c_str(), flags, 0600);
-    return opened >= 0 && dup2(opened, descriptor) >= 0;
-  };
-  if (redirect("/dev/null", O_RDONLY, 0) && redirect(out, O_WRONLY | O_CREAT, 1) &&
-      redirect(err, O_WRONLY | O_CREAT, 2) && chdir(folder.c_str()) == 0) {
-    RestoreEndingSignals();
-    execve(argv[0], argv, environment);
-  }
-  _exit(127);
+bool Redirect(const char* path, int flags, int descriptor) {
+  const int opened = open(path, flags, 0600);
+  return opened >= 0 && dup2(opened, descriptor) >= 0;
 }
 
 }  // namespace
 
+ProgramToBecome::ProgramToBecome(const std::string& program, const std::vector<std::string>& arguments,
+                                 const std::map<std::string, std::string>& environment)
+    : words_{program}, settings_(EnvironmentWith(environment)) {
+  words_.insert(words_.end(), arguments.begin(), arguments.end());
+  arguments_ = Pointers(words_);
+  environment_ = Pointers(settings_);
+}
+
+std::vector<char*> ProgramToBecome::Pointers(std::vector<std::string>& words) {
+  std::vector<char*> pointers;
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+void ProgramToBecome::Become() const {
+  RestoreEndingSignals();
+  execve(arguments_[0], arguments_.data(), environment_.data());
+  _exit(127);
+}
+
 RunningProcess::RunningProcess(const std::string& program, const std::vector<std::string>& arguments,
                                const std::map<std::string, std::string>& environment, const std::string& folder)
     : program_(program) {
-  std::vector<std::string> words{program};
-  words.insert(words.end(), arguments.begin(), arguments.end());
-  std::vector<std::string> settings = EnvironmentWith(environment);
-  const std::vector<char*> argv = Pointers(words);
-  const std::vector<char*> envp = Pointers(settings);
+  const ProgramToBecome ready(program, arguments, environment);
   const std::string out = output_ / "out";
   const std::string err = output_ / "err";
-
   child_ = fork();
-  if (child_ == 0) Become(argv.data(), envp.data(), folder, out, err);
   if (child_ < 0) throw std::runtime_error("cannot run " + program);
+  if (child_ > 0) return;
+  if (Redirect("/dev/null", O_RDONLY, 0) && Redirect(out.c_str(), O_WRONLY | O_CREAT, 1) &&
+      Redirect(err.c_str(), O_WRONLY | O_CREAT, 2) && chdir(folder.c_str()) == 0)
+    ready.Become();
+  _exit(127);
 }
 
 RunningProcess::~RunningProcess() {

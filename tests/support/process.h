@@ -46,6 +46,24 @@ class RunningProcess {
 // some of them, and programs inherit that.
 void RestoreEndingSignals();
 
+// What a forked child becomes. All of it is made before the fork: the child allocates nothing, because another thread
+// of the test may have held the allocator's lock.
+class ProgramToBecome {
+ public:
+  ProgramToBecome(const std::string& program, const std::vector<std::string>& arguments,
+                  const std::map<std::string, std::string>& environment);  // on top of the test's own
+  ProgramToBecome(const ProgramToBecome&) = delete;
+  ProgramToBecome& operator=(const ProgramToBecome&) = delete;
+
+  [[noreturn]] void Become() const;  // with exit status 127 if it cannot be executed
+
+ private:
+  static std::vector<char*> Pointers(std::vector<std::string>& words);
+
+  std::vector<std::string> words_, settings_;
+  std::vector<char*> arguments_, environment_;
+};
+
 // To its end.
 Process Run(const std::string& program, const std::vector<std::string>& arguments,
             const std::map<std::string, std::string>& environment = {}, const std::string& folder = ".");

@@ -6,7 +6,6 @@
 
 #include <array>
 #include <csignal>
-#include <cstdlib>
 #include <stdexcept>
 
 #include "tests/support/process.h"
@@ -16,23 +15,13 @@ namespace qmx::test {
 TerminalProcess::TerminalProcess(const std::string& program, const std::vector<std::string>& arguments,
                                  std::map<std::string, std::string> environment, int columns, int rows) {
   environment.emplace("TERM", "xterm");
-  std::vector<std::string> words{program};
-  words.insert(words.end(), arguments.begin(), arguments.end());
-  std::vector<char*> argv;
-  for (std::string& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
-
+  const ProgramToBecome ready(program, arguments, environment);
   winsize size{};
   size.ws_col = static_cast<unsigned short>(columns);
   size.ws_row = static_cast<unsigned short>(rows);
   child_ = forkpty(&terminal_, nullptr, nullptr, &size);
   if (child_ < 0) throw std::runtime_error("cannot run " + program + " on a terminal");
-  if (child_ == 0) {
-    RestoreEndingSignals();
-    for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
-    execv(argv[0], argv.data());
-    _exit(127);
-  }
+  if (child_ == 0) ready.Become();
 }
 
 TerminalProcess::~TerminalProcess() {

@@ -52,6 +52,16 @@ std::vector<DriverUnderTest> Servers(const std::string& name) {
 class ConflictsInPostgreSQL : public Conflicts {
  protected:
   std::string Settings() const override { return ";ConnSettings={set default_transaction_isolation = 'serializable'}"; }
+
+  // Each of the two reads what the other one writes, so one has to be taken back.
+  void WriteWhatTheOtherReads() {
+    Set(connection_, "B", 7);
+    EXPECT_EQ(Rows(connection_, " where code = 'A'"), "A1");
+    other_.Execute("begin");
+    EXPECT_EQ(Rows(other_, " where code = 'B'"), "B1");
+    Set(other_, "A", 8);
+    other_.Execute("commit");
+  }
 };
 INSTANTIATE_TEST_SUITE_P(Over, ConflictsInPostgreSQL, testing::ValuesIn(Servers("PostgreSQL")), DriverName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ConflictsInPostgreSQL);
@@ -68,14 +78,7 @@ TEST_P(ConflictsInPostgreSQL, AtAStatementOfAGroupAreTriedAgain) {
 }
 
 TEST_P(ConflictsInPostgreSQL, AtTheCommitOfAGroupAreTriedAgain) {
-  connection_.Together([&] {
-    Set(connection_, "B", 7);
-    EXPECT_EQ(Rows(connection_, " where code = 'A'"), "A1");
-    other_.Execute("begin");
-    EXPECT_EQ(Rows(other_, " where code = 'B'"), "B1");
-    Set(other_, "A", 8);
-    other_.Execute("commit");
-  });
+  connection_.Together([&] { WriteWhatTheOtherReads(); });
   EXPECT_EQ(Rows(other_), "A8B7");
   EXPECT_GE(batching_.Retries(), 1);
 }
@@ -83,12 +86,7 @@ TEST_P(ConflictsInPostgreSQL, AtTheCommitOfAGroupAreTriedAgain) {
 TEST_P(ConflictsInPostgreSQL, AtTheSelectOfAGroupAreTriedAgain) {
   std::string seen;
   connection_.Together([&] {
-    Set(connection_, "B", 7);
-    EXPECT_EQ(Rows(connection_, " where code = 'A'"), "A1");
-    other_.Execute("begin");
-    EXPECT_EQ(Rows(other_, " where code = 'B'"), "B1");
-    Set(other_, "A", 8);
-    other_.Execute("commit");
+    WriteWhatTheOtherReads();
     seen = Rows(connection_);
   });
   EXPECT_EQ(seen, "A8B7");
