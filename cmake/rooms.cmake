@@ -66,10 +66,22 @@ if(QMX_FUZZ)
   target_link_options(qmx_options INTERFACE ${fuzzFlags})
 endif()
 
-# Release builds are hardened like Debian's own packages: the C library checks known buffer sizes, and function addresses
-# are bound at start and then read-only.
-add_compile_options($<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
-add_link_options($<$<CONFIG:Release>:LINKER:-z,relro,-z,now>)
+if(WIN32)
+  include(${CMAKE_CURRENT_LIST_DIR}/windows.cmake)
+else()
+  # Release builds are hardened like Debian's own packages: the C library checks known buffer sizes, and function addresses
+  # are bound at start and then read-only.
+  add_compile_options($<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
+  add_link_options($<$<CONFIG:Release>:LINKER:-z,relro,-z,now>)
+endif()
+
+# qmx_folder(NAME): add_subdirectory, unless the build leaves the folder out (cmake/windows.cmake).
+macro(qmx_folder name)
+  file(RELATIVE_PATH folderInTree ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/${name})
+  if(NOT folderInTree IN_LIST QMX_LEFT_OUT)
+    add_subdirectory(${name})
+  endif()
+endmacro()
 
 # qmx_join_sources(TARGET KIND): compiles several of its sources at once where the preset asks for it.
 function(qmx_join_sources target kind)
@@ -101,14 +113,14 @@ function(qmx_component_server name)
   set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${QMX_COMPONENT_DIR}
                         CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
   if(server_MANIFEST)
-    configure_file(${server_MANIFEST} ${QMX_COMPONENT_DIR} COPYONLY)
+    configure_file(${server_MANIFEST} ${QMX_COMPONENT_DIR} @ONLY)
   endif()
 endfunction()
 
 # qmx_install_component_server(NAME MANIFEST COMPONENT package): into the folder that hosts search by default.
 function(qmx_install_component_server name manifest)
   install(TARGETS ${name} LIBRARY DESTINATION ${QMX_COMPONENT_DESTINATION} ${ARGN})
-  install(FILES ${manifest} DESTINATION ${QMX_COMPONENT_DESTINATION} ${ARGN})
+  install(FILES ${QMX_COMPONENT_DIR}/${manifest} DESTINATION ${QMX_COMPONENT_DESTINATION} ${ARGN})
 endfunction()
 
 # qmx_test(NAME SOURCES file... [LINKS library...]): one test program of a room; every test in it is a test of ctest.

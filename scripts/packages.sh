@@ -10,6 +10,8 @@ testPackages=("${demoPackages[@]}" "${serverPackages[@]}" "${clusterPackages[@]}
 fuzzPackages=("${demoPackages[@]}" clang-14 libclang-rt-14-dev llvm-14 python3)
 benchPackages=("${demoPackages[@]}" "${serverPackages[@]}" "${clusterPackages[@]}" default-jdk-headless gdal-bin libbenchmark-dev pgloader python3
                python3-matplotlib strace)
+windowsPackages=(cmake ninja-build gcc make tcl dpkg-dev g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 googletest
+                 libcli11-dev nlohmann-json3-dev libfmt-dev libutfcpp-dev sqlite3 python3)
 
 # install_packages PACKAGE...: installs missing packages. Needs no network if none is missing.
 install_packages() {

@@ -73,7 +73,7 @@ SqliteDriverSession::Handle SqliteDriverSession::OpenFile(const fs::path& file) 
   RequireFile(file, mayCreate);
   sqlite3* opened = nullptr;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (mayCreate ? SQLITE_OPEN_CREATE : 0);
-  const int code = sqlite3_open_v2(file.c_str(), &opened, flags, nullptr);
+  const int code = sqlite3_open_v2(file.string().c_str(), &opened, flags, nullptr);
   Handle handle(opened);
   if (code != SQLITE_OK) RaiseCannotOpen(file, (opened ? sqlite3_errmsg(opened) : "out of memory") + std::string("."));
   sqlite3_extended_result_codes(opened, 1);
