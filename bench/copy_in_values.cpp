@@ -7,10 +7,10 @@
 #include "platform/drivers/local_drivers.h"
 #include "platform/modDeclarations.h"
 #include "platform/platform.h"
-#include "platform/posix/clock.h"
-#include "platform/posix/event_log.h"
-#include "platform/posix/failure_report.h"
-#include "platform/posix/text_files.h"
+#include "platform/system/clock.h"
+#include "platform/system/event_log.h"
+#include "platform/system/failure_report.h"
+#include "platform/system/text_files.h"
 #include "startup/modStartUp.h"
 
 namespace {
@@ -58,10 +58,10 @@ class ValuesDriver : public Driver {
 };
 
 int Run(const std::string& commandLine) {
-  PosixClock clock;
-  PosixTextFiles files;
-  PosixEventLog eventLog(clock, files);
-  PosixFailureReport failures;
+  SystemClock clock;
+  SystemTextFiles files;
+  SystemEventLog eventLog(clock, files);
+  StandardErrorReport failures;
   InstalledComponents components(clock);
   std::vector<std::unique_ptr<ValuesDriver>> inValues;
   LocalDrivers drivers(

@@ -10,7 +10,7 @@
 
 #include "platform/components/installed_components.h"
 #include "platform/error.h"
-#include "platform/posix/clock.h"
+#include "platform/system/clock.h"
 
 namespace {
 
@@ -75,7 +75,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
-    qmx::PosixClock clock;
+    qmx::SystemClock clock;
     qmx::InstalledComponents components(clock);
     const qmx::Object getters = components.CreateObject("getters.Getters");
     Add("Java getter, int", getters, "getNumber");

@@ -7,10 +7,10 @@
 #include "platform/components/installed_components.h"
 #include "platform/database.h"
 #include "platform/platform.h"
-#include "platform/posix/clock.h"
-#include "platform/posix/event_log.h"
-#include "platform/posix/failure_report.h"
-#include "platform/posix/text_files.h"
+#include "platform/system/clock.h"
+#include "platform/system/event_log.h"
+#include "platform/system/failure_report.h"
+#include "platform/system/text_files.h"
 #include "schema/local_tables.h"
 #include "tests/support/data_copy_inside.h"
 #include "tests/support/ignored_events.h"
@@ -74,10 +74,10 @@ struct Copy {
     row.AddNew();
   }
 
-  PosixClock clock;
-  PosixTextFiles files;
-  PosixEventLog eventLog{clock, files};
-  PosixFailureReport failures;
+  SystemClock clock;
+  SystemTextFiles files;
+  SystemEventLog eventLog{clock, files};
+  StandardErrorReport failures;
   InstalledComponents components{clock};
   NowhereDriver driver;
   Database database{{&driver}};

@@ -8,6 +8,13 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
+# The folders with the sources for this operating system: platform/posix and others.
+if(WIN32)
+  set(QMX_SYSTEM windows)
+else()
+  set(QMX_SYSTEM posix)
+endif()
+
 # The build tree looks like the installed one: the component servers and their manifests share a folder.
 set(QMX_COMPONENT_DIR ${CMAKE_BINARY_DIR}/components)
 file(MAKE_DIRECTORY ${QMX_COMPONENT_DIR})

@@ -11,7 +11,7 @@
 #include "fuzz/plain_numbers.h"
 #include "fuzz/raised.h"
 #include "fuzz/require.h"
-#include "platform/posix/text_files.h"
+#include "platform/system/text_files.h"
 #include "tests/support/data_copy_inside.h"
 #include "tests/support/ignored_events.h"
 #include "tests/support/temp_folder.h"
@@ -121,7 +121,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::filesystem::current_path(folder.Path());
   const std::string content = Input(data, size).Rest();
   test::WriteFile("QMX_CAL.INI", content);
-  PosixTextFiles files;
+  SystemTextFiles files;
   BarePlatform bare(files, {});
   modDeclarations declarations;
   test::IgnoredEvents events;

@@ -1,7 +1,5 @@
 // The process entry: builds the platform from its adapters, runs Main, and returns the run's exit status.
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,20 +12,21 @@
 #include "platform/join.h"
 #include "platform/modDeclarations.h"
 #include "platform/platform.h"
-#include "platform/posix/clock.h"
-#include "platform/posix/crash_report.h"
-#include "platform/posix/early_memory.h"
-#include "platform/posix/end_line.h"
-#include "platform/posix/event_log.h"
-#include "platform/posix/exit_guard.h"
-#include "platform/posix/failure_report.h"
-#include "platform/posix/interrupt_signals.h"
-#include "platform/posix/paths.h"
-#include "platform/posix/text_files.h"
 #include "platform/progress/progress.h"
 #include "platform/run_records/record_fields.h"
 #include "platform/run_records/run_record.h"
 #include "platform/run_records/sudden_end.h"
+#include "platform/system/clock.h"
+#include "platform/system/crash_report.h"
+#include "platform/system/end_line.h"
+#include "platform/system/entry.h"
+#include "platform/system/environment.h"
+#include "platform/system/event_log.h"
+#include "platform/system/exit_guard.h"
+#include "platform/system/failure_report.h"
+#include "platform/system/interrupt_signals.h"
+#include "platform/system/paths.h"
+#include "platform/system/text_files.h"
 #include "platform/trace/database_trace.h"
 #include "platform/trace/trace.h"
 #include "platform/trace/traced_components.h"
@@ -41,14 +40,11 @@ using qmx::ExitStatus;
 
 constexpr const char* kMode = "QMX_COPY";
 
-std::string Variable(const char* name) {
-  const char* const value = std::getenv(name);
-  return value ? value : "";
-}
+std::string Variable(const std::string& name) { return qmx::EnvironmentVariable(name).value_or(""); }
 
 // Whether the environment asks for what the variable's only value stands for. Raises 5 for any other value.
 bool IsRequested(const std::string& variable, const std::string& onlyValue) {
-  const std::string value = Variable(variable.c_str());
+  const std::string value = Variable(variable);
   if (value.empty() || value == onlyValue) return !value.empty();
   throw qmx::Error(qmx::errors::kInvalidCall, "qmxdatacopy",
                    variable + " is \"" + value + "\". It may be \"" + onlyValue + "\" or empty.");
@@ -63,9 +59,9 @@ ExitStatus Run(const std::string& commandLine, int listener, qmx::modDeclaration
                qmx::FailureReport& failures, qmx::RunRecord* record) {
   const qmx::InterruptSignals signals(
       "the copy ends at its next call to the ERP. A second signal ends it at once and leaves the table in progress.");
-  qmx::PosixClock clock;
-  qmx::PosixTextFiles files;
-  qmx::PosixEventLog eventLog(clock, files);
+  qmx::SystemClock clock;
+  qmx::SystemTextFiles files;
+  qmx::SystemEventLog eventLog(clock, files);
   qmx::InstalledComponents components(clock);
   qmx::Watchdog watchdog(qmx::SilenceLimits::FromEnvironment(), [&](const qmx::Error& silence) {
     qmx::EndSilentRun(commandLine, listener, silence, failures, record);
@@ -151,17 +147,16 @@ ExitStatus RecordedRun(const std::string& commandLine, int listener, qmx::Failur
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  qmx::MainHasBegun();
-  // The reader of standard error may be gone. That must not end the copy.
-  std::signal(SIGPIPE, SIG_IGN);
-  const int listener = qmx::Progress::ListenerFromEnvironment();  // before another file can get its number
-  qmx::PosixFailureReport failures;
+int qmx::ProgramMain(std::span<const char* const> words) {
+  int listener = qmx::Progress::kNobody;
+  qmx::StandardErrorReport failures;
   ExitStatus status = ExitStatus::StartUpFailed;
   try {
+    listener = qmx::Progress::ListenerFromEnvironment();  // before another file can get its number
     qmx::GuardExit();
     qmx::ReportCrashes();
-    const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+    const auto given = words.subspan(words.empty() ? 0 : 1);
+    const std::vector<std::string> arguments(given.begin(), given.end());
     if (arguments == std::vector<std::string>{"--help"}) {
       status = Answer(qmx::Help());
     } else if (arguments == std::vector<std::string>{"--version"}) {

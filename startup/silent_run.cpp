@@ -3,9 +3,9 @@
 #include <cstdlib>
 
 #include "platform/modDeclarations.h"
-#include "platform/posix/clock.h"
-#include "platform/posix/text_files.h"
 #include "platform/progress/progress.h"
+#include "platform/system/clock.h"
+#include "platform/system/text_files.h"
 #include "startup/modStartUp.h"
 
 namespace qmx {
@@ -18,8 +18,8 @@ void EndSilentRun(std::string_view commandLine, int listener, const Error& failu
   } catch (...) {
     failures.Report(CurrentError());
     try {
-      PosixTextFiles files;
-      PosixClock clock;
+      SystemTextFiles files;
+      SystemClock clock;
       WriteStartupFailureLog(files, clock, LogDirectory(commandLine));
     } catch (...) {
       failures.Report(CurrentError());

@@ -1,17 +1,14 @@
 #include "platform/components/manifest.h"
 
-#include <dirent.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstdlib>
 #include <fstream>
-#include <memory>
 #include <optional>
 #include <system_error>
 
 #include "platform/error.h"
 #include "platform/names.h"
+#include "platform/system/environment.h"
+#include "platform/system/folder.h"
 #include "platform/trim.h"
 
 namespace qmx {
@@ -25,23 +22,6 @@ std::optional<std::string_view> SettingName(std::string_view key) {
   const std::string_view word = key.substr(0, key.find_first_of(" \t"));
   if (!SameName(word, "setting")) return {};
   return Trimmed(key.substr(word.size()), kBlanks);
-}
-
-// Returns errno, or 0 at the end of the folder. The iterator of std::filesystem would end the program if there is no
-// memory (libstdc++ 12).
-int AddFiles(const std::filesystem::path& folder, const char* extension, std::vector<std::filesystem::path>& files) {
-  struct Closer {
-    void operator()(DIR* open) const { closedir(open); }
-  };
-  const std::unique_ptr<DIR, Closer> open(opendir(folder.c_str()));
-  if (!open) return errno;
-  for (;;) {
-    errno = 0;
-    const dirent* const entry = readdir(open.get());
-    if (!entry) return errno;
-    const std::filesystem::path name = entry->d_name;
-    if (name.extension() == extension) files.push_back(folder / name);
-  }
 }
 
 }  // namespace
@@ -106,7 +86,7 @@ Manifest ReadManifest(const std::filesystem::path& path) {
 ManifestFolder ReadManifestFolder(const std::filesystem::path& path) {
   ManifestFolder folder{path, {}, {}};
   std::vector<std::filesystem::path> files;
-  if (const int code = AddFiles(path, ".component", files))
+  if (const int code = ListFolder(path, ".component", files))
     folder.problems.push_back(path.string() + ": " + std::generic_category().message(code));
   std::sort(files.begin(), files.end());
   for (const std::filesystem::path& file : files) {
@@ -120,13 +100,13 @@ ManifestFolder ReadManifestFolder(const std::filesystem::path& path) {
 }
 
 std::vector<std::filesystem::path> ComponentFolders() {
-  const char* const variable = std::getenv("QMX_COMPONENTS");
+  const std::string variable = EnvironmentVariable("QMX_COMPONENTS").value_or("");
   std::vector<std::filesystem::path> folders;
-  std::string_view rest = variable ? variable : "";
+  std::string_view rest = variable;
   while (!rest.empty()) {
-    const std::size_t colon = std::min(rest.find(':'), rest.size());
-    if (colon > 0) folders.push_back(std::filesystem::absolute(rest.substr(0, colon)));
-    rest.remove_prefix(std::min(colon + 1, rest.size()));
+    const std::size_t end = std::min(rest.find(kSearchPathSeparator), rest.size());
+    if (end > 0) folders.push_back(std::filesystem::absolute(rest.substr(0, end)));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
   }
   if (folders.empty()) folders.emplace_back(QMX_INSTALLED_COMPONENT_DIR);
   return folders;

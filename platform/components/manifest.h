@@ -44,7 +44,8 @@ struct ManifestFolder {
 };
 ManifestFolder ReadManifestFolder(const std::filesystem::path& path);
 
-// Returns the folders to search: those of $QMX_COMPONENTS, separated by ":", else the installed one.
+// Returns the folders to search: those of $QMX_COMPONENTS, separated by ":" (";" where ":" is a part of
+// paths), else the installed one.
 std::vector<std::filesystem::path> ComponentFolders();
 
 }  // namespace qmx

@@ -1,11 +1,10 @@
 #include "platform/components/server_library.h"
 
-#include <dlfcn.h>
-
 #include <map>
 
 #include "platform/components/server_object.h"
 #include "platform/running_call.h"
+#include "platform/system/shared_library.h"
 
 namespace qmx {
 namespace {
@@ -22,7 +21,7 @@ std::string Described(const Error& error) {
 }
 
 Entered Enter(void* library, const qmx_component_host& host) {
-  void* const symbol = dlsym(library, QMX_COMPONENT_SERVER_ENTRY_NAME);
+  void* const symbol = FindSymbol(library, QMX_COMPONENT_SERVER_ENTRY_NAME);
   if (!symbol) return Refused("it has no entry function " QMX_COMPONENT_SERVER_ENTRY_NAME);
 
   qmx_error error = EmptyAbiError();
@@ -65,17 +64,16 @@ void Answered(const std::string& source, Call&& call) {
   if (status != QMX_OK) refuse("it returned status " + std::to_string(status) + ", neither QMX_OK nor QMX_FAILED");
 }
 
-// A manifest in the form of the C interface. Borrows its texts.
+// A manifest in the form of the C interface. Borrows the texts of its settings.
 class AbiManifest {
  public:
-  AbiManifest(const Manifest& manifest, std::string_view claim) {
+  AbiManifest(const Manifest& manifest, std::string_view claim) : path_(manifest.path.string()) {
     for (const Manifest::Setting& setting : manifest.settings) {
       settings_.push_back({sizeof(qmx_setting), 0, setting.name.data(), setting.name.size(), setting.value.data(),
                            setting.value.size()});
     }
     for (const qmx_setting& setting : settings_) pointers_.push_back(&setting);
-    const std::string& path = manifest.path.native();
-    manifest_ = {sizeof(qmx_manifest), 0,           path.data(), path.size(), pointers_.data(), pointers_.size(),
+    manifest_ = {sizeof(qmx_manifest), 0,           path_.data(), path_.size(), pointers_.data(), pointers_.size(),
                  claim.data(),         claim.size()};
   }
   AbiManifest(const AbiManifest&) = delete;
@@ -84,6 +82,7 @@ class AbiManifest {
   const qmx_manifest* Get() const { return &manifest_; }
 
  private:
+  std::string path_;
   std::vector<qmx_setting> settings_;
   std::vector<const qmx_setting*> pointers_;
   qmx_manifest manifest_;
@@ -108,13 +107,13 @@ const ServerLibrary& ServerLibrary::Load(const std::filesystem::path& path, cons
   static auto& libraries = *new std::map<void*, Loaded>;
 
   const auto refuse = [&](const std::string& why) { throw Error(errors::kCannotCreateObject, "Components", why); };
-  const RunningCall running(RunningCall::KeepText(path.native()), "the loading");
-  void* const handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!handle) refuse(dlerror());
-  auto known = libraries.find(handle);
+  const RunningCall running(RunningCall::KeepText(path.string()), "the loading");
+  const SharedLibrary shared = LoadSharedLibrary(path);
+  if (!shared.handle) refuse(shared.problem);
+  auto known = libraries.find(shared.handle);
   if (known == libraries.end()) {
-    const Entered entered = Enter(handle, host);
-    known = libraries.emplace(handle, Loaded{ServerLibrary(entered.server), entered.refusal}).first;
+    const Entered entered = Enter(shared.handle, host);
+    known = libraries.emplace(shared.handle, Loaded{ServerLibrary(entered.server), entered.refusal}).first;
   }
   if (!known->second.refusal.empty()) refuse(known->second.refusal);
   return known->second.library;
@@ -148,7 +147,7 @@ std::vector<ServerFact> ServerLibrary::Describe(const Manifest& manifest) const 
         {ShownText(name, nameLength), ShownText(value, valueLength)});
   };
   const AbiManifest abi(manifest, {});
-  const RunningCall running(RunningCall::KeepText(manifest.path.native()), "the description");
+  const RunningCall running(RunningCall::KeepText(manifest.path.string()), "the description");
   Answered("the server", [&](qmx_error* error) { return server_->describe(abi.Get(), sink, &facts, error); });
   return facts;
 }

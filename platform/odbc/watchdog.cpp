@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
-#include <cstdlib>
 #include <string_view>
 #include <utility>
+
+#include "platform/system/environment.h"
 
 namespace qmx {
 namespace {
@@ -28,14 +29,13 @@ std::string SilenceText(Duration silence, const std::string& action) {
 }  // namespace
 
 SilenceLimits SilenceLimits::FromEnvironment() {
-  const char* const variable = std::getenv("QMX_SILENCE_LIMIT");
-  const std::string_view text = variable ? variable : "";
+  const std::string text = EnvironmentVariable("QMX_SILENCE_LIMIT").value_or("");
   if (text.empty()) return {};
   std::int32_t seconds = 0;
   const auto parsed = std::from_chars(text.data(), text.data() + text.size(), seconds);
   if (parsed.ec != std::errc() || parsed.ptr != text.data() + text.size() || seconds < 1) {
     throw Error(errors::kInvalidCall, "ODBC",
-                "QMX_SILENCE_LIMIT must be a whole number of seconds from 1 on, and is \"" + std::string(text) + "\".");
+                "QMX_SILENCE_LIMIT must be a whole number of seconds from 1 on, and is \"" + text + "\".");
   }
   return All(std::chrono::seconds(seconds));
 }

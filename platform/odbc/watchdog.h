@@ -21,7 +21,7 @@
 #include <vector>
 
 #include "platform/error.h"
-#include "platform/odbc/sockets.h"
+#include "platform/system/sockets.h"
 
 namespace qmx {
 

@@ -1,7 +1,10 @@
-#include "platform/posix/clock.h"
+#include "platform/system/clock.h"
 
-#include <cstdlib>
+#include <locale.h>
+
 #include <ctime>
+
+#include "platform/system/environment.h"
 
 namespace qmx {
 namespace {
@@ -9,8 +12,7 @@ namespace {
 // Reads the variables that setlocale would read, in its order, without a change for the whole process.
 std::string LocaleOfEnvironment() {
   for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
-    const char* name = std::getenv(variable);
-    if (name && *name) return name;
+    if (const auto name = EnvironmentVariable(variable); name && !name->empty()) return *name;
   }
   return {};
 }
@@ -44,28 +46,44 @@ DateTime LocalTime(std::time_t moment) {
       .PlusTime(parts.tm_hour, parts.tm_min, parts.tm_sec);
 }
 
-PosixClock::PosixClock() : PosixClock(LocaleOfEnvironment()) {}
-
-PosixClock::PosixClock(const std::string& localeName) {
-  if (!IsUnset(localeName)) locale_ = newlocale(LC_TIME_MASK, localeName.c_str(), nullptr);
+long OffsetFromUtc(std::time_t moment) {
+  std::tm parts{};
+  localtime_r(&moment, &parts);
+  return parts.tm_gmtoff;
 }
 
-PosixClock::~PosixClock() {
-  if (locale_) freelocale(locale_);
+struct SystemClock::Locale {
+  explicit Locale(locale_t opened) : handle(opened) {}
+  ~Locale() { freelocale(handle); }
+  Locale(const Locale&) = delete;
+  Locale& operator=(const Locale&) = delete;
+
+  locale_t handle;
+};
+
+SystemClock::SystemClock() : SystemClock(LocaleOfEnvironment()) {}
+
+SystemClock::SystemClock(const std::string& localeName) {
+  if (IsUnset(localeName)) return;
+  if (const locale_t opened = newlocale(LC_TIME_MASK, localeName.c_str(), nullptr)) {
+    locale_ = std::make_unique<Locale>(opened);
+  }
 }
 
-DateTime PosixClock::Now() { return LocalTime(std::time(nullptr)); }
+SystemClock::~SystemClock() = default;
 
-std::string PosixClock::DateText(DateTime moment) {
+DateTime SystemClock::Now() { return LocalTime(std::time(nullptr)); }
+
+std::string SystemClock::DateText(DateTime moment) {
   return locale_ ? Format("%x", moment) : moment.DatePart().ToText();
 }
 
-std::string PosixClock::TimeText(DateTime moment) { return Format(locale_ ? "%X" : "%H:%M:%S", moment); }
+std::string SystemClock::TimeText(DateTime moment) { return Format(locale_ ? "%X" : "%H:%M:%S", moment); }
 
-std::string PosixClock::Format(const char* format, DateTime moment) const {
+std::string SystemClock::Format(const char* format, DateTime moment) const {
   const std::tm parts = BrokenDown(moment);
   char text[256];
-  const std::size_t length = locale_ ? strftime_l(text, sizeof text, format, &parts, locale_)
+  const std::size_t length = locale_ ? strftime_l(text, sizeof text, format, &parts, locale_->handle)
                                      : std::strftime(text, sizeof text, format, &parts);
   return {text, length};
 }

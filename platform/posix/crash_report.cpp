@@ -1,4 +1,4 @@
-#include "platform/posix/crash_report.h"
+#include "platform/system/crash_report.h"
 
 #include <unistd.h>
 
@@ -6,7 +6,7 @@
 #include <atomic>
 #include <csignal>
 
-#include "platform/posix/end_line.h"
+#include "platform/system/end_line.h"
 
 namespace qmx {
 namespace {

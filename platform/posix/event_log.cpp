@@ -1,4 +1,4 @@
-#include "platform/posix/event_log.h"
+#include "platform/system/event_log.h"
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -11,8 +11,8 @@
 #include <utility>
 
 #include "platform/error.h"
-#include "platform/posix/paths.h"
-#include "platform/posix/system_errors.h"
+#include "platform/system/paths.h"
+#include "platform/system/system_errors.h"
 
 namespace qmx {
 namespace {
@@ -74,10 +74,12 @@ bool SendToSystemLog(const std::string& path, const std::string& entry) {
 
 }  // namespace
 
-PosixEventLog::PosixEventLog(Clock& clock, TextFiles& files, std::string systemLogSocket)
-    : clock_(clock), files_(files), systemLogSocket_(std::move(systemLogSocket)) {}
+std::string SystemEventLog::UsualSystemLog() { return "/dev/log"; }
 
-void PosixEventLog::StartLogging(const std::string& target, int mode) {
+SystemEventLog::SystemEventLog(Clock& clock, TextFiles& files, std::string systemLog)
+    : clock_(clock), files_(files), systemLog_(std::move(systemLog)) {}
+
+void SystemEventLog::StartLogging(const std::string& target, int mode) {
   if (mode != kAutomatic) {
     throw Error(errors::kInvalidCall, kSource,
                 "Invalid call: event log mode " + std::to_string(mode) + " is not served, only the automatic mode 0");
@@ -86,10 +88,10 @@ void PosixEventLog::StartLogging(const std::string& target, int mode) {
   target_ = target;
 }
 
-void PosixEventLog::LogEvent(std::string_view text, int type) {
+void SystemEventLog::LogEvent(std::string_view text, int type) {
   const DateTime now = clock_.Now();
   const std::string priority = "<" + std::to_string(LOG_USER | Severity(type)) + ">";
-  if (SendToSystemLog(systemLogSocket_, priority + Timestamp(now) + " " + Sender() + WithPlainLineEnds(text))) return;
+  if (SendToSystemLog(systemLog_, priority + Timestamp(now) + " " + Sender() + WithPlainLineEnds(text))) return;
 
   if (target_.empty()) {
     throw Error(errors::kInvalidCall, kSource, "Invalid call: event logging has not been started");

@@ -1,4 +1,4 @@
-#include "platform/posix/exit_guard.h"
+#include "platform/system/exit_guard.h"
 
 #include <unistd.h>
 
@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "platform/error.h"
-#include "platform/posix/end_line.h"
+#include "platform/system/end_line.h"
 
 namespace qmx {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/posix/interrupt_signals.h"
+#include "platform/system/interrupt_signals.h"
 
 #include <unistd.h>
 
@@ -9,7 +9,7 @@
 #include <ctime>
 
 #include "platform/interruption.h"
-#include "platform/posix/standard_error.h"
+#include "platform/system/standard_error.h"
 
 namespace qmx {
 namespace {

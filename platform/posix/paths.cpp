@@ -1,18 +1,18 @@
-#include "platform/posix/paths.h"
+#include "platform/system/paths.h"
 
 #include <pwd.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <vector>
+
+#include "platform/system/environment.h"
 
 namespace qmx {
 namespace {
 
 std::string HomeFolder() {
-  const char* home = std::getenv("HOME");
-  if (home && *home) return home;
+  if (const auto home = EnvironmentVariable("HOME"); home && !home->empty()) return *home;
   std::vector<char> buffer(16384);
   passwd entry{};
   passwd* found = nullptr;
@@ -23,8 +23,8 @@ std::string HomeFolder() {
 }
 
 std::string SystemDrive() {
-  const char* folder = std::getenv("QMX_SYSTEM_DRIVE");
-  return folder && *folder ? folder : HomeFolder();
+  const auto folder = EnvironmentVariable("QMX_SYSTEM_DRIVE");
+  return folder && !folder->empty() ? *folder : HomeFolder();
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "platform/plain_file.h"
+#include "platform/system/plain_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -30,7 +30,7 @@ class Descriptor {
   int number_;
 };
 
-PlainFile Refused(int code, std::string reason = {}) { return {nullptr, code, std::move(reason)}; }
+PlainFile Refused(int code, std::string reason = {}) { return {nullptr, -1, code, std::move(reason)}; }
 
 std::string KindOf(mode_t mode) {
   if (S_ISFIFO(mode)) return "a named pipe";
@@ -49,8 +49,9 @@ PlainFile Opened(Descriptor& file, FileUse use) {
   if (!S_ISREG(status.st_mode)) return RefusedAs(status.st_mode);
   std::FILE* const stream = fdopen(file.Number(), use == FileUse::Input ? "rb" : "ab");
   if (!stream) return Refused(errno);
+  const int descriptor = file.Number();
   file.Release();
-  return {PlainFile{std::unique_ptr<std::FILE, PlainFile::CloseStream>(stream), 0, {}}};
+  return {std::unique_ptr<std::FILE, PlainFile::CloseStream>(stream), descriptor, 0, {}};
 }
 
 // A pipe without a reader and a socket cannot be opened.

@@ -1,10 +1,10 @@
-#include "platform/posix/standard_error.h"
+#include "platform/system/standard_error.h"
 
 #include <unistd.h>
 
 #include <cerrno>
 
-#include "platform/write_all.h"
+#include "platform/system/write_all.h"
 
 namespace qmx {
 namespace {

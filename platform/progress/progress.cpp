@@ -1,16 +1,13 @@
 #include "platform/progress/progress.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <unistd.h>
-
 #include <charconv>
-#include <cstdlib>
 #include <string_view>
 
 #include "platform/progress/progress_text.h"
-#include "platform/progress/terminal.h"
-#include "platform/write_all.h"
+#include "platform/system/descriptors.h"
+#include "platform/system/environment.h"
+#include "platform/system/terminal.h"
+#include "platform/system/write_all.h"
 
 namespace qmx {
 namespace {
@@ -20,30 +17,21 @@ constexpr int kLooksBetweenLines = 2;
 constexpr std::chrono::seconds kForTheEnd{5};
 constexpr std::int64_t kDeleting = -2;  // in place of a number of rows
 
-bool TakesALine(int descriptor, std::chrono::milliseconds within = {}) {
-  pollfd state{descriptor, POLLOUT, 0};
-  return poll(&state, 1, static_cast<int>(within.count())) == 1 && (state.revents & POLLOUT) != 0;
-}
-
 }  // namespace
 
 std::unique_ptr<Progress> Progress::FromEnvironment(const std::string& table) {
-  const int terminal = IsLiveTerminal(STDERR_FILENO) ? STDERR_FILENO : kNobody;
+  const int terminal = IsLiveTerminal(kStandardError) ? kStandardError : kNobody;
   const int listener = ListenerFromEnvironment();
   if (terminal == kNobody && listener == kNobody) return nullptr;
   return std::make_unique<Progress>(table, terminal, listener);
 }
 
 int Progress::ListenerFromEnvironment() {
-  const char* const name = std::getenv("QMX_PROGRESS_FD");
-  const std::string_view text = name ? name : "";
+  const std::string text = EnvironmentVariable("QMX_PROGRESS_FD").value_or("");
   int descriptor = kNobody;
   const auto parsed = std::from_chars(text.data(), text.data() + text.size(), descriptor);
   const bool isNumber = !text.empty() && parsed.ec == std::errc() && parsed.ptr == text.data() + text.size();
-  if (!isNumber || descriptor < 0) return kNobody;
-  const int flags = fcntl(descriptor, F_GETFD);
-  if (flags < 0 || fcntl(descriptor, F_SETFD, flags | FD_CLOEXEC) < 0) return kNobody;
-  return descriptor;
+  return isNumber && descriptor >= 0 ? InheritedDescriptor(descriptor) : kNobody;
 }
 
 void Progress::TellEnd(int listener, int status) {

@@ -1,18 +1,12 @@
 #include "platform/run_records/record_time.h"
 
-#include <chrono>
-
 namespace qmx {
 
-long RecordTime::OffsetAt(std::time_t moment) {
-  std::tm parts{};
-  localtime_r(&moment, &parts);
-  return parts.tm_gmtoff;
-}
-
-RecordTime::RecordTime(const timespec& moment, long offset) noexcept {
+RecordTime::RecordTime(Moment moment, long offset) noexcept {
+  using std::chrono::milliseconds;
   using std::chrono::seconds;
-  const auto local = std::chrono::sys_seconds(seconds(moment.tv_sec + offset));
+  const auto second = std::chrono::floor<seconds>(moment);
+  const auto local = second + seconds(offset);
   const auto midnight = std::chrono::floor<std::chrono::days>(local);
   const std::chrono::year_month_day date(midnight);
   const std::chrono::hh_mm_ss<seconds> time(local - midnight);
@@ -29,7 +23,7 @@ RecordTime::RecordTime(const timespec& moment, long offset) noexcept {
   Add(':');
   AddDigits(time.seconds().count(), 2);
   Add('.');
-  AddDigits(moment.tv_nsec / 1'000'000, 3);
+  AddDigits(std::chrono::floor<milliseconds>(moment - second).count(), 3);
   Add(offset < 0 ? '-' : '+');
   const long minutes = (offset < 0 ? -offset : offset) / 60;
   AddDigits(minutes / 60, 2);

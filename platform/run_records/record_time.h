@@ -4,19 +4,18 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstdint>
-#include <ctime>
 #include <string_view>
 
 namespace qmx {
 
 class RecordTime {
  public:
-  // The local time's offset from UTC at the moment, in seconds. Not for signal handlers.
-  static long OffsetAt(std::time_t moment);
+  using Moment = std::chrono::system_clock::time_point;
 
-  // "2026-11-20T14:05:09.123+01:00". The offset is in whole minutes.
-  RecordTime(const timespec& moment, long offset) noexcept;
+  // "2026-11-20T14:05:09.123+01:00". The offset from UTC is in seconds, and whole minutes of it are shown.
+  RecordTime(Moment moment, long offset) noexcept;
   std::string_view Text() const noexcept { return {text_.data(), length_}; }
 
  private:

@@ -1,19 +1,19 @@
 #include "platform/run_records/run_record.h"
 
-#include <unistd.h>
-
 #include <array>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
 #include "platform/connection_text.h"
 #include "platform/error.h"
 #include "platform/json_line.h"
-#include "platform/run_records/process_identity.h"
 #include "platform/run_records/record_fields.h"
 #include "platform/run_records/record_time.h"
+#include "platform/run_records/run_number.h"
 #include "platform/run_records/sudden_end.h"
+#include "platform/system/clock.h"
+#include "platform/system/process_identity.h"
+#include "platform/system/write_all.h"
 
 namespace qmx {
 namespace {
@@ -65,15 +65,9 @@ std::string MomentText(DateTime moment) {
   return moment == moment.DatePart() ? text + " 00:00:00" : text;
 }
 
-timespec Now() {
-  timespec now{};
-  clock_gettime(CLOCK_REALTIME, &now);
-  return now;
-}
+long OffsetAt(RecordTime::Moment moment) { return OffsetFromUtc(std::chrono::system_clock::to_time_t(moment)); }
 
-std::string LocalTime(const timespec& moment) {
-  return std::string(RecordTime(moment, RecordTime::OffsetAt(moment.tv_sec)).Text());
-}
+std::string LocalTime(RecordTime::Moment moment) { return std::string(RecordTime(moment, OffsetAt(moment)).Text()); }
 
 }  // namespace
 
@@ -120,7 +114,7 @@ JsonLine RunRecord::Beginning(const char* record) const {
 
 void RunRecord::WriteStart(const RunStart& start) {
   const ProcessIdentity process = ThisProcess();
-  const timespec now = Now();
+  const RecordTime::Moment now = std::chrono::system_clock::now();
   JsonLine record = Beginning(kStart);
   record.Add(kTime, LocalTime(now)).Add(kHost, process.host).Add(kProcess, process.process);
   record.Add(kProcessStart, process.startTicks);
@@ -131,16 +125,12 @@ void RunRecord::WriteStart(const RunStart& start) {
   Append(record);
 
   const std::string end = "\n" + Beginning(run_records::kEnd).Unclosed() + ",\"" + kTime + "\":";
-  SuddenEnd::Arm(fileno(file_.stream.get()), end, RecordTime::OffsetAt(now.tv_sec), table_ == start.table);
+  SuddenEnd::Arm(file_.descriptor, end, OffsetAt(now), table_ == start.table);
 }
 
 void RunRecord::Append(const JsonLine& record) {
-  const std::string text = "\n" + record.Text();
-  ssize_t written = -1;
-  do written = write(fileno(file_.stream.get()), text.data(), text.size());
-  while (written < 0 && errno == EINTR);
-  if (written == static_cast<ssize_t>(text.size())) return;
-  const int code = written < 0 ? errno : ENOSPC;
+  const int code = WriteAtOnce(file_.descriptor, "\n" + record.Text());
+  if (code == 0) return;
   file_.stream.reset();
   throw Error(errors::kDeviceIo, "Run record", "\"" + path_ + "\" cannot be written: " + std::strerror(code) + ".");
 }
@@ -160,7 +150,7 @@ void RunRecord::End(int status, const RunFacts& facts) noexcept {
     const auto duration = std::chrono::steady_clock::now() - started_;
     const bool copied = facts.byChange && status != static_cast<int>(ExitStatus::NothingToCopy);
     JsonLine record = Beginning(run_records::kEnd);
-    record.Add(kTime, LocalTime(Now()));
+    record.Add(kTime, LocalTime(std::chrono::system_clock::now()));
     record.Add(kDuration, std::chrono::duration_cast<std::chrono::milliseconds>(duration).count());
     record.Add(kOutcome, OutcomeOf(status)).Add(kStatus, status);
     AddText(record, kMethod, copied ? *facts.byChange ? kChanged : kFull : "");

@@ -1,8 +1,8 @@
 // The record of one run: a line of JSON when it starts and one when it ends, appended to a file in the folder of the
 // logs. docs/run-records.md is the contract of the lines.
 //
-// The file is opened like the logs (platform/plain_file.h). Each record is one write that begins with a line end, so
-// concurrent processes do not mix their records, and a record that was cut short does not damage the next one.
+// The file is opened like the logs (platform/system/plain_file.h). Each record is one write that begins with a line
+// end, so concurrent processes do not mix their records, and a record that was cut short does not damage the next one.
 //
 // If a record cannot be written, the failure report gets one Error, and the run continues.
 // Values that the connection text hides, such as passwords, are "***" in every text.
@@ -18,7 +18,7 @@
 #include "platform/failure_report.h"
 #include "platform/json_line.h"
 #include "platform/modDeclarations.h"
-#include "platform/plain_file.h"
+#include "platform/system/plain_file.h"
 
 namespace qmx {
 

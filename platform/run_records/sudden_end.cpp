@@ -1,13 +1,13 @@
 #include "platform/run_records/sudden_end.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 
 #include "platform/run_records/record_fields.h"
 #include "platform/run_records/record_time.h"
+#include "platform/system/write_all.h"
 
 namespace qmx {
 namespace {
@@ -20,7 +20,7 @@ struct Armed {
   std::size_t length = 0;
   long offset = 0;
   bool showsCause = true;
-  timespec started{};
+  std::chrono::steady_clock::time_point started;
 };
 Armed armed;
 
@@ -60,10 +60,6 @@ class RecordBuffer {
   std::size_t length_ = 0;
 };
 
-std::int64_t Milliseconds(const timespec& from, const timespec& to) noexcept {
-  return (to.tv_sec - from.tv_sec) * 1000 + (to.tv_nsec - from.tv_nsec) / 1'000'000;
-}
-
 }  // namespace
 
 void SuddenEnd::Arm(int descriptor, std::string_view beginning, long offset, bool showsCause) noexcept {
@@ -73,7 +69,7 @@ void SuddenEnd::Arm(int descriptor, std::string_view beginning, long offset, boo
   armed.descriptor = descriptor;
   armed.offset = offset;
   armed.showsCause = showsCause;
-  clock_gettime(CLOCK_MONOTONIC, &armed.started);
+  armed.started = std::chrono::steady_clock::now();
   armed_ = true;
 }
 
@@ -81,16 +77,14 @@ void SuddenEnd::Write(std::string_view cause, int status) noexcept {
   using namespace run_records;
   if (!Disarm()) return;
   const int errorBefore = errno;
-  timespec now{};
-  timespec ended{};
-  clock_gettime(CLOCK_REALTIME, &now);
-  clock_gettime(CLOCK_MONOTONIC, &ended);
+  const auto now = std::chrono::system_clock::now();
+  const auto duration = std::chrono::steady_clock::now() - armed.started;
 
   RecordBuffer record;
   record.Add({armed.beginning.data(), armed.length});
   record.AddText(RecordTime(now, armed.offset).Text());
   record.AddName(kDuration);
-  record.AddNumber(Milliseconds(armed.started, ended));
+  record.AddNumber(std::chrono::duration_cast<std::chrono::milliseconds>(duration).count());
   record.AddName(kOutcome);
   record.AddText(status > kSignalled ? kCrashed : kEnded);
   record.AddName(kStatus);
@@ -101,8 +95,7 @@ void SuddenEnd::Write(std::string_view cause, int status) noexcept {
   record.Add("\":");
   record.AddText(armed.showsCause ? cause.substr(0, 1024) : "***");
   record.Add("}]]}");
-  const std::string_view text = record.Text();
-  [[maybe_unused]] const ssize_t written = write(armed.descriptor, text.data(), text.size());
+  WriteAtOnce(armed.descriptor, record.Text());
   errno = errorBefore;
 }
 

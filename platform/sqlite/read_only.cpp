@@ -1,11 +1,10 @@
 #include "platform/sqlite/read_only.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <fstream>
 #include <string>
+
+#include "platform/system/access.h"
 
 namespace qmx {
 namespace {
@@ -20,12 +19,7 @@ bool IsInWalMode(const fs::path& file) {
   return in.get() == 2 && in.get() == 2;
 }
 
-// Returns the errno of a failure, or 0.
-int Access(const std::string& path, int mode) {
-  return faccessat(AT_FDCWD, path.c_str(), mode, AT_EACCESS) == 0 ? 0 : errno;
-}
-
-bool IsOnReadOnlyDisk(const fs::path& file) { return Access(file.string(), W_OK) == EROFS; }
+bool IsOnReadOnlyDisk(const fs::path& file) { return AccessProblem(file.string(), FileRight::Write) == EROFS; }
 
 Error Refused(const fs::path& file, const std::string& why) {
   return Error(errors::kPermissionDenied, "SQLite",
@@ -51,7 +45,7 @@ void RequireReadableWithoutWriting(const fs::path& file) {
   if (!IsInWalMode(file)) return;
   for (const char* suffix : {"-wal", "-shm"}) {
     const std::string beside = file.string() + suffix;
-    const int problem = Access(beside, R_OK);
+    const int problem = AccessProblem(beside, FileRight::Read);
     if (problem == 0) continue;
     throw Refused(file, (problem == ENOENT ? "it is in WAL mode and no program has it open, so SQLite must create "
                                            : "it is in WAL mode, and permission to read is missing on ") +

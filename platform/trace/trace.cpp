@@ -1,10 +1,10 @@
 #include "platform/trace/trace.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 
 #include "platform/error.h"
+#include "platform/system/environment.h"
 #include "platform/trace/traced_object.h"
 #include "platform/variant.h"
 
@@ -18,8 +18,8 @@ Trace::Trace(const std::string& path) : path_(path), file_(OpenPlainFile(path, F
 }
 
 std::unique_ptr<Trace> Trace::FromEnvironment() {
-  const char* const path = std::getenv("QMX_TRACE");
-  return path && *path ? std::make_unique<Trace>(path) : nullptr;
+  const std::string path = EnvironmentVariable("QMX_TRACE").value_or("");
+  return path.empty() ? nullptr : std::make_unique<Trace>(path);
 }
 
 void Trace::Write(const JsonLine& line) noexcept {

@@ -14,7 +14,7 @@
 #include <string>
 
 #include "platform/json_line.h"
-#include "platform/plain_file.h"
+#include "platform/system/plain_file.h"
 
 namespace qmx {
 

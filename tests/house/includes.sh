@@ -25,16 +25,18 @@ may() {
 }
 
 interfaces='platform/[a-zA-Z_]+\.h"'
+system='platform/system/[a-z_]+\.h"'
 may 'platform/[^/]+$' "$interfaces"
 may 'platform/batches/' "$interfaces|platform/batches/"
 may 'platform/drivers/' "$interfaces|platform/drivers/|platform/(batches|odbc|sqlite)/driver\.h\"|platform/odbc/watchdog\.h\""
-may 'platform/sqlite/' "$interfaces|platform/sqlite/"
-may 'platform/odbc/' "$interfaces|platform/odbc/"
-may 'platform/posix/' "$interfaces|platform/posix/"
-may 'platform/components/' "$interfaces|platform/components/"
-may 'platform/progress/' "$interfaces|platform/progress/"
-may 'platform/run_records/' "$interfaces|platform/run_records/"
-may 'platform/trace/' "$interfaces|platform/trace/"
+may 'platform/sqlite/' "$interfaces|$system|platform/sqlite/"
+may 'platform/odbc/' "$interfaces|$system|platform/odbc/"
+may 'platform/posix/' "$interfaces|$system|platform/posix/"
+may 'platform/system/' "$interfaces|$system"
+may 'platform/components/' "$interfaces|$system|platform/components/"
+may 'platform/progress/' "$interfaces|$system|platform/progress/"
+may 'platform/run_records/' "$interfaces|$system|platform/run_records/"
+may 'platform/trace/' "$interfaces|$system|platform/trace/"
 may 'calendar/' "$interfaces|calendar/"
 may 'copy/[^/]+$' "$interfaces|calendar/|copy/"
 may 'copy/tables/' 'copy/(clsDataCopy|erp_listings)\.h"|platform/trim\.h"'
@@ -67,6 +69,14 @@ product=$(grep -rnE '#include [<"](platform|copy|handler|startup|calendar|schema
 if [ -n "$product" ]; then
   echo "sandbox/ and bridges/ may include nothing of the product but the public component-server header:"
   echo "$product"
+  failed=1
+fi
+
+# Whoever needs the operating system includes platform/system/, which each system implements in a folder of its own.
+particular=$(echo "$all" | grep -vE '^(platform/(posix|windows)|tools/qmxadmin/system/(posix|windows)|tests)/' | xargs grep -nHE '#include "platform/(posix|windows)/' || true)
+if [ -n "$particular" ]; then
+  echo "only platform/system/ is included, never the folder of one operating system:"
+  echo "$particular"
   failed=1
 fi
 

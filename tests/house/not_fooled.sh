@@ -38,6 +38,7 @@ finds includes.sh copy/full_copy.cpp copy/full_copy.cpp '#  include "platform/sq
 finds includes.sh copy/full_copy.cpp copy/full_copy.cpp '#include"platform/sqlite/session.h"'
 finds includes.sh copy/full_copy.cpp copy/full_copy.cpp '#include "../platform/sqlite/session.h"'
 finds includes.sh sandbox/erp/date.cpp sandbox/erp/date.cpp '#include "../../platform/error.h"'
+finds includes.sh startup/main.cpp startup/main.cpp '#include "platform/posix/kernel_file.h"'
 finds includes.sh new_room/thing.cpp new_room/thing.cpp '#include "copy/full_copy.h"'
 finds includes.sh platform/new_adapter/thing.cpp platform/new_adapter/thing.cpp '#include "copy/full_copy.h"'
 

@@ -9,7 +9,7 @@
 #include "platform/components/date_object.h"
 #include "platform/components/installed_components.h"
 #include "platform/error.h"
-#include "platform/posix/clock.h"
+#include "platform/system/clock.h"
 
 namespace qmx {
 namespace {
@@ -55,7 +55,7 @@ struct Registry {
 };
 
 Registry ReadRegistry() {
-  PosixClock clock;
+  SystemClock clock;
   InstalledComponents components(clock);
   Registry registry;
   for (const ManifestFolder& folder : components.Folders()) {

@@ -11,7 +11,7 @@
 #include "calendar/clsCalender.h"
 #include "platform/error.h"
 #include "platform/interruption.h"
-#include "platform/posix/interrupt_signals.h"
+#include "platform/system/interrupt_signals.h"
 #include "tools/qmxadmin/local_database.h"
 
 namespace qmx {

@@ -8,7 +8,7 @@
 
 #include "platform/error.h"
 #include "platform/names.h"
-#include "platform/posix/paths.h"
+#include "platform/system/paths.h"
 #include "tools/qmxadmin/json_output.h"
 #include "tools/qmxadmin/runs/age.h"
 #include "tools/qmxadmin/runs/run_history.h"

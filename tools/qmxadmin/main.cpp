@@ -7,9 +7,9 @@
 #include <iostream>
 
 #include "platform/error.h"
-#include "platform/posix/crash_report.h"
-#include "platform/posix/exit_guard.h"
-#include "platform/posix/failure_report.h"
+#include "platform/system/crash_report.h"
+#include "platform/system/exit_guard.h"
+#include "platform/system/failure_report.h"
 #include "tools/qmxadmin/command_line.h"
 
 namespace {
@@ -41,7 +41,7 @@ int main(int argc, char** argv) {
     status = Run(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc));
   } catch (...) {
     std::cout.flush();
-    qmx::PosixFailureReport().Report(qmx::CurrentError());
+    qmx::StandardErrorReport().Report(qmx::CurrentError());
   }
   return qmx::EndOfMain(static_cast<int>(status));
 }

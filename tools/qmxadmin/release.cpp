@@ -8,7 +8,7 @@
 
 #include "platform/error.h"
 #include "platform/names.h"
-#include "platform/posix/paths.h"
+#include "platform/system/paths.h"
 #include "platform/trim.h"
 #include "tools/qmxadmin/control_records.h"
 #include "tools/qmxadmin/copied_tables.h"

@@ -1,6 +1,6 @@
 #include "tools/qmxadmin/run_outputs.h"
 
-#include "platform/posix/paths.h"
+#include "platform/system/paths.h"
 #include "tools/qmxadmin/copied_tables.h"
 #include "tools/qmxadmin/runs/output_file.h"
 #include "tools/qmxadmin/runs/run_history.h"

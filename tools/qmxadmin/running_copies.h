@@ -1,8 +1,7 @@
 // The copies that are running on this machine.
 #pragma once
 
-#include <sys/types.h>
-
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -11,7 +10,7 @@
 namespace qmx {
 
 struct RunningCopy {
-  pid_t process = 0;
+  std::int64_t process = 0;
   std::string connection;  // of its command line, and so is the default database
   std::string database;
   DateTime since;  // local time

@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include "platform/posix/paths.h"
 #include "platform/run_records/record_fields.h"
+#include "platform/system/paths.h"
 #include "tools/qmxadmin/running_copies.h"
 #include "tools/qmxadmin/runs/age.h"
 #include "tools/qmxadmin/runs/spark_line.h"

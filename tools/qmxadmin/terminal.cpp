@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "platform/progress/terminal.h"
+#include "platform/system/terminal.h"
 
 namespace qmx {
 namespace {

@@ -1,5 +1,5 @@
 // Crashes: one line, and then the signal's own end.
-#include "platform/posix/crash_report.h"
+#include "platform/system/crash_report.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

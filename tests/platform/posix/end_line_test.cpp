@@ -1,5 +1,5 @@
 // The line about an end that the program did not choose.
-#include "platform/posix/end_line.h"
+#include "platform/system/end_line.h"
 
 #include <gtest/gtest.h>
 

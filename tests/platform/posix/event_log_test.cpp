@@ -1,13 +1,13 @@
 // The event log: the system log if one listens, else the file.
-#include "platform/posix/event_log.h"
+#include "platform/system/event_log.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <memory>
 
-#include "platform/posix/paths.h"
-#include "platform/posix/text_files.h"
+#include "platform/system/paths.h"
+#include "platform/system/text_files.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/full_disk.h"
 #include "tests/support/raised.h"
@@ -24,9 +24,9 @@ class EventLogTest : public testing::Test {
 
   TempFolder folder_;
   FakeClock clock_{DateTime::FromDate(2026, 11, 6).PlusTime(14, 5, 9)};
-  PosixTextFiles files_;
+  SystemTextFiles files_;
   std::string socket_ = folder_ / "log";
-  PosixEventLog log_{clock_, files_, socket_};
+  SystemEventLog log_{clock_, files_, socket_};
   const std::string sender_ = "qmxdatacopy[" + std::to_string(getpid()) + "]: ";
 };
 

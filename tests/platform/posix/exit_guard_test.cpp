@@ -1,5 +1,5 @@
 // An exit that main did not cause always has status 2.
-#include "platform/posix/exit_guard.h"
+#include "platform/system/exit_guard.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // The failure report: one line a link on its descriptor, and never a failure of its own.
-#include "platform/posix/failure_report.h"
+#include "platform/system/failure_report.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ TEST(FailureReport, WritesTheChainOneLineALink) {
       throw Error(176, "Copy", "Failed\r\nas expected");
     }
   } catch (const Error& error) {
-    PosixFailureReport(descriptor).Report(error);
+    StandardErrorReport(descriptor).Report(error);
   }
   close(descriptor);
   EXPECT_EQ(ReadFile(folder / "out"),
@@ -32,9 +32,9 @@ TEST(FailureReport, WritesTheChainOneLineALink) {
 TEST(FailureReport, IgnoresThatItCannotWrite) {
   const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
   ASSERT_GE(full, 0);
-  PosixFailureReport(full).Report(Error(1, "a", "b"));
+  StandardErrorReport(full).Report(Error(1, "a", "b"));
   close(full);
-  PosixFailureReport(-1).Report(Error(1, "a", "b"));
+  StandardErrorReport(-1).Report(Error(1, "a", "b"));
   SUCCEED() << "neither call failed";
 }
 

@@ -1,5 +1,5 @@
 // Signals as requests to end: the first one asks, a further one ends the process.
-#include "platform/posix/interrupt_signals.h"
+#include "platform/system/interrupt_signals.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // Path texts and native paths.
-#include "platform/posix/paths.h"
+#include "platform/system/paths.h"
 
 #include <gtest/gtest.h>
 #include <pwd.h>

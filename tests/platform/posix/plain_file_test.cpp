@@ -1,5 +1,5 @@
 // Which files are opened as logs, and which are refused without waiting.
-#include "platform/plain_file.h"
+#include "platform/system/plain_file.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

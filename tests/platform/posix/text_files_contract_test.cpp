@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "platform/posix/text_files.h"
+#include "platform/system/text_files.h"
 #include "tests/support/call_log.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/raised.h"
@@ -26,7 +26,7 @@ class TextFilesOf : public testing::TestWithParam<Kind> {
 
   TempFolder folder_;
   CallLog log_;
-  PosixTextFiles posix_;
+  SystemTextFiles posix_;
   MemoryFiles inMemory_{log_};
   TextFiles& files_ = GetParam() == Kind::Posix ? static_cast<TextFiles&>(posix_) : inMemory_;
 };

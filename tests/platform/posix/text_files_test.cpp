@@ -1,5 +1,5 @@
 // Sequential text files: their content on disk, reading it back, and the error numbers.
-#include "platform/posix/text_files.h"
+#include "platform/system/text_files.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -7,7 +7,7 @@
 
 #include <fstream>
 
-#include "platform/posix/paths.h"
+#include "platform/system/paths.h"
 #include "tests/support/environment.h"
 #include "tests/support/full_disk.h"
 #include "tests/support/raised.h"
@@ -34,7 +34,7 @@ class TextFilesTest : public testing::Test {
   }
 
   TempFolder folder_;
-  PosixTextFiles files_;
+  SystemTextFiles files_;
 };
 
 using Fields = std::vector<std::string>;
@@ -66,7 +66,7 @@ TEST_F(TextFilesTest, WritesRecordsOfQuotedItems) {
 }
 
 TEST_F(TextFilesTest, KeepsTheLinesOfOneOpeningTogether) {
-  PosixTextFiles other;
+  SystemTextFiles other;
   files_.OpenForAppend(PathOf("a.txt"), 1);
   other.OpenForAppend(PathOf("a.txt"), 1);
   files_.Print(1, "one");

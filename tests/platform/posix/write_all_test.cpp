@@ -1,4 +1,4 @@
-#include "platform/write_all.h"
+#include "platform/system/write_all.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

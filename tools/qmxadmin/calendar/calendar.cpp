@@ -6,7 +6,7 @@
 #include <iostream>
 
 #include "platform/error.h"
-#include "platform/posix/clock.h"
+#include "platform/system/clock.h"
 #include "platform/trim.h"
 #include "tools/qmxadmin/calendar/picture.h"
 #include "tools/qmxadmin/calendar/svg.h"
@@ -41,7 +41,7 @@ Period PeriodOf(const CalendarArguments& arguments) {
     period.from = DayOf(arguments.from);
     period.to = arguments.to.empty() ? period.from.PlusDays(days) : DayOf(arguments.to);
   } else {
-    period.to = arguments.to.empty() ? MondayOf(PosixClock().Now()).PlusDays(days) : DayOf(arguments.to);
+    period.to = arguments.to.empty() ? MondayOf(SystemClock().Now()).PlusDays(days) : DayOf(arguments.to);
     period.from = period.to.PlusDays(-days);
   }
   if (period.to < period.from)

@@ -10,7 +10,7 @@
 #include "platform/components/installed_components.h"
 #include "platform/error.h"
 #include "platform/names.h"
-#include "platform/posix/clock.h"
+#include "platform/system/clock.h"
 #include "tools/qmxadmin/check/check_records.h"
 #include "tools/qmxadmin/check/separate_process.h"
 
@@ -101,7 +101,7 @@ void CheckTable(InstalledComponents& components, const ErpListing& table, const 
 
 void CheckComponents(const ComponentChecks& wanted, FindingSink& findings) {
   // Parses the manifests and loads no library, so this process keeps running whatever a component does.
-  PosixClock clock;
+  SystemClock clock;
   InstalledComponents components(clock);
   for (const ManifestFolder& folder : components.Folders()) {
     for (const std::string& problem : folder.problems)

@@ -11,9 +11,9 @@
 #include <filesystem>
 #include <vector>
 
-#include "platform/plain_file.h"
-#include "platform/posix/paths.h"
 #include "platform/run_records/record_fields.h"
+#include "platform/system/paths.h"
+#include "platform/system/plain_file.h"
 #include "tools/qmxadmin/copied_tables.h"
 
 namespace qmx {

@@ -12,7 +12,7 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/error.h"
-#include "platform/write_all.h"
+#include "platform/system/write_all.h"
 #include "tools/qmxadmin/json_output.h"
 
 namespace qmx {

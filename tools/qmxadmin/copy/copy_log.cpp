@@ -5,7 +5,7 @@
 #include <fstream>
 #include <string_view>
 
-#include "platform/posix/paths.h"
+#include "platform/system/paths.h"
 
 namespace qmx {
 namespace {

@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include "platform/progress/terminal.h"
-#include "platform/write_all.h"
+#include "platform/system/terminal.h"
+#include "platform/system/write_all.h"
 #include "tools/qmxadmin/text_width.h"
 
 namespace qmx {

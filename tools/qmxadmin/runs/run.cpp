@@ -3,9 +3,9 @@
 #include <fmt/format.h>
 
 #include "platform/names.h"
-#include "platform/posix/clock.h"
-#include "platform/run_records/process_identity.h"
 #include "platform/run_records/record_fields.h"
+#include "platform/system/clock.h"
+#include "platform/system/process_identity.h"
 
 namespace qmx {
 

@@ -13,8 +13,8 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/error.h"
-#include "platform/plain_file.h"
 #include "platform/run_records/record_fields.h"
+#include "platform/system/plain_file.h"
 
 namespace qmx {
 namespace {

@@ -9,10 +9,10 @@
 #include "platform/event_log.h"
 #include "platform/failure_report.h"
 #include "platform/names.h"
-#include "platform/posix/clock.h"
-#include "platform/posix/text_files.h"
 #include "platform/progress/progress.h"
 #include "platform/sqlite/driver.h"
+#include "platform/system/clock.h"
+#include "platform/system/text_files.h"
 #include "schema/dialect.h"
 #include "tools/qmxadmin/verify/temporary_folder.h"
 
@@ -22,17 +22,17 @@ namespace {
 constexpr const char* kSource = "qmxadmin verify";
 
 // Reads the machine's files and discards what the engine writes.
-class FilesWithoutLogs : public PosixTextFiles {
+class FilesWithoutLogs : public SystemTextFiles {
  public:
   void OpenForAppend(const std::string&, int) override {}
   void OpenForInput(const std::string& path, int number) override {
-    PosixTextFiles::OpenForInput(path, number);
+    SystemTextFiles::OpenForInput(path, number);
     reads_ = true;
   }
   void Print(int, std::string_view) override {}
   void Write(int, std::initializer_list<std::string_view>) override {}
   void Close(int number) override {
-    if (std::exchange(reads_, false)) PosixTextFiles::Close(number);
+    if (std::exchange(reads_, false)) SystemTextFiles::Close(number);
   }
 
  private:
@@ -189,7 +189,7 @@ ErpCopy::ErpCopy(const LocalTable& table, const std::string& component, const st
 
 void ErpCopy::Copy(std::unique_ptr<DriverSession> session, const LocalTable& table, const std::string& component,
                    std::optional<Extent> listing) {
-  PosixClock clock;
+  SystemClock clock;
   FilesWithoutLogs files;
   NoEventLog eventLog;
   InstalledComponents components(clock);

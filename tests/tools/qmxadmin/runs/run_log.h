@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "platform/run_records/process_identity.h"
+#include "platform/system/process_identity.h"
 #include "tests/support/temp_folder.h"
 
 namespace qmx::test {

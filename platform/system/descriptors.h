@@ -1,0 +1,17 @@
+// Open descriptors: standard error, logs, and those that the program which started this one left open.
+#pragma once
+
+#include <chrono>
+
+namespace qmx {
+
+inline constexpr int kStandardError = 2;
+
+// Returns the descriptor with that number, which this process inherited, and stops child processes from inheriting it.
+// Returns -1 if nothing is open there.
+int InheritedDescriptor(int number) noexcept;
+
+// Returns whether a line can be written at once, and waits for that at most the given time.
+bool TakesALine(int descriptor, std::chrono::milliseconds within = {}) noexcept;
+
+}  // namespace qmx

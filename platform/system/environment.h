@@ -1,0 +1,15 @@
+// The environment variables of this process, as UTF-8.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace qmx {
+
+// None if it is not set.
+std::optional<std::string> EnvironmentVariable(const std::string& name);
+
+// Separates the folders of a search path in a variable: ':', or ';' where ':' is a part of paths.
+extern const char kSearchPathSeparator;
+
+}  // namespace qmx
