@@ -9,6 +9,8 @@ std::optional<std::string> EnvironmentVariable(const std::string& name) {
   return value ? std::optional<std::string>(value) : std::nullopt;
 }
 
+void SetVariable(const std::string& name, const std::string& value) { setenv(name.c_str(), value.c_str(), 1); }
+
 const char kSearchPathSeparator = ':';
 
 }  // namespace qmx

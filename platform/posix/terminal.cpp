@@ -7,9 +7,11 @@
 
 namespace qmx {
 
+bool IsTerminal(int descriptor) { return isatty(descriptor) == 1; }
+
 bool IsLiveTerminal(int descriptor) {
   const std::string type = EnvironmentVariable("TERM").value_or("");
-  return isatty(descriptor) == 1 && !type.empty() && type != "dumb";
+  return IsTerminal(descriptor) && !type.empty() && type != "dumb";
 }
 
 bool IsInForeground(int descriptor) {

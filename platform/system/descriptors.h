@@ -5,13 +5,18 @@
 
 namespace qmx {
 
+inline constexpr int kStandardInput = 0;
+inline constexpr int kStandardOutput = 1;
 inline constexpr int kStandardError = 2;
 
 // Returns the descriptor with that number, which this process inherited, and stops child processes from inheriting it.
-// Returns -1 if nothing is open there.
+// Returns -1 if nothing is open there. On Windows, where handles are inherited, the number is a handle's.
 int InheritedDescriptor(int number) noexcept;
 
 // Returns whether a line can be written at once, and waits for that at most the given time.
 bool TakesALine(int descriptor, std::chrono::milliseconds within = {}) noexcept;
+
+// Returns a second descriptor of the same file, or -1. Child processes do not inherit it.
+int Duplicated(int descriptor) noexcept;
 
 }  // namespace qmx

@@ -5,6 +5,8 @@
 
 namespace qmx {
 
+bool IsTerminal(int descriptor);
+
 // Returns whether lines can be redrawn: the descriptor is a terminal that follows these sequences. On a POSIX system
 // $TERM is set and not "dumb".
 bool IsLiveTerminal(int descriptor);

@@ -1,16 +1,12 @@
 #include "tools/qmxadmin/environment_arguments.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <string_view>
+
+#include "platform/system/environment.h"
 
 namespace qmx {
 namespace {
-
-std::string Variable(const char* name) {
-  const char* const value = std::getenv(name);
-  return value ? value : "";
-}
 
 // "tcccp030=KEY=E" is not one, because it has digits before its "=".
 bool IsConnectionText(std::string_view argument) {
@@ -22,10 +18,10 @@ bool IsConnectionText(std::string_view argument) {
 }  // namespace
 
 std::vector<std::string> WithEnvironment(std::vector<std::string> arguments) {
-  const std::string connection = Variable("QMX_CONNECTION");
+  const std::string connection = EnvironmentVariable("QMX_CONNECTION").value_or("");
   if (connection.empty() || arguments.empty()) return arguments;
   if (std::any_of(arguments.begin() + 1, arguments.end(), IsConnectionText)) return arguments;
-  arguments.insert(arguments.begin() + 1, {connection, Variable("QMX_DATABASE")});
+  arguments.insert(arguments.begin() + 1, {connection, EnvironmentVariable("QMX_DATABASE").value_or("")});
   return arguments;
 }
 

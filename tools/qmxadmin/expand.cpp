@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <cstdlib>
 #include <iostream>
 #include <map>
 #include <string>
@@ -11,6 +10,7 @@
 #include "calendar/clsCalender.h"
 #include "platform/error.h"
 #include "platform/interruption.h"
+#include "platform/system/environment.h"
 #include "platform/system/interrupt_signals.h"
 #include "tools/qmxadmin/local_database.h"
 
@@ -55,8 +55,7 @@ void Report(const std::vector<std::string>& inUse, const std::map<std::string, s
 }
 
 bool IsWhole(const ExpandArguments& arguments) {
-  const char* const variable = std::getenv("QMX_COPY");
-  const std::string mode = variable ? variable : "";
+  const std::string mode = EnvironmentVariable("QMX_COPY").value_or("");
   if (mode.empty() || mode == "whole") return arguments.whole || !mode.empty();
   throw Error(errors::kInvalidCall, "qmxadmin expand",
               fmt::format("QMX_COPY is \"{}\". It may be \"whole\" or empty.", mode));

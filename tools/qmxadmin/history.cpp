@@ -24,7 +24,7 @@ Variant CountOrNull(const std::optional<std::int64_t>& count) {
   return count ? Variant(static_cast<double>(*count)) : Variant::Null();
 }
 
-std::vector<Variant> Row(const Run& run) {
+std::vector<Variant> RowOf(const Run& run) {
   const bool ended = run.end.has_value();
   return {LocalText(run.started),
           run.table,
@@ -40,7 +40,7 @@ std::vector<Variant> Row(const Run& run) {
           ended ? OrNull(run.end->lastUpdate) : Variant::Null(),
           OrNull(run.user),
           OrNull(run.host),
-          run.process ? Variant(std::int32_t{*run.process}) : Variant::Null(),
+          run.process ? Variant(static_cast<std::int32_t>(*run.process)) : Variant::Null(),
           CountOrNull(run.request),
           run.number.substr(0, kShortNumber),
           run.number,
@@ -68,7 +68,7 @@ Listing ListingOf(const std::vector<const Run*>& runs) {
                      {.key = "run_short", .title = "RUN"},
                      {.key = "run", .title = ""},
                      {.key = "reason", .title = "REASON", .prose = true, .shownEmpty = false}};
-  for (const Run* run : runs) listing.rows.push_back(Row(*run));
+  for (const Run* run : runs) listing.rows.push_back(RowOf(*run));
   return listing;
 }
 

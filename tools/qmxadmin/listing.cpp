@@ -1,9 +1,8 @@
 #include "tools/qmxadmin/listing.h"
 
-#include <unistd.h>
-
 #include <iostream>
 
+#include "platform/system/descriptors.h"
 #include "tools/qmxadmin/json_output.h"
 #include "tools/qmxadmin/terminal.h"
 #include "tools/qmxadmin/text_table.h"
@@ -11,7 +10,7 @@
 namespace qmx {
 
 void Print(const Listing& listing, OutputForm form) {
-  std::cout << (form == OutputForm::Json ? JsonArray(listing) : TextTable(listing, TerminalOf(STDOUT_FILENO)));
+  std::cout << (form == OutputForm::Json ? JsonArray(listing) : TextTable(listing, TerminalOf(kStandardOutput)));
 }
 
 Variant TextOrNull(const std::string& text) { return text.empty() ? Variant::Null() : Variant(text); }

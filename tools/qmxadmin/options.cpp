@@ -2,8 +2,9 @@
 
 #include <fmt/format.h>
 
-#include <cstdlib>
 #include <iostream>
+
+#include "platform/system/environment.h"
 
 namespace qmx {
 namespace {
@@ -13,8 +14,7 @@ constexpr const char* kComponent = "--component";
 
 void AddSetting(CLI::App& command, const char* name, const char* variable, const std::string& description,
                 std::string& value, Need need) {
-  const char* const set = std::getenv(variable);
-  value = set ? set : "";
+  value = EnvironmentVariable(variable).value_or("");
   command.add_option(name, value, fmt::format("{}; default: {}", description, variable))
       ->required(need == Need::Required && value.empty());
 }
@@ -61,7 +61,7 @@ void ReportMissing(const CLI::RequiredError& error, const SettingsFile& settings
       std::cerr << fmt::format(" {} can be set in the environment{} instead.", variable, where);
   }
   std::cerr << '\n';
-  if (what.starts_with(kComponent) && std::getenv("QMX_COMPONENTS")) {
+  if (what.starts_with(kComponent) && EnvironmentVariable("QMX_COMPONENTS")) {
     std::cerr << "QMX_COMPONENTS is set, but it names the folders of the manifests. The ERP's business component is "
                  "QMX_COMPONENT, without an S.\n";
   }

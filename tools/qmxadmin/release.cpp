@@ -1,14 +1,15 @@
 #include "tools/qmxadmin/release.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <iostream>
 
 #include "platform/error.h"
 #include "platform/names.h"
+#include "platform/system/descriptors.h"
 #include "platform/system/paths.h"
+#include "platform/system/terminal.h"
 #include "platform/trim.h"
 #include "tools/qmxadmin/control_records.h"
 #include "tools/qmxadmin/copied_tables.h"
@@ -67,7 +68,7 @@ bool IsAlive(const Run* holder, const std::vector<RunningCopy>& copies, const Da
 }
 
 bool Confirmed(const std::string& table) {
-  if (!isatty(STDIN_FILENO)) {
+  if (!IsTerminal(kStandardInput)) {
     throw Error(errors::kNotAllowedNow, "qmxadmin",
                 "Standard input is not a terminal, so nobody can confirm. --yes releases without asking.");
   }

@@ -3,18 +3,18 @@
 #include <fmt/format.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <optional>
 #include <string_view>
 
+#include "platform/system/environment.h"
 #include "platform/trim.h"
+#include "tools/qmxadmin/system/usual_places.h"
 
 namespace qmx {
 namespace {
 
-constexpr const char* kUsualPath = "/etc/default/qmxdatacopy";
 constexpr const char* kBlanks = " \t\r";
 constexpr const char* kNameCharacters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_";
 
@@ -36,8 +36,7 @@ std::optional<std::string> Unquoted(std::string_view text) {
 }  // namespace
 
 SettingsFile SettingsFile::FromEnvironment() {
-  const char* const path = std::getenv("QMX_SETTINGS");
-  return SettingsFile(path ? path : kUsualPath);
+  return SettingsFile(EnvironmentVariable("QMX_SETTINGS").value_or(UsualSettingsFile()));
 }
 
 SettingsFile::SettingsFile(std::string path) : path_(std::move(path)) {
@@ -68,14 +67,14 @@ void SettingsFile::ReadLine(const std::string& line, int number) {
 }
 
 void SettingsFile::ApplyToEnvironment() const {
-  const bool namesDatabase = std::getenv("QMX_CONNECTION") || std::getenv("QMX_DATABASE");
+  const bool namesDatabase = EnvironmentVariable("QMX_CONNECTION") || EnvironmentVariable("QMX_DATABASE");
   std::vector<Setting> missing;
   for (const Setting& setting : settings_) {
     const bool isOfDatabase = setting.name == "QMX_CONNECTION" || setting.name == "QMX_DATABASE";
-    if (isOfDatabase ? !namesDatabase : !std::getenv(setting.name.c_str())) missing.push_back(setting);
+    if (isOfDatabase ? !namesDatabase : !EnvironmentVariable(setting.name)) missing.push_back(setting);
   }
   // The last of several lines with the same name counts.
-  for (const Setting& setting : missing) setenv(setting.name.c_str(), setting.value.c_str(), 1);
+  for (const Setting& setting : missing) SetVariable(setting.name, setting.value);
 }
 
 }  // namespace qmx

@@ -1,9 +1,9 @@
 #include "tools/qmxadmin/status_runs.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include "platform/run_records/record_fields.h"
+#include "platform/system/descriptors.h"
 #include "platform/system/paths.h"
 #include "tools/qmxadmin/running_copies.h"
 #include "tools/qmxadmin/runs/age.h"
@@ -58,7 +58,7 @@ const TableRuns& StatusRuns::RunsOf(const std::string& table) const {
 
 void StatusRuns::AddColumns(Listing& listing) const {
   if (!isKnown_) return;
-  const bool drawsBars = TerminalOf(STDOUT_FILENO).width.has_value();
+  const bool drawsBars = TerminalOf(kStandardOutput).width.has_value();
   const std::vector<ListingColumn> columns = {
       {.key = "last_run", .title = "LAST RUN"},
       {.key = "last_run_started", .title = ""},

@@ -1,29 +1,24 @@
 #include "tools/qmxadmin/terminal.h"
 
-#include <unistd.h>
-
 #include <cstdlib>
 
+#include "platform/system/environment.h"
 #include "platform/system/terminal.h"
 
 namespace qmx {
 namespace {
 
 int WidthOf(int descriptor) {
-  const char* const columns = std::getenv("COLUMNS");
-  const int width = columns ? std::atoi(columns) : 0;
+  const int width = std::atoi(EnvironmentVariable("COLUMNS").value_or("").c_str());
   return width > 0 ? width : TerminalWidth(descriptor);
 }
 
-bool AreColoursRefused() {
-  const char* const refusal = std::getenv("NO_COLOR");
-  return refusal && *refusal;
-}
+bool AreColoursRefused() { return !EnvironmentVariable("NO_COLOR").value_or("").empty(); }
 
 }  // namespace
 
 Terminal TerminalOf(int descriptor) {
-  if (!isatty(descriptor)) return {};
+  if (!IsTerminal(descriptor)) return {};
   return {WidthOf(descriptor), IsLiveTerminal(descriptor) && !AreColoursRefused()};
 }
 

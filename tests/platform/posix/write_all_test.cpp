@@ -1,5 +1,6 @@
 #include "platform/system/write_all.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -52,6 +53,19 @@ TEST_F(WritingAll, FailsIfNobodyReads) {
   std::signal(SIGPIPE, before);
   WriteAll(-1, "nor this");
   EXPECT_EQ(errno, EBADF);
+}
+
+TEST_F(WritingAll, AtOnceIsOneWriteOrNothingAndSaysWhy) {
+  EXPECT_EQ(WriteAtOnce(ends_[1], "record"), 0);
+  std::array<char, 64> buffer{};
+  EXPECT_EQ(::read(ends_[0], buffer.data(), buffer.size()), 6);
+  EXPECT_STREQ(buffer.data(), "record");
+  EXPECT_EQ(WriteAtOnce(-1, "record"), EBADF);
+}
+
+TEST_F(WritingAll, AtOnceCallsATextThatWasCutShortAFullDisk) {
+  fcntl(ends_[1], F_SETFL, O_NONBLOCK);
+  EXPECT_EQ(WriteAtOnce(ends_[1], std::string(1 << 20, 'x')), ENOSPC);  // more than a pipe holds
 }
 
 }  // namespace

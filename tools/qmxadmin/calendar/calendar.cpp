@@ -1,12 +1,12 @@
 #include "tools/qmxadmin/calendar/calendar.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <iostream>
 
 #include "platform/error.h"
 #include "platform/system/clock.h"
+#include "platform/system/descriptors.h"
 #include "platform/trim.h"
 #include "tools/qmxadmin/calendar/picture.h"
 #include "tools/qmxadmin/calendar/svg.h"
@@ -126,7 +126,7 @@ AdminStatus ShowCalendars(const CalendarArguments& arguments) {
   } else if (arguments.form == OutputForm::Json) {
     Print(ListingOf(pictures), OutputForm::Json);
   } else {
-    const int columns = TerminalOf(STDOUT_FILENO).width.value_or(kColumnsOfAFile);
+    const int columns = TerminalOf(kStandardOutput).width.value_or(kColumnsOfAFile);
     for (const CalendarPicture& picture : pictures) {
       std::cout << (&picture == &pictures.front() ? "" : "\n") << TerminalPicture(picture, columns);
     }

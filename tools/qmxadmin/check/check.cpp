@@ -6,6 +6,7 @@
 #include "tools/qmxadmin/check/check_logs.h"
 #include "tools/qmxadmin/check/findings.h"
 #include "tools/qmxadmin/local_database.h"
+#include "tools/qmxadmin/system/separate_work.h"
 #include "tools/qmxadmin/verify/calendars_of_employees.h"
 
 namespace qmx {
@@ -25,13 +26,15 @@ std::vector<std::string> LocalCalendars(const DatabaseArguments& arguments) {
 
 AdminStatus Check(const CheckArguments& arguments) {
   Findings findings(arguments.form, arguments.quiet);
-  CheckDatabase(arguments, findings);
-  if (arguments.logs.empty()) {
-    findings.NotChecked("log folder", "--logs is not given");
-  } else {
-    CheckLogs(arguments.logs, findings);
+  if (!SeparateWork::IsThisProcess()) {
+    CheckDatabase(arguments, findings);
+    if (arguments.logs.empty()) {
+      findings.NotChecked("log folder", "--logs is not given");
+    } else {
+      CheckLogs(arguments.logs, findings);
+    }
   }
-  // The database is closed when the components are called, because they run in a forked process.
+  // The database is closed when the components are called, because they run in a process of their own.
   CheckComponents({arguments.component, arguments.records,
                    arguments.records ? LocalCalendars(arguments) : std::vector<std::string>()},
                   findings);

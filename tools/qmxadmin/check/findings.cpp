@@ -1,10 +1,10 @@
 #include "tools/qmxadmin/check/findings.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <iostream>
 
+#include "platform/system/descriptors.h"
 #include "tools/qmxadmin/terminal.h"
 #include "tools/qmxadmin/text_width.h"
 
@@ -35,7 +35,7 @@ void Findings::Add(const Finding& finding) {
     return;
   }
   if (quiet_ && state != Finding::State::Wrong) return;
-  static const bool colours = TerminalOf(STDOUT_FILENO).colours;
+  static const bool colours = TerminalOf(kStandardOutput).colours;
   const std::string blanks(static_cast<std::size_t>(kWidth - TextWidth(word.text)), ' ');
   std::cout << fmt::format("{}{}{}{}  {}: {}", colours ? word.colour : "", word.text, colours ? "\033[0m" : "", blanks,
                            Printable(what), Printable(whatToDo.empty() ? detail : Sentence(detail) + " " + whatToDo))

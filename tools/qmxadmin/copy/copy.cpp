@@ -9,7 +9,6 @@
 #include "tools/qmxadmin/copied_tables.h"
 #include "tools/qmxadmin/copy/copy_runs.h"
 #include "tools/qmxadmin/copy/plan.h"
-#include "tools/qmxadmin/copy/signals.h"
 #include "tools/qmxadmin/local_database.h"
 
 namespace qmx {

@@ -6,11 +6,10 @@
 // this program, which then decides about its copies.
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstdint>
 #include <string>
-#include <vector>
+
+#include "tools/qmxadmin/system/child_process.h"
 
 namespace qmx {
 
@@ -25,35 +24,27 @@ struct CopyMode {
 
 class CopyProcess {
  public:
-  CopyProcess(const std::string& program, const std::string& commandLine,
-              const CopyMode& mode);  // raises 53 when it cannot be started
-  ~CopyProcess();                     // does not wait for the process
-  CopyProcess(const CopyProcess&) = delete;
-  CopyProcess& operator=(const CopyProcess&) = delete;
+  // Raises 53 when it cannot be started. The destructor does not wait for the process.
+  CopyProcess(const std::string& program, const std::string& commandLine, const CopyMode& mode);
 
-  const std::vector<int>& Descriptors() const { return descriptors_; }  // to wait on for new output
-  void Read();                                                          // reads new output, without waiting
+  const ChildProcess& Child() const { return child_; }  // to wait for
+  void Read();                                          // reads new output, without waiting
 
   bool HasEnded();  // without waiting
-  void Signal(int signal) const;
+  void PassOn(const EndRequest& request) const { child_.PassOn(request); }
 
   std::int64_t Rows() const { return rows_; }
   bool IsDeleting() const { return isDeleting_; }  // the rows of a former copy
   const std::string& Output() const { return output_; }
-  int ExitStatus() const;       // as reported by its main; -1 if something else ended it
-  int EndingSignal() const;     // 0 if no signal ended it
-  bool WasInterrupted() const;  // a signal made the copy fail, and its table is released
+  int ExitStatus() const;                                 // as reported by its main; -1 if something else ended it
+  std::string Killer() const { return child_.Killer(); }  // what ended it, if it did not end by itself
+  bool WasInterrupted() const;                            // a signal made the copy fail, and its table is released
 
  private:
-  enum { kProgress, kOutput };
-  void Launch(const std::string& program, const std::string& commandLine, const CopyMode& mode, int progress,
-              int output);
   void ReadProgress();
 
-  std::vector<int> descriptors_;
-  pid_t process_ = -1;
+  ChildProcess child_;
   bool hasEnded_ = false;
-  int state_ = 0;
   std::string progress_;  // an incomplete line
   std::int64_t rows_ = 0;
   bool isDeleting_ = false;

@@ -1,10 +1,8 @@
 #include "tools/qmxadmin/copy/copy_runs.h"
 
 #include <fmt/format.h>
-#include <poll.h>
 
 #include <chrono>
-#include <cstring>
 #include <list>
 #include <sstream>
 
@@ -13,14 +11,14 @@
 #include "tools/qmxadmin/copy/copy_process.h"
 #include "tools/qmxadmin/copy/live_lines.h"
 #include "tools/qmxadmin/copy/plan.h"
-#include "tools/qmxadmin/copy/signals.h"
+#include "tools/qmxadmin/system/end_requests.h"
 
 namespace qmx {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int kBetweenDrawings = 125;  // milliseconds
+constexpr std::chrono::milliseconds kBetweenDrawings{125};
 
 std::vector<std::string> TablesOf(const std::vector<CopyRun>& runs) {
   std::vector<std::string> tables;
@@ -42,8 +40,7 @@ struct Running {
 };
 
 std::string ResultOf(const CopyProcess& process, bool hasCounts) {
-  if (const int signal = process.EndingSignal())
-    return fmt::format("ended by signal {} ({})", signal, strsignal(signal));
+  if (const std::string killer = process.Killer(); !killer.empty()) return "ended by " + killer;
   if (process.WasInterrupted()) return "interrupted";
   switch (process.ExitStatus()) {
     case 0:
@@ -70,9 +67,7 @@ class Runs {
     Start();
     while (!running_.empty()) {
       Wait();
-      for (const int signal : signals_.Take()) {
-        if (signal != SIGCHLD) Stop(signal);
-      }
+      for (const EndRequest& request : requests_.Take()) Stop(request);
       for (auto running = running_.begin(); running != running_.end();) {
         running->process.Read();
         running = running->process.HasEnded() ? End(running) : std::next(running);
@@ -94,20 +89,18 @@ class Runs {
   }
 
   void Wait() {
-    std::vector<pollfd> awaited = {{signals_.Descriptor(), POLLIN, 0}};
-    for (const Running& running : running_) {
-      for (const int descriptor : running.process.Descriptors()) awaited.push_back({descriptor, POLLIN, 0});
-    }
-    poll(awaited.data(), awaited.size(), kBetweenDrawings);
+    std::vector<const ChildProcess*> children;
+    for (const Running& running : running_) children.push_back(&running.process.Child());
+    requests_.Wait(children, kBetweenDrawings);
   }
 
-  void Stop(int signal) {
-    lines_.Print(fmt::format("{}: {}", strsignal(signal),
+  void Stop(const EndRequest& request) {
+    lines_.Print(fmt::format("{}: {}", request.name,
                              isStopped_ ? "the signal is passed on to the running copies again."
                                         : "no further copy is started. Running copies end at their next call to the "
                                           "ERP. A second signal ends them at once."));
     isStopped_ = true;
-    for (const Running& running : running_) running.process.Signal(signal);
+    for (const Running& running : running_) running.process.PassOn(request);
   }
 
   std::list<Running>::iterator End(std::list<Running>::iterator ended) {
@@ -134,7 +127,7 @@ class Runs {
     for (std::string text; std::getline(output, text);) lines_.Print("  " + text);
     if (process.WasInterrupted()) lines_.Print("  The table is released, so the next copy can start.");
     if (process.ExitStatus() >= 0) return;
-    const bool isKilled = process.EndingSignal() != 0;
+    const bool isKilled = !process.Killer().empty();
     if (!isKilled) lines_.Print("  Something other than qmxdatacopy itself ended the process.");
     lines_.Print(fmt::format("  The table {} in progress. \"qmxadmin release {}\" allows the next copy.",
                              isKilled ? "stays" : "may stay", CodeOf(run.table)));
@@ -168,7 +161,7 @@ class Runs {
   std::vector<CopyRun>& runs_;
   const RunOptions& options_;
   std::string program_ = FindDataCopy();
-  Signals signals_;
+  EndRequests requests_;
   LiveLines lines_;
   CopyPlan plan_;
   std::list<Running> running_;

@@ -1,17 +1,22 @@
 #include "tools/qmxadmin/runs/output_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <iostream>
 
 #include "platform/error.h"
+#include "tools/qmxadmin/system/new_files.h"
 
 namespace qmx {
+namespace {
+
+[[noreturn]] void Fail(const std::string& path, const std::string& reason) {
+  throw Error(errors::kPathFileAccess, "qmxadmin", "The file \"" + path + "\" cannot be written: " + reason + ".");
+}
+
+}  // namespace
 
 void WriteOutputFile(const std::string& path, const std::string& text) {
   if (path == "-") {
@@ -19,20 +24,17 @@ void WriteOutputFile(const std::string& path, const std::string& text) {
     return;
   }
   std::string name = path + ".XXXXXX";
-  const int descriptor = mkostemp(name.data(), O_CLOEXEC);
-  const auto fail = [&](int code) {
-    if (descriptor >= 0) unlink(name.c_str());
-    throw Error(errors::kPathFileAccess, "qmxadmin",
-                "The file \"" + path + "\" cannot be written: " + std::strerror(code) + ".");
-  };
-  if (descriptor < 0) fail(errno);
-  std::FILE* const file = fdopen(descriptor, "w");
-  const bool isWritten = std::fwrite(text.data(), 1, text.size(), file) == text.size() && std::fflush(file) == 0 &&
-                         fchmod(descriptor, 0644) == 0;
-  const int code = errno;
-  const bool isClosed = std::fclose(file) == 0;
-  if (!isWritten) fail(code);
-  if (!isClosed || std::rename(name.c_str(), path.c_str()) != 0) fail(errno);
+  std::FILE* const file = CreateNewFile(name);
+  if (!file) Fail(path, std::strerror(errno));
+  const bool isWritten =
+      std::fwrite(text.data(), 1, text.size(), file) == text.size() && std::fflush(file) == 0 && LetEverybodyRead(file);
+  std::error_code problem(isWritten ? 0 : errno, std::generic_category());
+  if (std::fclose(file) != 0 && !problem) problem.assign(errno, std::generic_category());
+  if (!problem) std::filesystem::rename(name, path, problem);
+  if (!problem) return;
+  std::error_code ignored;
+  std::filesystem::remove(name, ignored);
+  Fail(path, problem.message());
 }
 
 }  // namespace qmx

@@ -1,8 +1,6 @@
 // One run of qmxdatacopy, as its records in QMXRuns.jsonl describe it (docs/run-records.md).
 #pragma once
 
-#include <sys/types.h>
-
 #include <chrono>
 #include <cstdint>
 #include <optional>
@@ -41,7 +39,7 @@ struct Run {
   std::string boot;
   std::string user;
   std::string version;
-  std::optional<pid_t> process;
+  std::optional<std::int64_t> process;
   std::optional<std::int64_t> startTicks;
   std::optional<std::int64_t> request;
   std::string mode;  // "whole", "rows", or empty

@@ -1,7 +1,5 @@
 #include "tools/qmxadmin/runs/run_history.h"
 
-#include <fcntl.h>
-#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -14,6 +12,7 @@
 
 #include "platform/error.h"
 #include "platform/run_records/record_fields.h"
+#include "platform/system/descriptors.h"
 #include "platform/system/plain_file.h"
 
 namespace qmx {
@@ -120,7 +119,7 @@ class Collection {
     run.boot = Text(record, kBoot);
     run.user = Text(record, kUser);
     run.version = Text(record, kProgram);
-    run.process = Member<pid_t>(record, kProcess);
+    run.process = Member<std::int64_t>(record, kProcess);
     run.startTicks = Member<std::int64_t>(record, kProcessStart);
     run.request = Member<std::int64_t>(record, kRequest);
     run.mode = Text(record, kMode);
@@ -141,7 +140,7 @@ void ReadLines(const fs::path& path, Collection& runs) {
   struct CloseArchive {
     void operator()(gzFile archive) const { gzclose(archive); }
   };
-  const std::unique_ptr<gzFile_s, CloseArchive> archive(gzdopen(dup(fileno(file.stream.get())), "rb"));
+  const std::unique_ptr<gzFile_s, CloseArchive> archive(gzdopen(Duplicated(file.descriptor), "rb"));
   std::array<char, 65536> buffer{};
   std::string line;
   while (archive && gzgets(archive.get(), buffer.data(), static_cast<int>(buffer.size()))) {

@@ -3,18 +3,17 @@
 #include <fmt/format.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "platform/error.h"
+#include "tools/qmxadmin/system/new_files.h"
 
 namespace qmx {
 
 TemporaryFolder::TemporaryFolder() {
-  const char* const variable = std::getenv("TMPDIR");
-  std::string pattern = std::string(variable && *variable ? variable : "/tmp") + "/qmxadmin-XXXXXX";
-  if (!mkdtemp(pattern.data())) {
+  std::string pattern = TemporaryFiles() + "/qmxadmin-XXXXXX";
+  if (!CreateNewFolder(pattern)) {
     const std::string reason = std::strerror(errno);
     throw Error(errors::kPathFileAccess, "qmxadmin",
                 fmt::format("The temporary folder {} cannot be created: {}.", pattern, reason));

@@ -1,0 +1,7 @@
+#include "tools/qmxadmin/system/usual_places.h"
+
+namespace qmx {
+
+std::string UsualSettingsFile() { return "/etc/default/qmxdatacopy"; }
+
+}  // namespace qmx

@@ -1,0 +1,9 @@
+// Who reads what this program writes.
+#pragma once
+
+namespace qmx {
+
+// Returns whether the descriptor is a pipe whose reader has closed it, as "head" does.
+bool NobodyReads(int descriptor);
+
+}  // namespace qmx
