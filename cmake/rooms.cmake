@@ -110,6 +110,13 @@ function(qmx_room name)
   qmx_join_sources(${name} ${room_JOIN})
 endfunction()
 
+# qmx_program(NAME): gives the program its resources, where the operating system has such.
+function(qmx_program name)
+  if(TARGET ${name}_resources)
+    target_link_libraries(${name} PRIVATE ${name}_resources)
+  endif()
+endfunction()
+
 # qmx_component_server(NAME SOURCES file... [MANIFEST file] [LINKS library...]): a shared library that a host loads, and its manifest.
 # It sees the public component-server header and nothing else of the product.
 function(qmx_component_server name)

@@ -1,5 +1,5 @@
 # What the build for Windows does differently. Which sources differ is decided in platform/CMakeLists.txt.
-add_compile_definitions(UNICODE _UNICODE NOMINMAX NOGDI WIN32_LEAN_AND_MEAN WINVER=0x0A00 _WIN32_WINNT=0x0A00)
+add_compile_definitions(NOMINMAX NOGDI WIN32_LEAN_AND_MEAN WINVER=0x0A00 _WIN32_WINNT=0x0A00)
 # The programs need no file beside those of Windows.
 add_link_options(-static)
 set(ZLIB_USE_STATIC_LIBS ON)
@@ -9,4 +9,4 @@ target_link_libraries(odbcinst INTERFACE odbccp32)
 
 # The folders that are not built. COM takes the place of the bridge to Java there. The others are Debian's packages, and what
 # measures and searches on Linux.
-set(QMX_LEFT_OUT bench bridges packaging sandbox/java docs/examples)
+set(QMX_LEFT_OUT bench bridges packaging sandbox/java docs/examples tools tests)

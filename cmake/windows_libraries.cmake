@@ -6,16 +6,17 @@ if(NOT EXISTS ${QMX_WINDOWS_LIBRARIES}/built)
   message(FATAL_ERROR "${QMX_WINDOWS_LIBRARIES} is missing or incomplete. Run: scripts/windows_libraries.sh --packages")
 endif()
 
-# qmx_windows_library(TARGET [HEADERS] [LINKS library...] [DEFINES definition...]): with the headers of that folder, unless
+# qmx_windows_library(TARGET [HEADERS] [LINKS library...] [DEFINES definition...] [OPTIONS option...]): with the headers of that folder, unless
 # they are the compiler's own.
 function(qmx_windows_library target)
-  cmake_parse_arguments(PARSE_ARGV 1 library "HEADERS" "" "LINKS;DEFINES")
+  cmake_parse_arguments(PARSE_ARGV 1 library "HEADERS" "" "LINKS;DEFINES;OPTIONS")
   if(TARGET ${target})
     return()
   endif()
   add_library(${target} INTERFACE IMPORTED GLOBAL)
   target_link_libraries(${target} INTERFACE ${library_LINKS})
   target_compile_definitions(${target} INTERFACE ${library_DEFINES})
+  target_compile_options(${target} INTERFACE ${library_OPTIONS})
   if(library_HEADERS)
     target_include_directories(${target} INTERFACE ${QMX_WINDOWS_LIBRARIES}/include)
   endif()
@@ -44,7 +45,7 @@ macro(qmx_provide_windows_library method package)
     qmx_windows_library(GTest::gtest_main HEADERS LINKS ${built}/libgtest_main.a ${built}/libgtest.a)
     set(GTest_FOUND ON)
   elseif("${package}" STREQUAL "ODBC")
-    qmx_windows_library(ODBC::ODBC LINKS odbc32)
+    qmx_windows_library(ODBC::ODBC LINKS odbc32 OPTIONS -include windows.h)  # its headers need those of Windows
     set(ODBC_FOUND ON)
   endif()
 endmacro()

@@ -20,6 +20,8 @@ if [ "${1:-}" = --all ]; then
 else
   mapfile -t sources < <(printf '%s\n' "${sources[@]}" | grep -E '^(startup|handler|copy|calendar|platform|schema|bridges|tools)/')
 fi
+# clang knows none of the headers of Windows. mingw's g++ compiles those sources with the same warnings.
+mapfile -t sources < <(printf '%s\n' "${sources[@]}" | grep -vE '(^|/)(windows|com)/')
 echo "clang-tidy: ${#sources[@]} files"
 if ! printf '%s\0' "${sources[@]}" | xargs -0 --max-args=4 --max-procs="$(nproc)" clang-tidy-14 --quiet -p build/clang >"$log" 2>&1; then
   grep -E 'error|warning' -A 5 "$log" >&2

@@ -12,4 +12,8 @@ int AccessProblem(const std::string& nativePath, FileRight right) {
   return faccessat(AT_FDCWD, nativePath.c_str(), mode, AT_EACCESS) == 0 ? 0 : errno;
 }
 
+int FolderAccessProblem(const std::string& nativePath) {
+  return access(nativePath.c_str(), W_OK | X_OK) == 0 ? 0 : errno;
+}
+
 }  // namespace qmx

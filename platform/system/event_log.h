@@ -4,7 +4,8 @@
 // as one record with the time, with CR LF. No other mode is served (error 5).
 //
 // The system log of a POSIX system is a socket, which gets each entry as a datagram in the form of syslog(3). The line
-// ends of its text are LF there, because a carriage return makes the journal show an entry as binary data.
+// ends of its text are LF there, because a carriage return makes the journal show an entry as binary data. The system
+// log of Windows is its event log, if the program is registered there as a source (docs/windows.md).
 //
 // Logging does not start if the target's folder is missing (76) or not writable (70, 75), even with a system log: the
 // program has its other logs in that folder, and does not begin a run that it could not log.
@@ -12,14 +13,13 @@
 
 #include "platform/clock.h"
 #include "platform/event_log.h"
+#include "platform/system/system_log.h"
 #include "platform/text_files.h"
 
 namespace qmx {
 
 class SystemEventLog : public EventLog {
  public:
-  static std::string UsualSystemLog();  // "/dev/log" on a POSIX system
-
   SystemEventLog(Clock& clock, TextFiles& files, std::string systemLog = UsualSystemLog());
 
   void StartLogging(const std::string& target, int mode) override;

@@ -32,6 +32,7 @@ may 'platform/drivers/' "$interfaces|platform/drivers/|platform/(batches|odbc|sq
 may 'platform/sqlite/' "$interfaces|$system|platform/sqlite/"
 may 'platform/odbc/' "$interfaces|$system|platform/odbc/"
 may 'platform/posix/' "$interfaces|$system|platform/posix/"
+may 'platform/windows/' "$interfaces|$system|platform/windows/"
 may 'platform/system/' "$interfaces|$system"
 may 'platform/components/' "$interfaces|$system|platform/components/"
 may 'platform/progress/' "$interfaces|$system|platform/progress/"

@@ -1,0 +1,74 @@
+#include "platform/system/plain_file.h"
+
+#include <fcntl.h>
+#include <io.h>
+
+#include <cerrno>
+
+#include "platform/windows/file_owner.h"
+#include "platform/windows/handle.h"
+#include "platform/windows/system_codes.h"
+#include "platform/windows/wide_text.h"
+
+namespace qmx {
+namespace {
+
+PlainFile Refused(int code, std::string reason = {}) { return {nullptr, -1, code, std::move(reason)}; }
+
+// Appending alone, without the right to write anywhere else, makes each write an append in one step.
+HANDLE Open(const std::wstring& path, FileUse use, DWORD flags) {
+  const bool reads = use == FileUse::Input;
+  return CreateFileW(path.c_str(), reads ? GENERIC_READ : FILE_APPEND_DATA | FILE_READ_ATTRIBUTES | SYNCHRONIZE,
+                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                     reads ? OPEN_EXISTING : OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | flags, nullptr);
+}
+
+// Windows refuses to open a folder with "access denied".
+PlainFile RefusedBy(DWORD code, const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  const bool isFolder = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return Refused(isFolder ? EISDIR : ErrnoOf(code));
+}
+
+bool IsSymbolicLink(HANDLE file) {
+  FILE_ATTRIBUTE_TAG_INFO information{};
+  return GetFileInformationByHandleEx(file, FileAttributeTagInfo, &information, sizeof information) &&
+         (information.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+         information.ReparseTag == IO_REPARSE_TAG_SYMLINK;
+}
+
+PlainFile Opened(Handle& file, FileUse use) {
+  switch (GetFileType(file.Get())) {
+    case FILE_TYPE_DISK:
+      break;
+    case FILE_TYPE_PIPE:
+      return Refused(EINVAL, "is a named pipe, not a regular file");
+    default:
+      return Refused(EINVAL, "is a device, not a regular file");
+  }
+  const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(file.Get()), _O_BINARY | _O_NOINHERIT);
+  if (descriptor < 0) return Refused(errno);
+  file.Release();
+  std::FILE* const stream = _fdopen(descriptor, use == FileUse::Input ? "rb" : "wb");
+  if (stream) return {std::unique_ptr<std::FILE, PlainFile::CloseStream>(stream), descriptor, 0, {}};
+  const int code = errno;
+  _close(descriptor);
+  return Refused(code);
+}
+
+}  // namespace
+
+PlainFile OpenPlainFile(const std::string& path, FileUse use) {
+  const std::wstring wide = WideText(path);
+  Handle asItIs(Open(wide, use, FILE_FLAG_OPEN_REPARSE_POINT));
+  if (!asItIs) return RefusedBy(GetLastError(), wide);
+  if (!IsSymbolicLink(asItIs.Get())) return Opened(asItIs, use);
+  if (const std::string owner = StrangeOwner(asItIs.Get()); !owner.empty()) {
+    return Refused(EACCES, "is a symbolic link of the user " + owner +
+                               "; only links of administrators and of the program's own user are followed");
+  }
+  Handle target(Open(wide, use, 0));
+  return target ? Opened(target, use) : RefusedBy(GetLastError(), wide);
+}
+
+}  // namespace qmx
