@@ -24,6 +24,7 @@
 #include "platform/system/event_log.h"
 #include "platform/system/exit_guard.h"
 #include "platform/system/failure_report.h"
+#include "platform/system/further_components.h"
 #include "platform/system/interrupt_signals.h"
 #include "platform/system/paths.h"
 #include "platform/system/text_files.h"
@@ -62,7 +63,7 @@ ExitStatus Run(const std::string& commandLine, int listener, qmx::modDeclaration
   qmx::SystemClock clock;
   qmx::SystemTextFiles files;
   qmx::SystemEventLog eventLog(clock, files);
-  qmx::InstalledComponents components(clock);
+  qmx::InstalledComponents components(clock, qmx::ComponentFolders(), qmx::ComponentsOfTheSystem());
   qmx::Watchdog watchdog(qmx::SilenceLimits::FromEnvironment(), [&](const qmx::Error& silence) {
     qmx::EndSilentRun(commandLine, listener, silence, failures, record);
   });

@@ -1,8 +1,6 @@
 #include "platform/components/host_object.h"
 
-#include <deque>
-#include <map>
-
+#include "platform/member_names.h"
 #include "platform/running_call.h"
 
 namespace qmx {
@@ -16,33 +14,6 @@ struct HostObject : qmx_object {
 };
 
 HostObject& Self(qmx_object* object) { return *static_cast<HostObject*>(object); }
-
-// Member names by id. Their addresses stay valid until the process ends. Each spelling has its own id, so that a trace
-// shows what the server wrote.
-class Names {
- public:
-  std::int32_t Id(std::string_view name) {
-    const auto known = ids_.find(name);
-    if (known != ids_.end()) return known->second;
-    const auto id = static_cast<std::int32_t>(members_.size());
-    const auto added = ids_.emplace(name, id).first;
-    members_.emplace_back(std::string_view(added->first));
-    return id;
-  }
-  const Member* Find(std::int32_t id) const {
-    return id >= 0 && static_cast<std::size_t>(id) < members_.size() ? &members_[static_cast<std::size_t>(id)]
-                                                                     : nullptr;
-  }
-
- private:
-  std::map<std::string, std::int32_t, std::less<>> ids_;
-  std::deque<Member> members_;
-};
-
-Names& HostNames() {
-  static auto& names = *new Names;  // never destroyed, as types are not
-  return names;
-}
 
 // Skips what the callee did not change. An object counts as changed when its pointer differs.
 void WriteReference(const Variant& before, const Variant& after, qmx_value& variable) {
@@ -74,7 +45,7 @@ Variant CallTarget(HostObject& self, const Member& member, std::span<qmx_value* 
 
 qmx_status ResolveMember(qmx_object*, const char* name, std::size_t length, std::int32_t* id, qmx_error* error) {
   try {
-    *id = HostNames().Id(std::string_view(name, length));
+    *id = MemberNames::OfTheProgram().Id(std::string_view(name, length));
     return QMX_OK;
   } catch (...) {
     return FailWithCurrentError(error);
@@ -85,7 +56,7 @@ qmx_status InvokeMember(qmx_object* object, std::int32_t id, qmx_value* const* a
                         qmx_value* result, qmx_error* error) {
   const OuterCallRestored outerCall;
   try {
-    const Member* const member = HostNames().Find(id);
+    const Member* const member = MemberNames::OfTheProgram().Find(id);
     if (!member) {
       throw Error(errors::kNoSuchMember, "Components", "No member has the id " + std::to_string(id) + ".");
     }

@@ -61,8 +61,9 @@ class Search {
 
 }  // namespace
 
-InstalledComponents::InstalledComponents(Clock& clock, std::vector<std::filesystem::path> folders)
-    : clock_(clock), paths_(std::move(folders)) {
+InstalledComponents::InstalledComponents(Clock& clock, std::vector<std::filesystem::path> folders,
+                                         std::unique_ptr<FurtherComponents> further)
+    : clock_(clock), further_(std::move(further)), paths_(std::move(folders)) {
   hosts.push_back(this);
 }
 
@@ -100,7 +101,17 @@ Object InstalledComponents::CreateObject(std::string_view progId) {
     const bool unread = folder.manifests.empty() && !folder.problems.empty();
     if (!claimedHere && !unread) search.Failed(folder.path.string() + ": no manifest names it");
   }
+  if (further_) {
+    FurtherComponents::Answer answer = further_->Create(progId);
+    if (answer.object) return answer.object;
+    claimed = claimed || answer.isRegistered;
+    search.Failed(std::move(answer.refusal));
+  }
   if (!claimed && SameName(progId, kDateProgId)) return MakeDateObject(clock_);
+  if (further_) {
+    search.Failed(std::string("built-in: ") +
+                  (SameName(progId, kDateProgId) ? "not used, because the date is registered" : "only the date"));
+  }
   search.Fail(progId);
 }
 

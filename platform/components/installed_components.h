@@ -1,5 +1,6 @@
-// The components of this machine: those of the component servers with manifests in the given folders, and the built-in
-// date object "java:java.util.Date" if no server claims that ProgID.
+// The components of this machine: those of the component servers with manifests in the given folders, then those that
+// are registered in the operating system, and the built-in date object "java:java.util.Date" if nothing claims that
+// ProgID.
 //
 // The first manifest that claims a ProgID serves it; if that fails, the next one. A failed creation is 429, and names
 // every place that was searched and why it did not serve.
@@ -9,12 +10,14 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <vector>
 
 #include "platform/components.h"
 #include "platform/components/manifest.h"
 #include "platform/components/server_library.h"
+#include "platform/further_components.h"
 
 namespace qmx {
 
@@ -22,7 +25,9 @@ class Clock;
 
 class InstalledComponents : public Components {
  public:
-  explicit InstalledComponents(Clock& clock, std::vector<std::filesystem::path> folders = ComponentFolders());
+  // `further` is null where the manifests are the only place.
+  explicit InstalledComponents(Clock& clock, std::vector<std::filesystem::path> folders = ComponentFolders(),
+                               std::unique_ptr<FurtherComponents> further = nullptr);
   ~InstalledComponents() override;
   InstalledComponents(const InstalledComponents&) = delete;
   InstalledComponents& operator=(const InstalledComponents&) = delete;
@@ -36,6 +41,7 @@ class InstalledComponents : public Components {
 
  private:
   Clock& clock_;
+  const std::unique_ptr<FurtherComponents> further_;
   std::vector<std::filesystem::path> paths_;
   std::optional<std::vector<ManifestFolder>> folders_;
 };

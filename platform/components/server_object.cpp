@@ -1,9 +1,8 @@
 #include "platform/components/server_object.h"
 
+#include "platform/interruptible_call.h"
 #include "platform/interruption.h"
-#include "platform/names.h"
 #include "platform/running_call.h"
-#include "platform/scheduling_server.h"
 
 namespace qmx {
 namespace {
@@ -72,7 +71,7 @@ Variant ServerObject::Invoke(const Member& member, std::span<const Argument> arg
 
 Variant ServerObject::InvokeOther(const Member& member, std::span<const Argument> arguments) {
   return Described(member, [&] {
-    if (MayBeInterrupted(member)) Interruption::RaiseIfRequested();
+    if (MayBeInterrupted(fromProgId_, member.Name())) Interruption::RaiseIfRequested();
     Member::Site& site = member.LastFound();
     if (site.type != object_->type) site = Find(member);
     AbiArguments list(arguments);
@@ -81,11 +80,6 @@ Variant ServerObject::InvokeOther(const Member& member, std::span<const Argument
     Call(site.id, list.Pointers(), arguments.size(), result);
     return list.Take(result);
   });
-}
-
-// Excludes calls to the scheduling server, Close of the ERP's manager, and calls within calls.
-bool ServerObject::MayBeInterrupted(const Member& member) const {
-  return !IsSchedulingServers(fromProgId_) && !SameName(member.Name(), "Close") && !RunningCall::Member();
 }
 
 Member::Site ServerObject::Find(const Member& member) {

@@ -28,7 +28,6 @@ class ServerObject final : public Dispatch {
  private:
   // Not inlined: only the first call of a getter comes here.
   [[gnu::noinline]] Variant InvokeOther(const Member& member, std::span<const Argument> arguments);
-  bool MayBeInterrupted(const Member& member) const;
   Member::Site Find(const Member& member);
   void Call(std::int32_t id, qmx_value* const* arguments, std::size_t count, qmx_value& result);
   template <typename Body>

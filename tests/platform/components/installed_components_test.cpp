@@ -173,5 +173,81 @@ TEST_F(InstalledServers, AreEnteredOnceUnderAllTheirPaths) {
   EXPECT_THAT(Refusal("Test.Probe"), testing::Not(HasSubstr("Entered twice.")));
 }
 
+// A place besides the manifests, whose answer a test decides.
+class FurtherPlace final : public FurtherComponents {
+ public:
+  struct Registered {
+    Answer answer;
+    std::vector<std::string> asked;
+  };
+
+  explicit FurtherPlace(std::shared_ptr<Registered> registered) : registered_(std::move(registered)) {}
+  Answer Create(std::string_view progId) override {
+    registered_->asked.emplace_back(progId);
+    return registered_->answer;
+  }
+
+ private:
+  std::shared_ptr<Registered> registered_;
+};
+
+class InstalledServersBesideAFurtherPlace : public InstalledServers {
+ protected:
+  std::string RefusalOfAll(const std::string& progId) {
+    const Error error = Raised([&] { all.CreateObject(progId); });
+    EXPECT_EQ(error.Number(), 429);
+    return error.Description();
+  }
+  std::string NoManifest() const { return folder.Path().string() + ": no manifest names it"; }
+
+  std::shared_ptr<FurtherPlace::Registered> further = std::make_shared<FurtherPlace::Registered>();
+  InstalledComponents all{clock, {folder.Path()}, std::make_unique<FurtherPlace>(further)};
+};
+
+TEST_F(InstalledServersBesideAFurtherPlace, ServeFirst) {
+  folder.Add("probe", TestServer("probe"), {"Test.Probe"});
+  EXPECT_TRUE(all.CreateObject("Test.Probe"));
+  EXPECT_THAT(further->asked, testing::IsEmpty());
+}
+
+TEST_F(InstalledServersBesideAFurtherPlace, LeaveToItWhatTheyDoNotClaim) {
+  further->answer = {components.CreateObject("java:java.util.Date"), true, ""};
+  EXPECT_EQ(all.CreateObject("Other.Thing"), further->answer.object);
+  EXPECT_THAT(further->asked, testing::ElementsAre("Other.Thing"));
+}
+
+TEST_F(InstalledServersBesideAFurtherPlace, LeaveToItWhatTheyCannotServe) {
+  folder.Add("a", "missing.so", {"Test.Probe"});
+  further->answer = {components.CreateObject("java:java.util.Date"), true, ""};
+  EXPECT_EQ(all.CreateObject("Test.Probe"), further->answer.object);
+}
+
+TEST_F(InstalledServersBesideAFurtherPlace, AreReportedWithItAndTheBuiltInDate) {
+  further->answer = {{}, false, "COM: nothing is registered under this name"};
+  EXPECT_EQ(RefusalOfAll("Test.Probe"),
+            "Cannot create an object of \"Test.Probe\"; " + NoManifest() +
+                "; COM: nothing is registered under this name; built-in: only the date. The folders of QMX_COMPONENTS "
+                "are searched for component manifests.");
+}
+
+TEST_F(InstalledServersBesideAFurtherPlace, LeaveTheDateToItBeforeTheBuiltInOne) {
+  folder.Add("probe", TestServer("probe"), {"Test.Probe"});
+  further->answer = {components.CreateObject("Test.Probe"), true, ""};
+  EXPECT_EQ(all.CreateObject("java:java.util.Date"), further->answer.object);
+}
+
+TEST_F(InstalledServersBesideAFurtherPlace, LeaveTheDateToTheBuiltInOneIfNothingIsRegistered) {
+  further->answer = {{}, false, "COM: nothing is registered under this name"};
+  EXPECT_TRUE(all.CreateObject("java:java.util.Date"));
+}
+
+TEST_F(InstalledServersBesideAFurtherPlace, ReportADateThatIsRegisteredAndCannotBeCreated) {
+  further->answer = {{}, true, "COM: the creation failed with 0x80070005"};
+  EXPECT_EQ(RefusalOfAll("java:java.util.Date"),
+            "Cannot create an object of \"java:java.util.Date\"; " + NoManifest() +
+                "; COM: the creation failed with 0x80070005; built-in: not used, because the date is registered. The "
+                "folders of QMX_COMPONENTS are searched for component manifests.");
+}
+
 }  // namespace
 }  // namespace qmx::test

@@ -12,6 +12,7 @@
 #include "platform/progress/progress.h"
 #include "platform/sqlite/driver.h"
 #include "platform/system/clock.h"
+#include "platform/system/further_components.h"
 #include "platform/system/text_files.h"
 #include "schema/dialect.h"
 #include "tools/qmxadmin/verify/temporary_folder.h"
@@ -192,7 +193,7 @@ void ErpCopy::Copy(std::unique_ptr<DriverSession> session, const LocalTable& tab
   SystemClock clock;
   FilesWithoutLogs files;
   NoEventLog eventLog;
-  InstalledComponents components(clock);
+  InstalledComponents components(clock, ComponentFolders(), ComponentsOfTheSystem());
   WatchedComponents watched(components, table.name, listing.value_or(Extent::AllRecords), firstStartDate_);
   Components& used = listing ? static_cast<Components&>(watched) : components;
   OpenedDriver opened(std::move(session));

@@ -1,0 +1,24 @@
+// The single-threaded apartment in which the program's thread uses COM.
+//
+// Everything that holds a COM interface also holds the apartment, so the last interface is released before COM is left.
+#pragma once
+
+#include <memory>
+
+namespace qmx {
+
+class ComApartment {
+ public:
+  // Returns the thread's apartment, and enters it if nothing holds it. Raises 429 if the thread is already in an
+  // apartment of another kind, or if COM does not start.
+  static std::shared_ptr<ComApartment> Enter();
+
+  ~ComApartment();
+  ComApartment(const ComApartment&) = delete;
+  ComApartment& operator=(const ComApartment&) = delete;
+
+ private:
+  ComApartment() = default;
+};
+
+}  // namespace qmx

@@ -1,0 +1,84 @@
+#include "platform/com/com_arguments.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/com/variant_values.h"
+#include "platform/error.h"
+
+namespace qmx {
+namespace {
+
+bool IsPassedAsItsType(const VARIANT& value) {
+  switch (value.vt) {
+    case VT_BOOL:
+    case VT_UI1:
+    case VT_I2:
+    case VT_I4:
+    case VT_R8:
+      return true;
+    default:
+      return false;
+  }
+}
+
+VARIANT ReferenceTo(VARIANT& variable) {
+  VARIANT reference;
+  VariantInit(&reference);
+  if (IsPassedAsItsType(variable)) {
+    reference.vt = static_cast<VARTYPE>(VT_BYREF | variable.vt);
+    reference.byref = &variable.llVal;
+  } else {
+    reference.vt = VT_BYREF | VT_VARIANT;
+    reference.pvarVal = &variable;
+  }
+  return reference;
+}
+
+// Names the argument in the error that `take` raises.
+template <typename Body>
+auto ForArgument(std::size_t index, Body&& take) {
+  try {
+    return take();
+  } catch (Error& error) {
+    error.With("argument", std::to_string(index + 1));
+    throw;
+  }
+}
+
+}  // namespace
+
+ComArguments::ComArguments(std::span<const Argument> arguments)
+    : arguments_(arguments), values_(arguments.size()), passed_(arguments.size()) {
+  for (VARIANT& value : values_) VariantInit(&value);
+  try {
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+      ForArgument(i, [&] { ToVariant(arguments[i].Value(), values_[i]); });
+      passed_[values_.size() - 1 - i] = arguments[i].IsReference() ? ReferenceTo(values_[i]) : values_[i];
+    }
+  } catch (...) {
+    Clear();
+    throw;
+  }
+  parameters_.rgvarg = passed_.data();
+  parameters_.cArgs = static_cast<UINT>(passed_.size());
+}
+
+ComArguments::~ComArguments() { Clear(); }
+
+void ComArguments::Clear() {
+  for (VARIANT& value : values_) VariantClear(&value);
+}
+
+Variant ComArguments::Take(const VARIANT& result) {
+  std::vector<std::pair<const Argument*, Variant>> written;
+  for (std::size_t i = 0; i < arguments_.size(); ++i) {
+    if (!arguments_[i].IsReference()) continue;
+    written.emplace_back(&arguments_[i], ForArgument(i, [&] { return FromVariant(values_[i]); }));
+  }
+  Variant returned = FromVariant(result);
+  for (auto& [variable, value] : written) variable->Write(std::move(value));
+  return returned;
+}
+
+}  // namespace qmx

@@ -1,0 +1,39 @@
+// The arguments of one call to a component.
+//
+// The caller's variable of a number or a boolean is passed as a reference of its type, because a parameter of that type
+// refuses a reference to a VARIANT. Variables of other kinds are passed as references to a VARIANT, in which the
+// component may store a value of any type.
+#pragma once
+
+#include <oaidl.h>
+
+#include <span>
+#include <vector>
+
+#include "platform/components.h"
+
+namespace qmx {
+
+class ComArguments {
+ public:
+  explicit ComArguments(std::span<const Argument> arguments);
+  ~ComArguments();
+  ComArguments(const ComArguments&) = delete;
+  ComArguments& operator=(const ComArguments&) = delete;
+
+  DISPPARAMS& Parameters() { return parameters_; }  // last argument first, as COM wants them
+
+  // Returns the result of a call that succeeded, and writes what it wrote into the variables that were passed by
+  // reference. If one of these values cannot be taken, raises its error and changes no variable.
+  Variant Take(const VARIANT& result);
+
+ private:
+  void Clear();
+
+  std::span<const Argument> arguments_;
+  std::vector<VARIANT> values_;  // in the order of the arguments
+  std::vector<VARIANT> passed_;  // last argument first; borrows from values_
+  DISPPARAMS parameters_{};
+};
+
+}  // namespace qmx

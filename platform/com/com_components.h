@@ -1,0 +1,22 @@
+// The components that are registered in COM.
+//
+// A ProgID is looked up among the registered classes. A name with a prefix ("java:java.util.Date") that is no ProgID is
+// parsed as a moniker. Objects must have IDispatch. COM starts when the first object is asked for.
+#pragma once
+
+#include <memory>
+
+#include "platform/com/apartment.h"
+#include "platform/further_components.h"
+
+namespace qmx {
+
+class ComComponents : public FurtherComponents {
+ public:
+  Answer Create(std::string_view progId) override;
+
+ private:
+  std::shared_ptr<ComApartment> apartment_;  // null before the first object
+};
+
+}  // namespace qmx

@@ -1,0 +1,23 @@
+// A place besides the manifests where components are registered, such as the operating system's registry.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/object.h"
+
+namespace qmx {
+
+class FurtherComponents {
+ public:
+  virtual ~FurtherComponents() = default;
+
+  struct Answer {
+    Object object;
+    bool isRegistered = false;  // whether the place knows the ProgID, even if it cannot create an object now
+    std::string refusal;        // begins with the place's name: why there is no object
+  };
+  virtual Answer Create(std::string_view progId) = 0;
+};
+
+}  // namespace qmx

@@ -1,0 +1,127 @@
+#include "platform/com/com_arguments.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/com/bstr.h"
+#include "platform/com/objects.h"
+#include "platform/com/variant_values.h"
+#include "platform/error.h"
+#include "tests/platform/com/stub_component.h"
+#include "tests/support/raised.h"
+
+namespace qmx::test {
+namespace {
+
+TEST(Arguments, ArePassedLastFirst) {
+  const Argument arguments[] = {Argument(1), Argument("two"), Argument(3.0)};
+  ComArguments list(arguments);
+  const DISPPARAMS& passed = list.Parameters();
+  ASSERT_EQ(passed.cArgs, 3u);
+  EXPECT_EQ(passed.cNamedArgs, 0u);
+  EXPECT_EQ(FromVariant(passed.rgvarg[0]), Variant(3.0));
+  EXPECT_EQ(FromVariant(passed.rgvarg[1]), Variant("two"));
+  EXPECT_EQ(FromVariant(passed.rgvarg[2]), Variant(1));
+}
+
+TEST(Arguments, MayBeNone) {
+  ComArguments list({});
+  EXPECT_EQ(list.Parameters().cArgs, 0u);
+  EXPECT_EQ(list.Take(VARIANT{}), Variant());
+}
+
+TEST(AVariableOfANumber, IsPassedAsAReferenceOfItsType) {
+  Variant boolean = true;
+  Variant byte = std::uint8_t{1};
+  Variant small = std::int16_t{1};
+  Variant integer = 1;
+  Variant fraction = 1.0;
+  const Argument arguments[] = {Ref(boolean), Ref(byte), Ref(small), Ref(integer), Ref(fraction)};
+  ComArguments list(arguments);
+  const VARIANT* const passed = list.Parameters().rgvarg;
+  EXPECT_EQ(passed[4].vt, VT_BYREF | VT_BOOL);
+  EXPECT_EQ(passed[3].vt, VT_BYREF | VT_UI1);
+  EXPECT_EQ(passed[2].vt, VT_BYREF | VT_I2);
+  EXPECT_EQ(passed[1].vt, VT_BYREF | VT_I4);
+  EXPECT_EQ(passed[0].vt, VT_BYREF | VT_R8);
+}
+
+TEST(AVariableOfAnotherKind, IsPassedAsAReferenceToAVariant) {
+  Variant variables[] = {Variant(), Variant::Null(), DateTime(), "text", Object()};
+  for (Variant& variable : variables) {
+    const Argument arguments[] = {Ref(variable)};
+    ComArguments list(arguments);
+    EXPECT_EQ(list.Parameters().rgvarg[0].vt, VT_BYREF | VT_VARIANT);
+    EXPECT_EQ(FromVariant(list.Parameters().rgvarg[0]), variable);
+  }
+}
+
+TEST(AVariable, ReceivesWhatTheComponentWrote) {
+  Variant number = 1;
+  Variant text = "before";
+  const Argument arguments[] = {Ref(number), Argument(5), Ref(text)};
+  ComArguments list(arguments);
+  *list.Parameters().rgvarg[2].plVal = 7;
+  VARIANT& written = *list.Parameters().rgvarg[0].pvarVal;
+  VariantClear(&written);
+  written.vt = VT_R8;
+  written.dblVal = 0.5;
+  EXPECT_EQ(list.Take(VARIANT{}), Variant());
+  EXPECT_EQ(number, Variant(7));
+  EXPECT_EQ(text, Variant(0.5));
+}
+
+TEST(AVariable, ThatTheComponentLeavesAloneKeepsItsValue) {
+  Variant text = "before";
+  const auto component = StubComponent::Make({});
+  Variant object = ObjectFrom(component.Get());
+  const Object before = object.ToObject();
+  const Argument arguments[] = {Ref(text), Ref(object)};
+  ComArguments list(arguments);
+  list.Take(VARIANT{});
+  EXPECT_EQ(text, Variant("before"));
+  EXPECT_EQ(object.ToObject(), before);
+}
+
+TEST(NoVariable, IsChangedWhenOneOfTheValuesCannotBeTaken) {
+  Variant number = 1;
+  Variant text = "before";
+  const Argument arguments[] = {Ref(number), Ref(text)};
+  ComArguments list(arguments);
+  *list.Parameters().rgvarg[1].plVal = 7;
+  VARIANT& written = *list.Parameters().rgvarg[0].pvarVal;
+  VariantClear(&written);
+  written.vt = VT_ERROR;
+  written.scode = E_FAIL;
+  const Error error = Raised([&] { list.Take(VARIANT{}); });
+  EXPECT_EQ(error.Number(), 13);
+  EXPECT_EQ(error.DetailOf("argument"), "2");
+  EXPECT_EQ(number, Variant(1));
+  EXPECT_EQ(text, Variant("before"));
+}
+
+TEST(NoVariable, IsChangedWhenTheResultCannotBeTaken) {
+  Variant number = 1;
+  const Argument arguments[] = {Ref(number)};
+  ComArguments list(arguments);
+  *list.Parameters().rgvarg[0].plVal = 7;
+  VARIANT result{};
+  result.vt = VT_ERROR;
+  result.scode = E_FAIL;
+  EXPECT_EQ(Raised([&] { list.Take(result); }).Number(), 13);
+  EXPECT_EQ(number, Variant(1));
+}
+
+TEST(AnObjectAsAnArgument, IsReleasedAfterTheCall) {
+  const auto component = StubComponent::Make({});
+  const Object object = ObjectFrom(component.Get());
+  const ULONG before = component->references;
+  {
+    const Argument arguments[] = {Argument(object)};
+    ComArguments list(arguments);
+    EXPECT_EQ(list.Parameters().rgvarg[0].pdispVal, component.Get());
+  }
+  EXPECT_EQ(component->references, before);
+}
+
+}  // namespace
+}  // namespace qmx::test

@@ -1,0 +1,161 @@
+#include "platform/com/com_components.h"
+
+#include <gmock/gmock.h>
+
+#include <future>
+#include <thread>
+
+#include "platform/com/hresult.h"
+#include "platform/com/objects.h"
+#include "platform/components.h"
+#include "platform/error.h"
+#include "tests/platform/com/registered_class.h"
+#include "tests/platform/com/stub_component.h"
+#include "tests/support/raised.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+ComPtr<IUnknown> AnsweringComponent() {
+  auto component = StubComponent::Make([](const StubComponent::Call& call) {
+    call.result->vt = VT_I4;
+    call.result->lVal = 42;
+    return S_OK;
+  });
+  return ComPtr<IUnknown>::Owning(component.Detach());
+}
+
+class ComComponentsOfThisMachine : public testing::Test {
+ protected:
+  std::shared_ptr<ComApartment> apartment = ComApartment::Enter();
+  ComComponents components;
+};
+
+TEST_F(ComComponentsOfThisMachine, AreCreatedByTheirProgIds) {
+  const RegisteredClass served("QmxTest.Answering", AnsweringComponent);
+  const FurtherComponents::Answer answer = components.Create("qmxtest.ANSWERING");
+  EXPECT_TRUE(answer.isRegistered);
+  EXPECT_EQ(answer.refusal, "");
+  EXPECT_EQ(answer.object.Call("ask"), Variant(42));
+}
+
+TEST_F(ComComponentsOfThisMachine, NameTheirProgIdInErrors) {
+  const RegisteredClass served("QmxTest.Answering", AnsweringComponent);
+  const Object object = components.Create("QmxTest.Answering").object;
+  EXPECT_EQ(Raised([&] { object.Call("none"); }).DetailOf("progid"), "QmxTest.Answering");
+}
+
+TEST_F(ComComponentsOfThisMachine, AreNotRegisteredUnderOtherNames) {
+  const FurtherComponents::Answer answer = components.Create("QmxTest.Unknown");
+  EXPECT_FALSE(answer.object);
+  EXPECT_FALSE(answer.isRegistered);
+  EXPECT_THAT(answer.refusal, StartsWith("COM: nothing is registered under this name: 0x800401F3"));
+}
+
+TEST_F(ComComponentsOfThisMachine, AreNotRegisteredUnderOtherPrefixes) {
+  const FurtherComponents::Answer answer = components.Create("qmxnone:java.util.Date");
+  EXPECT_FALSE(answer.object);
+  EXPECT_FALSE(answer.isRegistered);
+  EXPECT_THAT(answer.refusal, StartsWith("COM: nothing is registered under this name: 0x800401F3"));
+}
+
+TEST_F(ComComponentsOfThisMachine, WithoutAServerAreRefused) {
+  const RegisteredProgId registered("QmxTest.NoServer");
+  const FurtherComponents::Answer answer = components.Create("QmxTest.NoServer");
+  EXPECT_FALSE(answer.object);
+  EXPECT_TRUE(answer.isRegistered);
+  EXPECT_THAT(answer.refusal, StartsWith("COM: its class has no server that a 64-bit program can use: 0x80040154"));
+}
+
+TEST_F(ComComponentsOfThisMachine, WhoseCreationFailsAreRefused) {
+  const RegisteredClass served(
+      "QmxTest.Failing", [] { return ComPtr<IUnknown>(); }, E_ACCESSDENIED);
+  const FurtherComponents::Answer answer = components.Create("QmxTest.Failing");
+  EXPECT_FALSE(answer.object);
+  EXPECT_TRUE(answer.isRegistered);
+  EXPECT_EQ(answer.refusal, "COM: the creation failed with " + DescribeHresult(E_ACCESSDENIED));
+}
+
+TEST_F(ComComponentsOfThisMachine, ThatCannotBeCalledByNameAreRefused) {
+  const RegisteredClass served("QmxTest.NoDispatch",
+                               [] { return ComPtr<IUnknown>::Owning(new StubTypeInfo({}, L"", {})); });
+  const FurtherComponents::Answer answer = components.Create("QmxTest.NoDispatch");
+  EXPECT_FALSE(answer.object);
+  EXPECT_TRUE(answer.isRegistered);
+  EXPECT_THAT(answer.refusal, StartsWith("COM: its object cannot be called by name, because it has no IDispatch"));
+}
+
+TEST_F(ComComponentsOfThisMachine, AreCreatedByMonikersOfTheirPrefix) {
+  std::string parsed;
+  const RegisteredPrefix prefix("qmxtest", [&](const std::string& name) {
+    parsed = name;
+    return AnsweringComponent();
+  });
+  const FurtherComponents::Answer answer = components.Create("qmxtest:java.util.Date");
+  EXPECT_EQ(answer.refusal, "");
+  ASSERT_TRUE(answer.object);
+  EXPECT_EQ(answer.object.Call("ask"), Variant(42));
+  EXPECT_EQ(parsed, "qmxtest:java.util.Date");
+}
+
+TEST_F(ComComponentsOfThisMachine, WhoseMonikersCannotBeBoundAreRefused) {
+  const RegisteredPrefix prefix("qmxtest", [](const std::string&) {
+    return ComPtr<IUnknown>::Owning(new StubTypeInfo({}, L"", {}));  // has no IDispatch
+  });
+  const FurtherComponents::Answer answer = components.Create("qmxtest:java.util.Date");
+  EXPECT_FALSE(answer.object);
+  EXPECT_TRUE(answer.isRegistered);
+  EXPECT_THAT(answer.refusal, HasSubstr("0x80004002"));
+}
+
+TEST_F(ComComponentsOfThisMachine, ThatAreDisconnectedAreErrorsWithTheResult) {
+  OtherApartment server(AnsweringComponent());
+  const Object object = ObjectFrom(server.Unmarshal().Get(), "QmxTest.Remote");
+  EXPECT_EQ(object.Call("ask"), Variant(42));
+  server.Disconnect();
+  const Error error = Raised([&] { object.Call("ask"); });
+  // Windows says that the object is disconnected, Wine that it no longer has the interface.
+  EXPECT_THAT(error.DetailOf("hresult"), testing::AnyOf(StartsWith("0x80010108"), StartsWith("0x800706B5")));
+  EXPECT_LT(error.Number(), 0);
+  EXPECT_EQ(error.DetailOf("member"), "ask");
+  EXPECT_EQ(error.DetailOf("progid"), "QmxTest.Remote");
+}
+
+TEST(AnApartmentOfAnotherKind, IsRefused) {
+  auto answer = std::async(std::launch::async, [] {
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    ComComponents components;
+    const FurtherComponents::Answer given = components.Create("QmxTest.Answering");
+    CoUninitialize();
+    return given;
+  });
+  const FurtherComponents::Answer given = answer.get();
+  EXPECT_FALSE(given.object);
+  EXPECT_FALSE(given.isRegistered);
+  EXPECT_THAT(given.refusal, StartsWith("COM: COM does not start: 0x80010106"));
+}
+
+TEST(AnApartment, IsLeftAfterTheLastObject) {
+  auto released = std::async(std::launch::async, [] {
+    Object object;
+    {
+      const std::shared_ptr<ComApartment> apartment = ComApartment::Enter();
+      const RegisteredClass served("QmxTest.Answering", AnsweringComponent);
+      ComComponents components;
+      object = components.Create("QmxTest.Answering").object;
+    }
+    const Variant answer = object.Call("ask");  // the apartment is still there
+    object = Object();
+    // Nothing is left of it: another kind can be entered.
+    const HRESULT entered = CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    if (SUCCEEDED(entered)) CoUninitialize();
+    return answer == Variant(42) && entered == S_OK;
+  });
+  EXPECT_TRUE(released.get());
+}
+
+}  // namespace
+}  // namespace qmx::test

@@ -1,0 +1,68 @@
+#include "platform/com/objects.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/components.h"
+#include "platform/error.h"
+#include "tests/platform/com/host_object.h"
+#include "tests/platform/com/stub_component.h"
+
+namespace qmx::test {
+namespace {
+
+TEST(AnObjectOfAComponent, ThatComesBackIsTheSameObject) {
+  const auto component = StubComponent::Make({});
+  const Object object = ObjectFrom(component.Get());
+  EXPECT_EQ(ObjectFrom(component.Get()), object);
+}
+
+TEST(AnObjectOfAComponent, IsPassedAsTheInterfaceThatItWas) {
+  const auto component = StubComponent::Make({});
+  EXPECT_EQ(DispatchOf(ObjectFrom(component.Get())).Get(), component.Get());
+}
+
+TEST(AnObjectOfAComponent, ThatWasReleasedIsForgotten) {
+  const auto component = StubComponent::Make({});
+  const Dispatch* const first = ObjectFrom(component.Get(), "A.First").Target().get();
+  EXPECT_NE(first, nullptr);
+  const Object again = ObjectFrom(component.Get(), "A.Second");
+  Error error(1, "", "");
+  again.Target()->Describe(error, "x");
+  EXPECT_EQ(error.DetailOf("progid"), "A.Second");
+}
+
+TEST(TwoObjectsOfAComponent, Differ) {
+  const auto one = StubComponent::Make({});
+  const auto other = StubComponent::Make({});
+  EXPECT_NE(ObjectFrom(one.Get()), ObjectFrom(other.Get()));
+}
+
+TEST(AnObjectOfTheProgram, ThatComesBackIsTheSameObject) {
+  const Object object = HostObject::Make();
+  const ComPtr<IDispatch> dispatch = DispatchOf(object);
+  EXPECT_EQ(ObjectFrom(dispatch.Get()), object);
+}
+
+TEST(AnObjectOfTheProgram, HasOneInterfaceAsLongAsAComponentHoldsIt) {
+  const Object object = HostObject::Make();
+  const ComPtr<IDispatch> dispatch = DispatchOf(object);
+  EXPECT_EQ(DispatchOf(object).Get(), dispatch.Get());
+}
+
+TEST(AnObjectOfTheProgram, LivesAsLongAsAComponentHoldsIt) {
+  Object object = HostObject::Make();
+  const std::weak_ptr<Dispatch> target = object.Target();
+  ComPtr<IDispatch> dispatch = DispatchOf(object);
+  object = Object();
+  EXPECT_FALSE(target.expired());
+  dispatch = {};
+  EXPECT_TRUE(target.expired());
+}
+
+TEST(NoObject, IsANullInterfaceBothWays) {
+  EXPECT_FALSE(ObjectFrom(nullptr));
+  EXPECT_FALSE(DispatchOf(Object()));
+}
+
+}  // namespace
+}  // namespace qmx::test

@@ -1,0 +1,131 @@
+#include "tests/platform/com/registered_class.h"
+
+#include <gtest/gtest.h>
+#include <objbase.h>
+
+#include <future>
+#include <thread>
+
+#include "platform/com/bstr.h"
+
+namespace qmx::test {
+namespace {
+
+class Factory final : public IClassFactory, public IParseDisplayName {
+ public:
+  Factory(MakeComponent make, HRESULT failure, ParseName parse)
+      : make_(std::move(make)), failure_(failure), parse_(std::move(parse)) {}
+  virtual ~Factory() = default;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
+    *object = nullptr;
+    if (IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IClassFactory)) *object = static_cast<IClassFactory*>(this);
+    if (IsEqualIID(id, IID_IParseDisplayName) && parse_) *object = static_cast<IParseDisplayName*>(this);
+    if (!*object) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID id, void** object) override {
+    if (FAILED(failure_)) return failure_;
+    return make_()->QueryInterface(id, object);
+  }
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+
+  HRESULT STDMETHODCALLTYPE ParseDisplayName(IBindCtx*, LPOLESTR name, ULONG* eaten, IMoniker** moniker) override {
+    *eaten = static_cast<ULONG>(std::wcslen(name));
+    return CreatePointerMoniker(parse_(Utf8(name)).Get(), moniker);
+  }
+
+ private:
+  ULONG references_ = 1;
+  MakeComponent make_;
+  HRESULT failure_;
+  ParseName parse_;
+};
+
+ComPtr<IUnknown> MakeFactory(MakeComponent make, HRESULT failure, ParseName parse) {
+  return ComPtr<IUnknown>::Owning(static_cast<IClassFactory*>(new Factory(std::move(make), failure, std::move(parse))));
+}
+
+}  // namespace
+
+// Wine looks for classes in HKEY_CLASSES_ROOT only, and not at the user's own.
+RegisteredProgId::RegisteredProgId(const std::string& progId) : progId_(Wide(progId)) {
+  EXPECT_EQ(CoCreateGuid(&class_), S_OK);
+  wchar_t text[64];
+  const int length = StringFromGUID2(class_, text, 64);
+  const std::wstring key = progId_ + L"\\CLSID";
+  EXPECT_EQ(RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, REG_SZ, text,
+                            static_cast<DWORD>(static_cast<std::size_t>(length) * sizeof(wchar_t))),
+            ERROR_SUCCESS);
+}
+
+RegisteredProgId::~RegisteredProgId() { RegDeleteTreeW(HKEY_CLASSES_ROOT, progId_.c_str()); }
+
+RegisteredClass::RegisteredClass(const std::string& progId, MakeComponent make, HRESULT failure)
+    : RegisteredClass(progId, MakeFactory(std::move(make), failure, {})) {}
+
+RegisteredClass::RegisteredClass(const std::string& progId, ComPtr<IUnknown> factory) : progId_(progId) {
+  EXPECT_EQ(
+      CoRegisterClassObject(progId_.Class(), factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &registration_),
+      S_OK);
+}
+
+RegisteredClass::~RegisteredClass() { CoRevokeClassObject(registration_); }
+
+RegisteredPrefix::RegisteredPrefix(const std::string& prefix, ParseName parse)
+    : RegisteredClass(prefix, MakeFactory({}, E_FAIL, std::move(parse))) {}
+
+struct OtherApartment::Work {
+  ComPtr<IUnknown> component;
+  IStream* stream = nullptr;
+  std::promise<HRESULT> marshalled;
+  std::promise<void> mayDisconnect;
+  std::promise<HRESULT> disconnected;
+  std::promise<void> mayEnd;
+  bool isDisconnected = false;
+  std::thread thread;
+
+  void Run() {
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    marshalled.set_value(CoMarshalInterThreadInterfaceInStream(IID_IDispatch, component.Get(), &stream));
+    mayDisconnect.get_future().wait();
+    disconnected.set_value(CoDisconnectObject(component.Get(), 0));
+    mayEnd.get_future().wait();
+    component = {};
+    CoUninitialize();
+  }
+};
+
+OtherApartment::OtherApartment(ComPtr<IUnknown> component) : work_(std::make_unique<Work>()) {
+  work_->component = std::move(component);
+  work_->thread = std::thread([this] { work_->Run(); });
+  EXPECT_EQ(work_->marshalled.get_future().get(), S_OK);
+}
+
+OtherApartment::~OtherApartment() {
+  if (!work_->isDisconnected) Disconnect();
+  work_->mayEnd.set_value();
+  work_->thread.join();
+}
+
+ComPtr<IDispatch> OtherApartment::Unmarshal() {
+  ComPtr<IDispatch> proxy;
+  EXPECT_EQ(CoGetInterfaceAndReleaseStream(work_->stream, IID_IDispatch, proxy.UntypedReceiver()), S_OK);
+  return proxy;
+}
+
+void OtherApartment::Disconnect() {
+  work_->isDisconnected = true;
+  work_->mayDisconnect.set_value();
+  EXPECT_EQ(work_->disconnected.get_future().get(), S_OK);
+}
+
+}  // namespace qmx::test

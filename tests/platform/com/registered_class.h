@@ -1,0 +1,70 @@
+// Classes that a test registers in COM and serves itself.
+#pragma once
+
+#include <oaidl.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/com/com_ptr.h"
+
+namespace qmx::test {
+
+// A ProgID in the registry, with a class that nothing serves. Removed at the end.
+class RegisteredProgId {
+ public:
+  explicit RegisteredProgId(const std::string& progId);
+  ~RegisteredProgId();
+  RegisteredProgId(const RegisteredProgId&) = delete;
+  RegisteredProgId& operator=(const RegisteredProgId&) = delete;
+
+  const CLSID& Class() const { return class_; }
+
+ private:
+  std::wstring progId_;
+  CLSID class_{};
+};
+
+using MakeComponent = std::function<ComPtr<IUnknown>()>;
+using ParseName = std::function<ComPtr<IUnknown>(const std::string& name)>;
+
+// A class that the test's process serves. With `failure` each creation fails with that result.
+class RegisteredClass {
+ public:
+  RegisteredClass(const std::string& progId, MakeComponent make, HRESULT failure = S_OK);
+  ~RegisteredClass();
+  RegisteredClass(const RegisteredClass&) = delete;
+  RegisteredClass& operator=(const RegisteredClass&) = delete;
+
+ protected:
+  RegisteredClass(const std::string& progId, ComPtr<IUnknown> factory);
+
+ private:
+  RegisteredProgId progId_;
+  DWORD registration_ = 0;
+};
+
+// A prefix of names, which `parse` makes objects of.
+class RegisteredPrefix : public RegisteredClass {
+ public:
+  RegisteredPrefix(const std::string& prefix, ParseName parse);
+};
+
+// A component in an apartment of its own, on another thread.
+class OtherApartment {
+ public:
+  explicit OtherApartment(ComPtr<IUnknown> component);
+  ~OtherApartment();
+  OtherApartment(const OtherApartment&) = delete;
+  OtherApartment& operator=(const OtherApartment&) = delete;
+
+  ComPtr<IDispatch> Unmarshal();  // a proxy for the calling thread, once
+  void Disconnect();              // as a component does that ends
+
+ private:
+  struct Work;
+  std::unique_ptr<Work> work_;
+};
+
+}  // namespace qmx::test
