@@ -31,8 +31,6 @@ std::int32_t Number(int extendedCode, const std::string& message) {
       return errors::kTypeMismatch;
     case SQLITE_TOOBIG:
       return errors::kOverflow;
-    case SQLITE_AUTH:
-      return errors::kLogInFailed;
     default:
       return errors::kProviderUnspecified;
   }

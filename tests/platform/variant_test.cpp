@@ -263,6 +263,9 @@ TEST(Variant, ConvertsToAKindAsItsConversionsDo) {
   EXPECT_EQ(Variant(7).ConvertedTo(Kind::Double), Variant(7.0));
   EXPECT_EQ(Variant(7).ConvertedTo(Kind::Text), Variant("7"));
   EXPECT_EQ(Variant("2026-11-20").ConvertedTo(Kind::DateTime), Variant(DateTime::FromDate(2026, 11, 20)));
+  const Object object = SomeObject();
+  EXPECT_EQ(Variant(object).ConvertedTo(Kind::Object), Variant(object));
+  EXPECT_EQ(NumberRaisedBy([] { Variant("x").ConvertedTo(Kind::Object); }), 13);
   EXPECT_EQ(NumberRaisedBy([] { Variant("x").ConvertedTo(Kind::Int32); }), 13);
   EXPECT_EQ(NumberRaisedBy([] { Variant("x").ConvertedTo(Kind::Null); }), 13);
 }

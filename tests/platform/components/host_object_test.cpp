@@ -61,6 +61,13 @@ TEST_F(HostObjects, AreCalledByAServer) {
   EXPECT_EQ(notes->asked, (std::vector<std::string>{"text", "moment", "echo", "echo"}));
 }
 
+TEST_F(HostObjects, AreNotCalledByAnIdThatTheyDidNotGive) {
+  const Error error = Raised([&] { probe.Call("callByUnknownId", own); });
+  EXPECT_EQ(error.Number(), 438);
+  EXPECT_EQ(error.Description(), "No member has the id 1000000.");
+  EXPECT_EQ(notes->asked, std::vector<std::string>());
+}
+
 TEST_F(HostObjects, SeeTheCallOfTheServerThatCallsThem) {
   EXPECT_EQ(probe.Call("call", own, "running"), Variant("call"));
   EXPECT_STREQ(RunningCall::ProgId(), "Test.Probe");

@@ -114,6 +114,11 @@ TEST_F(InstalledServers, OfAnotherVersionAreReported) {
               HasSubstr("it speaks version 7 of the component interface, this program version 1"));
 }
 
+TEST_F(InstalledServers, WhoseEntryThrowsAnExceptionAreReported) {
+  folder.Add("a", TestServer("throwing_entry"), {"Test.Probe"});
+  EXPECT_THAT(Refusal("Test.Probe"), HasSubstr("its entry function threw an exception: there is no licence"));
+}
+
 TEST_F(InstalledServers, ThatAreTooShortAreReported) {
   folder.Add("a", TestServer("too_short"), {"Test.Probe"});
   EXPECT_THAT(Refusal("Test.Probe"), HasSubstr("its server description is too short to create objects"));

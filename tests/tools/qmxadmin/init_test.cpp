@@ -173,6 +173,21 @@ TEST_F(QmxAdminInit, AnUnknownKeywordIsNamed) {
   EXPECT_THAT(run.err, AllOf(HasSubstr("\"Chache\""), HasSubstr("Provider, Data Source and Mode")));
 }
 
+TEST_F(QmxAdminInit, NamesWhatAColumnHoldsAndWhatItShouldHold) {
+  for (const auto& [type, holds] : std::vector<std::pair<std::string, std::string>>{{"boolean", "booleans"},
+                                                                                    {"tinyint", "8-bit integers"},
+                                                                                    {"smallint", "16-bit integers"},
+                                                                                    {"integer", "32-bit integers"},
+                                                                                    {"double", "numbers"},
+                                                                                    {"datetime", "date-times"},
+                                                                                    {"", "values of any type"}}) {
+    Execute("drop table if exists tsmdm030");
+    Execute("create table tsmdm030 (cstp varchar(10) not null primary key, dsca " + type +
+            ", ract smallint, prod text)");
+    EXPECT_THAT(Init().out, HasSubstr("\n  the column dsca holds " + holds + ", not texts\n"));
+  }
+}
+
 TEST_F(QmxAdminInit, PrintsItsOutcomeAsJson) {
   Execute("create table tsmdm030 (cstp varchar(10), dsca varchar(10), ract text, prod text, note text)");
   const Process run = Init("", {"--json"});

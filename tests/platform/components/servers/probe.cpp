@@ -102,6 +102,17 @@ void CallObject(Call& call) {
   }
 }
 
+// Calls a member of the object that is the first argument by an id that it did not give.
+void CallByUnknownId(Call& call) {
+  qmx_object* const object = call.Object(0);
+  qmx_error error{};
+  error.struct_size = sizeof error;
+  const qmx_status status = object->type->invoke(object, 1'000'000, nullptr, 0, &call.result, &error);
+  if (status == QMX_OK) throw Failure{0, "Probe", "the unknown id was called"};
+  throw Failure{error.number, std::string(error.source, error.source_length),
+                std::string(error.description, error.description_length)};
+}
+
 void Create(Call& call) {
   const std::string progId = call.Text(0);
   qmx_object* object = nullptr;
@@ -170,6 +181,7 @@ const std::pair<const char*, Work> kMembers[] = {
     {"make", [](Call& call) { call.Give(new Probe); }},
     {"none", [](Call& call) { call.Give(static_cast<qmx_object*>(nullptr)); }},
     {"call", CallObject},
+    {"callByUnknownId", CallByUnknownId},
     {"create", Create},
     {"keep", Keep},
     {"kept", GiveKept},
