@@ -139,6 +139,15 @@ TEST_F(Expansion, ExpandsTheLeapDayAndTheTurnOfTheYear) {
                           "2024-03-01 08:00:00 > 2024-03-01 09:00:00"));
 }
 
+TEST_F(Expansion, KeepsTheDaysOfARecordLongerThanAYearApart) {
+  const std::vector<std::string> intervals = Expanded({{"2001-03-05", "2002-03-06", 800, 1700}});
+  ASSERT_EQ(intervals.size(), 367u);
+  EXPECT_EQ(intervals[0], "2001-03-05 08:00:00 > 2001-03-05 17:00:00");
+  EXPECT_EQ(intervals[364], "2002-03-04 08:00:00 > 2002-03-04 17:00:00");
+  EXPECT_EQ(intervals[365], "2002-03-05 08:00:00 > 2002-03-05 17:00:00");
+  EXPECT_EQ(intervals[366], "2002-03-06 08:00:00 > 2002-03-06 17:00:00");
+}
+
 TEST_F(Expansion, ReplacesTheOldRowsOfACalendarInUseAndKeepsThoseOfOthers) {
   local.Execute("INSERT INTO tscalender VALUES ('DAY', '1999-01-01', '1999-01-02')");
   local.Execute("INSERT INTO tscalender VALUES ('UNUSED', '1999-01-01', '1999-01-02')");
