@@ -138,6 +138,19 @@ TEST_F(StartUp, RemovesBlanksAroundThePiecesAndKeepsThoseInside) {
   EXPECT_EQ(rig_.calls.Count("manager.initialize(\"Orvan Business, main line\")"), 1U);
 }
 
+TEST_F(StartUp, OpensTheConnectionWithoutTheBlanksAroundItsText) {
+  struct OpenedTexts : DatabaseObserver {
+    void ConnectionOpened(std::string_view text, const Error*) override { texts.emplace_back(text); }
+    std::vector<std::string> texts;
+  } opened;
+  LocalDrivers drivers;
+  Database database(drivers.All(), &opened);
+  Platform platform{rig_.clock, rig_.files, eventLog_, rig_.erp, database, rig_.failures};
+  const std::string text = "Provider=SQLite;Data Source=" + (rig_.folder / "none.db");
+  Main(platform, declarations_, "  " + text + "  ,,tsmdm030,C:\\log,a,b");
+  EXPECT_THAT(opened.texts, ElementsAre(text));
+}
+
 TEST_F(StartUp, PassesTheTwoPiecesOfTheComponentJoinedByCommaAndBlank) {
   rig_.erp.Lists("ServiceTypes.ServiceTypesManager", {});
   Start(rig_.ConnectionText() + ",,tsmdm030,C:\\log,,");
@@ -266,6 +279,39 @@ TEST_F(StartUp, EndsRefusedIfTheTableIsInProgress) {
   Start(rig_.ConnectionText() + ",,tsmdm030,C:\\log,a,b");
   EXPECT_EQ(declarations_.exitStatus, ExitStatus::Refused);
   EXPECT_THAT(rig_.failures.chains, ElementsAre(HasSubstr("The table tsmdm030 is in progress")));
+}
+
+TEST(TheTableCode, IsTheThirdPieceWithoutBlanksAndWithoutAKey) {
+  EXPECT_EQ(TableCode("x,y, tsmdm030 ,C:\\log,a,b"), "tsmdm030");
+  EXPECT_EQ(TableCode("x,y,tcccp030=DAY=C"), "tcccp030");
+}
+
+TEST(TheTableCode, IsEmptyIfThereAreTwoPiecesOrFewer) {
+  for (const char* commandLine : {"", "x", "x,y"}) EXPECT_EQ(TableCode(commandLine), "") << commandLine;
+}
+
+TEST(TheRunRequest, HasThePiecesOfTheCommandLine) {
+  const std::optional<RunRequest> request = ReadRunRequest(" x ,y, tcccp030=DAY=C , C:\\my log ,a,b,17");
+  ASSERT_TRUE(request.has_value());
+  EXPECT_EQ(request->connection, "x");
+  EXPECT_EQ(request->table, "tcccp030=DAY=C");
+  EXPECT_EQ(request->logDirectory, "C:\\my log");
+  EXPECT_EQ(request->statusRequest, 17);
+}
+
+TEST(TheRunRequest, HasNoStatusRequestThatIsAbsentEmptyOrNoNumber) {
+  for (const char* rest : {"", ",", ",abc"}) {
+    const std::optional<RunRequest> request = ReadRunRequest(std::string("x,y,tsmdm030,C:\\log,a,b") + rest);
+    ASSERT_TRUE(request.has_value());
+    EXPECT_EQ(request->statusRequest, std::nullopt) << rest;
+  }
+}
+
+TEST(TheRunRequest, IsAbsentIfTheCommandLineEndsBeforeTheLogDirectory) {
+  for (const char* commandLine : {"", "x", "x,y", "x,y,tsmdm030"}) {
+    EXPECT_FALSE(ReadRunRequest(commandLine).has_value()) << commandLine;
+  }
+  EXPECT_TRUE(ReadRunRequest("x,y,tsmdm030,").has_value());
 }
 
 }  // namespace
