@@ -13,6 +13,7 @@ using testing::AllOf;
 using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 constexpr const char* kAreas = "tsmdm105";
@@ -202,6 +203,19 @@ TEST(BadInput, OfAnAuditEntryWhoseKeyCannotBeReadShowsItsNumber) {
   ByChange(rig, {Inserted(ServiceType("A")), Inserted({{"getServiceType", Error(900, "Orvan", "No.")}})});
   rig.Run("tsmdm030");
   EXPECT_THAT(Chain(rig), HasSubstr("because of error 900, Orvan: No. [table: tsmdm030; audit entry: 2]"));
+}
+
+// Rows may be sent several at a time, so the refused row need not be that of the entry at hand.
+TEST(BadInput, OfAnAuditEntryWhoseRowIsRefusedNamesTheKeyOfThatRowAlone) {
+  CopyRig rig;
+  ByChange(rig, {Inserted(ServiceType("A")), Inserted(ServiceType("B", "twice")), Inserted(ServiceType("C")),
+                 Inserted(ServiceType("D"))});
+  rig.Sql("create unique index one_description on tsmdm030 (dsca)");
+  rig.Sql("insert into tsmdm030 (cstp, dsca) values ('X', 'twice')");
+  rig.Run("tsmdm030");
+  EXPECT_THAT(Chain(rig), AllOf(StartsWith("error -2147217773, Copy Service Types - Only Changed: "),
+                                HasSubstr("table: tsmdm030; key: cstp='B'"), Not(HasSubstr("audit entry")),
+                                Not(HasSubstr("key: where"))));
 }
 
 TEST(BadInput, OfAGetterThatRaisesFailsTheSecondReadingToo) {

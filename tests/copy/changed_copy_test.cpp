@@ -133,10 +133,11 @@ TEST_F(ChangedCopyOfServiceTypes, TakesThePeriodsEndAsTheLastUpdateTimeNotTheCop
 }
 
 TEST_F(ChangedCopyOfServiceTypes, LetsTheLocalRowsDecideBetweenInsertAndUpdate) {
-  rig.Sql("insert into tsmdm030 (cstp, dsca) values ('HERE', 'old')");
-  Copy({Inserted(ServiceType("HERE", "new")), Updated(ServiceType("MISSING", "new"))});
-  EXPECT_THAT(Rows(), ElementsAre("\"HERE\", \"new\"", "\"MISSING\", \"new\""));
-  EXPECT_THAT(Counts(), ElementsAre(1, 1, 0));
+  rig.Sql("insert into tsmdm030 (cstp, dsca) values ('HERE', 'old'), ('HERE TOO', 'old')");
+  Copy({Inserted(ServiceType("HERE", "new")), Inserted(ServiceType("HERE TOO", "new")),
+        Updated(ServiceType("MISSING", "new"))});
+  EXPECT_THAT(Rows(), ElementsAre("\"HERE\", \"new\"", "\"HERE TOO\", \"new\"", "\"MISSING\", \"new\""));
+  EXPECT_THAT(Counts(), ElementsAre(1, 2, 0));
 }
 
 TEST_F(ChangedCopyOfServiceTypes, HandlesAnEntryFlaggedBothWaysOnce) {

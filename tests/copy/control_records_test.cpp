@@ -71,6 +71,14 @@ TEST_F(ControlRecords, TakeOnlyOneAsInProgress) {
   EXPECT_FALSE(rig.inside.IsCopyInProgress("tsmdm100"));
 }
 
+TEST_F(ControlRecords, DoNotRoundAFlagToInProgress) {
+  rig.ControlRecord("tsmdm030", 1);
+  for (const char* value : {"0.6", "1.4"}) {
+    rig.Sql(std::string("update tstables set in_use = ") + value);
+    EXPECT_FALSE(rig.inside.IsCopyInProgress("tsmdm030")) << value;
+  }
+}
+
 TEST_F(ControlRecords, AreMadeByTheSetIfThereIsNone) {
   rig.inside.SetCopyInProgress("tsmdm030");
   EXPECT_THAT(rig.Rows("tstables", {"TableName", "in_use", "freq", "reqd", "lutm"}),
@@ -225,6 +233,7 @@ TEST_F(ControlRecords, NeedAConnection) {
   const Error error = Raised([&] { unconnected.inside.ReleaseCopyInProgress("tsmdm030"); });
   EXPECT_EQ(error.Number(), errors::kObjectNotSet);
   EXPECT_EQ(error.Source(), "ReleaseCopyInProgress");
+  EXPECT_EQ(error.DetailOf("what to do"), "if the table is still in progress, release it with \"qmxadmin release\"");
 }
 
 // Check and set are two steps, so two runs that start at the same instant can both pass the check. This is the window.

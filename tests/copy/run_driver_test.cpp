@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "tests/copy/service_type.h"
 #include "tests/support/copy_rig.h"
 #include "tests/support/faulty_driver.h"
@@ -251,6 +253,16 @@ TEST(Run, SelectsTheDefaultDatabaseUntrimmedUnlessItIsBlank) {
   EXPECT_THAT(rig.calls.Lines(), testing::Contains(testing::StartsWith("connection.defaultdatabase  local -> error")));
 }
 
+TEST(Run, NotesTheNameOfTheDatabaseThatItIsConnectedToIfNoneIsNamed) {
+  CopyRig rig;
+  const std::string file = rig.folder / "erp_copy.db";
+  std::ofstream(file).close();  // an empty database
+  EXPECT_THROW(clsDataCopy(rig.platform, rig.declarations, rig.events)
+                   .StartDataCopy("Provider=SQLite;Data Source=" + file, "", "unknown1", "C:\\log", ""),
+               Error);
+  EXPECT_EQ(rig.declarations.CurrentDatabaseName, "erp_copy");
+}
+
 TEST(Run, ReportsAFailedCopyWithItsWholeChainAndReleasesTheTable) {
   CopyRig rig;
   rig.erp.Lists(kServiceTypesManager, {{{"getServiceType", Error(4242, "Orvan", "The record is locked.")}}});
@@ -298,6 +310,26 @@ TEST(Run, LogsAFailedReleaseAndCountsAsFinished) {
                                                testing::StartsWith("error -2147217865, ReleaseCopyInProgress: ")));
   EXPECT_EQ(rig.declarations.statusWhenFinished, ExitStatus::StartUpFailed);
   EXPECT_EQ(rig.calls.Count("connection.Close"), 1u);
+}
+
+TEST(Run, IsNoSuccessIfOnlyTheReleaseFailed) {
+  CopyRig rig;
+  rig.erp.Serves(kServiceTypesManager, [&] {
+    const auto manager = rig.erp.Make("manager");
+    manager->Takes("initialize", 1).On("List", 2, [](auto) { return Variant(); });
+    manager->On("Close", 0, [&](auto) -> Variant {
+      rig.Sql("drop table tstables");
+      return {};
+    });
+    return Object(manager);
+  });
+  rig.Run("tsmdm030");
+  EXPECT_THAT(rig.Events(), ElementsAre("event Started 2026-11-20 14:05:09, \"tsmdm030\"",
+                                        "event Complete 2026-11-20 14:05:09, \"tsmdm030\", 0, 0, 0", "event done"));
+  EXPECT_THAT(rig.failures.chains,
+              ElementsAre(testing::StartsWith("error -2147217865, ReleaseCopyInProgress: Release of Data copy in "
+                                              "Progress flag for table tsmdm030 Failed")));
+  EXPECT_EQ(rig.declarations.statusWhenFinished, ExitStatus::StartUpFailed);
 }
 
 // Runs an unknown table on a connection whose closing fails.

@@ -18,6 +18,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 using testing::UnorderedElementsAreArray;
@@ -201,6 +202,20 @@ TEST_F(WholeServiceTypesUnderFaults, AreCommittedOnceBetweenTheSettingAndTheRele
   rig.Run("tsmdm030");
   EXPECT_EQ(driver->CountOf("Begin"), 1);
   EXPECT_THAT(Local(), ElementsAre("\"A\", \"new\"", "\"B\", \"new\""));
+}
+
+TEST_F(WholeServiceTypesUnderFaults, AreNotBegunAndSetNoFlagIfItIsNotKnownWhetherBothTablesCanRollBack) {
+  for (const std::string table : {"tsmdm030", "tstables"}) {
+    rig.calls.Clear();
+    driver->Restart();
+    driver->FailOnly("CanRollBack " + table);
+    driver->FailAt(1);
+    rig.Run("tsmdm030");
+    EXPECT_TRUE(driver->HasFailed()) << table;
+    ExpectTheOldState();
+    EXPECT_THAT(rig.calls.StartingWith({"rs"}), Not(Contains(HasSubstr("in_use = 1"))));
+    EXPECT_THAT(rig.calls.StartingWith({"create ", "event Started"}), IsEmpty());
+  }
 }
 
 TEST_F(WholeServiceTypesUnderFaults, AreTheOldOnesWhereTheCommitIsRefused) {

@@ -84,6 +84,21 @@ TEST(CalendarsInFull, TakeTheTimeOfDayOutOfADateThatHasOne) {
   EXPECT_THAT(rig.Rows(kCalendars, {"ustm", "uftm"}), ElementsAre("2026-11-20 08:00:00, 2026-11-20 16:30:00"));
 }
 
+TEST(CalendarsInFull, HaveNoFinishAndNoDurationWithoutAnEndDateOrWithoutAnEndTime) {
+  CalendarRig rig;
+  rig.Employee("1001", "DAY");
+  Getters noDate = Interval("DAY", "2026-11-20", 800, "2026-11-20", 1630);
+  noDate.insert_or_assign("getEndDate", Variant::Null());
+  Getters noTime = Interval("DAY", "2026-11-21", 815, "2026-11-21", 1630);
+  noTime.insert_or_assign("getEndTime", Variant::Null());
+  rig.ErpHas({{"DAY", {noDate, noTime}}});
+  rig.Run(kCalendars);
+  EXPECT_THAT(rig.failures.chains, IsEmpty());
+  EXPECT_THAT(rig.Rows(kCalendars, {"ustm", "endt", "entm", "uftm", "ahrs"}),
+              testing::UnorderedElementsAre("2026-11-20 08:00:00, null, 1630, null, null",
+                                            "2026-11-21 08:15:00, 2026-11-21, null, null, null"));
+}
+
 TEST(CalendarsInFull, LeaveEverythingAloneWhenNoEmployeeHasACalendar) {
   CalendarRig rig;
   rig.ControlRecord(kCalendars, kFullCopy, "2026-01-01");
@@ -161,17 +176,19 @@ TEST(CalendarsInFull, KeepWhatWasAddedWhenARecordFails) {
 TEST(CalendarsInFull, TakeTheMomentBeforeTheFirstListingAsTheNewLastUpdateTime) {
   CalendarRig rig;
   rig.Employee("1001", "DAY");
+  rig.Employee("1002", "NIGHT");
   rig.clock.step = 1;
   rig.erp.ListsBy(
       kCalendarManager,
-      [&](ScriptedObject::Arguments) {
+      [&](ScriptedObject::Arguments bounds) {
         rig.clock.now = rig.clock.now.PlusTime(1, 0, 0);
-        return std::vector<Getters>{Interval("DAY", "2026-11-20", 800, "2026-11-20", 1630)};
+        return std::vector<Getters>{Interval(bounds[0].Value().ToText(), "2026-11-20", 800, "2026-11-20", 1630)};
       },
       "listActualCalendar");
   rig.Run(kCalendars);
   // Readings: 09 the start event, 10 the dates to list, 11 the stamp.
   EXPECT_EQ(rig.Lutm(kCalendars), "2026-11-20 14:05:11");
+  EXPECT_EQ(rig.LocalRecords().size(), 2u);
 }
 
 TEST(CalendarsInFull, HaveTheirStampTakenAfterTheTableIsOpen) {

@@ -159,6 +159,16 @@ TEST_P(RecordsetOpening, TheActiveConnectionServesWhenOpenNamesNone) {
   EXPECT_EQ(Raised([&] { records.ActiveConnection(connection); }).Number(), 3705);
 }
 
+TEST_P(RecordsetOpening, TheConnectionOfAnOpenServesTheNextOneThatNamesNone) {
+  CreatePeople();
+  Recordset records(nullptr);
+  records.Open("people", connection, kCursorKeyset, kLockOptimistic, kCommandTable);
+  records.Close();
+  EXPECT_EQ(records.ActiveConnection(), &connection);
+  records.Open("people", kCursorKeyset, kLockOptimistic, kCommandTable);
+  EXPECT_EQ(records.State(), 1);
+}
+
 TEST_P(RecordsetOpening, ARecordsetThatFailedToOpenCanBeOpened) {
   CreatePeople();
   Recordset records(nullptr);

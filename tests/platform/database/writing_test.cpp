@@ -59,6 +59,16 @@ TEST_P(RecordsetWriting, MovingSavesWhatIsPending) {
   EXPECT_THAT(People(), ElementsAre("A|Anna", "B|Bert"));
 }
 
+TEST_P(RecordsetWriting, AnAssignedValueIsReadBeforeItIsSavedAndTheOldOneAfterItIsDropped) {
+  AddPerson("A", "Ann");
+  const auto records = Opened("select * from people");
+  records->Fields("name") = "Anna";
+  EXPECT_EQ(records->Fields("name").Value(), Variant("Anna"));
+  EXPECT_THAT(People(), ElementsAre("A|Ann"));
+  records->CancelUpdate();
+  EXPECT_EQ(records->Fields("name").Value(), Variant("Ann"));
+}
+
 TEST_P(RecordsetWriting, UpdateWithNothingPendingDoesNothing) {
   AddPerson("A", "Ann");
   const auto records = Opened("select * from people");
