@@ -64,8 +64,7 @@ endif()
 
 if(QMX_COVERAGE)
   target_compile_options(qmx_options INTERFACE --coverage -fprofile-abs-path)
-  # A process that ends by _exit writes its counts too.
-  add_library(qmx_counted_exit OBJECT ${CMAKE_CURRENT_LIST_DIR}/counted_exit.c)
+  # A process that ends by _exit writes its counts too (tests/support/counted_exit.c).
   foreach(options qmx_options qmx_test_options)
     target_link_options(${options} INTERFACE --coverage LINKER:--wrap=_exit,--wrap=_Exit)
     target_link_libraries(${options} INTERFACE $<TARGET_OBJECTS:qmx_counted_exit>)
