@@ -9,4 +9,4 @@ target_link_libraries(odbcinst INTERFACE odbccp32)
 
 # The folders that are not built. COM takes the place of the bridge to Java there. The others are Debian's packages, and what
 # measures and searches on Linux.
-set(QMX_LEFT_OUT bench bridges packaging sandbox/java docs/examples tools tests)
+set(QMX_LEFT_OUT bench bridges packaging sandbox/java docs/examples tests)

@@ -5,6 +5,7 @@
 #include <windows.h>
 #include <winternl.h>
 
+#include <atomic>
 #include <thread>
 
 namespace qmx {
@@ -20,13 +21,23 @@ struct PipeState {
 };
 constexpr int kPipeInformation = 24;
 
-// A pipe whose state is unknown counts as one with room.
-bool HasRoom(HANDLE pipe) noexcept {
+// Wine always says that a pipe has no room. A pipe that has some when it is taken over is believed later.
+std::atomic<bool> tellsItsRoom = false;
+
+bool SaysItHasRoom(HANDLE pipe) noexcept {
   IO_STATUS_BLOCK status{};
   PipeState state{};
   const NTSTATUS answer = NtQueryInformationFile(pipe, &status, &state, sizeof state,
                                                  static_cast<FILE_INFORMATION_CLASS>(kPipeInformation));
-  return answer < 0 || state.outQuota == 0 || state.writable >= kLine;
+  return answer >= 0 && state.writable >= kLine;
+}
+
+bool HasRoom(HANDLE pipe) noexcept { return !tellsItsRoom || SaysItHasRoom(pipe); }
+
+// A write to a full pipe then writes nothing, instead of waiting for its reader.
+void NeverWait(HANDLE pipe) noexcept {
+  DWORD mode = PIPE_READMODE_BYTE | PIPE_NOWAIT;
+  SetNamedPipeHandleState(pipe, &mode, nullptr, nullptr);
 }
 
 }  // namespace
@@ -38,7 +49,19 @@ int InheritedDescriptor(int number) noexcept {
   DWORD flags = 0;
   if (!GetHandleInformation(handle, &flags)) return -1;
   SetHandleInformation(handle, HANDLE_FLAG_INHERIT, 0);
+  if (GetFileType(handle) == FILE_TYPE_PIPE) {
+    tellsItsRoom = SaysItHasRoom(handle);
+    NeverWait(handle);
+  }
   return number < kStandardDescriptors ? number : _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_BINARY);
+}
+
+int Duplicated(int descriptor) noexcept {
+  HANDLE second = nullptr;
+  if (!DuplicateHandle(GetCurrentProcess(), reinterpret_cast<HANDLE>(_get_osfhandle(descriptor)), GetCurrentProcess(),
+                       &second, 0, FALSE, DUPLICATE_SAME_ACCESS))
+    return -1;
+  return _open_osfhandle(reinterpret_cast<std::intptr_t>(second), _O_BINARY | _O_NOINHERIT);
 }
 
 bool TakesALine(int descriptor, std::chrono::milliseconds within) noexcept {

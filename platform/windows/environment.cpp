@@ -19,6 +19,10 @@ std::optional<std::string> EnvironmentVariable(const std::string& name) {
   }
 }
 
+void SetVariable(const std::string& name, const std::string& value) {
+  SetEnvironmentVariableW(WideText(name).c_str(), WideText(value).c_str());
+}
+
 const char kSearchPathSeparator = ';';
 
 }  // namespace qmx

@@ -10,6 +10,12 @@ HANDLE HandleOf(int descriptor) { return reinterpret_cast<HANDLE>(_get_osfhandle
 
 }  // namespace
 
+// A null device is one of the C library's terminals, so the handle is asked.
+bool IsTerminal(int descriptor) {
+  DWORD mode = 0;
+  return GetConsoleMode(HandleOf(descriptor), &mode) != FALSE;
+}
+
 bool IsLiveTerminal(int descriptor) {
   const HANDLE console = HandleOf(descriptor);
   DWORD mode = 0;

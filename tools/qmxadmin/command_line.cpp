@@ -22,6 +22,7 @@
 #include "tools/qmxadmin/release.h"
 #include "tools/qmxadmin/run_outputs.h"
 #include "tools/qmxadmin/status.h"
+#include "tools/qmxadmin/system/usual_places.h"
 #include "tools/qmxadmin/verify/verify.h"
 
 namespace qmx {
@@ -289,13 +290,14 @@ AdminStatus RunCommandLine(const std::vector<std::string>& given) {
   program.require_subcommand(1);
   program.set_version_flag("--version", "qmxadmin " QMX_VERSION);
   program.footer(
-      "Exit status: 0 done, no problem found; 1 a problem was found, or nothing was changed\n"
-      "on request; 2 the command failed or its arguments are wrong (see standard error).\n"
-      "\n"
-      "Settings: QMX_CONNECTION, QMX_DATABASE, QMX_LOGS and QMX_COMPONENT replace arguments.\n"
-      "They come from the environment or from /etc/default/qmxdatacopy. Arguments take\n"
-      "precedence over the environment, and the environment over the file. QMX_SETTINGS\n"
-      "names another file; if it is empty, no file is read.");
+      fmt::format("Exit status: 0 done, no problem found; 1 a problem was found, or nothing was changed\n"
+                  "on request; 2 the command failed or its arguments are wrong (see standard error).\n"
+                  "\n"
+                  "Settings: QMX_CONNECTION, QMX_DATABASE, QMX_LOGS and QMX_COMPONENT replace arguments.\n"
+                  "They come from the environment or from {}. Arguments take\n"
+                  "precedence over the environment, and the environment over the file. QMX_SETTINGS\n"
+                  "names another file; if it is empty, no file is read.",
+                  UsualSettingsFile()));
   AddCommands(program, status);
 
   if (const std::optional<std::string> unknown = UnknownCommand(program, given)) {

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string_view>
@@ -44,7 +45,7 @@ SettingsFile::SettingsFile(std::string path) : path_(std::move(path)) {
 }
 
 void SettingsFile::Read() {
-  std::ifstream file(path_);
+  std::ifstream file{std::filesystem::path(path_)};
   if (!file) {
     if (errno != ENOENT) unreadable_ = fmt::format("{} cannot be read: {}.", path_, std::strerror(errno));
     return;

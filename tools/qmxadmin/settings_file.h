@@ -1,4 +1,5 @@
-// The settings file of qmxadmin, /etc/default/qmxdatacopy. The copies that systemd starts read the same file.
+// The settings file of qmxadmin, on a POSIX system /etc/default/qmxdatacopy, which the copies that systemd starts read
+// too.
 //
 // A line is NAME=VALUE. The value may stand in double or single quotes. Empty lines and lines that begin with "#" or
 // ";" are ignored.
@@ -11,7 +12,7 @@ namespace qmx {
 
 class SettingsFile {
  public:
-  // Reads the file that QMX_SETTINGS names, and /etc/default/qmxdatacopy if it is not set. A missing file has no
+  // Reads the file that QMX_SETTINGS names, and UsualSettingsFile() if it is not set. A missing file has no
   // settings.
   static SettingsFile FromEnvironment();
 

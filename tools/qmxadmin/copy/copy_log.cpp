@@ -31,7 +31,7 @@ CopyLog::CopyLog(const std::string& logDirectory, const std::string& tableCode)
 }
 
 std::optional<CopyCounts> CopyLog::NewCounts() const {
-  std::ifstream file(path_, std::ios::binary);
+  std::ifstream file(std::filesystem::path(path_), std::ios::binary);
   file.seekg(static_cast<std::streamoff>(start_));
   std::optional<CopyCounts> counts;
   for (std::string line; std::getline(file, line);) {

@@ -2,18 +2,21 @@
 
 #include <charconv>
 #include <ctime>
+#include <iomanip>
+#include <sstream>
 
 #include "platform/error.h"
 
 namespace qmx {
 namespace {
 
-// The form is strptime's.
+// The form is that of std::get_time.
 std::optional<RunMoment> Parsed(const std::string& text, const char* form) {
   std::tm parts{};
   parts.tm_isdst = -1;
-  const char* const rest = strptime(text.c_str(), form, &parts);
-  if (!rest || *rest) return std::nullopt;
+  std::istringstream in(text);
+  in >> std::get_time(&parts, form);
+  if (!in || in.peek() != std::istringstream::traits_type::eof()) return std::nullopt;
   return RunMoment(std::chrono::seconds(std::mktime(&parts)));
 }
 

@@ -130,7 +130,7 @@ class Collection {
 
 // Compressed or not.
 void ReadLines(const fs::path& path, Collection& runs) {
-  const PlainFile file = OpenPlainFile(path, FileUse::Input);
+  const PlainFile file = OpenPlainFile(path.string(), FileUse::Input);
   if (file.code == ENOENT) return;  // rotated away meanwhile
   if (!file.stream) {
     throw Error(errors::kPathFileAccess, "Run records",
@@ -158,7 +158,7 @@ std::vector<Run> ReadRuns(const std::string& logFolder) {
   std::error_code problem;
   Collection runs;
   for (fs::directory_iterator entry(logFolder, problem), end; !problem && entry != end; entry.increment(problem)) {
-    const std::string name = entry->path().filename();
+    const std::string name = entry->path().filename().string();
     const std::string rest = name.starts_with(kFileName) ? name.substr(std::strlen(kFileName)) : "no";
     if (rest.empty() || rest[0] == '.' || rest[0] == '-') ReadLines(entry->path(), runs);
   }
