@@ -14,7 +14,7 @@ if(WIN32)
 else()
   set(QMX_SYSTEM posix)
   # The folders that are built for Windows only.
-  set(QMX_LEFT_OUT sandbox/com tests/platform/com)
+  set(QMX_LEFT_OUT bench/com sandbox/com tests/platform/com)
 endif()
 
 # The build tree looks like the installed one: the component servers and their manifests share a folder.
