@@ -3,7 +3,8 @@
 
 namespace qmx {
 
-// Returns whether the descriptor is a pipe whose reader has closed it, as "head" does.
+// Returns whether the descriptor is a pipe whose reader has closed it, as "head" does. Ask after a failed write: to
+// find out, this may write a line end.
 bool NobodyReads(int descriptor);
 
 }  // namespace qmx

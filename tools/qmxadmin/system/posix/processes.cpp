@@ -21,6 +21,7 @@ std::optional<std::string> ArgumentsOf(const std::string& program, std::string c
   const std::size_t end = std::min(commandLine.find('\0'), commandLine.size());
   if (fs::path(commandLine.substr(0, end)).filename() != program) return std::nullopt;
   commandLine.erase(0, std::min(end + 1, commandLine.size()));
+  if (commandLine.ends_with('\0')) commandLine.pop_back();
   std::replace(commandLine.begin(), commandLine.end(), '\0', ' ');
   return commandLine;
 }

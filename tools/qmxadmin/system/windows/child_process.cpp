@@ -73,9 +73,13 @@ bool ChildProcess::HasEnded() {
 }
 
 // A process group of its own does not get Ctrl-C, but it gets Ctrl-Break. The other events come from Windows itself.
+// Where the event cannot be made (Wine), the second request ends the process.
 void ChildProcess::PassOn(const EndRequest& request) const {
   const bool isKey = request.number == CTRL_C_EVENT || request.number == CTRL_BREAK_EVENT;
-  if (isKey && !state_->end) GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, state_->number);
+  if (!isKey || state_->end) return;
+  const bool isPassedOn = GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, state_->number);
+  if (!isPassedOn && state_->wasAsked) TerminateProcess(state_->process, kInterrupted);
+  state_->wasAsked = true;
 }
 
 std::optional<int> ChildProcess::ExitStatus() const {

@@ -14,6 +14,7 @@ struct ChildProcess::State {
   HANDLE process = nullptr;
   DWORD number = 0;
   std::optional<DWORD> end;  // its exit code
+  bool wasAsked = false;     // to end
 };
 
 // How many bytes can be read without waiting.

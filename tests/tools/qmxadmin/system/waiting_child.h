@@ -1,0 +1,41 @@
+// A child process that waits until it may end.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/temp_folder.h"
+#include "tools/qmxadmin/system/child_process.h"
+
+namespace qmx::test {
+
+class WaitingChild {
+ public:
+  WaitingChild() {
+    while (child_.ReadProgress().empty() && !child_.HasEnded()) EndRequests().Wait({&child_}, kLong);
+  }
+  ~WaitingChild() { End(); }
+  WaitingChild(const WaitingChild&) = delete;
+  WaitingChild& operator=(const WaitingChild&) = delete;
+
+  ChildProcess& Process() { return child_; }
+  const std::string& Argument() const { return argument_; }
+
+  void End() {
+    WriteFile(folder_.Path() / "end", "");
+    WaitForEnd();
+  }
+  void WaitForEnd() {
+    while (!child_.HasEnded()) EndRequests().Wait({&child_}, kLong);
+  }
+
+ private:
+  static constexpr std::chrono::seconds kLong{1};
+
+  TempFolder folder_;
+  std::string argument_ = "wait for " + (folder_.Path() / "end").string();
+  ChildProcess child_{TEST_CHILD, argument_, {}};
+};
+
+}  // namespace qmx::test
