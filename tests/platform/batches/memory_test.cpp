@@ -15,6 +15,7 @@
 
 namespace {
 
+std::atomic<long> held = 0;           // allocations that were not freed yet
 std::atomic<long> left = -1;          // allocations that succeed yet; negative for all
 std::atomic<bool> isForGood = false;  // whether those after the first failure fail too
 std::atomic<bool> hasFailed = false;
@@ -32,11 +33,16 @@ bool MayAllocate() {
 
 void* operator new(std::size_t size) {
   if (!MayAllocate()) throw std::bad_alloc();
-  if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
-  throw std::bad_alloc();
+  void* const memory = std::malloc(size == 0 ? 1 : size);
+  if (!memory) throw std::bad_alloc();
+  ++held;
+  return memory;
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory) noexcept {
+  if (memory) --held;
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
 
 namespace qmx::test {
 namespace {
@@ -119,6 +125,27 @@ class Memory : public testing::Test {
 };
 
 constexpr const char* kName = "a name that is too long to be kept within the value itself";
+
+TEST_F(Memory, IsNotHeldForEachAddedRow) {
+  Connection connection({&batching_}, nullptr);
+  connection.Open(Text(), "", "");
+  Recordset records(nullptr);
+  records.Open("people", connection, kCursorKeyset, kLockOptimistic, kCommandTable);
+  int number = 0;
+  const auto add = [&](int rows) {
+    while (rows-- > 0) {
+      records.AddNew();
+      records.Fields("code") = "a code, number " + std::to_string(++number);
+      records.Fields("name") = kName;
+    }
+    records.Update();
+  };
+  add(500);
+  const long before = held;
+  add(2000);
+  EXPECT_LT(held - before, 500);
+  EXPECT_EQ(records.recordcount(), 2500);
+}
 
 TEST_F(Memory, ThatRunsOutWhileRowsAreSentTogetherIsError7) {
   RunOutAtEach("ABCDEF", [](Connection& connection) {

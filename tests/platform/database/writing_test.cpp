@@ -86,6 +86,21 @@ TEST_P(RecordsetWriting, SavesAPendingNewRowWhenItIsClosed) {
   EXPECT_THAT(People(), ElementsAre("A|null"));
 }
 
+TEST_P(RecordsetWriting, CloseCommitsOnlyWhatWasWritten) {
+  AddPerson("A", "Ann");
+  const auto read = Opened("select * from people");
+  driver.Restart();
+  read->Close();
+  EXPECT_EQ(driver.CountOf("Commit"), 0);
+
+  const auto changed = Opened("select * from people");
+  changed->Fields("name") = "Anna";
+  changed->Update();
+  driver.Restart();
+  changed->Close();
+  EXPECT_EQ(driver.CountOf("Commit"), 1);
+}
+
 TEST_P(RecordsetWriting, DropsAPendingEditWhenItIsClosed) {
   AddPerson("A", "Ann");
   const auto records = Opened("select * from people");
