@@ -55,6 +55,7 @@ class FaultyDriver : public Driver {
 
   std::function<void(const std::string& operation)> before;  // "Prepare select ...", "Bind select ...", "Step", ...
   std::function<void(std::span<const Variant> values)> beforeAdd;  // of rows that go out together
+  std::function<std::size_t()> most;                               // such rows that the database takes
 
   const std::vector<std::string>& Record() const { return record_; }  // "Prepare select ...", "Step", ...
   std::int64_t CountOf(const std::string& beginning) const {
@@ -140,7 +141,7 @@ class FaultyDriver : public Driver {
   class Rows : public DriverRows {
    public:
     Rows(FaultyDriver& owner, std::unique_ptr<DriverRows> inner) : owner_(owner), inner_(std::move(inner)) {}
-    std::size_t Most() const override { return inner_->Most(); }
+    std::size_t Most() const override { return owner_.most ? owner_.most() : inner_->Most(); }
     std::size_t Add(std::span<const Variant> values) override {
       return owner_.Do("Add", [&] {
         if (owner_.beforeAdd) owner_.beforeAdd(values);

@@ -2,59 +2,16 @@
 #include "platform/batches/insert.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <stdexcept>
 
-#include "platform/batches/driver.h"
-#include "platform/connection_text.h"
-#include "platform/execution.h"
-#include "platform/sqlite/driver.h"
-#include "tests/support/fake_steady_clock.h"
-#include "tests/support/faulty_driver.h"
+#include "tests/platform/batches/batching_session.h"
 #include "tests/support/raised.h"
-#include "tests/support/temp_folder.h"
 
 namespace qmx::test {
 namespace {
 
-class AnInsert : public testing::Test {
- protected:
-  AnInsert() {
-    Execution(*session_->Prepare("create table people (code integer not null primary key, floor smallint)")).Run();
-  }
-
-  std::unique_ptr<DriverStatement> Insert() {
-    const ColumnDescription code{.name = "code", .type = Variant::Kind::Int32};
-    const ColumnDescription floor{.name = "floor", .type = Variant::Kind::Int16};
-    return session_->PrepareInsert({.table = "people",
-                                    .columns = {code, floor},
-                                    .into = "insert into people (code,floor)",
-                                    .describe = [](Error&, std::span<const Variant>) {}});
-  }
-
-  static std::int64_t Added(DriverStatement& insert, std::int32_t code, bool mayWait) {
-    const Variant row[] = {code, std::int16_t{1}};
-    Execution execution(insert);
-    EXPECT_EQ(insert.BindRow(row), 2);
-    if (mayWait) insert.MayWait();
-    return execution.Run();
-  }
-
-  std::int64_t Rows() {
-    const auto count = session_->Prepare("select count(*) from people");
-    count->Step();
-    return count->Value(0).ToInt32();
-  }
-
-  TempFolder folder_{TempFolder::Place::InMemory};
-  SqliteDriver sqlite_;
-  FaultyDriver below_{sqlite_};
-  FakeSteadyClock clock_;
-  BatchingDriver batching_{below_, clock_};
-  std::unique_ptr<DriverSession> session_ =
-      batching_.Open(ConnectionText("Provider=SQLite;Mode=Create;Data Source=" + folder_ / "local.db"));
-};
+using AnInsert = BatchingSession;
 
 TEST_F(AnInsert, AffectsOneRowWhetherItWaitsOrNot) {
   const auto insert = Insert();
