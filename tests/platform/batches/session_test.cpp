@@ -57,10 +57,11 @@ TEST_F(TheSession, RaisesTheFailureOfAWaitingRowWhenGroupsAreAllowedAndWhenTheyE
   }
 }
 
-TEST_F(TheSession, WritesInOneGroupWhatInsertsUpdatesAndDeletes) {
+TEST_F(TheSession, InsertsUpdatesDeletesAndSelectsWithinOneGroup) {
   session_->MayGroup(true);
   below_.Restart();
   Write("insert into people values (1, 1)");
+  EXPECT_EQ(Rows(), 1);
   Write("update people set floor = 2");
   Write("delete from people");
   EXPECT_THAT(Recorded({"Begin", "Commit"}), ElementsAre("Begin"));
