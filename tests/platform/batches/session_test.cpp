@@ -138,6 +138,26 @@ TEST_F(TheSession, AsksAfterEachBatchHowManyRowsTheDatabaseTakes) {
   EXPECT_THAT(sent, ElementsAre(4, 2, 2));
 }
 
+TEST_F(TheSession, TriesAnUnheededRowAgainOnceTheDatabaseHasTakenAnotherAfterOneInVain) {
+  BatchingDriverSession session(sqlite_.Open(text_), clock_, nullptr);
+  session.Timeout(std::chrono::seconds(30));
+  int tries = 0;
+  const auto refusesFirst = [&](int times) {
+    tries = 0;
+    return [&tries, times] {
+      if (++tries <= times) throw Error(errors::kProviderUnspecified, "Test", "Try again.").With("SQLSTATE", "40001");
+    };
+  };
+  Raised([&] { session.AgainUnlessInVain(refusesFirst(1'000'000)); });
+  EXPECT_GT(tries, 30);
+  Raised([&] { session.AgainUnlessInVain(refusesFirst(1'000'000)); });
+  EXPECT_EQ(tries, 1);  // another one would wait as long
+  session.AgainUnlessInVain(refusesFirst(0));
+  EXPECT_EQ(tries, 1);
+  session.AgainUnlessInVain(refusesFirst(2));
+  EXPECT_EQ(tries, 3);
+}
+
 // The helper thread sends the batch as soon as it is full, and is held up until the program's thread waits.
 TEST_F(TheSession, ReadsNothingWhileABatchIsSent) {
   constexpr std::int32_t kBatch = 128;
