@@ -18,19 +18,19 @@ start() {  # NAME COMMAND...
 }
 
 # Record sets and batches through the first node. Left out is what needs a table without transactions, which a cluster does
-# not replicate.
+# not replicate, and what depends on the case of tables' names: while other nodes create tables, the catalog misses one now and then.
 through_one_node() {
-  tests/support/run_selected.sh "$programs/recordset_tests" "*/MariaDB" &&
+  tests/support/run_selected.sh "$programs/recordset_tests" "*/MariaDB-*ColumnNamesAreWrittenInAnyCase*" &&
     tests/support/run_selected.sh "$programs/batches_tests" \
       "*/MariaDB-*/GroupsOnMariaDb.AreNotOpenedForATableThatCannotRollBack/*"
 }
 start through_one_node through_one_node
 
-# Copies, spread over the nodes. Left out is what depends on the case of tables' names, and faults of the driver, which do
-# not depend on the server.
+# Copies, spread over the nodes. Left out is what depends on the case of tables' names, faults of the driver, which do not
+# depend on the server, and a flag that no column of integers holds.
 leftOut=ControlRecords.TakeOnlyOneAsInProgress:Run.CopiesAnUpperCaseCodeLikeALowerCaseOneAndKeepsItInLogNameAndEvents
 leftOut+=:OnRequest.FailsThreeTimesOverWhenTheCalendarCannotBeDeleted:*Faults*:*LostAnswers*:*LostDatabase*:*AskedAgain*
-leftOut+=:*WholeCopy.LeavesTheOldRows*
+leftOut+=:*WholeCopy.LeavesTheOldRows*:ControlRecords.DoNotRoundAFlagToInProgress
 for node in 1 2 3; do
   text=QMX_TEST_NODE_$node
   start copies_through_node_$node env "QMX_TEST_MARIADB=${!text}" QMX_TEST_COPY_OVER=MariaDB GTEST_TOTAL_SHARDS=3 \
