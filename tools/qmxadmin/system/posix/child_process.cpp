@@ -43,7 +43,7 @@ std::string ReadAll(int descriptor) {
 
 std::vector<std::string> EnvironmentWith(const std::vector<ChildProcess::Variable>& variables) {
   std::vector<std::string> environment;
-  for (const auto& [name, value] : variables) environment.push_back(name + "=" + value);
+  for (const auto& [name, value] : variables) environment.push_back(fmt::format("{}={}", name, value));
   for (char** entry = environ; *entry; ++entry) {
     const std::string_view variable = *entry;
     const std::string_view name = variable.substr(0, variable.find('='));
