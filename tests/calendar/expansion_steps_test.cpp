@@ -52,6 +52,8 @@ TEST_F(ExpansionSteps, FindsADayByAllOfItsParts) {
   EXPECT_FALSE(calender.Present_in_Main_Array(5, 4, 2001, pos));
   EXPECT_FALSE(calender.Present_in_Main_Array(6, 3, 2001, pos));
   EXPECT_EQ(pos, 7);
+  EXPECT_TRUE(calender.Present_in_Main_Array(5, 3, 2001, pos));
+  EXPECT_EQ(pos, 0);
   EXPECT_TRUE(calender.Present_in_Main_Array(5, 3, 2002, pos));
   EXPECT_EQ(pos, 1);
   calender.arraycount = 0;

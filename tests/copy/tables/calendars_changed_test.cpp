@@ -165,6 +165,18 @@ TEST(CalendarsByChange, MoveTheLastUpdateTimeAlsoWhenNoEmployeeHasACalendar) {
             "\"Date-Time :2026-11-20 : 14:05:09\"\r\n\"Table : tcccp030 - 0 records Inserted\"\r\n");
 }
 
+TEST(CalendarsByChange, MissTheChangesAndMoveTheLastUpdateTimeIfTheCalendarsInUseCannotBeListed) {
+  CalendarRig rig;
+  rig.LocalRecord("DAY", "2026-11-19", 800);
+  rig.ErpHas({});
+  rig.AuditsByCalendar({{Inserted(Interval("DAY", "2026-11-20", 900, "2026-11-20", 1300))}});
+  rig.Sql("drop table tsmdm140");
+  rig.Run(kCalendars);
+  EXPECT_EQ(rig.LocalRecords().size(), 1u);
+  EXPECT_EQ(rig.Lutm(kCalendars), "2026-11-20 14:05:09");
+  EXPECT_THAT(rig.failures.chains, IsEmpty());
+}
+
 TEST(CalendarsByChange, KeepTheLastUpdateTimeAndTheAppliedChangesWhenTheAuditFails) {
   CalendarRig rig;
   rig.Employee("1001", "DAY");

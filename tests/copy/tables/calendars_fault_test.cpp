@@ -110,6 +110,22 @@ class OneRun {
     }
   }
 
+  // The list of the calendars in use ends quietly where it cannot be read. The copy then takes what was read for all.
+  bool AllCalendarsWereListed() const {
+    for (const std::string& line : rig.calls.StartingWith({"rs"})) {
+      if (line.find("select DISTINCT tsmdm140.ccal") == std::string::npos) continue;
+      return rig.calls.Count(line.substr(0, line.find('.')) + ".Close") == 1;
+    }
+    return true;
+  }
+
+  void ExpectTheNewLastUpdateTimeOnlyWithAllRows() {
+    if (rig.Lutm(kCalendars) == kOldLutm || !AllCalendarsWereListed()) return;
+    EXPECT_EQ(rig.Lutm(kCalendars), kNewLutm);
+    EXPECT_EQ(way_.tableName, std::string(kCalendars)) << "a copy on request leaves the time as it is";
+    EXPECT_THAT(rig.LocalRecords(), UnorderedElementsAreArray(way_.rows));
+  }
+
   void ExpectEverythingCopied() {
     EXPECT_THAT(rig.LocalRecords(), UnorderedElementsAreArray(way_.rows));
     EXPECT_EQ(rig.Events().back(), "event done");
@@ -158,7 +174,7 @@ class CalendarFaults : public testing::TestWithParam<Way> {
         EXPECT_THAT(chain, StartsWith("error -21474"));
         EXPECT_THAT(chain, HasSubstr("error -2147467259, Faulty driver: Operation "));
       }
-      EXPECT_THAT(run.rig.Lutm(kCalendars), AnyOf(kOldLutm, kNewLutm));
+      run.ExpectTheNewLastUpdateTimeOnlyWithAllRows();
 
       if (GetParam().mendedByTheNextRun) {
         run.rig.Sql("update tstables set in_use = 0");

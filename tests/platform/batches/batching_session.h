@@ -23,13 +23,15 @@ class BatchingSession : public testing::Test {
     Execution(*session_->Prepare("create table people (code integer not null primary key, floor smallint)")).Run();
   }
 
-  std::unique_ptr<DriverStatement> Insert() {
+  std::unique_ptr<DriverStatement> Insert(bool isUnheeded = false) {
     const ColumnDescription code{.name = "code", .type = Variant::Kind::Int32};
     const ColumnDescription floor{.name = "floor", .type = Variant::Kind::Int16};
-    return session_->PrepareInsert({.table = "people",
-                                    .columns = {code, floor},
-                                    .into = "insert into people (code,floor)",
-                                    .describe = [](Error&, std::span<const Variant>) {}});
+    return session_->PrepareInsert(
+        {.table = "people",
+         .columns = {code, floor},
+         .into = "insert into people (code,floor)",
+         .isUnheeded = isUnheeded,
+         .describe = [](Error& error, std::span<const Variant> row) { error.With("key", row[0].ToText()); }});
   }
 
   static std::int64_t Added(DriverStatement& insert, std::int32_t code, bool mayWait) {

@@ -39,6 +39,20 @@ TEST_F(AnInsert, LeavesNoSavepointInATransactionOfTheProgram) {
   EXPECT_EQ(Rows(), 0);
 }
 
+// Alone, each of them would take as long.
+TEST_F(AnInsert, NamesTheFirstOfTheRowsThatTookTooLongAndSendsNoneOfThemAgain) {
+  const auto insert = Insert();
+  below_.before = [](const std::string& operation) {
+    if (operation == "Add") throw Error(errors::kTimeout, "Test", "It takes too long.");
+  };
+  AddAndLetWait(*insert, {1, 2, 3});
+  const Error error = Raised([&] { Rows(); });
+  EXPECT_EQ(error.Number(), errors::kTimeout);
+  EXPECT_EQ(error.DetailOf("key"), "2");
+  below_.before = nullptr;
+  EXPECT_EQ(Rows(), 1);
+}
+
 TEST_F(AnInsert, LeavesOutWhatIsEmpty) {
   const auto insert = Insert();
   const Variant row[] = {Variant(), std::int32_t{1}, Variant(), Variant::Null(), Variant()};

@@ -69,7 +69,11 @@ TEST_F(TheSession, InsertsUpdatesDeletesAndSelectsWithinOneGroup) {
 
 TEST_F(TheSession, RaisesAtTheNextCallThatARowIsRefusedWhoseGroupCouldNotBeCommittedInTime) {
   session_->MayGroup(true);
-  Write("insert into people values (1, 1)");
+  const auto insert = session_->Prepare("insert into people values (?, ?)");
+  const Variant code = std::int32_t{17};
+  const Variant floor = std::int16_t{4};
+  const Variant* const row[] = {&code, &floor};
+  Executed(*insert, row);
   below_.before = [isRefused = false](const std::string& operation) mutable {
     if (operation == "Commit") isRefused = true;
     if (isRefused && (operation == "Commit" || operation == "Step")) {
@@ -78,8 +82,31 @@ TEST_F(TheSession, RaisesAtTheNextCallThatARowIsRefusedWhoseGroupCouldNotBeCommi
   };
   clock_.PassWhileAThreadWaits(std::chrono::milliseconds(50));
   below_.before = nullptr;
-  EXPECT_EQ(Raised([&] { session_->Catalog(); }).Description(), "The row is refused.");
+  const Error error = Raised([&] { session_->Catalog(); });
+  EXPECT_EQ(error.Description(), "The row is refused.");
+  EXPECT_EQ(error.DetailOf("key"), "of the row written with 17, 4");
   EXPECT_EQ(Rows(), 0);
+}
+
+TEST_F(TheSession, CommitsItsGroupBeforeAnUnheededRowThatIsSentAlone) {
+  const auto insert = Insert(true);
+  session_->MayGroup(true);
+  Write("insert into people values (1, 1)");
+  below_.Restart();
+  Added(*insert, 2, false);
+  EXPECT_THAT(Recorded({"Commit", "Step"}), ElementsAre("Commit", "Step"));
+}
+
+TEST_F(TheSession, PausesBeforeItDoesAgainWhatTheDatabaseTookBack) {
+  session_->MayGroup(true);
+  int steps = 0;
+  below_.before = [&](const std::string& operation) {
+    if (operation != "Step" || ++steps > 1) return;
+    throw Error(errors::kProviderUnspecified, "Test", "Try again.").With("SQLSTATE", "40001");
+  };
+  Write("insert into people values (1, 1)");
+  EXPECT_EQ(clock_.sleeps.size(), 1U);
+  EXPECT_EQ(Rows(), 1);
 }
 
 TEST_F(TheSession, CommitsItsGroupBeforeATimeLimitBegins) {
