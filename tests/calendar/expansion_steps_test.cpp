@@ -129,6 +129,13 @@ TEST_F(ExpansionSteps, WritesEveryIntervalOfEveryDay) {
                                                               "2001-03-06 09:00:00 > 2001-03-06 10:00:00"}));
 }
 
+TEST_F(ExpansionSteps, RaisesForADayThatIsMissingWhenTheDaysAreWritten) {
+  calender.Calcode = "DAY";
+  calender.InsertInMainArray(5, 3, 2001, 800, 1200);
+  calender.arraycount = 2;
+  EXPECT_EQ(Raised([&] { calender.InsertInDataBase(); }).Number(), 9);
+}
+
 // -30 is hour -1 and 70 minutes.
 TEST_F(ExpansionSteps, RoundsATimeBelowMidnightDownToItsHour) {
   calender.Calcode = "DAY";
