@@ -80,8 +80,7 @@ TEST_F(ComComponentsOfThisMachine, WhoseCreationFailsAreRefused) {
 }
 
 TEST_F(ComComponentsOfThisMachine, ThatCannotBeCalledByNameAreRefused) {
-  const RegisteredClass served("QmxTest.NoDispatch",
-                               [] { return ComPtr<IUnknown>::Owning(new StubTypeInfo({}, L"", {})); });
+  const RegisteredClass served("QmxTest.NoDispatch", ObjectWithoutDispatch);
   const FurtherComponents::Answer answer = components.Create("QmxTest.NoDispatch");
   EXPECT_FALSE(answer.object);
   EXPECT_TRUE(answer.isRegistered);
@@ -102,9 +101,7 @@ TEST_F(ComComponentsOfThisMachine, AreCreatedByMonikersOfTheirPrefix) {
 }
 
 TEST_F(ComComponentsOfThisMachine, WhoseMonikersCannotBeBoundAreRefused) {
-  const RegisteredPrefix prefix("qmxtest", [](const std::string&) {
-    return ComPtr<IUnknown>::Owning(new StubTypeInfo({}, L"", {}));  // has no IDispatch
-  });
+  const RegisteredPrefix prefix("qmxtest", [](const std::string&) { return ObjectWithoutDispatch(); });
   const FurtherComponents::Answer answer = components.Create("qmxtest:java.util.Date");
   EXPECT_FALSE(answer.object);
   EXPECT_TRUE(answer.isRegistered);

@@ -47,6 +47,10 @@ HRESULT StubTypeInfo::GetDocumentation(MEMBERID, BSTR* name, BSTR*, DWORD*, BSTR
   return S_OK;
 }
 
+ComPtr<IUnknown> ObjectWithoutDispatch() {
+  return ComPtr<IUnknown>::Owning(new StubTypeInfo(GUID{}, std::wstring(), {}));
+}
+
 ComPtr<StubComponent> StubComponent::Make(Answer answer, std::vector<std::wstring> names, DISPID firstId) {
   auto made = ComPtr<StubComponent>::Owning(new StubComponent(std::move(answer)));
   made->names = std::move(names);

@@ -51,6 +51,9 @@ class StubTypeInfo final : public ITypeInfo {
   std::vector<std::wstring> members_;
 };
 
+// Returns an object that has no IDispatch.
+ComPtr<IUnknown> ObjectWithoutDispatch();
+
 class StubComponent final : public IDispatch {
  public:
   struct Call {

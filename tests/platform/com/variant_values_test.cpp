@@ -116,8 +116,8 @@ TEST(AComponentsValue, MayBeNoObject) {
 }
 
 TEST(AComponentsValue, OfAnObjectThatCannotBeCalledByNameIsRefused) {
-  const auto information = ComPtr<ITypeInfo>::Owning(new StubTypeInfo({}, L"", {}));  // has no IDispatch
-  EXPECT_EQ(Refusal(VT_UNKNOWN, [&](VARIANT& v) { v.punkVal = information.Get(); }),
+  const ComPtr<IUnknown> object = ObjectWithoutDispatch();
+  EXPECT_EQ(Refusal(VT_UNKNOWN, [&](VARIANT& v) { v.punkVal = object.Get(); }),
             "Type mismatch: the component gave an object without IDispatch, which cannot be called by name: " +
                 DescribeHresult(E_NOINTERFACE) + ".");
 }
