@@ -2,6 +2,13 @@
 add_compile_definitions(NOMINMAX NOGDI WIN32_LEAN_AND_MEAN WINVER=0x0A00 _WIN32_WINNT=0x0A00)
 # The programs need no file beside those of Windows.
 add_link_options(-static)
+# Paths are made of UTF-8 texts in every program and library: utf8_paths.c says how.
+set(pathConversion _ZNKSt7codecvtIwciE5do_inERiPKcS3_RS3_PwS5_RS5_)
+add_library(qmx_utf8_paths STATIC)
+target_link_libraries(qmx_utf8_paths PRIVATE qmx_warnings)
+add_link_options(LINKER:--wrap=${pathConversion} LINKER:--undefined=__wrap_${pathConversion})
+link_libraries(qmx_utf8_paths)
+
 set(ZLIB_USE_STATIC_LIBS ON)
 # The installer functions of ODBC are in another library there.
 add_library(odbcinst INTERFACE IMPORTED GLOBAL)
