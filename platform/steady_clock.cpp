@@ -3,7 +3,7 @@
 namespace qmx {
 
 SteadyClock& SteadyClock::OfTheSystem() {
-  static SteadyClock clock;
+  static SteadyClock& clock = *new SteadyClock;  // never destroyed: helper threads use it until the process ends
   return clock;
 }
 

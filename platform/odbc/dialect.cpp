@@ -66,7 +66,8 @@ std::vector<OdbcDialect> MakeDialects() {
 }  // namespace
 
 const OdbcDialect& DialectOf(std::string_view system) {
-  static const std::vector<OdbcDialect> kDialects = MakeDialects();
+  // Never destroyed: a helper thread may use them while the process ends.
+  static const auto& kDialects = *new std::vector<OdbcDialect>(MakeDialects());
   const auto fits = [&](const OdbcDialect& dialect) {
     return SameName(system.substr(0, dialect.system.size()), dialect.system);
   };

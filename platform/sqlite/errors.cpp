@@ -37,7 +37,8 @@ std::int32_t Number(int extendedCode, const std::string& message) {
 }
 
 std::string Name(int extendedCode) {
-  static const std::map<int, std::string> kNames = {
+  // Never destroyed: a helper thread may fail while the process ends.
+  static const auto& kNames = *new std::map<int, std::string>{
       {SQLITE_ERROR, "SQLITE_ERROR"},
       {SQLITE_INTERNAL, "SQLITE_INTERNAL"},
       {SQLITE_PERM, "SQLITE_PERM"},
