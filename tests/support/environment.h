@@ -18,7 +18,7 @@ class EnvironmentVariable {
   EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
 
  private:
-  void Set(const char* value) { value ? setenv(name_, value, 1) : unsetenv(name_); }
+  void Set(const char* value);
 
   const char* name_;
   std::optional<std::string> before_;

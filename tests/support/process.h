@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -28,26 +29,24 @@ class RunningProcess {
   RunningProcess& operator=(const RunningProcess&) = delete;
 
   bool HasEnded();
-  pid_t Number() const { return child_; }
-  void Signal(int signal);  // not after its end
+  pid_t Number() const;
+  void Signal(int signal);  // not after its end; POSIX systems only
   Process Wait();
 
  private:
-  void Reap(int options);
+  struct State;
 
   std::string program_;
   TempFolder output_;
-  pid_t child_;
-  bool hasEnded_ = false;
-  int state_ = 0;
+  std::unique_ptr<State> state_;
 };
 
-// Gives the signals that end a program their default effects again. A shell in the background has its programs ignore
-// some of them, and programs inherit that.
+// On POSIX systems only: gives the signals that end a program their default effects again. A shell in the background
+// has its programs ignore some of them, and programs inherit that.
 void RestoreEndingSignals();
 
-// What a forked child becomes. All of it is made before the fork: the child allocates nothing, because another thread
-// of the test may have held the allocator's lock.
+// What a forked child becomes, on POSIX systems. All of it is made before the fork: the child allocates nothing,
+// because another thread of the test may have held the allocator's lock.
 class ProgramToBecome {
  public:
   ProgramToBecome(const std::string& program, const std::vector<std::string>& arguments,

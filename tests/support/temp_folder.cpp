@@ -1,6 +1,5 @@
 #include "tests/support/temp_folder.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -11,9 +10,8 @@ TempFolder::TempFolder(Place place) {
   const std::filesystem::path memory = "/dev/shm";
   const bool inMemory = place == Place::InMemory && std::filesystem::is_directory(memory);
   const std::filesystem::path parent = inMemory ? memory : std::filesystem::temp_directory_path();
-  std::string name = (parent / "qmx-test-XXXXXX").string();
-  if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder: " + name);
-  path_ = name;
+  path_ = NewFolder(parent);
+  if (path_.empty()) throw std::runtime_error("no temporary folder in " + parent.string());
 }
 
 TempFolder::~TempFolder() {

@@ -22,6 +22,9 @@ class TempFolder {
   std::filesystem::path path_;
 };
 
+// Makes a folder with a name of its own. Empty if it cannot.
+std::filesystem::path NewFolder(const std::filesystem::path& parent);
+
 std::string ReadFile(const std::filesystem::path& path);  // the whole text; "" when there is no such file
 void WriteFile(const std::filesystem::path& path, const std::string& text);
 

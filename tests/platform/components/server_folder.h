@@ -8,7 +8,7 @@
 
 namespace qmx::test {
 
-inline std::string TestServer(const std::string& name) { return std::string(TEST_SERVERS) + "/" + name + ".so"; }
+inline std::string TestServer(const std::string& name) { return std::string(TEST_SERVERS) + "/" + name + TEST_SERVER_SUFFIX; }
 
 class ServerFolder : public TempFolder {
  public:

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/database.h"
+#include "platform/json_line.h"
 #include "platform/sqlite/driver.h"
 #include "platform/trace/trace.h"
 #include "tests/support/raised.h"
@@ -55,9 +56,12 @@ TEST_F(TracedDatabase, StandsInTheTraceCallByCall) {
   connection->Execute("delete from skills");
   connection->Close();
 
-  const std::string opened =
-      R"~({"kind":"connection","op":"Open","text":"Provider=SQLite;Mode=Create;Data Source=)~" + file + "\"}\n";
-  EXPECT_EQ(Text(), opened + kAfterOpening);
+  const std::string opened = JsonLine::Object()
+                                 .Add("kind", "connection")
+                                 .Add("op", "Open")
+                                 .Add("text", "Provider=SQLite;Mode=Create;Data Source=" + file)
+                                 .Text();
+  EXPECT_EQ(Text(), opened + "\n" + kAfterOpening);
 }
 
 TEST_F(TracedDatabase, ShowsEveryFieldOfEveryCall) {

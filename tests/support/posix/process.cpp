@@ -50,15 +50,31 @@ void ProgramToBecome::Become() const {
   _exit(127);
 }
 
+struct RunningProcess::State {
+  pid_t child = -1;
+  bool hasEnded = false;
+  int how = 0;
+
+  void Reap(int options, const std::string& program) {
+    if (hasEnded) return;
+    const pid_t reaped = waitpid(child, &how, options);
+    if (reaped < 0) throw std::runtime_error("cannot wait for " + program);
+    hasEnded = reaped == child;
+  }
+};
+
 RunningProcess::RunningProcess(const std::string& program, const std::vector<std::string>& arguments,
                                const std::map<std::string, std::string>& environment, const std::string& folder)
-    : program_(program) {
+    : program_(program), state_(std::make_unique<State>()) {
   const ProgramToBecome ready(program, arguments, environment);
   const std::string out = output_ / "out";
   const std::string err = output_ / "err";
-  child_ = fork();
-  if (child_ < 0) throw std::runtime_error("cannot run " + program);
-  if (child_ > 0) return;
+  const pid_t child = fork();
+  if (child < 0) throw std::runtime_error("cannot run " + program);
+  if (child > 0) {
+    state_->child = child;
+    return;
+  }
   if (Redirect("/dev/null", O_RDONLY, 0) && Redirect(out.c_str(), O_WRONLY | O_CREAT, 1) &&
       Redirect(err.c_str(), O_WRONLY | O_CREAT, 2) && chdir(folder.c_str()) == 0)
     ready.Become();
@@ -66,31 +82,27 @@ RunningProcess::RunningProcess(const std::string& program, const std::vector<std
 }
 
 RunningProcess::~RunningProcess() {
-  if (hasEnded_) return;
-  kill(child_, SIGKILL);
-  waitpid(child_, nullptr, 0);
+  if (state_->hasEnded) return;
+  kill(state_->child, SIGKILL);
+  waitpid(state_->child, nullptr, 0);
 }
 
+pid_t RunningProcess::Number() const { return state_->child; }
+
 bool RunningProcess::HasEnded() {
-  Reap(WNOHANG);
-  return hasEnded_;
+  state_->Reap(WNOHANG, program_);
+  return state_->hasEnded;
 }
 
 void RunningProcess::Signal(int signal) {
-  if (hasEnded_ || kill(child_, signal) != 0) throw std::runtime_error(program_ + " runs no more");
+  if (state_->hasEnded || kill(state_->child, signal) != 0) throw std::runtime_error(program_ + " runs no more");
 }
 
 Process RunningProcess::Wait() {
-  Reap(0);
-  return {WIFEXITED(state_) ? WEXITSTATUS(state_) : 128 + WTERMSIG(state_), ReadFile(output_ / "out"),
+  state_->Reap(0, program_);
+  const int how = state_->how;
+  return {WIFEXITED(how) ? WEXITSTATUS(how) : 128 + WTERMSIG(how), ReadFile(output_ / "out"),
           ReadFile(output_ / "err")};
-}
-
-void RunningProcess::Reap(int options) {
-  if (hasEnded_) return;
-  const pid_t reaped = waitpid(child_, &state_, options);
-  if (reaped < 0) throw std::runtime_error("cannot wait for " + program_);
-  hasEnded_ = reaped == child_;
 }
 
 void RestoreEndingSignals() {

@@ -1,0 +1,33 @@
+#include "platform/system/shared_library.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/support/temp_folder.h"
+
+namespace qmx::test {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+
+TEST(SharedLibraries, AreLoadedOnceAndHaveSymbols) {
+  const SharedLibrary first = LoadSharedLibrary("C:\\windows\\system32\\kernel32.dll");
+  const SharedLibrary second = LoadSharedLibrary("C:/windows/system32/kernel32.dll");
+  ASSERT_NE(first.handle, nullptr) << first.problem;
+  EXPECT_EQ(first.handle, second.handle);
+  EXPECT_NE(FindSymbol(first.handle, "GetTickCount64"), nullptr);
+  EXPECT_EQ(FindSymbol(first.handle, "there_is_no_such_function"), nullptr);
+}
+
+TEST(SharedLibraries, SayWhyTheyCannotBeLoaded) {
+  const TempFolder folder;
+  const SharedLibrary missing = LoadSharedLibrary(folder.Path() / "none.dll");
+  EXPECT_EQ(missing.handle, nullptr);
+  EXPECT_THAT(missing.problem, HasSubstr("none.dll: "));
+  EXPECT_THAT(missing.problem, EndsWith(" (126)"));
+  WriteFile(folder / "text.dll", "no library");
+  EXPECT_THAT(LoadSharedLibrary(folder.Path() / "text.dll").problem, EndsWith(" (193)"));
+}
+
+}  // namespace
+}  // namespace qmx::test
