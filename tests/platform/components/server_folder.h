@@ -8,7 +8,9 @@
 
 namespace qmx::test {
 
-inline std::string TestServer(const std::string& name) { return std::string(TEST_SERVERS) + "/" + name + TEST_SERVER_SUFFIX; }
+inline std::string TestServer(const std::string& name) {
+  return std::string(TEST_SERVERS) + "/" + name + TEST_SERVER_SUFFIX;
+}
 
 class ServerFolder : public TempFolder {
  public:
