@@ -9,6 +9,9 @@ target_link_libraries(qmx_utf8_paths PRIVATE qmx_warnings)
 add_link_options(LINKER:--wrap=${pathConversion} LINKER:--undefined=__wrap_${pathConversion})
 link_libraries(qmx_utf8_paths)
 
+# Under Wine this machine's files are on that drive.
+set(QMX_DRIVE Z:)
+
 # Half of the build's time would go into optimising tests.
 target_compile_options(qmx_test_options INTERFACE -O0)
 set(ZLIB_USE_STATIC_LIBS ON)
