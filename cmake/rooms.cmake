@@ -14,7 +14,7 @@ if(WIN32)
 else()
   set(QMX_SYSTEM posix)
   # The folders that are built for Windows only.
-  set(QMX_LEFT_OUT bench/com sandbox/com tests/platform/com tests/platform/windows tests/sandbox/com)
+  set(QMX_LEFT_OUT bench/com packaging/windows sandbox/com tests/platform/com tests/platform/windows tests/sandbox/com)
 endif()
 
 # The build tree looks like the installed one: the component servers and their manifests share a folder.

@@ -9,6 +9,12 @@ target_link_libraries(qmx_utf8_paths PRIVATE qmx_warnings)
 add_link_options(LINKER:--wrap=${pathConversion} LINKER:--undefined=__wrap_${pathConversion})
 link_libraries(qmx_utf8_paths)
 
+# The zip file is unpacked anywhere. The sandbox is not in the folder that is searched by default: the program asks the manifests
+# there before COM, so the sandbox would take the place of the ERP's registered classes.
+set(CMAKE_INSTALL_BINDIR .)
+set(QMX_COMPONENT_DESTINATION sandbox)
+set(QMX_INSTALLED_COMPONENT_DIR components)
+
 # Under Wine this machine's files are on that drive.
 set(QMX_DRIVE Z:)
 

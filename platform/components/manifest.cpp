@@ -9,6 +9,7 @@
 #include "platform/names.h"
 #include "platform/system/environment.h"
 #include "platform/system/folder.h"
+#include "platform/system/installed_files.h"
 #include "platform/trim.h"
 
 namespace qmx {
@@ -108,7 +109,7 @@ std::vector<std::filesystem::path> ComponentFolders() {
     if (end > 0) folders.push_back(std::filesystem::absolute(rest.substr(0, end)));
     rest.remove_prefix(std::min(end + 1, rest.size()));
   }
-  if (folders.empty()) folders.emplace_back(QMX_INSTALLED_COMPONENT_DIR);
+  if (folders.empty()) folders.push_back(InstalledPath(QMX_INSTALLED_COMPONENT_DIR));
   return folders;
 }
 

@@ -31,6 +31,7 @@ done
 try whole_runs_test python3 -B tests/windows/whole_runs_test.py
 try qmxadmin_test python3 -B tests/windows/qmxadmin_test.py build/release
 try com tests/windows/com.sh build/release
+try zip_test python3 -B tests/windows/zip_test.py
 if [ -n "$failed" ]; then
   echo "Failed:$failed"
   exit 1

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "platform/system/environment.h"
-#include "tools/qmxadmin/system/windows/own_path.h"
+#include "platform/windows/own_path.h"
 
 namespace qmx {
 

@@ -9,9 +9,9 @@
 
 #include "platform/error.h"
 #include "platform/system/environment.h"
+#include "platform/windows/own_path.h"
 #include "platform/windows/system_codes.h"
 #include "platform/windows/wide_text.h"
-#include "tools/qmxadmin/system/windows/own_path.h"
 #include "tools/qmxadmin/system/windows/start_process.h"
 
 namespace qmx {

@@ -1,4 +1,4 @@
-#include "tools/qmxadmin/system/windows/own_path.h"
+#include "platform/windows/own_path.h"
 
 #include <windows.h>
 
