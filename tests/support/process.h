@@ -31,6 +31,7 @@ class RunningProcess {
   bool HasEnded();
   pid_t Number() const;
   void Signal(int signal);  // not after its end; POSIX systems only
+  void Kill();              // not after its end
   Process Wait();
 
  private:

@@ -19,15 +19,13 @@ list(APPEND QMX_LEFT_OUT
   # They replace operator new for the whole program, which a static executable cannot do for what is inlined in it.
   tests/platform/batches/memory_test.cpp
   tests/startup/scarce_memory
-  # The interposed functions of the C library, or files that another user may not read.
+  # The loader of Linux tells which libraries are loaded.
   tests/platform/components/installed_components_test.cpp
-  tests/platform/sqlite/files_test.cpp
+  # Files and folders that another user may not write or read. tests/platform/windows has what Windows has instead.
   tests/platform/sqlite/read_only_test.cpp
-  # They fork, or limit the size of files.
-  tests/platform/sqlite/sharing_test.cpp
-  tests/platform/run_records/run_record_test.cpp
-  tests/platform/run_records/sudden_end_test.cpp
-  tests/platform/trace/trace_test.cpp
-  # Pseudo-terminals and signals.
-  tests/platform/progress/progress_test.cpp
+  # A limit of the size of files, and pipes that are files. tests/platform/windows has what Windows has instead.
+  tests/platform/run_records/unwritable_record_test.cpp
+  tests/platform/trace/unwritable_trace_test.cpp
+  # Pseudo-terminals and signals. tests/windows runs the programs in a terminal.
+  tests/platform/progress/terminal_progress_test.cpp
   tests/support/terminal_process.cpp)

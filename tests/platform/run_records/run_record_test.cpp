@@ -2,13 +2,13 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <nlohmann/json.hpp>
 #include <thread>
 
 #include "platform/error.h"
-#include "tests/support/full_disk.h"
+#include "platform/system/process_identity.h"
+#include "tests/platform/run_records/kept_failures.h"
 #include "tests/support/temp_folder.h"
 
 namespace qmx::test {
@@ -20,12 +20,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
-
-class KeptFailures : public FailureReport {
- public:
-  void Report(const Error& error) noexcept override { descriptions.push_back(DescribeChain(error)); }
-  std::vector<std::string> descriptions;
-};
 
 class ARunRecord : public testing::Test {
  protected:
@@ -73,9 +67,11 @@ TEST_F(ARunRecord, HasTableProcessUserAndHost) {
   EXPECT_EQ(start["table"], "tsmdm030");
   EXPECT_EQ(start["request"], 17);
   EXPECT_EQ(start["version"], "1.2.3");
-  EXPECT_EQ(start["pid"], getpid());
-  EXPECT_EQ(start["uid"], geteuid());
-  EXPECT_TRUE(start["host"].is_string() && start["user"].is_string() && start["boot"].is_string());
+  const ProcessIdentity process = ThisProcess();
+  EXPECT_EQ(start["pid"], process.process);
+  EXPECT_EQ(start["uid"], process.userNumber);
+  EXPECT_TRUE(start["host"].is_string() && start["user"].is_string());
+  EXPECT_EQ(start["boot"], process.boot.empty() ? Json() : Json(process.boot));
   EXPECT_TRUE(start["pid_start"].is_number());
 }
 
@@ -202,41 +198,6 @@ TEST_F(ARunRecord, PrintsOneSentenceIfTheFileCannotBeWritten) {
   record.End(0, {});
   EXPECT_THAT(failures_.descriptions, ElementsAre("error 75, Run record: The run is not recorded: \"" + start_.path +
                                                   "\" cannot be written: No such file or directory."));
-}
-
-TEST_F(ARunRecord, DoesNotWaitForAReaderOfAPipeInItsPlace) {
-  ASSERT_EQ(mkfifo(start_.path.c_str(), 0600), 0);
-  const RunRecord record(start_, failures_);
-  EXPECT_THAT(failures_.descriptions,
-              ElementsAre(HasSubstr("\" cannot be written: it is a named pipe, not a regular")));
-}
-
-TEST_F(ARunRecord, PrintsOneSentenceIfTheDiskIsFull) {
-  {
-    const FullDisk full(100);  // the start is cut short
-    RunRecord record(start_, failures_);
-    record.End(0, {});
-  }
-  EXPECT_THAT(failures_.descriptions, ElementsAre(HasSubstr("\" cannot be written: No space left on device.")));
-  EXPECT_EQ(Written().size(), 100U);
-
-  RunRecord(start_, failures_).End(0, {});
-  std::istringstream lines(Written().substr(100));
-  std::string rest;
-  std::getline(lines, rest);
-  EXPECT_EQ(rest, "");  // the next record stands on lines of its own
-  std::getline(lines, rest);
-  EXPECT_EQ(Json::parse(rest)["record"], "start");
-}
-
-TEST_F(ARunRecord, PrintsOneSentenceIfTheDiskIsFullAtItsEnd) {
-  RunRecord record(start_, failures_);
-  const FullDisk full(Written().size());
-  record.End(0, {});
-  record.End(0, {});
-  EXPECT_THAT(failures_.descriptions, ElementsAre(StartsWith("error 75, Run record: The end of the run is not "
-                                                             "recorded: \"" +
-                                                             start_.path + "\" cannot be written: ")));
 }
 
 }  // namespace

@@ -2,11 +2,12 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <nlohmann/json.hpp>
+#include <regex>
 
+#include "platform/system/plain_file.h"
 #include "tests/support/temp_folder.h"
 
 namespace qmx::test {
@@ -14,33 +15,28 @@ namespace {
 
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::MatchesRegex;
 using testing::StartsWith;
 
 class ASuddenEnd : public testing::Test {
  protected:
-  ASuddenEnd() : file_(std::fopen((folder_ / "records").c_str(), "a")) {}
-  ~ASuddenEnd() override {
-    SuddenEnd::Disarm();
-    std::fclose(file_);
-  }
+  ~ASuddenEnd() override { SuddenEnd::Disarm(); }
 
   void Arm(const std::string& beginning = "\n{\"run\":\"r1\",\"time\":") {
-    SuddenEnd::Arm(fileno(file_), beginning, 3600);
+    SuddenEnd::Arm(file_.descriptor, beginning, 3600);
   }
   std::string Written() { return ReadFile(folder_ / "records"); }
 
   TempFolder folder_;
-  std::FILE* file_;
+  PlainFile file_ = OpenPlainFile(folder_ / "records", FileUse::Append);
 };
 
 TEST_F(ASuddenEnd, CompletesTheRecordThatItWasArmedWith) {
   Arm();
   SuddenEnd::Write("exit was called", 2);
-  EXPECT_THAT(Written(),
-              MatchesRegex("\n\\{\"run\":\"r1\",\"time\":\"20[0-9-]{8}T[0-9:.]{12}\\+01:00\",\"duration_ms\":[0-9]+,"
-                           "\"outcome\":\"ended\",\"status\":2,\"causes\":\\[\\[\\{\"description\":\"exit was "
-                           "called\"\\}\\]\\]\\}"));
+  const std::regex record(
+      "\n\\{\"run\":\"r1\",\"time\":\"20[0-9-]{8}T[0-9:.]{12}\\+01:00\",\"duration_ms\":[0-9]+,"
+      "\"outcome\":\"ended\",\"status\":2,\"causes\":\\[\\[\\{\"description\":\"exit was called\"\\}\\]\\]\\}");
+  EXPECT_TRUE(std::regex_match(Written(), record)) << Written();
 }
 
 TEST_F(ASuddenEnd, IsACrashIfASignalEndsTheProcess) {
@@ -63,7 +59,7 @@ TEST_F(ASuddenEnd, StaysJsonHoweverLongItsCauseIs) {
 }
 
 TEST_F(ASuddenEnd, HasNoCauseThatMayHoldASecret) {
-  SuddenEnd::Arm(fileno(file_), "\n{\"run\":\"r1\",\"time\":", 0, false);
+  SuddenEnd::Arm(file_.descriptor, "\n{\"run\":\"r1\",\"time\":", 0, false);
   SuddenEnd::Write("SIGSEGV ended the run: qmxadmin release {hush-hush}", 139);
   EXPECT_THAT(Written(), HasSubstr("\"causes\":[[{\"description\":\"***\"}]]}"));
 }

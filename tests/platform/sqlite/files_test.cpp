@@ -8,7 +8,6 @@
 #include "platform/error.h"
 #include "platform/execution.h"
 #include "platform/sqlite/driver.h"
-#include "tests/support/as_nobody.h"
 #include "tests/support/raised.h"
 #include "tests/support/temp_folder.h"
 
@@ -163,22 +162,6 @@ TEST_F(SqliteFiles, AFileThatIsNoDatabaseIsRefusedAndKept) {
   EXPECT_EQ(error.Number(), -2147467259);
   EXPECT_THAT(error.Description(), AllOf(HasSubstr(folder / "letter.db"), HasSubstr("no SQLite database")));
   EXPECT_EQ(ReadFile(folder / "letter.db"), letter);
-}
-
-TEST_F(SqliteFiles, WhatIsNoFileIsRefused) {
-  EXPECT_THAT(Refused("Provider=SQLite;Data Source=/dev/null").Description(), HasSubstr("no regular file"));
-}
-
-TEST_F(SqliteFiles, AFileThatCannotBeWrittenIsRefused) {
-  Make("local.db");
-  fs::permissions(folder.Path(), fs::perms::all);
-  fs::permissions(folder / "local.db", fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-  const Error error = [&] {
-    const AsNobody nobody;
-    return Refused("Provider=SQLite;Data Source=" + folder / "local.db");
-  }();
-  EXPECT_EQ(error.Number(), 70);
-  EXPECT_THAT(error.Description(), AllOf(HasSubstr(folder / "local.db"), HasSubstr("permission")));
 }
 
 TEST_F(SqliteFiles, AnUnknownKeywordIsRefusedWithTheKnownOnes) {

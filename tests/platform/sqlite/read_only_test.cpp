@@ -88,6 +88,21 @@ TEST_F(ReadOnlyDatabase, IsNotWritten) {
   EXPECT_EQ(Raised([&] { connection.Execute("delete from people"); }).Number(), 70);
 }
 
+TEST_F(ReadOnlyDatabase, IsRefusedToACopy) {
+  Execute(kTwoPeople);
+  CloseOwner();
+  fs::permissions(folder_.Path(), fs::perms::all);
+  MakeReadOnly(folder_ / "local.db");
+  const Error error = Raised([&] { People("Provider=SQLite;Data Source=" + folder_ / "local.db"); });
+  EXPECT_EQ(error.Number(), 70);
+  EXPECT_THAT(error.Description(), AllOf(HasSubstr(folder_ / "local.db"), HasSubstr("permission")));
+}
+
+TEST_F(ReadOnlyDatabase, IsNoDevice) {
+  EXPECT_THAT(Raised([&] { People("Provider=SQLite;Mode=Read;Data Source=/dev/null"); }).Description(),
+              HasSubstr("no regular file"));
+}
+
 TEST_F(ReadOnlyDatabase, KeepsItsJournalModeWhereItCouldBeChanged) {
   Execute(kTwoPeople);
   CloseOwner();

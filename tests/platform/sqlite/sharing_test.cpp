@@ -2,75 +2,94 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <functional>
-#include <iostream>
+#include <fstream>
+#include <memory>
+#include <thread>
 #include <vector>
 
 #include "platform/database.h"
-#include "platform/error.h"
 #include "platform/sqlite/driver.h"
+#include "tests/support/second_process.h"
 #include "tests/support/temp_folder.h"
 
 namespace qmx::test {
 namespace {
 
-// Runs the work in a process of its own; an error there is its exit status.
-pid_t Started(const std::function<void()>& work) {
-  const pid_t child = fork();
-  if (child != 0) return child;
-  try {
-    work();
-    _exit(0);
-  } catch (const Error& error) {
-    std::cerr << DescribeChain(error) << '\n';
-    _exit(1);
-  }
+// What another process does with the file. Its first word is the connection text.
+using Words = SecondProcess::Words;
+
+void Execute(const std::string& text, const std::string& statement) {
+  SqliteDriver driver;
+  Connection connection({&driver}, nullptr);
+  connection.Open(text, "", "");
+  connection.Execute(statement);
+  connection.Close();
 }
 
-bool Succeeded(pid_t child) {
-  int status = 0;
-  return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
+// Inserts a row as soon as the second file exists, after it has created the first one.
+const SecondProcess::Work kInsertTogether("insert together", [](const Words& words) {
+  WriteFile(words[1], "");
+  AwaitFile(words[2]);
+  Execute(words[0], "insert into people values ('x')");
+});
+
+const SecondProcess::Work kAddRows("add rows", [](const Words& words) {
+  SqliteDriver driver;
+  Connection connection({&driver}, nullptr);
+  connection.Open(words[0], "", "");
+  Recordset records(nullptr);
+  records.Open(words[1], connection, kCursorKeyset, kLockOptimistic, kCommandTable);
+  for (int row = 0; row < std::stoi(words[2]); ++row) {
+    records.AddNew();
+    records.Fields("code") = row;
+  }
+  records.Close();
+  connection.Close();
+});
+
+// Adds a byte to the file after each row that was saved, until the process is killed.
+const SecondProcess::Work kSaveRows("save rows", [](const Words& words) {
+  SqliteDriver driver;
+  Connection connection({&driver}, nullptr);
+  connection.Open(words[0], "", "");
+  std::ofstream saved(words[1], std::ios::binary);
+  Recordset records(nullptr);
+  records.Open("people", connection, kCursorKeyset, kLockOptimistic, kCommandTable);
+  for (int row = 0; saved; ++row) {
+    records.AddNew();
+    records.Fields("code") = row;
+    records.Update();
+    saved << '+' << std::flush;
+  }
+});
 
 class SqliteSharing : public testing::Test {
  protected:
-  void Run(const std::string& statement) {
-    Connection connection({&driver}, nullptr);
-    connection.Open(text, "", "");
-    connection.Execute(statement);
-    connection.Close();
-  }
+  void Run(const std::string& statement) { Execute(text, statement); }
 
   // Six processes open the file at the same moment, and each inserts a row.
   void InsertFromSixProcesses() {
-    std::vector<pid_t> children;
+    const TempFolder meeting;
+    std::vector<std::unique_ptr<SecondProcess>> processes;
     for (int number = 0; number < 6; ++number) {
-      children.push_back(Started([&] { Run("insert into people values ('x')"); }));
+      processes.push_back(std::make_unique<SecondProcess>(
+          "insert together", Words{text, meeting / std::to_string(number), meeting / "go"}));
     }
-    for (const pid_t child : children) EXPECT_TRUE(Succeeded(child));
+    for (int number = 0; number < 6; ++number) AwaitFile(meeting / std::to_string(number));
+    WriteFile(meeting / "go", "");
+    for (const auto& process : processes) ExpectSuccess(*process);
+  }
+
+  static void ExpectSuccess(SecondProcess& process) {
+    const Process ended = process.Wait();
+    EXPECT_EQ(ended.status, 0) << ended.err;
   }
 
   static std::int32_t Count(Connection& connection, const std::string& table) {
     Recordset records(nullptr);
     records.Open("select count(*) from " + table, connection, kCursorKeyset, kLockOptimistic, kCommandText);
     return records.Fields(0).Value().ToInt32();
-  }
-
-  void AddRows(const std::string& table, int count) {
-    Connection connection({&driver}, nullptr);
-    connection.Open(text, "", "");
-    Recordset records(nullptr);
-    records.Open(table, connection, kCursorKeyset, kLockOptimistic, kCommandTable);
-    for (int row = 0; row < count; ++row) {
-      records.AddNew();
-      records.Fields("code") = row;
-    }
-    records.Close();
-    connection.Close();
   }
 
   TempFolder folder;
@@ -84,21 +103,22 @@ TEST_F(SqliteSharing, ProcessesFillDifferentTablesOfOneFileWhileAReaderReads) {
   for (int writer = 0; writer < kWriters; ++writer) {
     Run("create table t" + std::to_string(writer) + " (code integer not null primary key)");
   }
-  std::vector<pid_t> children;
+  std::vector<std::unique_ptr<SecondProcess>> writers;
   for (int writer = 0; writer < kWriters; ++writer) {
-    children.push_back(Started([&] { AddRows("t" + std::to_string(writer), kRows); }));
+    writers.push_back(
+        std::make_unique<SecondProcess>("add rows", Words{text, "t" + std::to_string(writer), std::to_string(kRows)}));
   }
   {
     Connection reader({&driver}, nullptr);
     reader.Open(text, "", "");
     std::int32_t before = 0;
-    for (int round = 0; round < 200; ++round) {
+    while (!writers[0]->HasEnded()) {
       const std::int32_t count = Count(reader, "t0");
       EXPECT_GE(count, before);
       before = count;
     }
   }
-  for (const pid_t child : children) EXPECT_TRUE(Succeeded(child));
+  for (const auto& writer : writers) ExpectSuccess(*writer);
   Connection reader({&driver}, nullptr);
   reader.Open(text, "", "");
   for (int writer = 0; writer < kWriters; ++writer) EXPECT_EQ(Count(reader, "t" + std::to_string(writer)), kRows);
@@ -123,30 +143,17 @@ TEST_F(SqliteSharing, ProcessesCanOpenAFileThatIsNotInWalModeYetAtTheSameMoment)
 
 TEST_F(SqliteSharing, WhatWasSavedSurvivesAKilledProcess) {
   Run("create table people (code integer not null primary key)");
-  int ends[2];
-  ASSERT_EQ(pipe(ends), 0);
-  const pid_t child = Started([&] {
-    Connection connection({&driver}, nullptr);
-    connection.Open(text, "", "");
-    Recordset records(nullptr);
-    records.Open("people", connection, kCursorKeyset, kLockOptimistic, kCommandTable);
-    for (int row = 0;; ++row) {
-      records.AddNew();
-      records.Fields("code") = row;
-      records.Update();
-      if (write(ends[1], "+", 1) != 1) return;
-    }
-  });
-  close(ends[1]);
-  std::int32_t saved = 0;
-  for (char told; saved < 100 && read(ends[0], &told, 1) == 1;) ++saved;
-  kill(child, SIGKILL);
-  EXPECT_FALSE(Succeeded(child));
-  for (char told; read(ends[0], &told, 1) == 1;) ++saved;
-  close(ends[0]);
+  const std::string told = folder / "told";
+  SecondProcess writer("save rows", {text, told});
+  while (ReadFile(told).size() < 100) {
+    ASSERT_FALSE(writer.HasEnded()) << writer.Wait().err;
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  writer.Kill();
+  EXPECT_NE(writer.Wait().status, 0);
+  const auto saved = static_cast<std::int32_t>(ReadFile(told).size());
   Connection reader({&driver}, nullptr);
   reader.Open(text, "", "");
-  EXPECT_GE(saved, 100);
   EXPECT_THAT(Count(reader, "people"), testing::AnyOf(saved, saved + 1));  // killed between saving and telling
 }
 

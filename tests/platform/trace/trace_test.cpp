@@ -1,13 +1,11 @@
 #include "platform/trace/trace.h"
 
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 
 #include <nlohmann/json.hpp>
 
 #include "platform/variant.h"
 #include "tests/support/environment.h"
-#include "tests/support/full_disk.h"
 #include "tests/support/raised.h"
 #include "tests/support/temp_folder.h"
 
@@ -34,16 +32,6 @@ TEST(ATrace, ThatCannotBeOpenedIsAnErrorAtTheStart) {
                                      "\" that QMX_TRACE names cannot be written: No such file or directory.");
 }
 
-TEST(ATrace, CannotBeAPipe) {
-  TempFolder folder;
-  ASSERT_EQ(mkfifo((folder / "trace").c_str(), 0600), 0);
-  const Error error = Raised([&] { Trace trace(folder / "trace"); });
-  EXPECT_EQ(error.Number(), 75);
-  EXPECT_EQ(error.Description(), "The trace file \"" + (folder / "trace") +
-                                     "\" that QMX_TRACE names cannot be written: it is a named pipe, not a regular "
-                                     "file.");
-}
-
 TEST(ATrace, IsNamedByTheEnvironment) {
   TempFolder folder;
   {
@@ -57,18 +45,6 @@ TEST(ATrace, IsNamedByTheEnvironment) {
   const EnvironmentVariable set("QMX_TRACE", (folder / "trace").c_str());
   EXPECT_TRUE(Trace::FromEnvironment());
   EXPECT_TRUE(std::filesystem::exists(folder / "trace"));
-}
-
-TEST(ATrace, EndsOnAFullDiskWithALineForTheOperatorAndNoError) {
-  TempFolder folder;
-  Trace trace(folder / "trace");
-  std::filesystem::resize_file(folder / "trace", 1 << 20);
-  const FullDisk full(1 << 20);
-  testing::internal::CaptureStderr();
-  trace.Write(JsonLine::Object().Add("op", "create"));
-  trace.Write(JsonLine::Object().Add("op", "create"));
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "The trace file \"" + (folder / "trace") + "\" cannot be written any further: File too large.\n");
 }
 
 TEST(ATrace, ShowsInvalidUtf8AsAReplacementCharacter) {

@@ -9,6 +9,7 @@
 #include "platform/trace/trace.h"
 #include "tests/support/raised.h"
 #include "tests/support/scripted_components.h"
+#include "tests/support/second_process.h"
 #include "tests/support/temp_folder.h"
 
 namespace qmx::test {
@@ -173,13 +174,18 @@ TEST_F(TracedCalls, ThatFailLeaveTheirVariablesAsTheyWere) {
   EXPECT_EQ(variable, Variant("before"));
 }
 
+// The first word is the file of the trace.
+const SecondProcess::Work kEndsHalfway("ends halfway", [](const SecondProcess::Words& words) {
+  CallLog log;
+  ScriptedErp erp{log};
+  Trace trace(words[0]);
+  TracedComponents components{erp, trace};
+  components.CreateObject("java:java.util.Date");
+  std::_Exit(3);
+});
+
 TEST_F(TracedCalls, AreReadableUpToACrash) {
-  EXPECT_EXIT(
-      {
-        components.CreateObject("java:java.util.Date");
-        std::_Exit(3);
-      },
-      testing::ExitedWithCode(3), "");
+  EXPECT_EQ(SecondProcess("ends halfway", {folder / "trace"}).Wait().status, 3);
   EXPECT_THAT(Lines(), ElementsAre(R"({"kind":"component","op":"create","progid":"java:java.util.Date","object":1})"));
 }
 

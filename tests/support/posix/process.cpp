@@ -98,6 +98,8 @@ void RunningProcess::Signal(int signal) {
   if (state_->hasEnded || kill(state_->child, signal) != 0) throw std::runtime_error(program_ + " runs no more");
 }
 
+void RunningProcess::Kill() { Signal(SIGKILL); }
+
 Process RunningProcess::Wait() {
   state_->Reap(0, program_);
   const int how = state_->how;

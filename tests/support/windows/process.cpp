@@ -82,6 +82,10 @@ pid_t RunningProcess::Number() const { return static_cast<pid_t>(state_->number)
 
 bool RunningProcess::HasEnded() { return WaitForSingleObject(state_->process, 0) == WAIT_OBJECT_0; }
 
+void RunningProcess::Kill() {
+  if (!TerminateProcess(state_->process, 1)) throw std::runtime_error(program_ + " runs no more");
+}
+
 Process RunningProcess::Wait() {
   WaitForSingleObject(state_->process, INFINITE);
   DWORD status = 0;
