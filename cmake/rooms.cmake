@@ -158,10 +158,11 @@ function(qmx_install_component_server name manifest)
   install(FILES ${QMX_COMPONENT_DIR}/${manifest} DESTINATION ${QMX_COMPONENT_DESTINATION} ${ARGN})
 endfunction()
 
-# qmx_test(NAME SOURCES file... [LINKS library...]): one test program of a room; every test in it is a test of ctest.
+# qmx_test(NAME SOURCES file... [LINKS library...] [LONG pattern...]): one test program of a room; every test in it is a test of ctest.
+# LONG has patterns of googletest, of the tests that scripts/long_tests.sh runs instead of ./test.sh.
 # Set SKIP_UNITY_BUILD_INCLUSION on sources whose names clash with those of others.
 function(qmx_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 test "" "" "SOURCES;LINKS")
+  cmake_parse_arguments(PARSE_ARGV 1 test "" "" "SOURCES;LINKS;LONG")
   qmx_built_sources(sources ${test_SOURCES})
   add_executable(${name} ${sources})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
@@ -172,5 +173,12 @@ function(qmx_test name)
   if(TARGET tests_resources)
     target_link_libraries(${name} PRIVATE tests_resources)
   endif()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 LABELS ${name})
+  set(discovery DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+  if(test_LONG)
+    list(JOIN test_LONG ":" long)
+    gtest_discover_tests(${name} TEST_FILTER -${long} ${discovery} LABELS ${name})
+    gtest_discover_tests(${name} TEST_FILTER ${long} TEST_LIST ${name}_LONG ${discovery} LABELS long)
+  else()
+    gtest_discover_tests(${name} ${discovery} LABELS ${name})
+  endif()
 endfunction()
