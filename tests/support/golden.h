@@ -8,7 +8,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "tests/support/temp_folder.h"
@@ -19,7 +18,7 @@ inline void ExpectGolden(const std::string& file, const std::string& actual) {
   const char* const update = std::getenv("QMX_UPDATE_GOLDEN");
   if (update && std::string(update) == "1") {
     std::filesystem::create_directories(std::filesystem::path(file).parent_path());
-    std::ofstream(file) << actual;
+    WriteFile(file, actual);
     ADD_FAILURE() << file << " was written anew: look at it.";
     return;
   }

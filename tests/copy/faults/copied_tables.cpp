@@ -161,4 +161,26 @@ const std::vector<CopiedTable>& TablesUnderFaults() {
   return tables;
 }
 
+Getters ErpRecord(const CopiedTable& table, const std::string& row, ScriptedErp& erp) {
+  Getters getters = table.key(row);
+  for (const std::string& date : table.dates) getters.insert({date, erp.Date({126, 10, 20, 8, 0, 0})});
+  getters.insert({kAnyOther, "7"});
+  return getters;
+}
+
+void PrepareCopyOf(const CopiedTable& table, std::int16_t syncMethod, CopyRig& rig) {
+  rig.ControlRecord(table.code, syncMethod, "2026-11-19");
+  rig.Sql(std::string("insert into ") + table.code + ' ' + table.localRows);
+  const auto record = [&table, &rig](const std::string& row) { return ErpRecord(table, row, rig.erp); };
+  rig.erp.ListsBy(
+      table.manager,
+      [record, isFull = syncMethod == kFullCopy](ScriptedObject::Arguments bounds) {
+        const Variant first = bounds.empty() ? Variant() : bounds[0].Value();
+        if (isFull) return std::vector<Getters>{record("A"), record("B")};
+        return std::vector<Getters>{record(first.ToText())};  // a re-reading
+      },
+      table.listing);
+  rig.erp.Audits(table.record, {Inserted(record("A")), Updated(record("B")), Deleted(record("D"))});
+}
+
 }  // namespace qmx::test

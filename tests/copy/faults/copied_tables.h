@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "copy/clsDataCopy.h"
-#include "tests/support/scripted_components.h"
+#include "tests/support/copy_rig.h"
 
 namespace qmx::test {
 
@@ -34,5 +34,11 @@ inline std::ostream& operator<<(std::ostream& out, const CopiedTable& table) { r
 inline std::string Quoted(const std::string& text) { return '"' + text + '"'; }
 
 const std::vector<CopiedTable>& TablesUnderFaults();
+
+// The table's record of that row as the ERP gives it.
+Getters ErpRecord(const CopiedTable& table, const std::string& row, ScriptedErp& erp);
+
+// Fills the local table and its control record, and has the ERP list and audit its records.
+void PrepareCopyOf(const CopiedTable& table, std::int16_t syncMethod, CopyRig& rig);
 
 }  // namespace qmx::test

@@ -7,7 +7,6 @@
 namespace qmx::test {
 namespace {
 
-constexpr const char* kOldTime = "2026-11-19";
 constexpr const char* kNewTime = "2026-11-20 14:05:09";
 constexpr const char* kTimeHeader = "\"Date-Time :2026-11-20 : 14:05:09\"";
 
@@ -29,17 +28,7 @@ FaultyRun::FaultyRun(const CopiedTable& table, std::int16_t syncMethod, Place pl
       full_(syncMethod == kFullCopy),
       rig(place == Place::AboveTheBatches ? decorate_ : nullptr, nullptr,
           place == Place::BelowTheBatches ? decorate_ : nullptr, pauses) {
-  rig.ControlRecord(table.code, syncMethod, kOldTime);
-  rig.Sql(std::string("insert into ") + table.code + ' ' + table.localRows);
-  rig.erp.ListsBy(
-      table.manager,
-      [this](ScriptedObject::Arguments bounds) {
-        const Variant first = bounds.empty() ? Variant() : bounds[0].Value();
-        if (full_) return std::vector<Getters>{Record("A"), Record("B")};
-        return std::vector<Getters>{Record(first.ToText())};  // a re-reading
-      },
-      table.listing);
-  rig.erp.Audits(table.record, {Inserted(Record("A")), Updated(Record("B")), Deleted(Record("D"))});
+  PrepareCopyOf(table, syncMethod, rig);
 }
 
 std::string FaultyRun::Raised() {
@@ -152,13 +141,6 @@ std::string FaultyRun::FirstFailure() const {
     if (line.find(" -> error ") != std::string::npos) return line;
   }
   return "";
-}
-
-Getters FaultyRun::Record(const std::string& row) {
-  Getters getters = table_.key(row);
-  for (const std::string& date : table_.dates) getters.insert({date, rig.erp.Date({126, 10, 20, 8, 0, 0})});
-  getters.insert({kAnyOther, "7"});
-  return getters;
 }
 
 std::string FaultyRun::Event(const std::string& event) const {

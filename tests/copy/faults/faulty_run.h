@@ -48,7 +48,6 @@ class FaultyRun {
   SkippingClock pauses;  // between attempts, which pass at once
 
  private:
-  Getters Record(const std::string& row);
   std::string Event(const std::string& event) const;
   std::vector<std::string> CountLines() const;
   std::size_t Succeeded(std::string_view call) const;

@@ -35,6 +35,19 @@ void CalendarRig::AuditsByCalendar(std::vector<std::vector<AuditEntry>> entries)
   erp.AuditsInTurn(kCalendarRecord, std::move(entries));
 }
 
+void CalendarRig::HasCalendarsToCopy(std::int16_t syncMethod) {
+  ControlRecord(kCalendars, syncMethod, "2026-11-19");
+  Employee("4711", "DAY");
+  Employee("4712", "NIGHT");
+  LocalRecord("DAY", "2026-11-01", 800);
+  LocalRecord("OTHER", "2026-11-01", 800);
+  const Getters day1 = Interval("DAY", "2026-11-20", 800, "2026-11-20", 1200);
+  const Getters day2 = Interval("DAY", "2026-11-20", 1300, "2026-11-20", 1700);
+  ErpHas({{"DAY", {day1, day2}}, {"NIGHT", {Interval("NIGHT", "2026-11-21", 2200, "2026-11-21", 2400)}}});
+  erp.AuditsInTurn(kCalendarRecord,
+                   {{Inserted(day1), Updated(day2), Deleted(Interval("DAY", "2026-11-01", 800, "2026-11-01", 1700))}});
+}
+
 std::vector<std::string> CalendarRig::CallsOfTheCopy() const {
   const std::vector<std::string>& lines = calls.Lines();
   std::size_t start = 0;

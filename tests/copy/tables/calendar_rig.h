@@ -29,6 +29,10 @@ struct CalendarRig : CopyRig {
   // Sync method 2, last update 2026-11-19, and what the reader tells each time it is initialised.
   void AuditsByCalendar(std::vector<std::vector<AuditEntry>> entries);
 
+  // Last update 2026-11-19. Employees 4711 and 4712 use DAY and NIGHT, which the ERP lists and of which DAY has
+  // changed. Local are an old record of DAY and one of OTHER.
+  void HasCalendarsToCopy(std::int16_t syncMethod);
+
   // ccal, stdt, sttm and entm of every local record.
   std::vector<std::string> LocalRecords() { return Rows(kCalendars, {"ccal", "stdt", "sttm", "entm"}); }
 

@@ -57,16 +57,7 @@ class OneRun {
       : rig(place == Place::AboveTheBatches ? decorate_ : nullptr, nullptr,
             place == Place::BelowTheBatches ? decorate_ : nullptr),
         way_(way) {
-    rig.ControlRecord(kCalendars, way.syncMethod, kOldLutm);
-    rig.Employee("4711", "DAY");
-    rig.Employee("4712", "NIGHT");
-    rig.LocalRecord("DAY", "2026-11-01", 800);
-    rig.LocalRecord("OTHER", "2026-11-01", 800);
-    const Getters day1 = Interval("DAY", "2026-11-20", 800, "2026-11-20", 1200);
-    const Getters day2 = Interval("DAY", "2026-11-20", 1300, "2026-11-20", 1700);
-    rig.ErpHas({{"DAY", {day1, day2}}, {"NIGHT", {Interval("NIGHT", "2026-11-21", 2200, "2026-11-21", 2400)}}});
-    rig.erp.AuditsInTurn(kCalendarRecord, {{Inserted(day1), Updated(day2),
-                                            Deleted(Interval("DAY", "2026-11-01", 800, "2026-11-01", 1700))}});
+    rig.HasCalendarsToCopy(way.syncMethod);
     driver->Restart();
   }
 

@@ -1,0 +1,26 @@
+#include "platform/components/date_object.h"
+#include "platform/components/server_object.h"
+#include "platform/names.h"
+#include "tests/component_faults/ways.h"
+
+namespace qmx::test {
+namespace {
+
+class ServedComponents : public FurtherComponents {
+ public:
+  explicit ServedComponents(ServedErp& erp) : erp_(erp) {}
+
+  Answer Create(std::string_view progId) override {
+    if (SameName(progId, kDateProgId)) return {{}, false, "the ERP has no date"};
+    return {Object(std::make_shared<ServerObject>(erp_.Create(progId), progId)), true, {}};
+  }
+
+ private:
+  ServedErp& erp_;
+};
+
+}  // namespace
+
+std::unique_ptr<FurtherComponents> OverTheCInterface(ServedErp& erp) { return std::make_unique<ServedComponents>(erp); }
+
+}  // namespace qmx::test

@@ -1,0 +1,54 @@
+// An object of a COM component, one of whose calls fails in a way that only COM has. Its results that are objects fail
+// in the same way.
+#pragma once
+
+#include <oaidl.h>
+
+#include <functional>
+#include <string>
+
+#include "platform/com/com_ptr.h"
+#include "tests/component_faults/planned_calls.h"
+
+namespace qmx::test {
+
+struct ComFailure {
+  std::string name;  // "is disconnected"
+  std::function<HRESULT(DISPPARAMS& parameters, VARIANT& result, EXCEPINFO& exception, UINT& wrongArgument)> invoke;
+  bool isForGood = false;  // every call of the ERP after it fails, too
+};
+
+struct FailingCalls {
+  PlannedCalls calls;
+  const ComFailure* failure = nullptr;
+};
+
+class FailingDispatch final : public IDispatch {
+ public:
+  // `calls` is borrowed. Null for null.
+  static ComPtr<IDispatch> Around(ComPtr<IDispatch> inner, FailingCalls& calls);
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override;
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override { return inner_->GetTypeInfoCount(count); }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** information) override {
+    return inner_->GetTypeInfo(index, locale, information);
+  }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID id, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override {
+    return inner_->GetIDsOfNames(id, names, count, locale, ids);
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID interfaceId, LCID locale, WORD flags, DISPPARAMS* parameters,
+                                   VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) override;
+
+ private:
+  FailingDispatch(ComPtr<IDispatch> inner, FailingCalls& calls);
+  virtual ~FailingDispatch() = default;
+
+  ULONG references_ = 1;
+  ComPtr<IDispatch> inner_;
+  FailingCalls& calls_;
+  std::string kind_;
+};
+
+}  // namespace qmx::test
