@@ -5,7 +5,6 @@
 #include <future>
 #include <thread>
 
-#include "platform/com/hresult.h"
 #include "platform/com/objects.h"
 #include "platform/components.h"
 #include "platform/error.h"
@@ -16,7 +15,6 @@
 namespace qmx::test {
 namespace {
 
-using testing::HasSubstr;
 using testing::StartsWith;
 
 ComPtr<IUnknown> AnsweringComponent() {
@@ -48,45 +46,6 @@ TEST_F(ComComponentsOfThisMachine, NameTheirProgIdInErrors) {
   EXPECT_EQ(Raised([&] { object.Call("none"); }).DetailOf("progid"), "QmxTest.Answering");
 }
 
-TEST_F(ComComponentsOfThisMachine, AreNotRegisteredUnderOtherNames) {
-  const FurtherComponents::Answer answer = components.Create("QmxTest.Unknown");
-  EXPECT_FALSE(answer.object);
-  EXPECT_FALSE(answer.isRegistered);
-  EXPECT_THAT(answer.refusal, StartsWith("COM: nothing is registered under this name: 0x800401F3"));
-}
-
-TEST_F(ComComponentsOfThisMachine, AreNotRegisteredUnderOtherPrefixes) {
-  const FurtherComponents::Answer answer = components.Create("qmxnone:java.util.Date");
-  EXPECT_FALSE(answer.object);
-  EXPECT_FALSE(answer.isRegistered);
-  EXPECT_THAT(answer.refusal, StartsWith("COM: nothing is registered under this name: 0x800401F3"));
-}
-
-TEST_F(ComComponentsOfThisMachine, WithoutAServerAreRefused) {
-  const RegisteredProgId registered("QmxTest.NoServer");
-  const FurtherComponents::Answer answer = components.Create("QmxTest.NoServer");
-  EXPECT_FALSE(answer.object);
-  EXPECT_TRUE(answer.isRegistered);
-  EXPECT_THAT(answer.refusal, StartsWith("COM: its class has no server that a 64-bit program can use: 0x80040154"));
-}
-
-TEST_F(ComComponentsOfThisMachine, WhoseCreationFailsAreRefused) {
-  const RegisteredClass served(
-      "QmxTest.Failing", [] { return ComPtr<IUnknown>(); }, E_ACCESSDENIED);
-  const FurtherComponents::Answer answer = components.Create("QmxTest.Failing");
-  EXPECT_FALSE(answer.object);
-  EXPECT_TRUE(answer.isRegistered);
-  EXPECT_EQ(answer.refusal, "COM: the creation failed with " + DescribeHresult(E_ACCESSDENIED));
-}
-
-TEST_F(ComComponentsOfThisMachine, ThatCannotBeCalledByNameAreRefused) {
-  const RegisteredClass served("QmxTest.NoDispatch", ObjectWithoutDispatch);
-  const FurtherComponents::Answer answer = components.Create("QmxTest.NoDispatch");
-  EXPECT_FALSE(answer.object);
-  EXPECT_TRUE(answer.isRegistered);
-  EXPECT_THAT(answer.refusal, StartsWith("COM: its object cannot be called by name, because it has no IDispatch"));
-}
-
 TEST_F(ComComponentsOfThisMachine, AreCreatedByMonikersOfTheirPrefix) {
   std::string parsed;
   const RegisteredPrefix prefix("qmxtest", [&](const std::string& name) {
@@ -100,14 +59,6 @@ TEST_F(ComComponentsOfThisMachine, AreCreatedByMonikersOfTheirPrefix) {
   EXPECT_EQ(parsed, "qmxtest:java.util.Date");
 }
 
-TEST_F(ComComponentsOfThisMachine, WhoseMonikersCannotBeBoundAreRefused) {
-  const RegisteredPrefix prefix("qmxtest", [](const std::string&) { return ObjectWithoutDispatch(); });
-  const FurtherComponents::Answer answer = components.Create("qmxtest:java.util.Date");
-  EXPECT_FALSE(answer.object);
-  EXPECT_TRUE(answer.isRegistered);
-  EXPECT_THAT(answer.refusal, HasSubstr("0x80004002"));
-}
-
 TEST_F(ComComponentsOfThisMachine, ThatAreDisconnectedAreErrorsWithTheResult) {
   OtherApartment server(AnsweringComponent());
   const Object object = ObjectFrom(server.Unmarshal().Get(), "QmxTest.Remote");
@@ -119,20 +70,6 @@ TEST_F(ComComponentsOfThisMachine, ThatAreDisconnectedAreErrorsWithTheResult) {
   EXPECT_LT(error.Number(), 0);
   EXPECT_EQ(error.DetailOf("member"), "ask");
   EXPECT_EQ(error.DetailOf("progid"), "QmxTest.Remote");
-}
-
-TEST(AnApartmentOfAnotherKind, IsRefused) {
-  auto answer = std::async(std::launch::async, [] {
-    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-    ComComponents components;
-    const FurtherComponents::Answer given = components.Create("QmxTest.Answering");
-    CoUninitialize();
-    return given;
-  });
-  const FurtherComponents::Answer given = answer.get();
-  EXPECT_FALSE(given.object);
-  EXPECT_FALSE(given.isRegistered);
-  EXPECT_THAT(given.refusal, StartsWith("COM: COM does not start: 0x80010106"));
 }
 
 TEST(AnApartment, IsLeftAfterTheLastObject) {

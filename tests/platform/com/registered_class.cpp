@@ -54,20 +54,51 @@ ComPtr<IUnknown> MakeFactory(MakeComponent make, HRESULT failure, ParseName pars
   return ComPtr<IUnknown>::Owning(static_cast<IClassFactory*>(new Factory(std::move(make), failure, std::move(parse))));
 }
 
-}  // namespace
+std::wstring TextOf(const CLSID& id) {
+  wchar_t text[64];
+  StringFromGUID2(id, text, 64);
+  return text;
+}
 
 // Wine looks for classes in HKEY_CLASSES_ROOT only, and not at the user's own.
+void SetClassesValue(const std::wstring& key, const std::wstring& value, REGSAM view = 0) {
+  HKEY made = nullptr;
+  EXPECT_EQ(RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0, KEY_WRITE | view, nullptr, &made, nullptr),
+            ERROR_SUCCESS);
+  EXPECT_EQ(RegSetValueExW(made, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
+                           static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t))),
+            ERROR_SUCCESS);
+  RegCloseKey(made);
+}
+
+}  // namespace
+
+RegistryValue::RegistryValue(const std::string& key, const std::string& value) : key_(Wide(key)) {
+  SetClassesValue(key_, Wide(value));
+}
+
+RegistryValue::~RegistryValue() { RegDeleteTreeW(HKEY_CLASSES_ROOT, key_.c_str()); }
+
 RegisteredProgId::RegisteredProgId(const std::string& progId) : progId_(Wide(progId)) {
   EXPECT_EQ(CoCreateGuid(&class_), S_OK);
-  wchar_t text[64];
-  const int length = StringFromGUID2(class_, text, 64);
-  const std::wstring key = progId_ + L"\\CLSID";
-  EXPECT_EQ(RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, REG_SZ, text,
-                            static_cast<DWORD>(static_cast<std::size_t>(length) * sizeof(wchar_t))),
-            ERROR_SUCCESS);
+  SetClassesValue(progId_ + L"\\CLSID", TextOf(class_));
 }
 
 RegisteredProgId::~RegisteredProgId() { RegDeleteTreeW(HKEY_CLASSES_ROOT, progId_.c_str()); }
+
+RegisteredLibrary::RegisteredLibrary(const std::string& progId, const std::string& library, REGSAM view)
+    : progId_(progId), view_(view) {
+  SetClassesValue(L"CLSID\\" + TextOf(progId_.Class()) + L"\\InprocServer32", Wide(library), view);
+}
+
+RegisteredLibrary::~RegisteredLibrary() {
+  HKEY classes = nullptr;
+  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, L"CLSID", 0, KEY_ALL_ACCESS | view_, &classes) != ERROR_SUCCESS) return;
+  RegDeleteTreeW(classes, TextOf(progId_.Class()).c_str());
+  RegCloseKey(classes);
+}
+
+std::string RegisteredLibrary::ClassText() const { return Utf8(TextOf(progId_.Class())); }
 
 RegisteredClass::RegisteredClass(const std::string& progId, MakeComponent make, HRESULT failure)
     : RegisteredClass(progId, MakeFactory(std::move(make), failure, {})) {}

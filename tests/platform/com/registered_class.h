@@ -26,6 +26,36 @@ class RegisteredProgId {
   CLSID class_{};
 };
 
+// A ProgID whose class has its server in a library, which need not exist. Removed at the end.
+class RegisteredLibrary {
+ public:
+  // `view` is KEY_WOW64_32KEY for a class of 32-bit programs.
+  RegisteredLibrary(const std::string& progId, const std::string& library, REGSAM view = 0);
+  ~RegisteredLibrary();
+  RegisteredLibrary(const RegisteredLibrary&) = delete;
+  RegisteredLibrary& operator=(const RegisteredLibrary&) = delete;
+
+  const CLSID& Class() const { return progId_.Class(); }
+  std::string ClassText() const;  // "{...}"
+
+ private:
+  RegisteredProgId progId_;
+  REGSAM view_;
+};
+
+// Removed at the end.
+class RegistryValue {
+ public:
+  // The unnamed value of a key of the classes.
+  RegistryValue(const std::string& key, const std::string& value);
+  ~RegistryValue();
+  RegistryValue(const RegistryValue&) = delete;
+  RegistryValue& operator=(const RegistryValue&) = delete;
+
+ private:
+  std::wstring key_;
+};
+
 using MakeComponent = std::function<ComPtr<IUnknown>()>;
 using ParseName = std::function<ComPtr<IUnknown>(const std::string& name)>;
 

@@ -51,6 +51,24 @@ ComPtr<IUnknown> ObjectWithoutDispatch() {
   return ComPtr<IUnknown>::Owning(new StubTypeInfo(GUID{}, std::wstring(), {}));
 }
 
+ComPtr<IUnknown> ObjectThatGivesNothing() {
+  struct Empty final : IUnknown {
+    virtual ~Empty() = default;
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
+      *object = nullptr;
+      return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+    ULONG STDMETHODCALLTYPE Release() override {
+      const ULONG left = --references;
+      if (left == 0) delete this;
+      return left;
+    }
+    ULONG references = 1;
+  };
+  return ComPtr<IUnknown>::Owning(new Empty);
+}
+
 ComPtr<StubComponent> StubComponent::Make(Answer answer, std::vector<std::wstring> names, DISPID firstId) {
   auto made = ComPtr<StubComponent>::Owning(new StubComponent(std::move(answer)));
   made->names = std::move(names);

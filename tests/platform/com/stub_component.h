@@ -54,6 +54,9 @@ class StubTypeInfo final : public ITypeInfo {
 // Returns an object that has no IDispatch.
 ComPtr<IUnknown> ObjectWithoutDispatch();
 
+// Returns an object whose QueryInterface succeeds without giving an interface.
+ComPtr<IUnknown> ObjectThatGivesNothing();
+
 class StubComponent final : public IDispatch {
  public:
   struct Call {

@@ -1,0 +1,84 @@
+#include "platform/com/class_registration.h"
+
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "platform/com/bstr.h"
+
+namespace qmx {
+namespace {
+
+// The unnamed value of a key of the classes, with its environment variables expanded.
+std::optional<std::wstring> ValueOf(const std::wstring& key) {
+  const auto read = [&](wchar_t* text, DWORD& size) {
+    return RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, text, &size) == ERROR_SUCCESS;
+  };
+  DWORD size = 0;
+  if (!read(nullptr, size)) return {};
+  std::wstring text(size / sizeof(wchar_t) + 1, L'\0');
+  size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+  if (!read(text.data(), size)) return {};
+  text.resize(text.find(L'\0'));
+  return text;
+}
+
+bool Exists(const std::wstring& key, REGSAM view = 0) {
+  HKEY opened = nullptr;
+  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, KEY_READ | view, &opened) != ERROR_SUCCESS) return false;
+  RegCloseKey(opened);
+  return true;
+}
+
+// Where the system finds the library; empty if it does not.
+std::wstring FoundLibrary(const std::wstring& library) {
+  std::wstring path(MAX_PATH, L'\0');
+  DWORD length = SearchPathW(nullptr, library.c_str(), L".dll", static_cast<DWORD>(path.size()), path.data(), nullptr);
+  if (length > path.size()) {
+    path.resize(length);
+    length = SearchPathW(nullptr, library.c_str(), L".dll", static_cast<DWORD>(path.size()), path.data(), nullptr);
+  }
+  path.resize(length);
+  return path;
+}
+
+// Whether the headers of an executable file are those of 32-bit x86.
+bool Is32Bit(const std::filesystem::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  IMAGE_DOS_HEADER start{};
+  in.read(reinterpret_cast<char*>(&start), sizeof start);
+  DWORD signature = 0;
+  WORD machine = 0;
+  in.seekg(start.e_lfanew);
+  in.read(reinterpret_cast<char*>(&signature), sizeof signature);
+  in.read(reinterpret_cast<char*>(&machine), sizeof machine);
+  return in && signature == IMAGE_NT_SIGNATURE && machine == IMAGE_FILE_MACHINE_I386;
+}
+
+}  // namespace
+
+std::optional<std::string> RegisteredClsid(std::string_view progId) {
+  const std::optional<std::wstring> text = ValueOf(Wide(progId) + L"\\CLSID");
+  if (!text) return {};
+  return Utf8WithReplacements(*text);
+}
+
+ClassRegistration RegistrationOf(const CLSID& id) {
+  std::array<wchar_t, 64> text{};
+  StringFromGUID2(id, text.data(), static_cast<int>(text.size()));
+  const std::wstring key = std::wstring(L"CLSID\\") + text.data();
+  ClassRegistration found;
+  found.id = Utf8WithReplacements(text.data());
+  found.isRegistered = Exists(key);
+  found.isFor32BitProgramsOnly = !found.isRegistered && Exists(key, KEY_WOW64_32KEY);
+  const std::optional<std::wstring> library = ValueOf(key + L"\\InprocServer32");
+  if (!library || library->empty()) return found;
+  found.library = Utf8WithReplacements(*library);
+  const std::wstring file = FoundLibrary(*library);
+  found.isLibraryMissing = file.empty();
+  found.isLibrary32Bit = !file.empty() && Is32Bit(file);
+  return found;
+}
+
+}  // namespace qmx
