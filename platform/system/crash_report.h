@@ -4,8 +4,9 @@
 
 namespace qmx {
 
-// For SIGSEGV, SIGABRT, SIGBUS, SIGFPE and SIGILL. The calling thread gets an alternate stack, so that an overflow of
-// its stack is reported too.
+// For SIGSEGV, SIGABRT, SIGBUS, SIGFPE and SIGILL, and for the exceptions of Windows. The calling thread gets an
+// alternate stack, so that an overflow of its stack is reported too. On Windows a thread with a stack of its own writes
+// the line.
 void ReportCrashes() noexcept;
 
 }  // namespace qmx

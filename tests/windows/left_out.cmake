@@ -4,7 +4,6 @@ list(APPEND QMX_LEFT_OUT
   tests/bench
   tests/bridges
   tests/packaging
-  tests/tools
   # They check the tree, which ./test.sh does.
   tests/house
   # They start database servers, or make calls fail beneath the program with a library that the C library loads.
@@ -26,6 +25,12 @@ list(APPEND QMX_LEFT_OUT
   # A limit of the size of files, and pipes that are files. tests/platform/windows has what Windows has instead.
   tests/platform/run_records/unwritable_record_test.cpp
   tests/platform/trace/unwritable_trace_test.cpp
+  # What only qmxadmin's user sees: tests/windows/qmxadmin_test.py runs it beside the program of Linux.
+  tests/tools/qmxadmin/calendar
+  tests/tools/qmxadmin/copy
+  tests/tools/qmxadmin/runs
+  tests/tools/qmxadmin/verify
   # Pseudo-terminals and signals. tests/windows runs the programs in a terminal.
   tests/platform/progress/terminal_progress_test.cpp
-  tests/support/terminal_process.cpp)
+  tests/support/terminal_process.cpp
+  tests/tools/qmxadmin/system/end_requests_test.cpp)

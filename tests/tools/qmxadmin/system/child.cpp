@@ -15,6 +15,7 @@
 namespace {
 
 constexpr std::string_view kWait = "wait for ";
+constexpr std::string_view kStay = "stay until ";
 
 void Tell(const char* line) {
   const std::string number = qmx::EnvironmentVariable("QMX_PROGRESS_FD").value_or("-1");
@@ -22,11 +23,11 @@ void Tell(const char* line) {
   qmx::WriteAll(descriptor, line);
 }
 
-// Returns whether the file came, and not a request to end.
-bool WaitFor(const std::filesystem::path& file) {
+// Returns whether the file came, and not a request that ends the wait.
+bool WaitFor(const std::filesystem::path& file, bool endsAtRequests) {
   const qmx::InterruptSignals signals("the child ends.");
   Tell("waits\n");
-  while (!qmx::Interruption::IsRequested()) {
+  while (!endsAtRequests || !qmx::Interruption::IsRequested()) {
     if (std::filesystem::exists(file)) return true;
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
@@ -37,7 +38,8 @@ bool WaitFor(const std::filesystem::path& file) {
 
 int qmx::ProgramMain(std::span<const char* const> words) {
   const std::string what = words.size() == 2 ? words[1] : "";
-  if (what.starts_with(kWait)) return WaitFor(what.substr(kWait.size())) ? 0 : 1;
+  if (what.starts_with(kWait)) return WaitFor(what.substr(kWait.size()), true) ? 0 : 1;
+  if (what.starts_with(kStay)) return WaitFor(what.substr(kStay.size()), false) ? 0 : 1;
   if (what == "trap") __builtin_trap();
   Tell("rows 7\n");
   std::fputs((what + "\n").c_str(), stdout);

@@ -17,7 +17,8 @@ const fs::path kChild = TEST_CHILD;
 
 TEST(AProgram, IsFoundBesideThisOneAtFirst) {
   const EnvironmentVariable path("PATH", "");
-  EXPECT_EQ(FindProgram(fs::path(TEST_SELF).stem().string()), fs::path(TEST_SELF).make_preferred().string());
+  const fs::path self = fs::absolute(TEST_SELF).make_preferred();
+  EXPECT_EQ(FindProgram(self.stem().string()), self.string());
 }
 
 TEST(AProgram, IsFoundInAFolderOfThePathElse) {

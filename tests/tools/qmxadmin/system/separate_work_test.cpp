@@ -1,48 +1,56 @@
 #include "tools/qmxadmin/system/separate_work.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <map>
 
 #include "platform/system/write_all.h"
+#include "tests/support/second_process.h"
 
 namespace qmx::test {
 namespace {
 
-struct Done {
-  std::string written;
-  std::string end;
-};
+using testing::AllOf;
+using testing::EndsWith;
+using testing::StartsWith;
 
-Done Do(const SeparateWork::Steps& steps, std::size_t first) {
-  SeparateWork work(steps, first);
-  Done done;
-  for (std::string read; !(read = work.Read()).empty();) done.written += read;
-  done.end = work.WaitForEnd();
-  return done;
+// Windows starts the program once more for the steps, with the same command line and environment: in a process that
+// does nothing but this one work, it comes to the same steps again. The words are the work and the file of its result.
+const std::map<std::string, SeparateWork::Steps> kSteps = {
+    {"tell", [](std::size_t first, int descriptor) { WriteAll(descriptor, std::to_string(first)); }},
+    {"crash",
+     [](std::size_t, int descriptor) {
+       WriteAll(descriptor, "before");
+       __builtin_trap();
+     }},
+    {"exit", [](std::size_t, int) { std::_Exit(5); }}};
+
+const SecondProcess::Work kWork("separate work", [](const SecondProcess::Words& words) {
+  SeparateWork work(kSteps.at(words[0]), 7);
+  std::string written;
+  for (std::string read; !(read = work.Read()).empty();) written += read;
+  WriteFile(words[1], written + ", " + work.WaitForEnd());
+});
+
+std::string ResultOf(const std::string& steps) {
+  const TempFolder folder;
+  const Process end = SecondProcess("separate work", {steps, folder / "result"}).Wait();
+  EXPECT_EQ(end.status, 0) << end.err;
+  return ReadFile(folder / "result");
 }
 
 TEST(SeparateWork, IsDoneFromItsFirstStepOnAndWritesOnItsDescriptor) {
   EXPECT_FALSE(SeparateWork::IsThisProcess());
-  const Done done = Do([](std::size_t first, int descriptor) { WriteAll(descriptor, std::to_string(first)); }, 7);
-  EXPECT_EQ(done.written, "7");
-  EXPECT_EQ(done.end, "something called exit with status 0");
+  EXPECT_EQ(ResultOf("tell"), "7, something called exit with status 0");
 }
 
 TEST(SeparateWork, ThatCrashesHasWrittenWhatCameBefore) {
-  const Done done = Do(
-      [](std::size_t, int descriptor) {
-        WriteAll(descriptor, "before");
-        __builtin_trap();
-      },
-      0);
-  EXPECT_EQ(done.written, "before");
-  EXPECT_TRUE(done.end.ends_with(" ended the process")) << done.end;
+  EXPECT_THAT(ResultOf("crash"), AllOf(StartsWith("before, "), EndsWith(" ended the process")));
 }
 
-TEST(SeparateWork, ThatExitsTellsItsStatus) {
-  EXPECT_EQ(Do([](std::size_t, int) { std::_Exit(5); }, 0).end, "something called exit with status 5");
-}
+TEST(SeparateWork, ThatExitsTellsItsStatus) { EXPECT_EQ(ResultOf("exit"), ", something called exit with status 5"); }
 
 }  // namespace
 }  // namespace qmx::test

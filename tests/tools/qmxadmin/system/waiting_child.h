@@ -1,4 +1,4 @@
-// A child process that waits until it may end.
+// A child process that waits until it may end. With "stay until " it ends at no other request.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ namespace qmx::test {
 
 class WaitingChild {
  public:
-  WaitingChild() {
+  explicit WaitingChild(const std::string& what = "wait for ") : what_(what) {
     while (child_.ReadProgress().empty() && !child_.HasEnded()) EndRequests().Wait({&child_}, kLong);
   }
   ~WaitingChild() { End(); }
@@ -34,7 +34,8 @@ class WaitingChild {
   static constexpr std::chrono::seconds kLong{1};
 
   TempFolder folder_;
-  std::string argument_ = "wait for " + (folder_.Path() / "end").string();
+  std::string what_;
+  std::string argument_ = what_ + (folder_.Path() / "end").string();
   ChildProcess child_{TEST_CHILD, argument_, {}};
 };
 

@@ -2,7 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <array>
+
 #include "platform/error.h"
+#include "platform/system/random_bytes.h"
+#include "platform/windows/end_event_name.h"
+#include "platform/windows/end_events.h"
 #include "platform/windows/system_codes.h"
 #include "platform/windows/wide_text.h"
 #include "tools/qmxadmin/system/windows/child_state.h"
@@ -27,6 +32,22 @@ std::string ReadAll(HANDLE pipe) {
   return text;
 }
 
+// An event with a name that no other process has.
+struct NamedEvent {
+  NamedEvent() {
+    std::array<unsigned char, 16> number{};
+    FillWithRandomBytes(number);
+    name = fmt::format("Local\\qmxadmin-{}-{:02x}", GetCurrentProcessId(), fmt::join(number, ""));
+    handle = CreateEventW(nullptr, TRUE, FALSE, WideText(name).c_str());
+    if (!handle)
+      throw Error(errors::kDeviceIo, "qmxadmin copy",
+                  fmt::format("No event can be created: {}.", SystemMessage(GetLastError())));
+  }
+
+  std::string name;
+  HANDLE handle = nullptr;
+};
+
 }  // namespace
 
 DWORD Readable(HANDLE pipe) {
@@ -36,9 +57,12 @@ DWORD Readable(HANDLE pipe) {
 
 ChildProcess::ChildProcess(const std::string& program, const std::string& argument, std::vector<Variable> variables)
     : state_(std::make_unique<State>()) {
+  const NamedEvent endEvent;
+  state_->endEvent = endEvent.handle;
+  variables.push_back({NarrowText(kEndEventVariable), endEvent.name});
   InheritablePipe progress;
-  InheritablePipe output;
   state_->progress = progress.reader;
+  InheritablePipe output;
   state_->output = output.reader;
   variables.push_back({"QMX_PROGRESS_FD", std::to_string(reinterpret_cast<std::intptr_t>(progress.writer))});
   const std::wstring wide = WideText(program);
@@ -55,9 +79,7 @@ ChildProcess::ChildProcess(const std::string& program, const std::string& argume
               fmt::format("{} cannot be started: {}.", program, SystemMessage(code)));
 }
 
-ChildProcess::~ChildProcess() {
-  for (const HANDLE handle : {state_->progress, state_->output, state_->process}) CloseHandle(handle);
-}
+ChildProcess::~ChildProcess() = default;
 
 std::string ChildProcess::ReadProgress() { return ReadAll(state_->progress); }
 
@@ -72,13 +94,15 @@ bool ChildProcess::HasEnded() {
   return state_->end.has_value();
 }
 
-// A process group of its own does not get Ctrl-C, but it gets Ctrl-Break. The other events come from Windows itself.
-// Where the event cannot be made (Wine), the second request ends the process.
+// A console event would need a console that both have. A second key ends the process at once; the other events come
+// once.
 void ChildProcess::PassOn(const EndRequest& request) const {
-  const bool isKey = request.number == CTRL_C_EVENT || request.number == CTRL_BREAK_EVENT;
-  if (!isKey || state_->end) return;
-  const bool isPassedOn = GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, state_->number);
-  if (!isPassedOn && state_->wasAsked) TerminateProcess(state_->process, kInterrupted);
+  if (state_->end) return;
+  if (!state_->wasAsked) {
+    SetEvent(state_->endEvent);
+  } else if (EndEvents::IsKey(static_cast<DWORD>(request.number))) {
+    TerminateProcess(state_->process, kInterrupted);
+  }
   state_->wasAsked = true;
 }
 

@@ -4,8 +4,13 @@
 
 #include <algorithm>
 #include <mutex>
+#include <optional>
 #include <utility>
 
+#include "platform/error.h"
+#include "platform/windows/end_events.h"
+#include "platform/windows/handle.h"
+#include "platform/windows/system_codes.h"
 #include "tools/qmxadmin/system/windows/child_state.h"
 
 namespace qmx {
@@ -42,28 +47,37 @@ BOOL WINAPI Keep(DWORD event) {
   {
     const std::lock_guard lock(mutex);
     pending.push_back({static_cast<int>(event), name});
-    SetEvent(isPending);
+    if (isPending) SetEvent(isPending);
   }
-  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(INFINITE);
+  if (!EndEvents::IsKey(event)) Sleep(INFINITE);
   return TRUE;
 }
 
 }  // namespace
 
 struct EndRequests::State {
+  State() {
+    if (!pending)
+      throw Error(errors::kDeviceIo, "qmxadmin", "No event can be created: " + SystemMessage(GetLastError()) + ".");
+    const std::lock_guard lock(mutex);
+    isPending = pending.Get();
+    events.emplace(Keep);
+  }
+  ~State() {
+    events.reset();
+    const std::lock_guard lock(mutex);
+    isPending = nullptr;
+  }
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+
   Handle pending{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+  std::optional<EndEvents> events;
 };
 
-EndRequests::EndRequests() : state_(std::make_unique<State>()) {
-  isPending = state_->pending.Get();
-  SetConsoleCtrlHandler(Keep, TRUE);
-}
+EndRequests::EndRequests() : state_(std::make_unique<State>()) {}
 
-EndRequests::~EndRequests() {
-  SetConsoleCtrlHandler(Keep, FALSE);
-  const std::lock_guard lock(mutex);
-  isPending = nullptr;
-}
+EndRequests::~EndRequests() = default;
 
 void EndRequests::Wait(const std::vector<const ChildProcess*>& children, std::chrono::milliseconds atMost) const {
   std::vector<HANDLE> awaited = {state_->pending.Get()};
