@@ -56,9 +56,19 @@ bool Is32Bit(const std::filesystem::path& file) {
   return in && signature == IMAGE_NT_SIGNATURE && machine == IMAGE_FILE_MACHINE_I386;
 }
 
+// Whether the registry can have a key of that name.
+bool CanBeRegistered(std::string_view progId) {
+  return !progId.empty() && progId.find_first_of(std::string_view("\\\0", 2)) == std::string_view::npos;
+}
+
 }  // namespace
 
+HRESULT FindClass(std::string_view progId, CLSID& id) {
+  return CanBeRegistered(progId) ? CLSIDFromProgID(Wide(progId).c_str(), &id) : CO_E_CLASSSTRING;
+}
+
 std::optional<std::string> RegisteredClsid(std::string_view progId) {
+  if (!CanBeRegistered(progId)) return {};
   const std::optional<std::wstring> text = ValueOf(Wide(progId) + L"\\CLSID");
   if (!text) return {};
   return Utf8WithReplacements(*text);

@@ -1,4 +1,4 @@
-// What the registry has of a class, which explains why COM creates no object of it.
+// What the registry has of a ProgID and its class. It explains why COM creates no object.
 #pragma once
 
 #include <objbase.h>
@@ -8,6 +8,9 @@
 #include <string_view>
 
 namespace qmx {
+
+// Stores the class that is registered under a ProgID.
+HRESULT FindClass(std::string_view progId, CLSID& id);
 
 // Returns the text of the CLSID that is registered under a ProgID, even if it is none; nothing if there is none.
 std::optional<std::string> RegisteredClsid(std::string_view progId);

@@ -15,9 +15,6 @@ namespace {
 
 using Answer = FurtherComponents::Answer;
 
-// Stores the class that is registered under the name.
-HRESULT FindClass(std::string_view name, CLSID& id) { return CLSIDFromProgID(Wide(name).c_str(), &id); }
-
 // "java" of "java:java.util.Date"; empty for a name without a prefix. One letter is a drive.
 std::string_view Prefix(std::string_view name) {
   const std::size_t colon = name.find(':');

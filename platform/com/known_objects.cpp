@@ -25,4 +25,6 @@ void KnownObjects::Add(const IUnknown* identity, const std::shared_ptr<ComObject
 
 void KnownObjects::Remove(const IUnknown* identity) { Objects().erase(identity); }
 
+std::size_t KnownObjects::Count() { return Objects().size(); }
+
 }  // namespace qmx

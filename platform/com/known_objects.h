@@ -1,6 +1,7 @@
 // The living objects of components by their identities, so that an object that comes back is the same Object.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 struct IUnknown;
@@ -15,6 +16,8 @@ class KnownObjects {
   static std::shared_ptr<ComObject> Find(const IUnknown* identity);  // null for none
   static void Add(const IUnknown* identity, const std::shared_ptr<ComObject>& object);
   static void Remove(const IUnknown* identity);
+
+  static std::size_t Count();
 };
 
 }  // namespace qmx

@@ -44,6 +44,11 @@ TEST(AText, WithHalfACharacterIsRefused) {
   }
 }
 
+TEST(AText, WhoseLastHalfOfACharacterLiesBehindItsEndIsRefused) {
+  EXPECT_EQ(Raised([] { Utf8(std::wstring_view(L"a\xD83D\xDE00", 2)); }).Description(),
+            "Type mismatch: the text is no valid UTF-16 from character 2 on.");
+}
+
 TEST(AText, WithANulIsRefused) {
   const Error error = Raised([] { Utf8(std::wstring_view(L"a\0b", 3)); });
   EXPECT_EQ(error.Number(), 13);
@@ -60,6 +65,11 @@ TEST(AText, ThatIsShownHasReplacementsForItsFlaws) {
 TEST(ABstr, HoldsTheText) {
   const OwnedBstr text(NewBstr(kUtf8));
   EXPECT_EQ(text.View(), kUtf16);
+}
+
+TEST(ABstr, HoldsANul) {
+  const OwnedBstr text(NewBstr(std::string_view("a\0b", 3)));
+  EXPECT_EQ(text.View(), std::wstring_view(L"a\0b", 3));
 }
 
 TEST(ABstr, ThatIsNullIsEmpty) { EXPECT_EQ(View(nullptr), L""); }

@@ -70,6 +70,24 @@ TEST(AVariable, ReceivesWhatTheComponentWrote) {
   EXPECT_EQ(text, Variant(0.5));
 }
 
+TEST(AVariable, OfAnObjectReceivesAnotherObject) {
+  const auto before = StubComponent::Make({});
+  const auto after = StubComponent::Make({});
+  Variant object = ObjectFrom(before.Get());
+  const Argument arguments[] = {Ref(object)};
+  {
+    ComArguments list(arguments);
+    VARIANT& variable = *list.Parameters().rgvarg[0].pvarVal;
+    variable.pdispVal->Release();
+    variable.pdispVal = ComPtr<StubComponent>(after).Detach();
+    list.Take(VARIANT{});
+  }
+  EXPECT_EQ(DispatchOf(object.ToObject()).Get(), after.Get());
+  EXPECT_EQ(before->references, 1u);
+  object = Variant();
+  EXPECT_EQ(after->references, 1u);
+}
+
 TEST(AVariable, ThatTheComponentLeavesAloneKeepsItsValue) {
   Variant text = "before";
   const auto component = StubComponent::Make({});

@@ -8,6 +8,7 @@
 #include "platform/com/objects.h"
 #include "platform/components.h"
 #include "platform/error.h"
+#include "platform/running_call.h"
 #include "tests/platform/com/registered_class.h"
 #include "tests/platform/com/stub_component.h"
 #include "tests/support/raised.h"
@@ -38,6 +39,44 @@ TEST_F(ComComponentsOfThisMachine, AreCreatedByTheirProgIds) {
   EXPECT_TRUE(answer.isRegistered);
   EXPECT_EQ(answer.refusal, "");
   EXPECT_EQ(answer.object.Call("ask"), Variant(42));
+}
+
+TEST_F(ComComponentsOfThisMachine, AreKnownByTheirProgIdsWhileTheyAreCreated) {
+  std::string running;
+  const RegisteredClass served("QmxTest.Answering", [&] {
+    running = std::string(RunningCall::ProgId()) + ": " + RunningCall::Member();
+    return AnsweringComponent();
+  });
+  components.Create("QmxTest.Answering");
+  EXPECT_EQ(running, "QmxTest.Answering: the creation");
+  EXPECT_EQ(RunningCall::Member(), nullptr);
+}
+
+TEST_F(ComComponentsOfThisMachine, HaveProgIdsOfAnyLettersAndLength) {
+  const std::string names[] = {
+      "Gr\xC3\xB6\xC3\x9F"
+      "e.\xD0\x96",
+      "\xE6\x97\xA5\xE8\xAA\x8C.\xF0\x9F\x98\x80", "Name with blanks.Manager", "QmxTest." + std::string(240, 'x'),
+      "QmxTest.%1!,;=\"'"};
+  for (const std::string& name : names) {
+    const RegisteredClass served(name, AnsweringComponent);
+    const FurtherComponents::Answer answer = components.Create(name);
+    ASSERT_TRUE(answer.object) << answer.refusal;
+    EXPECT_EQ(answer.object.Call("ask"), Variant(42));
+    EXPECT_EQ(Raised([&] { answer.object.Call("none"); }).DetailOf("progid"), name);
+  }
+}
+
+TEST_F(ComComponentsOfThisMachine, AreNotFoundUnderNamesThatTheRegistryCannotHold) {
+  const RegisteredClass served("QmxTest.Answering", AnsweringComponent);
+  const std::string names[] = {"",   std::string(100000, 'x'),  std::string("QmxTest.Answering\0", 18), "\xFF", ":",
+                               "::", "QmxTest.Answering\\CLSID"};
+  for (const std::string& name : names) {
+    const FurtherComponents::Answer answer = components.Create(name);
+    EXPECT_FALSE(answer.object);
+    EXPECT_FALSE(answer.isRegistered);
+    EXPECT_THAT(answer.refusal, StartsWith("COM: nothing is registered under this name"));
+  }
 }
 
 TEST_F(ComComponentsOfThisMachine, NameTheirProgIdInErrors) {

@@ -25,6 +25,14 @@ TEST(AComponentsException, MayHaveItsNumberAsACode) {
   EXPECT_EQ(exception.ToError("").Number(), 1004);
 }
 
+TEST(AComponentsException, HasTheCodeRatherThanAResultBesideIt) {
+  Exception exception;
+  exception.Receiver()->wCode = 1004;
+  exception.Receiver()->scode = E_ACCESSDENIED;
+  EXPECT_EQ(exception.ToError("").Number(), 1004);
+  EXPECT_EQ(exception.ToError("").Description(), "The component failed without a description.");
+}
+
 TEST(AComponentsException, MayHaveAResultAsItsNumber) {
   Exception exception;
   exception.Receiver()->scode = static_cast<HRESULT>(0x80040201);
@@ -43,6 +51,19 @@ TEST(AComponentsException, MayBeFilledInWhenItIsRead) {
   EXPECT_EQ(error.Number(), 5);
   EXPECT_EQ(error.Source(), "Late");
   EXPECT_EQ(error.Description(), "Filled in.");
+}
+
+TEST(AComponentsException, IsFilledInOnce) {
+  static int times;
+  times = 0;
+  Exception exception;
+  exception.Receiver()->pfnDeferredFillIn = [](EXCEPINFO*) -> HRESULT {
+    ++times;
+    return S_OK;
+  };
+  exception.ToError("");
+  exception.ToError("");
+  EXPECT_EQ(times, 1);
 }
 
 TEST(AComponentsException, WithoutTextsGetsStandardOnes) {

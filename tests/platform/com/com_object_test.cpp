@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "platform/com/bstr.h"
 #include "platform/com/hresult.h"
 #include "platform/com/objects.h"
@@ -155,6 +157,28 @@ TEST(AMember, OfAnObjectWithoutTypeInformationIsLookedUpForEachObject) {
   EXPECT_EQ(ObjectFrom(StubComponent::Make(answer, {L"ask"}, 20).Get()).Call(member), Variant(20));
 }
 
+TEST(AMember, OfATypeWithoutAGuidIsLookedUpForEachObject) {
+  const Member member("ask");
+  const auto answer = [](const Call& call) { return GiveNumber(call, call.id); };
+  const auto information = ComPtr<ITypeInfo>::Owning(new StubTypeInfo(GUID{}, L"Record", {L"ask"}));
+  const auto one = StubComponent::Make(answer, {L"ask"}, 1);
+  const auto other = StubComponent::Make(answer, {L"ask"}, 20);
+  one->information = other->information = information;
+  EXPECT_EQ(ObjectFrom(one.Get()).Call(member), Variant(1));
+  EXPECT_EQ(ObjectFrom(other.Get()).Call(member), Variant(20));
+}
+
+TEST(AMember, OfATypeWithoutAttributesIsLookedUpForEachObject) {
+  const auto component = StubComponent::Make([](const Call& call) { return GiveNumber(call, call.id); });
+  auto* const information = new StubTypeInfo(TypeId(9), L"Record", {L"ask"});
+  information->hasAttributes = false;
+  component->information = ComPtr<ITypeInfo>::Owning(information);
+  const Object object = ObjectFrom(component.Get());
+  EXPECT_EQ(object.Call("ask"), Variant(1));
+  EXPECT_EQ(object.Call("ask"), Variant(1));
+  EXPECT_EQ(component->lookUps, 2);
+}
+
 TEST(AMember, ThatAComponentDoesNotHaveIsError438) {
   const auto component = StubComponent::Make({});
   component->information = Information(6, L"Manager", {});
@@ -186,6 +210,34 @@ TEST(AFailedCall, KeepsTheErrorThatTheComponentDescribes) {
   EXPECT_EQ(error.Source(), "Orvan");
   EXPECT_EQ(error.Description(), "You may not list service types.");
   EXPECT_EQ(error.Details(), (std::vector<Error::Detail>{{"member", "ask"}, {"progid", "A.Manager"}}));
+}
+
+TEST(AFailedCall, WithAnExceptionWithoutASourceHasTheProgIdAsItsSource) {
+  const auto component = StubComponent::Make([](const Call& call) {
+    call.exception->bstrDescription = SysAllocString(L"It failed.");
+    return DISP_E_EXCEPTION;
+  });
+  EXPECT_EQ(Raised([&] { ObjectFrom(component.Get(), "A.Manager").Call("ask"); }).Source(), "A.Manager");
+}
+
+TEST(AFailedCall, WithAnExceptionOfCppIsAnErrorThatNamesTheMember) {
+  const auto component =
+      StubComponent::Make([](const Call&) -> HRESULT { throw std::runtime_error("there is no licence"); });
+  component->information = Information(10, L"Manager", {L"ask"});
+  const Object object = ObjectFrom(component.Get(), "A.Manager");
+  for (int time = 0; time < 2; ++time) {  // the member is looked up first, then known
+    const Error error = Raised([&] { object.Call("ask"); });
+    EXPECT_EQ(error.Number(), 51);
+    EXPECT_EQ(error.Description(), "there is no licence");
+    EXPECT_EQ(error.DetailOf("member"), "ask");
+    EXPECT_EQ(error.DetailOf("progid"), "A.Manager");
+  }
+}
+
+TEST(AFailedCall, WithAWrongTypeOfAnArgumentThatIsNotNamedNamesNone) {
+  const auto component = StubComponent::Make([](const Call&) { return DISP_E_TYPEMISMATCH; });
+  EXPECT_EQ(Raised([&] { ObjectFrom(component.Get()).Call("ask", 1, 2); }).Description(),
+            "Type mismatch: the component refuses the type of an argument of \"ask\".");
 }
 
 TEST(AFailedCall, WithAWrongNumberOfArgumentsIsError450) {
@@ -279,15 +331,67 @@ TEST(ARequestToEnd, IsNotRaisedByTheSchedulingServer) {
   EXPECT_EQ(Raised([] { Interruption::RaiseIfRequested(); }).Number(), 18);
 }
 
+// The running call, "A.Manager ask".
+std::string Running() {
+  const char* const progId = RunningCall::ProgId();
+  const char* const member = RunningCall::Member();
+  return std::string(progId ? progId : "-") + " " + (member ? member : "-");
+}
+
 TEST(ACallThatRuns, IsKnownByItsProgIdAndMember) {
-  std::string running;
+  std::vector<std::string> running;
   const auto component = StubComponent::Make([&](const Call&) {
-    running = std::string(RunningCall::ProgId()) + " " + RunningCall::Member();
+    running.push_back(Running());
     return S_OK;
   });
+  component->information = Information(11, L"Manager", {L"ask"});
+  const Object object = ObjectFrom(component.Get(), "A.Manager");
+  const Member ask("ask");
+  object.Call(ask);
+  object.Call(ask);  // the way of a getter whose id is known
+  EXPECT_EQ(running, (std::vector<std::string>{"A.Manager ask", "A.Manager ask"}));
+  EXPECT_EQ(RunningCall::Member(), nullptr);
+}
+
+TEST(ACallThatRuns, OfAnObjectThatACallGaveIsThatOfTheProgIdItCameFrom) {
+  std::string running;
+  const auto given = StubComponent::Make([&](const Call&) {
+    running = Running();
+    return S_OK;
+  });
+  const auto component = StubComponent::Make([&](const Call& call) {
+    call.result->vt = VT_DISPATCH;
+    call.result->pdispVal = ComPtr<StubComponent>(given).Detach();
+    return S_OK;
+  });
+  const Object object = ObjectFrom(component.Get(), "A.Manager").Call("ask").ToObject();
+  ObjectFrom(StubComponent::Make([](const Call&) { return S_OK; }).Get(), "Another.Manager").Call("ask");
+  object.Call("ask");
+  EXPECT_EQ(running, "A.Manager ask");
+}
+
+TEST(ALookUpThatRuns, IsKnownByItsProgIdAndMember) {
+  std::string running;
+  const auto component = StubComponent::Make([](const Call&) { return S_OK; });
+  component->whenLookedUp = [&] { running = Running(); };
   ObjectFrom(component.Get(), "A.Manager").Call("ask");
   EXPECT_EQ(running, "A.Manager ask");
-  EXPECT_EQ(RunningCall::Member(), nullptr);
+}
+
+TEST(AReleaseThatRuns, IsKnownByItsProgIdAndLeavesTheOuterCallAsTheRunningOne) {
+  std::string released, after;
+  auto inner = StubComponent::Make({});
+  inner->whenReleased = [&] { released = Running(); };
+  Object object = ObjectFrom(inner.Get(), "Inner.Object");
+  inner = {};
+  const auto outer = StubComponent::Make([&](const Call&) {
+    object = Object();
+    after = Running();
+    return S_OK;
+  });
+  ObjectFrom(outer.Get(), "Outer.Object").Call("ask");
+  EXPECT_EQ(released, "Inner.Object release");
+  EXPECT_EQ(after, "Outer.Object ask");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/com/known_objects.h"
 #include "platform/components.h"
 #include "platform/error.h"
 #include "tests/platform/com/host_object.h"
@@ -29,6 +30,15 @@ TEST(AnObjectOfAComponent, ThatWasReleasedIsForgotten) {
   Error error(1, "", "");
   again.Target()->Describe(error, "x");
   EXPECT_EQ(error.DetailOf("progid"), "A.Second");
+}
+
+TEST(ObjectsOfAComponent, ThatWereReleasedTakeNoMemory) {
+  const auto component = StubComponent::Make({});
+  const std::size_t before = KnownObjects::Count();
+  Object object = ObjectFrom(component.Get());
+  EXPECT_EQ(KnownObjects::Count(), before + 1);
+  object = Object();
+  EXPECT_EQ(KnownObjects::Count(), before);
 }
 
 TEST(TwoObjectsOfAComponent, Differ) {

@@ -31,6 +31,8 @@ ULONG StubTypeInfo::Release() {
 }
 
 HRESULT StubTypeInfo::GetTypeAttr(TYPEATTR** attributes) {
+  *attributes = nullptr;
+  if (!hasAttributes) return E_OUTOFMEMORY;
   *attributes = new TYPEATTR{};
   (*attributes)->guid = guid_;
   return S_OK;
@@ -109,6 +111,7 @@ HRESULT StubComponent::GetTypeInfo(UINT, LCID, ITypeInfo** given) {
 
 HRESULT StubComponent::GetIDsOfNames(REFIID, LPOLESTR* wanted, UINT, LCID, DISPID* ids) {
   ++lookUps;
+  whenLookedUp();
   const int place = Find(names, wanted[0]);
   ids[0] = place < 0 ? DISPID_UNKNOWN : firstId + place;
   return place < 0 ? DISP_E_UNKNOWNNAME : S_OK;

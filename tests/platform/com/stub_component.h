@@ -11,12 +11,14 @@
 
 namespace qmx::test {
 
-// Type information that has a GUID, a name and the members' ids, and nothing else.
+// Type information that has a GUID, a name and the members' ids, and nothing else. The ids count from 1.
 class StubTypeInfo final : public ITypeInfo {
  public:
   StubTypeInfo(GUID guid, std::wstring name, std::vector<std::wstring> members)
       : guid_(guid), name_(std::move(name)), members_(std::move(members)) {}
   virtual ~StubTypeInfo() = default;
+
+  bool hasAttributes = true;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;
   ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
@@ -77,6 +79,8 @@ class StubComponent final : public IDispatch {
   std::vector<std::wstring> names;
   DISPID firstId = 1;
   ComPtr<ITypeInfo> information;
+  std::function<void()> whenLookedUp = [] {};
+  std::function<void()> whenReleased = [] {};  // for the last time
   int lookUps = 0;
   int invocations = 0;
   ULONG references = 1;
@@ -93,7 +97,10 @@ class StubComponent final : public IDispatch {
 
  private:
   explicit StubComponent(Answer answer) : answer_(std::move(answer)) { ++living; }
-  virtual ~StubComponent() { --living; }
+  virtual ~StubComponent() {
+    whenReleased();
+    --living;
+  }
 
   Answer answer_;
 };
