@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/com/variant_values.h"
 #include "platform/error.h"
 
 namespace qmx {
@@ -50,31 +49,20 @@ auto ForArgument(std::size_t index, Body&& take) {
 
 ComArguments::ComArguments(std::span<const Argument> arguments)
     : arguments_(arguments), values_(arguments.size()), passed_(arguments.size()) {
-  for (VARIANT& value : values_) VariantInit(&value);
-  try {
-    for (std::size_t i = 0; i < values_.size(); ++i) {
-      ForArgument(i, [&] { ToVariant(arguments[i].Value(), values_[i]); });
-      passed_[values_.size() - 1 - i] = arguments[i].IsReference() ? ReferenceTo(values_[i]) : values_[i];
-    }
-  } catch (...) {
-    Clear();
-    throw;
+  for (std::size_t i = 0; i < values_.size(); ++i) {
+    VARIANT& value = *values_[i].Get();
+    ForArgument(i, [&] { ToVariant(arguments[i].Value(), value); });
+    passed_[values_.size() - 1 - i] = arguments[i].IsReference() ? ReferenceTo(value) : value;
   }
   parameters_.rgvarg = passed_.data();
   parameters_.cArgs = static_cast<UINT>(passed_.size());
-}
-
-ComArguments::~ComArguments() { Clear(); }
-
-void ComArguments::Clear() {
-  for (VARIANT& value : values_) VariantClear(&value);
 }
 
 Variant ComArguments::Take(const VARIANT& result) {
   std::vector<std::pair<const Argument*, Variant>> written;
   for (std::size_t i = 0; i < arguments_.size(); ++i) {
     if (!arguments_[i].IsReference()) continue;
-    written.emplace_back(&arguments_[i], ForArgument(i, [&] { return FromVariant(values_[i]); }));
+    written.emplace_back(&arguments_[i], ForArgument(i, [&] { return FromVariant(values_[i].Value()); }));
   }
   Variant returned = FromVariant(result);
   for (auto& [variable, value] : written) variable->Write(std::move(value));

@@ -10,6 +10,7 @@
 #include <span>
 #include <vector>
 
+#include "platform/com/variant_values.h"
 #include "platform/components.h"
 
 namespace qmx {
@@ -17,7 +18,6 @@ namespace qmx {
 class ComArguments {
  public:
   explicit ComArguments(std::span<const Argument> arguments);
-  ~ComArguments();
   ComArguments(const ComArguments&) = delete;
   ComArguments& operator=(const ComArguments&) = delete;
 
@@ -28,11 +28,9 @@ class ComArguments {
   Variant Take(const VARIANT& result);
 
  private:
-  void Clear();
-
   std::span<const Argument> arguments_;
-  std::vector<VARIANT> values_;  // in the order of the arguments
-  std::vector<VARIANT> passed_;  // last argument first; borrows from values_
+  std::vector<OwnedVariant> values_;  // in the order of the arguments
+  std::vector<VARIANT> passed_;       // last argument first; borrows from values_
   DISPPARAMS parameters_{};
 };
 

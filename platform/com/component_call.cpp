@@ -63,14 +63,7 @@ class Prepared {
 }  // namespace
 
 ComponentCall::ComponentCall(const DISPPARAMS& parameters) : parameters_(parameters) {
-  for (std::size_t i = 0; i < parameters.cArgs; ++i) {
-    try {
-      before_.push_back(FromVariant(Given(parameters, i)));
-    } catch (Error& error) {
-      error.With("argument", std::to_string(i + 1));
-      throw;
-    }
-  }
+  for (std::size_t i = 0; i < parameters.cArgs; ++i) before_.push_back(FromVariant(Given(parameters, i)));
   variables_ = before_;
   for (std::size_t i = 0; i < before_.size(); ++i) {
     const bool isReference = (Given(parameters, i).vt & VT_BYREF) != 0;

@@ -11,7 +11,7 @@ namespace qmx {
 
 class ComponentCall {
  public:
-  // Raises the errors of FromVariant, with the detail "argument".
+  // Raises the errors of FromVariant.
   explicit ComponentCall(const DISPPARAMS& parameters);
 
   // In the order in which they were written. Those that the component passed as references are references.

@@ -46,8 +46,8 @@ HostDispatch::~HostDispatch() {
   ByIdentity().erase(static_cast<IUnknown*>(this));
 }
 
-std::shared_ptr<Dispatch> HostDispatch::TargetOf(const IUnknown& identity) {
-  const auto living = ByIdentity().find(&identity);
+std::shared_ptr<Dispatch> HostDispatch::TargetOf(const IUnknown* identity) {
+  const auto living = ByIdentity().find(identity);
   return living == ByIdentity().end() ? nullptr : living->second->target_;
 }
 

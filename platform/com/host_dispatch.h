@@ -21,7 +21,7 @@ class HostDispatch final : public IDispatch {
   static ComPtr<IDispatch> For(const std::shared_ptr<Dispatch>& target);
 
   // Returns the object behind an interface of For; null for an object of a component.
-  static std::shared_ptr<Dispatch> TargetOf(const IUnknown& identity);
+  static std::shared_ptr<Dispatch> TargetOf(const IUnknown* identity);
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override;
   ULONG STDMETHODCALLTYPE AddRef() noexcept override;

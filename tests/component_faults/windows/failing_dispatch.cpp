@@ -1,5 +1,7 @@
 #include "tests/component_faults/windows/failing_dispatch.h"
 
+#include <objbase.h>
+
 #include "com/served_type.h"
 #include "platform/com/bstr.h"
 #include "platform/components.h"
@@ -18,13 +20,19 @@ std::string TypeNameOf(IDispatch& object) {
 
 }  // namespace
 
+void FailingCalls::DisconnectAll() const {
+  for (IUnknown* const object : living) CoDisconnectObject(object, 0);
+}
+
 ComPtr<IDispatch> FailingDispatch::Around(ComPtr<IDispatch> inner, FailingCalls& calls) {
   if (!inner) return {};
   return ComPtr<IDispatch>::Owning(new FailingDispatch(std::move(inner), calls));
 }
 
 FailingDispatch::FailingDispatch(ComPtr<IDispatch> inner, FailingCalls& calls)
-    : inner_(std::move(inner)), calls_(calls), kind_(TypeNameOf(*inner_)) {}
+    : inner_(std::move(inner)), calls_(calls), kind_(TypeNameOf(*inner_)) {
+  calls_.living.insert(this);
+}
 
 // The inner object's own interfaces are given, so that its server knows it when it comes back.
 HRESULT FailingDispatch::QueryInterface(REFIID id, void** object) {
@@ -45,7 +53,7 @@ HRESULT FailingDispatch::Invoke(DISPID id, REFIID interfaceId, LCID locale, WORD
                                 VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) {
   const Member& member = *MemberNames::OfTheProgram().Find(id - orvan::kFirstMember);
   const bool isErps = kind_ != "messages" && kind_ != "requests";
-  const bool failedBefore = isErps && calls_.failure->isForGood && calls_.calls.HasStruck();
+  const bool failedBefore = isErps && calls_.failure && calls_.failure->isForGood && calls_.calls.HasStruck();
   const bool isStruck = calls_.calls.IsStruck(kind_ + '.' + std::string(member.Name()));
   if (isStruck || failedBefore) return calls_.failure->invoke(*parameters, *result, *exception, *wrongArgument);
   const HRESULT answer = inner_->Invoke(id, interfaceId, locale, flags, parameters, result, exception, wrongArgument);

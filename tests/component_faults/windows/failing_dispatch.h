@@ -5,6 +5,7 @@
 #include <oaidl.h>
 
 #include <functional>
+#include <set>
 #include <string>
 
 #include "platform/com/com_ptr.h"
@@ -21,6 +22,9 @@ struct ComFailure {
 struct FailingCalls {
   PlannedCalls calls;
   const ComFailure* failure = nullptr;
+  std::set<IUnknown*> living;  // all objects
+
+  void DisconnectAll() const;  // as if their process had ended
 };
 
 class FailingDispatch final : public IDispatch {
@@ -43,7 +47,7 @@ class FailingDispatch final : public IDispatch {
 
  private:
   FailingDispatch(ComPtr<IDispatch> inner, FailingCalls& calls);
-  virtual ~FailingDispatch() = default;
+  virtual ~FailingDispatch() { calls_.living.erase(this); }
 
   ULONG references_ = 1;
   ComPtr<IDispatch> inner_;

@@ -4,6 +4,7 @@
 
 #include "platform/com/bstr.h"
 #include "platform/com/com_error.h"
+#include "platform/com/hresult.h"
 #include "platform/com/objects.h"
 #include "platform/com/variant_values.h"
 #include "platform/error.h"
@@ -119,6 +120,74 @@ TEST(AComponent, CannotNameArguments) {
       DISP_E_NONAMEDARGS);
 }
 
+TEST(AComponent, CannotLookUpNamesOfArguments) {
+  Caller caller({});
+  wchar_t member[] = L"ask", argument[] = L"first";
+  LPOLESTR names[] = {member, argument};
+  DISPID ids[] = {0, 0};
+  EXPECT_EQ(caller.Interface().GetIDsOfNames(IID_NULL, names, 2, 0, ids), DISP_E_UNKNOWNNAME);
+  EXPECT_EQ(ids[0], caller.Id(L"ask"));
+  EXPECT_EQ(ids[1], DISPID_UNKNOWN);
+}
+
+TEST(AComponent, CannotLookUpNothing) {
+  Caller caller({});
+  wchar_t member[] = L"ask";
+  LPOLESTR names[] = {member};
+  DISPID id = 0;
+  EXPECT_EQ(caller.Interface().GetIDsOfNames(IID_NULL, names, 0, 0, &id), E_INVALIDARG);
+  EXPECT_EQ(caller.Interface().GetIDsOfNames(IID_NULL, nullptr, 1, 0, &id), E_INVALIDARG);
+  EXPECT_EQ(caller.Interface().GetIDsOfNames(IID_NULL, names, 1, 0, nullptr), E_INVALIDARG);
+}
+
+TEST(AComponent, CallsAMemberWithHalfACharacterInItsName) {
+  std::string seen;
+  Caller caller([&](const Member& member, std::span<const Argument>) {
+    seen = std::string(member.Name());
+    return Variant();
+  });
+  EXPECT_EQ(caller.Call(caller.Id(L"ask\xD83D")), S_OK);
+  EXPECT_EQ(seen, "ask\xEF\xBF\xBD");
+}
+
+TEST(AComponent, CannotCallWithoutParameters) {
+  Caller caller({});
+  EXPECT_EQ(
+      caller.Interface().Invoke(caller.Id(L"ask"), IID_NULL, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr),
+      E_INVALIDARG);
+  EXPECT_EQ(caller.Interface().QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+}
+
+TEST(AComponent, MayReleaseAnObjectOfTheProgramWhileItCallsIt) {
+  ComPtr<IDispatch> dispatch;
+  std::weak_ptr<Dispatch> target;
+  Object object = HostObject::Make([&](const Member&, std::span<const Argument>) {
+    dispatch = {};
+    EXPECT_FALSE(target.expired());
+    return Variant(7);
+  });
+  target = object.Target();
+  dispatch = DispatchOf(object);
+  object = Object();
+  wchar_t name[] = L"ask";
+  LPOLESTR names[] = {name};
+  DISPID id = 0;
+  dispatch->GetIDsOfNames(IID_NULL, names, 1, 0, &id);
+  DISPPARAMS none{};
+  OwnedVariant result;
+  EXPECT_EQ(dispatch.Get()->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &none, result.Get(), nullptr, nullptr), S_OK);
+  EXPECT_EQ(FromVariant(result.Value()), Variant(7));
+  EXPECT_TRUE(target.expired());
+}
+
+TEST(AnObjectOfTheProgram, ThatWasReleasedIsForgotten) {
+  ComPtr<IDispatch> dispatch = DispatchOf(HostObject::Make());
+  const IUnknown* const identity = dispatch.Get();
+  EXPECT_NE(HostDispatch::TargetOf(identity), nullptr);
+  dispatch = {};
+  EXPECT_EQ(HostDispatch::TargetOf(identity), nullptr);
+}
+
 TEST(AComponent, FindsNoTypeInformation) {
   Caller caller({});
   UINT count = 7;
@@ -146,18 +215,22 @@ TEST(AComponentsVariable, ReceivesTheValueAsItsType) {
     arguments[0].Write("12");
     arguments[1].Write(5);
     arguments[2].Write(true);
+    arguments[3].Write(true);
     return Variant();
   });
+  BSTR boolean = nullptr;
   SHORT number = 1;
   BSTR text = SysAllocString(L"before");
   DECIMAL decimal{};
-  EXPECT_EQ(caller.Call(caller.Id(L"ask"),
-                        {Reference(VT_DECIMAL, &decimal), Reference(VT_BSTR, &text), Reference(VT_I2, &number)}),
+  EXPECT_EQ(caller.Call(caller.Id(L"ask"), {Reference(VT_BSTR, &boolean), Reference(VT_DECIMAL, &decimal),
+                                            Reference(VT_BSTR, &text), Reference(VT_I2, &number)}),
             S_OK);
   EXPECT_EQ(number, 12);
   EXPECT_EQ(View(text), L"5");
   EXPECT_EQ(decimal.Lo64, 1u);
+  EXPECT_EQ(View(boolean), L"True");
   SysFreeString(text);
+  SysFreeString(boolean);
 }
 
 TEST(AComponentsVariable, ReceivesAnObject) {
@@ -190,7 +263,7 @@ TEST(AComponentsVariable, OfAnotherTypeFailsAndChangesNone) {
   Caller caller([](const Member&, std::span<const Argument> arguments) {
     arguments[0].Write(7);
     arguments[1].Write("no number");
-    return Variant();
+    return Variant("answer");
   });
   LONG first = 1;
   LONG second = 2;
@@ -198,9 +271,31 @@ TEST(AComponentsVariable, OfAnotherTypeFailsAndChangesNone) {
   EXPECT_EQ(caller.Failure().Number(), 13);
   EXPECT_EQ(first, 1);
   EXPECT_EQ(second, 2);
+  EXPECT_EQ(caller.Result(), Variant());
 }
 
-TEST(AComponentsArgument, ThatCannotBeTakenIsNamed) {
+TEST(AComponentsVariable, ThatIsTooSmallIsAnOverflow) {
+  Caller caller([](const Member&, std::span<const Argument> arguments) {
+    arguments[0].Write(70000);
+    return Variant();
+  });
+  SHORT number = 1;
+  EXPECT_EQ(caller.Call(caller.Id(L"ask"), {Reference(VT_I2, &number)}), DISP_E_EXCEPTION);
+  EXPECT_EQ(caller.Failure().Number(), 6);
+  EXPECT_EQ(caller.Failure().Description(),
+            "The value for a variable of type VT_I2 does not fit into it: " + DescribeHresult(DISP_E_OVERFLOW) + ".");
+  EXPECT_EQ(number, 1);
+}
+
+TEST(AComponentsVariable, ThatTheProgramLeavesAloneIsNotTouched) {
+  Caller caller([](const Member&, std::span<const Argument>) { return Variant(); });
+  OwnedBstr text(NewBstr("before"));
+  const BSTR before = *text.Receiver();
+  EXPECT_EQ(caller.Call(caller.Id(L"ask"), {Reference(VT_BSTR, text.Receiver())}), S_OK);
+  EXPECT_EQ(*text.Receiver(), before);
+}
+
+TEST(AComponentsArgument, ThatCannotBeTakenIsAnError) {
   Caller caller([](const Member&, std::span<const Argument>) { return Variant(); });
   VARIANT array;
   VariantInit(&array);
@@ -227,6 +322,21 @@ TEST(ACallWithinACall, LeavesTheOuterCallAsTheRunningOne) {
     return S_OK;
   });
   ObjectFrom(component.Get(), "Outer.Object").Call("ask", asked);
+  EXPECT_EQ(after, "Outer.Object ask");
+}
+
+TEST(AReleaseWithinACall, LeavesTheOuterCallAsTheRunningOne) {
+  std::string after;
+  auto held = ObjectFrom(StubComponent::Make({}).Get(), "Held.Object");
+  ComPtr<IDispatch> host =
+      DispatchOf(HostObject::Make([held](const Member&, std::span<const Argument>) { return Variant(); }));
+  held = Object();
+  const auto component = StubComponent::Make([&](const StubComponent::Call&) {
+    host = {};
+    after = std::string(RunningCall::ProgId()) + " " + RunningCall::Member();
+    return S_OK;
+  });
+  ObjectFrom(component.Get(), "Outer.Object").Call("ask");
   EXPECT_EQ(after, "Outer.Object ask");
 }
 

@@ -14,6 +14,12 @@ TEST(AResult, HasTheSystemsMessageWithoutAFullStop) {
   EXPECT_THAT(SystemMessage(E_ACCESSDENIED), testing::AnyOf("Access denied", "Access is denied"));
 }
 
+// The system's text is "%1 is not a valid Win32 application."
+TEST(AResult, HasTheSystemsMessageWithItsPlaceholders) {
+  EXPECT_THAT(SystemMessage(static_cast<HRESULT>(0x800700C1)),
+              testing::AnyOf(testing::HasSubstr("%1"), "Bad EXE format for"));
+}
+
 TEST(AResult, OfWhichTheSystemKnowsNothingHasNoMessage) {
   const auto unknown = static_cast<HRESULT>(0x8FFF1234);
   EXPECT_EQ(SystemMessage(unknown), "");

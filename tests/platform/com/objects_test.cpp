@@ -41,6 +41,19 @@ TEST(ObjectsOfAComponent, ThatWereReleasedTakeNoMemory) {
   EXPECT_EQ(KnownObjects::Count(), before);
 }
 
+TEST(ObjectsOfAComponent, WithoutAnIdentityAreCalledAndAreNotKnown) {
+  VARIANT answer{};
+  answer.vt = VT_I4;
+  answer.lVal = 42;
+  const auto component = StubComponent::Giving(answer);
+  component->hasIdentity = false;
+  const std::size_t before = KnownObjects::Count();
+  const Object object = ObjectFrom(component.Get());
+  EXPECT_EQ(object.Call("ask"), Variant(42));
+  EXPECT_NE(ObjectFrom(component.Get()), object);
+  EXPECT_EQ(KnownObjects::Count(), before);
+}
+
 TEST(TwoObjectsOfAComponent, Differ) {
   const auto one = StubComponent::Make({});
   const auto other = StubComponent::Make({});

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 #include <objbase.h>
 
+#include <chrono>
 #include <future>
 #include <thread>
+#include <vector>
 
 #include "platform/com/bstr.h"
 
@@ -52,6 +54,16 @@ class Factory final : public IClassFactory, public IParseDisplayName {
 
 ComPtr<IUnknown> MakeFactory(MakeComponent make, HRESULT failure, ParseName parse) {
   return ComPtr<IUnknown>::Owning(static_cast<IClassFactory*>(new Factory(std::move(make), failure, std::move(parse))));
+}
+
+// Waits, and lets calls of another apartment's objects to this thread's pass, such as releases.
+template <typename Value>
+Value Awaited(std::future<Value> future) {
+  while (future.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+  }
+  return future.get();
 }
 
 std::wstring TextOf(const CLSID& id) {
@@ -121,6 +133,7 @@ struct OtherApartment::Work {
   std::promise<void> mayDisconnect;
   std::promise<HRESULT> disconnected;
   std::promise<void> mayEnd;
+  std::promise<void> ended;
   bool isDisconnected = false;
   std::thread thread;
 
@@ -132,18 +145,20 @@ struct OtherApartment::Work {
     mayEnd.get_future().wait();
     component = {};
     CoUninitialize();
+    ended.set_value();
   }
 };
 
 OtherApartment::OtherApartment(ComPtr<IUnknown> component) : work_(std::make_unique<Work>()) {
   work_->component = std::move(component);
   work_->thread = std::thread([this] { work_->Run(); });
-  EXPECT_EQ(work_->marshalled.get_future().get(), S_OK);
+  EXPECT_EQ(Awaited(work_->marshalled.get_future()), S_OK);
 }
 
 OtherApartment::~OtherApartment() {
   if (!work_->isDisconnected) Disconnect();
   work_->mayEnd.set_value();
+  Awaited(work_->ended.get_future());
   work_->thread.join();
 }
 
@@ -156,7 +171,58 @@ ComPtr<IDispatch> OtherApartment::Unmarshal() {
 void OtherApartment::Disconnect() {
   work_->isDisconnected = true;
   work_->mayDisconnect.set_value();
-  EXPECT_EQ(work_->disconnected.get_future().get(), S_OK);
+  EXPECT_EQ(Awaited(work_->disconnected.get_future()), S_OK);
+}
+
+struct LocalServer::Work {
+  CLSID id;
+  MakeComponent make;
+  std::vector<ComPtr<IUnknown>> made;
+  std::promise<HRESULT> registered;
+  std::promise<void> mayDisconnect, disconnected, mayEnd, ended;
+  std::thread thread;
+
+  void Run() {
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    const auto makeAndKeep = [this] {
+      made.push_back(make());
+      return made.back();
+    };
+    const ComPtr<IUnknown> factory = MakeFactory(makeAndKeep, S_OK, {});
+    DWORD registration = 0;
+    registered.set_value(
+        CoRegisterClassObject(id, factory.Get(), CLSCTX_LOCAL_SERVER, REGCLS_MULTIPLEUSE, &registration));
+    mayDisconnect.get_future().wait();
+    CoRevokeClassObject(registration);
+    for (const ComPtr<IUnknown>& object : made) CoDisconnectObject(object.Get(), 0);
+    disconnected.set_value();
+    mayEnd.get_future().wait();
+    made.clear();
+    CoUninitialize();
+    ended.set_value();
+  }
+};
+
+LocalServer::LocalServer(const std::string& progId, MakeComponent make)
+    : progId_(progId), work_(std::make_unique<Work>()) {
+  work_->id = progId_.Class();
+  work_->make = std::move(make);
+  work_->thread = std::thread([this] { work_->Run(); });
+  EXPECT_EQ(Awaited(work_->registered.get_future()), S_OK);
+}
+
+LocalServer::~LocalServer() {
+  Disconnect();
+  work_->mayEnd.set_value();
+  Awaited(work_->ended.get_future());
+  work_->thread.join();
+}
+
+void LocalServer::Disconnect() {
+  if (isDisconnected_) return;
+  isDisconnected_ = true;
+  work_->mayDisconnect.set_value();
+  Awaited(work_->disconnected.get_future());
 }
 
 }  // namespace qmx::test

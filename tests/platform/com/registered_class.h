@@ -75,6 +75,24 @@ class RegisteredClass {
   DWORD registration_ = 0;
 };
 
+// A class that is served from another apartment, as if by a process of its own: over COM's remote calls.
+class LocalServer {
+ public:
+  LocalServer(const std::string& progId, MakeComponent make);
+  ~LocalServer();
+  LocalServer(const LocalServer&) = delete;
+  LocalServer& operator=(const LocalServer&) = delete;
+
+  // Ends the connections to all its objects, as a process does that ends.
+  void Disconnect();
+
+ private:
+  struct Work;
+  RegisteredProgId progId_;
+  std::unique_ptr<Work> work_;
+  bool isDisconnected_ = false;
+};
+
 // A prefix of names, which `parse` makes objects of.
 class RegisteredPrefix : public RegisteredClass {
  public:

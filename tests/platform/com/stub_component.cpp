@@ -86,7 +86,7 @@ ComPtr<StubComponent> StubComponent::Giving(const VARIANT& value) {
 }
 
 HRESULT StubComponent::QueryInterface(REFIID id, void** object) {
-  const bool isKnown = IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IDispatch);
+  const bool isKnown = (IsEqualIID(id, IID_IUnknown) && hasIdentity) || IsEqualIID(id, IID_IDispatch);
   *object = isKnown ? this : nullptr;
   if (!isKnown) return E_NOINTERFACE;
   AddRef();
