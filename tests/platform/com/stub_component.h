@@ -81,7 +81,7 @@ class StubComponent final : public IDispatch {
   ComPtr<ITypeInfo> information;
   std::function<void()> whenLookedUp = [] {};
   std::function<void()> whenReleased = [] {};  // for the last time
-  bool hasIdentity = true;  // no IUnknown otherwise, against COM's rules
+  bool hasIdentity = true;                     // no IUnknown otherwise, against COM's rules
   int lookUps = 0;
   int invocations = 0;
   ULONG references = 1;

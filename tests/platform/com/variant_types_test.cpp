@@ -15,16 +15,18 @@ TEST(AVariantType, HasItsUsualName) {
 TEST(AVariantType, ThatIsUnknownIsItsNumber) { EXPECT_EQ(TypeName(77), "77"); }
 
 TEST(AVariantType, HasTheSizeOfWhatItsReferenceRefersTo) {
-  EXPECT_EQ(SizeOf(VT_UI1), 1u);
-  EXPECT_EQ(SizeOf(VT_BOOL), 2u);
-  EXPECT_EQ(SizeOf(VT_INT), 4u);
-  EXPECT_EQ(SizeOf(VT_CY), 8u);
-  EXPECT_EQ(SizeOf(VT_BSTR), sizeof(void*));
+  for (const VARTYPE type : {VT_I1, VT_UI1}) EXPECT_EQ(SizeOf(type), 1u) << type;
+  for (const VARTYPE type : {VT_I2, VT_UI2, VT_BOOL}) EXPECT_EQ(SizeOf(type), 2u) << type;
+  for (const VARTYPE type : {VT_I4, VT_UI4, VT_INT, VT_UINT, VT_R4, VT_ERROR}) EXPECT_EQ(SizeOf(type), 4u) << type;
+  for (const VARTYPE type : {VT_I8, VT_UI8, VT_R8, VT_CY, VT_DATE, VT_BSTR, VT_DISPATCH, VT_UNKNOWN})
+    EXPECT_EQ(SizeOf(type), 8u) << type;
 }
 
 TEST(AVariantType, WithoutSimpleContentHasNoSize) {
   EXPECT_EQ(SizeOf(VT_EMPTY), 0u);
+  EXPECT_EQ(SizeOf(VT_NULL), 0u);
   EXPECT_EQ(SizeOf(VT_VARIANT), 0u);
+  EXPECT_EQ(SizeOf(VT_DECIMAL), 0u);
   EXPECT_EQ(SizeOf(VT_ARRAY | VT_I4), 0u);
   EXPECT_EQ(SizeOf(77), 0u);
 }

@@ -61,7 +61,13 @@ TEST(AComponentsValue, OfALargeWholeNumberKeepsEachDigit) {
   EXPECT_EQ(From(VT_I8, [](VARIANT& v) { v.llVal = -7; }), Variant(-7));
   EXPECT_EQ(From(VT_I8, [](VARIANT& v) { v.llVal = 9007199254740992; }), Variant(9007199254740992.0));
   EXPECT_EQ(From(VT_I8, [](VARIANT& v) { v.llVal = 9007199254740993; }), Variant("9007199254740993"));
+  EXPECT_EQ(From(VT_I8, [](VARIANT& v) { v.llVal = -9007199254740992; }), Variant(-9007199254740992.0));
+  EXPECT_EQ(From(VT_I8, [](VARIANT& v) { v.llVal = -9007199254740993; }), Variant("-9007199254740993"));
+  EXPECT_EQ(From(VT_I8, [](VARIANT& v) { v.llVal = INT32_MAX; }), Variant(INT32_MAX));
+  EXPECT_EQ(From(VT_I8, [](VARIANT& v) { v.llVal = INT32_MAX + 1LL; }), Variant(2147483648.0));
   EXPECT_EQ(From(VT_I8, [](VARIANT& v) { v.llVal = INT64_MIN; }), Variant("-9223372036854775808"));
+  EXPECT_EQ(From(VT_UI8, [](VARIANT& v) { v.ullVal = INT64_MAX; }), Variant("9223372036854775807"));
+  EXPECT_EQ(From(VT_UI8, [](VARIANT& v) { v.ullVal = 9223372036854775808U; }), Variant("9223372036854775808"));
   EXPECT_EQ(From(VT_UI8, [](VARIANT& v) { v.ullVal = 7; }), Variant(7));
   EXPECT_EQ(From(VT_UI8, [](VARIANT& v) { v.ullVal = UINT64_MAX; }), Variant("18446744073709551615"));
 }
@@ -141,6 +147,12 @@ TEST(AComponentsValue, OfAnotherTypeIsRefused) {
 TEST(AComponentsReference, GivesTheValueThatItRefersTo) {
   BYTE byte = 255;
   CHAR character = -1;
+  USHORT unsignedNumber = 65535;
+  ULONG unsignedInteger = 4294967295;
+  ULONGLONG unsignedLarge = UINT64_MAX;
+  INT plain = -70000;
+  UINT unsignedPlain = 2147483648;
+  SCODE missing = DISP_E_PARAMNOTFOUND;
   SHORT number = -5;
   LONG integer = 70000;
   LONGLONG large = 9007199254740993;
@@ -166,6 +178,12 @@ TEST(AComponentsReference, GivesTheValueThatItRefersTo) {
   EXPECT_EQ(at(VT_UI1, &byte), Variant(std::uint8_t{255}));
   EXPECT_EQ(at(VT_I1, &character), Variant(std::int16_t{-1}));
   EXPECT_EQ(at(VT_I2, &number), Variant(std::int16_t{-5}));
+  EXPECT_EQ(at(VT_UI2, &unsignedNumber), Variant(65535));
+  EXPECT_EQ(at(VT_UI4, &unsignedInteger), Variant(4294967295.0));
+  EXPECT_EQ(at(VT_UI8, &unsignedLarge), Variant("18446744073709551615"));
+  EXPECT_EQ(at(VT_INT, &plain), Variant(-70000));
+  EXPECT_EQ(at(VT_UINT, &unsignedPlain), Variant(2147483648.0));
+  EXPECT_EQ(at(VT_ERROR, &missing), Variant());
   EXPECT_EQ(at(VT_I4, &integer), Variant(70000));
   EXPECT_EQ(at(VT_I8, &large), Variant("9007199254740993"));
   EXPECT_EQ(at(VT_R4, &single), Variant(0.5));
@@ -176,6 +194,8 @@ TEST(AComponentsReference, GivesTheValueThatItRefersTo) {
   EXPECT_EQ(at(VT_BOOL, &yes), Variant(true));
   EXPECT_EQ(at(VT_BSTR, &text), Variant("text"));
   EXPECT_EQ(DispatchOf(at(VT_DISPATCH, &object).ToObject()).Get(), component.Get());
+  IUnknown* unknown = component.Get();
+  EXPECT_EQ(DispatchOf(at(VT_UNKNOWN, &unknown).ToObject()).Get(), component.Get());
   EXPECT_EQ(component->references, 1u);  // it was borrowed
   SysFreeString(text);
 }
