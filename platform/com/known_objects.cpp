@@ -23,7 +23,10 @@ void KnownObjects::Add(const IUnknown* identity, const std::shared_ptr<ComObject
   Objects()[identity] = object;
 }
 
-void KnownObjects::Remove(const IUnknown* identity) { Objects().erase(identity); }
+void KnownObjects::Remove(const IUnknown* identity) {
+  const auto known = Objects().find(identity);
+  if (known != Objects().end() && known->second.expired()) Objects().erase(known);
+}
 
 std::size_t KnownObjects::Count() { return Objects().size(); }
 

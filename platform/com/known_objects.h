@@ -15,7 +15,7 @@ class KnownObjects {
  public:
   static std::shared_ptr<ComObject> Find(const IUnknown* identity);  // null for none
   static void Add(const IUnknown* identity, const std::shared_ptr<ComObject>& object);
-  static void Remove(const IUnknown* identity);
+  static void Remove(const IUnknown* identity);  // unless an object that lives was added for it since
 
   static std::size_t Count();
 };

@@ -14,7 +14,8 @@ Object ObjectFrom(IDispatch* dispatch, std::string_view progId) {
   dispatch->QueryInterface(IID_IUnknown, identity.UntypedReceiver());  // null only if the object breaks COM's rules
   if (identity) {
     if (std::shared_ptr<Dispatch> ours = HostDispatch::TargetOf(identity.Get())) return Object(std::move(ours));
-    if (std::shared_ptr<ComObject> known = KnownObjects::Find(identity.Get())) return Object(std::move(known));
+    std::shared_ptr<ComObject> known = progId.empty() ? KnownObjects::Find(identity.Get()) : nullptr;
+    if (known) return Object(std::move(known));
   }
   auto made = std::make_shared<ComObject>(ComPtr<IDispatch>::Sharing(dispatch), identity.Get(), progId);
   if (identity) KnownObjects::Add(identity.Get(), made);

@@ -11,8 +11,9 @@
 
 namespace qmx {
 
-// Returns no object for null. An object of the program becomes itself again. `progId` is what it was created from;
-// empty for an object that a call returned.
+// Returns no object for null. An object of the program becomes itself again. `progId` is what it was created from, and
+// gives an Object of its own, because a component may give one object for several ProgIDs. It is empty for an object
+// that a call returned.
 Object ObjectFrom(IDispatch* dispatch, std::string_view progId = {});
 
 // Returns null for no object. An object of a component is passed as the interface that it was, any other as a

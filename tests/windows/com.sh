@@ -66,3 +66,28 @@ wanted=1 copy tsmdm030 "$folder/none.db"
 : >"$folder/empty.db"
 wanted=1 copy tscfg200 "$folder/empty.db"
 python3 tests/windows/same_copies.py "$folder" when the ERP fails
+
+# Components that end the process in a call over COM.
+wine regsvr32 /u /s "$(wine_path "$windows/components/orvan_com.dll")"
+mkdir "$folder/ending"
+cp "$windows/components/orvan_com.dll" "$windows"/tests/startup/servers/ending.* "$folder/ending"
+wine regsvr32 /s "$(wine_path "$folder/ending/orvan_com.dll")"
+call="during getServiceType of ServiceTypes.ServiceTypesManager: the table stays in progress: qmxadmin release tsmdm030"
+# ends WHAT TEXT: the run ends at the fifth call of a getter, and standard error begins with the text.
+ends() {
+  local first
+  rm -f "$folder"/ending/local.db*
+  cp "$folder/linux/local.db" "$folder/ending/local.db"
+  first=$(QMX_COMPONENTS=$(wine_path "$folder/none") QMX_TEST_AT=getServiceType QMX_TEST_CALL=5 QMX_TEST_DO=$1 LC_ALL=C \
+    wine "$windows/bin/qmxdatacopy.exe" \
+    "Provider=SQLite;Data Source=$(wine_path "$folder/ending/local.db"),,tsmdm030,$(wine_path "$folder/ending"),a,b,7" \
+    2>&1 >/dev/null | head -1 | tr -d '\r') || true
+  if [ "$first" != "$2 $call" ]; then
+    echo "$1: standard error begins with: $first" >&2
+    exit 1
+  fi
+}
+ends 'exit 0' 'exit was called by something other than the program'
+ends fault 'An access violation ended the run'
+ends 'raise 22' 'abort ended the run'
+echo "Components that end the process in a call over COM are reported."

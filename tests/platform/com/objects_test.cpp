@@ -11,6 +11,12 @@
 namespace qmx::test {
 namespace {
 
+std::string ProgIdOf(const Object& object) {
+  Error error(1, "", "");
+  object.Target()->Describe(error, "x");
+  return error.DetailOf("progid");
+}
+
 TEST(AnObjectOfAComponent, ThatComesBackIsTheSameObject) {
   const auto component = StubComponent::Make({});
   const Object object = ObjectFrom(component.Get());
@@ -27,9 +33,18 @@ TEST(AnObjectOfAComponent, ThatWasReleasedIsForgotten) {
   const Dispatch* const first = ObjectFrom(component.Get(), "A.First").Target().get();
   EXPECT_NE(first, nullptr);
   const Object again = ObjectFrom(component.Get(), "A.Second");
-  Error error(1, "", "");
-  again.Target()->Describe(error, "x");
-  EXPECT_EQ(error.DetailOf("progid"), "A.Second");
+  EXPECT_EQ(ProgIdOf(again), "A.Second");
+}
+
+TEST(AnObjectOfAComponent, OfSeveralProgIdsHasThatOfEachCreation) {
+  const auto component = StubComponent::Make({});
+  Object first = ObjectFrom(component.Get(), "A.First");
+  const Object second = ObjectFrom(component.Get(), "A.Second");
+  EXPECT_EQ(ProgIdOf(first), "A.First");
+  EXPECT_EQ(ProgIdOf(second), "A.Second");
+  EXPECT_EQ(ObjectFrom(component.Get()), second);  // a call returned it
+  first = Object();
+  EXPECT_EQ(ObjectFrom(component.Get()), second);
 }
 
 TEST(ObjectsOfAComponent, ThatWereReleasedTakeNoMemory) {
