@@ -25,10 +25,19 @@ list(APPEND QMX_LEFT_OUT
   # A limit of the size of files, and pipes that are files. tests/platform/windows has what Windows has instead.
   tests/platform/run_records/unwritable_record_test.cpp
   tests/platform/trace/unwritable_trace_test.cpp
-  # What only qmxadmin's user sees: tests/windows/qmxadmin_test.py runs it beside the program of Linux.
+  # Terminals, signals, shells and libraries of Linux. tests/windows/qmxadmin_test.py runs qmxadmin beside the program of Linux.
   tests/tools/qmxadmin/calendar
+  tests/tools/qmxadmin/check_test.cpp
+  tests/tools/qmxadmin/command_line_test.cpp
+  tests/tools/qmxadmin/components_test.cpp
   tests/tools/qmxadmin/copy
+  tests/tools/qmxadmin/interrupted_expansion_test.cpp
+  tests/tools/qmxadmin/method_test.cpp
+  tests/tools/qmxadmin/refused_expansion_test.cpp
+  tests/tools/qmxadmin/release_test.cpp
   tests/tools/qmxadmin/runs
+  tests/tools/qmxadmin/settings_file_test.cpp
+  tests/tools/qmxadmin/status_test.cpp
   tests/tools/qmxadmin/verify
   # Pseudo-terminals and signals. tests/windows runs the programs in a terminal.
   tests/platform/progress/terminal_progress_test.cpp
