@@ -38,8 +38,9 @@ Variant FromUnknown(IUnknown* unknown) {
   if (!unknown) return Object();
   ComPtr<IDispatch> dispatch;
   const HRESULT result = unknown->QueryInterface(IID_IDispatch, dispatch.UntypedReceiver());
-  if (SUCCEEDED(result) && dispatch) return ObjectFrom(dispatch.Get());
-  Refuse("an object without IDispatch, which cannot be called by name: " + DescribeHresult(result));
+  if (dispatch) return ObjectFrom(dispatch.Get());
+  Refuse("an object without IDispatch, which cannot be called by name: " +
+         DescribeHresult(FAILED(result) ? result : E_NOINTERFACE));
 }
 
 Variant FromErrorValue(SCODE code) {

@@ -23,6 +23,7 @@ erp=$folder/orvan.db
 "$linux/bin/orvan-sandbox" make "$erp" --seed 1 --employees 8 --orders 40 >/dev/null
 "$linux/bin/qmxadmin" init "Provider=SQLite;Mode=Create;Data Source=$folder/linux/local.db" "" >/dev/null
 cp "$folder/linux/local.db" "$folder/windows/local.db"
+cp "$folder/linux/local.db" "$folder/new.db"
 
 run=0
 # copy REQUEST [ERP-FILE]: on both systems, each with its own local database, trace and message board.
@@ -77,7 +78,7 @@ call="during getServiceType of ServiceTypes.ServiceTypesManager: the table stays
 ends() {
   local first
   rm -f "$folder"/ending/local.db*
-  cp "$folder/linux/local.db" "$folder/ending/local.db"
+  cp "$folder/new.db" "$folder/ending/local.db"
   first=$(QMX_COMPONENTS=$(wine_path "$folder/none") QMX_TEST_AT=getServiceType QMX_TEST_CALL=5 QMX_TEST_DO=$1 LC_ALL=C \
     wine "$windows/bin/qmxdatacopy.exe" \
     "Provider=SQLite;Data Source=$(wine_path "$folder/ending/local.db"),,tsmdm030,$(wine_path "$folder/ending"),a,b,7" \

@@ -122,10 +122,11 @@ TEST(AComponentsValue, MayBeNoObject) {
 }
 
 TEST(AComponentsValue, OfAnObjectThatCannotBeCalledByNameIsRefused) {
-  const ComPtr<IUnknown> object = ObjectWithoutDispatch();
-  EXPECT_EQ(Refusal(VT_UNKNOWN, [&](VARIANT& v) { v.punkVal = object.Get(); }),
-            "Type mismatch: the component gave an object without IDispatch, which cannot be called by name: " +
-                DescribeHresult(E_NOINTERFACE) + ".");
+  for (const ComPtr<IUnknown>& object : {ObjectWithoutDispatch(), ObjectThatGivesNothing()}) {
+    EXPECT_EQ(Refusal(VT_UNKNOWN, [&](VARIANT& v) { v.punkVal = object.Get(); }),
+              "Type mismatch: the component gave an object without IDispatch, which cannot be called by name: " +
+                  DescribeHresult(E_NOINTERFACE) + ".");
+  }
 }
 
 TEST(AComponentsValue, OfAnArrayIsRefused) {
