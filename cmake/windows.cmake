@@ -21,9 +21,6 @@ set(QMX_DRIVE Z:)
 # Half of the build's time would go into optimising tests.
 target_compile_options(qmx_test_options INTERFACE -O0)
 set(ZLIB_USE_STATIC_LIBS ON)
-# The installer functions of ODBC are in another library there.
-add_library(odbcinst INTERFACE IMPORTED GLOBAL)
-target_link_libraries(odbcinst INTERFACE odbccp32)
 
 # COM takes the place of the bridge to Java there. The others are Debian's packages, and what measures and searches on Linux.
 set(QMX_LEFT_OUT bench bridges packaging sandbox/java docs/examples/java)

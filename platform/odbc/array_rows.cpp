@@ -9,6 +9,7 @@
 
 #include "platform/execution.h"
 #include "platform/odbc/connection.h"
+#include "platform/odbc/driver_manager.h"
 #include "platform/odbc/statement.h"
 
 namespace qmx {
@@ -19,6 +20,35 @@ using Kind = Variant::Kind;
 constexpr std::size_t kMostRows = 1000;      // with 500 a copy takes up to a tenth longer, for 2 MiB less
 constexpr std::size_t kMostBytes = 4 << 20;  // of all arrays: a long text makes its whole array wide
 
+void Put(const void* value, std::size_t size, std::size_t row, ParameterArray& array) {
+  std::memcpy(array.cells.data() + row * array.width, value, size);
+  array.lengths[row] = static_cast<SQLLEN>(size);
+}
+
+// How texts are sent.
+struct Utf8Cells {
+  using Character = char;
+  static constexpr SQLSMALLINT kCType = SQL_C_CHAR;
+  static constexpr SQLSMALLINT kSqlType = SQL_VARCHAR;
+
+  void Put(const std::string& text, std::size_t row, ParameterArray& array) {
+    qmx::Put(text.data(), text.size(), row, array);
+  }
+};
+struct WideCells {
+  using Character = SQLWCHAR;
+  static constexpr SQLSMALLINT kCType = SQL_C_WCHAR;
+  static constexpr SQLSMALLINT kSqlType = SQL_WVARCHAR;
+
+  void Put(const std::string& text, std::size_t row, ParameterArray& array) {
+    ToWide(text, wide);
+    qmx::Put(wide.data(), wide.size() * sizeof(SQLWCHAR), row, array);
+  }
+
+  WideText wide{};  // a buffer
+};
+
+template <typename Cells>
 ParameterArray ArrayFor(Kind kind) {
   switch (kind) {
     case Kind::Boolean:
@@ -30,18 +60,14 @@ ParameterArray ArrayFor(Kind kind) {
     case Kind::Double:
       return {SQL_C_DOUBLE, SQL_DOUBLE, sizeof(double)};
     default:  // the length of a date-time's text
-      return {SQL_C_CHAR, SQL_VARCHAR, 19};
+      return {Cells::kCType, Cells::kSqlType, 19 * sizeof(typename Cells::Character)};
   }
 }
 
-void Put(const void* value, std::size_t size, std::size_t row, ParameterArray& array) {
-  std::memcpy(array.cells.data() + row * array.width, value, size);
-  array.lengths[row] = static_cast<SQLLEN>(size);
-}
-
-void Put(const Variant& value, Kind kind, std::size_t row, ParameterArray& array) {
+template <typename Cells>
+void Put(const Variant& value, Kind kind, std::size_t row, ParameterArray& array, Cells& cells) {
   const auto put = [&](auto number) { Put(&number, sizeof number, row, array); };
-  const auto putText = [&](const std::string& text) { Put(text.data(), text.size(), row, array); };
+  const auto putText = [&](const std::string& text) { cells.Put(text, row, array); };
   if (value.IsEmpty() || value.IsNull()) {
     array.lengths[row] = SQL_NULL_DATA;
   } else if (kind == Kind::Boolean) {
@@ -57,13 +83,14 @@ void Put(const Variant& value, Kind kind, std::size_t row, ParameterArray& array
   }
 }
 
+template <typename Cells>
 class ArrayRows : public DriverRows {
  public:
   ArrayRows(OdbcConnection& connection, const RowInsert& insert, std::unique_ptr<DriverRows> otherwise)
       : connection_(connection), statement_(connection, insert.Text()), otherwise_(std::move(otherwise)) {
     for (const ColumnDescription& column : insert.columns) {
       kinds_.push_back(column.type);
-      arrays_.push_back(ArrayFor(column.type));
+      arrays_.push_back(ArrayFor<Cells>(column.type));
     }
   }
 
@@ -123,7 +150,7 @@ class ArrayRows : public DriverRows {
     }
     for (std::size_t row = 0, at = 0; row < rows; ++row) {
       for (std::size_t column = 0; column < arrays_.size(); ++column, ++at) {
-        Put(values[at], kinds_[column], row, arrays_[column]);
+        Put(values[at], kinds_[column], row, arrays_[column], cells_);
       }
     }
     for (std::size_t column = 0; column < arrays_.size(); ++column) statement_.BindArray(column, arrays_[column]);
@@ -136,12 +163,13 @@ class ArrayRows : public DriverRows {
   std::size_t RowsThatFit(std::span<const Variant> values) {
     const auto excess = [&](std::size_t column, const Variant& value) {
       const std::string* text = value.IfText();
-      return text && text->size() > arrays_[column].width ? text->size() - arrays_[column].width : 0;
+      const std::size_t size = text ? text->size() * sizeof(typename Cells::Character) : 0;  // at most
+      return size > arrays_[column].width ? size - arrays_[column].width : 0;
     };
     const std::size_t columns = arrays_.size();
     std::size_t width = 0;
     for (std::size_t column = 0; column < columns; ++column) {
-      arrays_[column].width = ArrayFor(kinds_[column]).width;
+      arrays_[column].width = ArrayFor<Cells>(kinds_[column]).width;
       width += arrays_[column].width;
     }
     std::size_t rows = 0;
@@ -162,6 +190,7 @@ class ArrayRows : public DriverRows {
   std::unique_ptr<DriverRows> otherwise_;
   std::vector<Kind> kinds_;
   std::vector<ParameterArray> arrays_;  // their memory is used again
+  Cells cells_;
   bool isTrusted_ = false;
   bool isRefused_ = false;
 };
@@ -172,8 +201,10 @@ std::unique_ptr<DriverRows> RowsByArrays(OdbcConnection& connection, const RowIn
                                          std::unique_ptr<DriverRows> otherwise) {
   const auto isOfAnyType = [](const ColumnDescription& column) { return column.type == Kind::Empty; };
   if (std::any_of(insert.columns.begin(), insert.columns.end(), isOfAnyType)) return otherwise;
+  if (!kNarrowTextsAreUnchanged)
+    return std::make_unique<ArrayRows<WideCells>>(connection, insert, std::move(otherwise));
   if (!connection.IsUtf8()) return otherwise;
-  return std::make_unique<ArrayRows>(connection, insert, std::move(otherwise));
+  return std::make_unique<ArrayRows<Utf8Cells>>(connection, insert, std::move(otherwise));
 }
 
 }  // namespace qmx

@@ -8,6 +8,7 @@
 
 #include "platform/execution.h"
 #include "platform/odbc/answers.h"
+#include "platform/odbc/driver_manager.h"
 #include "platform/odbc/statement.h"
 #include "platform/odbc/unicode.h"
 
@@ -63,7 +64,7 @@ OdbcConnection::OdbcConnection(const std::string& text, Watchdog& watchdog)
   }
   identifierQuote_ = Info(SQL_IDENTIFIER_QUOTE_CHAR);
   for (const std::string& setting : dialect_->settings) Run(setting);
-  isUtf8_ = !dialect_->utf8Query.empty() && AskText(dialect_->utf8Query) == "1";
+  isUtf8_ = kNarrowTextsAreUnchanged && !dialect_->utf8Query.empty() && AskText(dialect_->utf8Query) == "1";
   isInCluster_ = IsInCluster();
   CausalReads(true);
 }

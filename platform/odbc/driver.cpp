@@ -1,12 +1,12 @@
 #include "platform/odbc/driver.h"
 
-#include <odbcinst.h>
-
+#include <filesystem>
 #include <fstream>
 #include <string>
 
 #include "platform/error.h"
 #include "platform/odbc/connection_string.h"
+#include "platform/odbc/driver_manager.h"
 #include "platform/odbc/session.h"
 
 namespace qmx {
@@ -16,7 +16,7 @@ constexpr const char* kFile = "FILEDSN";
 
 // The driver manager joins the file's lines with ";", so a value without braces would end at its first ";".
 void RequireBracedValues(const std::string& file) {
-  std::ifstream lines(file);
+  std::ifstream lines{std::filesystem::path(file)};
   std::string line;
   for (int number = 1; std::getline(lines, line); ++number) {
     const std::size_t equals = line.find('=');
@@ -31,16 +31,11 @@ void RequireBracedValues(const std::string& file) {
   }
 }
 
-// The driver manager reads such a file for narrow connection texts only. Keywords of the text override those of the
-// file.
+// Keywords of the text override those of the file.
 std::string WithFileRead(const ConnectionText& text) {
   const std::optional<std::string> file = text.Get(kFile);
   if (!file) return text.Text();
-  std::string pairs(16 * 1024, '\0');
-  WORD length = 0;
-  const BOOL isRead =
-      SQLReadFileDSN(file->c_str(), "ODBC", nullptr, pairs.data(), static_cast<WORD>(pairs.size()), &length);
-  pairs.resize(isRead ? length : 0);
+  const std::string pairs = ReadDataSourceFile(*file);
   if (pairs.empty()) {
     throw Error(errors::kProviderUnspecified, "ODBC",
                 "The data source file " + *file + " cannot be read or has no section [ODBC].")

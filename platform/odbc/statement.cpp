@@ -86,9 +86,13 @@ ColumnDescription OdbcDriverStatement::Describe(SQLUSMALLINT column) const {
           KindOfSqlType(ask(SQL_DESC_CONCISE_TYPE), typeName, ask(SQL_DESC_UNSIGNED) == SQL_TRUE)};
 }
 
-void OdbcDriverStatement::Bind(std::size_t parameter, const Variant& value) {
+inline OdbcDriverStatement::Parameter& OdbcDriverStatement::Place(std::size_t parameter) {
   while (parameters_.size() <= parameter) parameters_.emplace_back();
-  Parameter& place = parameters_[parameter];
+  return parameters_[parameter];
+}
+
+void OdbcDriverStatement::Bind(std::size_t parameter, const Variant& value) {
+  Parameter& place = Place(parameter);
   SQLSMALLINT cType = SQL_C_WCHAR;
   SQLSMALLINT sqlType = SQL_WVARCHAR;
   SQLULEN size = 1;
@@ -122,11 +126,7 @@ void OdbcDriverStatement::Bind(std::size_t parameter, const Variant& value) {
         RequireUtf8(*text);
         return BindUtf8(parameter, *text);
       }
-      ToWide(*text, place.text);
-      data = place.text.data();
-      size = std::max<SQLULEN>(1, place.text.size());
-      place.indicator = Bytes(place.text.size());
-      break;
+      return BindWide(parameter, *text);
     }
   }
   statement_.Check(SQLBindParameter(statement_.Get(), static_cast<SQLUSMALLINT>(parameter + 1), SQL_PARAM_INPUT, cType,
@@ -139,9 +139,18 @@ std::string OdbcDriverStatement::TextOf(const Variant& value) const {
   return isFull ? value.ToDateTime().ToFullText() : value.ToText();
 }
 
+void OdbcDriverStatement::BindWide(std::size_t parameter, const std::string& text) {
+  Parameter& place = Place(parameter);
+  ToWide(text, place.text);
+  place.indicator = Bytes(place.text.size());
+  const SQLULEN size = std::max<SQLULEN>(1, place.text.size());
+  statement_.Check(SQLBindParameter(statement_.Get(), static_cast<SQLUSMALLINT>(parameter + 1), SQL_PARAM_INPUT,
+                                    SQL_C_WCHAR, SQL_WVARCHAR, size, 0, place.text.data(), place.indicator,
+                                    &place.indicator));
+}
+
 void OdbcDriverStatement::BindUtf8(std::size_t parameter, const std::string& text) {
-  while (parameters_.size() <= parameter) parameters_.emplace_back();
-  SQLLEN& length = parameters_[parameter].indicator;
+  SQLLEN& length = Place(parameter).indicator;
   length = static_cast<SQLLEN>(text.size());
   const SQLULEN size = std::max<SQLULEN>(1, text.size());
   statement_.Check(SQLBindParameter(statement_.Get(), static_cast<SQLUSMALLINT>(parameter + 1), SQL_PARAM_INPUT,
@@ -149,8 +158,9 @@ void OdbcDriverStatement::BindUtf8(std::size_t parameter, const std::string& tex
 }
 
 void OdbcDriverStatement::BindArray(std::size_t parameter, ParameterArray& array) {
+  const SQLULEN size = array.cType == SQL_C_WCHAR ? array.width / sizeof(SQLWCHAR) : array.width;
   statement_.Check(SQLBindParameter(statement_.Get(), static_cast<SQLUSMALLINT>(parameter + 1), SQL_PARAM_INPUT,
-                                    array.cType, array.sqlType, array.width, 0, array.cells.data(),
+                                    array.cType, array.sqlType, size, 0, array.cells.data(),
                                     static_cast<SQLLEN>(array.width), array.lengths.data()));
 }
 

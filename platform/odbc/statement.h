@@ -17,7 +17,7 @@
 
 namespace qmx {
 
-// A parameter's values in many rows. Texts are UTF-8, each `width` bytes after the one before.
+// A parameter's values in many rows. Texts are UTF-8 or wide, each `width` bytes after the one before.
 struct ParameterArray {
   SQLSMALLINT cType;
   SQLSMALLINT sqlType;
@@ -33,8 +33,9 @@ class OdbcDriverStatement : public DriverStatement {
   const std::vector<ColumnDescription>& Columns() const override;
   void Bind(std::size_t parameter, const Variant& value) override;
   void BindUtf8(std::size_t parameter, const std::string& text);  // borrowed; for drivers that take UTF-8
-  void BindArray(std::size_t parameter, ParameterArray& array);   // borrowed
-  void ArraySize(std::size_t rows);                               // that the arrays hold
+  void BindWide(std::size_t parameter, const std::string& text);
+  void BindArray(std::size_t parameter, ParameterArray& array);  // borrowed
+  void ArraySize(std::size_t rows);                              // that the arrays hold
   bool Step() override;
   Variant Value(std::size_t column) override;
   std::int64_t RowsAffected() const override { return affected_; }
@@ -55,6 +56,7 @@ class OdbcDriverStatement : public DriverStatement {
 
   void Prepare();
   void Execute();
+  Parameter& Place(std::size_t parameter);
   template <typename Ask>
   auto Heard(Ask&& ask) const;  // of the server, whose silence makes the connection's state unknown
   bool Fetch();

@@ -8,6 +8,7 @@
 #include "platform/execution.h"
 #include "platform/join.h"
 #include "platform/odbc/catalog.h"
+#include "platform/odbc/driver_manager.h"
 #include "platform/odbc/statement.h"
 
 namespace qmx {
@@ -31,7 +32,8 @@ class UnnestRows : public DriverRows {
     }
     for (std::size_t column = 0; column < arrays_.size(); ++column) {
       arrays_[column].back() = '}';  // in place of the last ","
-      statement_.BindUtf8(column, arrays_[column]);
+      kNarrowTextsAreUnchanged ? statement_.BindUtf8(column, arrays_[column])
+                               : statement_.BindWide(column, arrays_[column]);
     }
     Execution(statement_).Run();
     return values.size() / arrays_.size();

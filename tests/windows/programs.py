@@ -4,6 +4,7 @@ import os
 import shutil
 import sqlite3
 import subprocess
+import tempfile
 from pathlib import Path
 
 TREE = Path(__file__).resolve().parents[2]
@@ -58,16 +59,18 @@ class Site:
         shutil.copy(local, self.folder / "local.db")
         self.environment = {"QMX_COMPONENTS": system.path(system.components), "QMX_MESSAGE_BOARD": "messages.txt"}
 
-    def start(self, name, *arguments, **variables):
+    def start(self, name, *arguments, stdout=subprocess.PIPE, stderr=subprocess.PIPE, **variables):
         environment = os.environ | self.system.variables() | self.environment | variables
         return subprocess.Popen([*self.system.program(name), *arguments], cwd=self.folder, env=environment, stdin=subprocess.DEVNULL,
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+                                stdout=stdout, stderr=stderr)
 
     def run(self, name, *arguments, **variables):
         """Returns the exit status, standard output and standard error."""
-        process = self.start(name, *arguments, **variables)
-        out, err = process.communicate(timeout=120)
-        return process.returncode, out.decode("utf-8", "backslashreplace"), err.decode("utf-8", "backslashreplace")
+        with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:  # Wine's services would keep a pipe open
+            status = self.start(name, *arguments, stdout=out, stderr=err, **variables).wait(timeout=120)
+            out.seek(0)
+            err.seek(0)
+            return status, *(file.read().decode("utf-8", "backslashreplace") for file in (out, err))
 
     def line(self, table, logs="log", erp="orvan.db", database="local.db"):
         return f"Provider=SQLite;Data Source={database}, local, {table}, {logs}, OrvanSandbox, {erp}, 17"

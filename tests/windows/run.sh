@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 source scripts/packages.sh
 
-install_packages "${windowsPackages[@]}" "${demoPackages[@]}"
+install_packages "${windowsPackages[@]}" "${demoPackages[@]}" "${serverPackages[@]}" libsqliteodbc
 scripts/windows_libraries.sh
 build_preset windows
 build_preset release qmxdatacopy qmxadmin orvan-sandbox orvan_sandbox qmx_sandbox_server
@@ -36,6 +36,7 @@ try endings_test python3 -B tests/windows/endings_test.py
 try qmxadmin_test python3 -B tests/windows/qmxadmin_test.py build/release
 try com tests/windows/com.sh build/release
 try zip_test python3 -B tests/windows/zip_test.py
+try odbc tests/servers/with_servers.sh tests/windows/odbc.sh
 if [ -n "$failed" ]; then
   echo "Failed:$failed"
   exit 1

@@ -53,19 +53,25 @@ class ZipFile(unittest.TestCase):
         (cls.folder / "data").mkdir()
         # A prefix whose only drives are its own C: and the unpacked folder, so nothing of the build is in reach.
         prefix = place / "prefix"
+        prefix.mkdir()
         cls.environment = {"PATH": "/usr/bin:/bin", "HOME": str(place), "LC_ALL": "C.UTF-8", "WINEPREFIX": str(prefix), "WINEDEBUG": "-all",
                            "WINEDLLOVERRIDES": "mscoree,mshtml="}
         cls.addClassCleanup(subprocess.run, ["wineserver", "-w"], env=cls.environment, check=False)
         cls.addClassCleanup(subprocess.run, ["wineserver", "-k"], env=cls.environment, check=False)
-        output("wineboot", "--init", env=cls.environment)
+        subprocess.run(["wineserver", "-p"], env=cls.environment, check=True)  # starting it for each program takes seconds
+        subprocess.run(["wineboot", "--init"], env=cls.environment, check=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL)
         (prefix / "dosdevices/z:").unlink()
         (prefix / "dosdevices/x:").symlink_to(cls.folder)
         cls.system = prefix / "drive_c/windows/system32"
 
     def wine(self, program, *arguments, status=0, **variables):
-        ended = subprocess.run(["wine", f"X:\\{program}", *arguments], cwd=self.folder / "data", env=self.environment | variables, check=False,
-                               stdin=subprocess.DEVNULL, capture_output=True, timeout=120)
-        out, err = ended.stdout.decode(), ended.stderr.decode("utf-8", "backslashreplace")
+        with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:  # Wine's services would keep a pipe open
+            ended = subprocess.run(["wine", f"X:\\{program}", *arguments], cwd=self.folder / "data", env=self.environment | variables, check=False,
+                                   stdin=subprocess.DEVNULL, stdout=out, stderr=err, timeout=120)
+            out.seek(0)
+            err.seek(0)
+            out, err = (file.read().decode("utf-8", "backslashreplace") for file in (out, err))
         self.assertEqual(ended.returncode, status, out + err)
         return out if status == 0 else out + err
 
@@ -97,6 +103,17 @@ class ZipFile(unittest.TestCase):
             self.assertIn("KERNEL32.dll", names, file)
             foreign = [name for name in names if not (self.system / name.lower()).exists()]
             self.assertEqual(foreign, [], file)
+
+    def test_texts_go_to_odbc_through_its_wide_functions_alone(self):
+        for name in ("qmxdatacopy.exe", "qmxadmin.exe"):
+            imports = output("x86_64-w64-mingw32-objdump", "-p", self.folder / name)
+            table = imports.partition("DLL Name: ODBC32.dll")[2].partition("DLL Name:")[0]
+            functions = set(re.findall(r"\b(SQL\w+)\b", table))
+            self.assertIn("SQLDriverConnectW", functions)
+            without_texts = {"SQLAllocHandle", "SQLBindParameter", "SQLDisconnect", "SQLEndTran", "SQLExecute", "SQLFetch", "SQLFreeHandle", "SQLFreeStmt",
+                             "SQLGetData", "SQLNumResultCols", "SQLRowCount", "SQLSetEnvAttr"}
+            self.assertEqual({function for function in functions if not function.endswith("W")} - without_texts, set(), name)
+            self.assertNotIn("ODBCCP32", imports)
 
     def test_programs_have_version_manifest_and_icon(self):
         for name in PROGRAMS:

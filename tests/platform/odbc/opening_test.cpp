@@ -117,10 +117,9 @@ TEST_P(OpeningOverOdbc, AValueWithASemicolonInAFileNeedsBraces) {
   WriteFile(folder / "local.dsn", "[ODBC]\n; a note\n" + AsLines() + "PWD = hush;hush=hush\n");
   const Error error = RaisedByOpening("FILEDSN=" + folder / "local.dsn");
   EXPECT_EQ(error.Number(), 5);
-  EXPECT_THAT(
-      error.Description(),
-      testing::MatchesRegex("The data source file .*/local\\.dsn, line [0-9]+: the value holds a \";\"\\. Put it in "
-                            "braces, with \"}\" doubled inside\\."));
+  EXPECT_THAT(error.Description(), testing::StartsWith("The data source file " + folder / "local.dsn" + ", line "));
+  EXPECT_THAT(error.Description(),
+              testing::EndsWith(": the value holds a \";\". Put it in braces, with \"}\" doubled inside."));
   EXPECT_THAT(DescribeChain(error), Not(HasSubstr("hush")));
 
   CreatePeople();
