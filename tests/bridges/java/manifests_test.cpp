@@ -45,6 +45,23 @@ TEST_F(JavaManifests, MayNameAnotherClass) {
       "bridge.Values");
 }
 
+TEST_F(JavaManifests, MayHaveProgIdsOfAnyLettersAndLength) {
+  const std::string longName = "Name." + std::string(1000, 'x');
+  for (const std::string& progId : {std::string("Gr\u00F6\u00DFe.\u65E5\u8A8C.\U0001F600"), longName}) {
+    const std::string lines = "progid = " + progId + "\nsetting class " + progId + " = bridge.Values\n";
+    EXPECT_EQ(ClassOf(kJavaSettings + lines, progId.c_str()), "bridge.Values");
+  }
+}
+
+TEST_F(JavaManifests, NameAMissingClassOfAnyLettersAndLength) {
+  for (const std::string& name : {std::string("bridge.Gr\u00F6\u00DFe"), std::string("bridge.\U0001F600"),
+                                  "bridge." + std::string(100000, 'x')}) {
+    const Error error = Raised([&] { components.CreateObject(name); });
+    EXPECT_EQ(error.Number(), 429);
+    EXPECT_THAT(error.Description(), HasSubstr("the class " + name + " is not there"));
+  }
+}
+
 TEST_F(JavaManifests, WithAPatternFindClassesInAnyCase) {
   EXPECT_EQ(ClassOf(kJavaSettings + "progid = bridge.*\n", "bridge.Values"), "bridge.Values");
   EXPECT_EQ(ClassOf(kJavaSettings + "progid = *\n", "BRIDGE.values"), "bridge.Values");
