@@ -5,6 +5,7 @@
 #include "platform/com/com_type.h"
 #include "platform/com/known_objects.h"
 #include "platform/com/variant_values.h"
+#include "platform/described_call.h"
 #include "platform/interruptible_call.h"
 #include "platform/interruption.h"
 #include "platform/running_call.h"
@@ -34,25 +35,11 @@ inline void ComObject::Call(DISPID id, const Member& member, DISPPARAMS& paramet
     Raise(answer, member, parameters.cArgs, wrongArgument, exception);
 }
 
-template <typename Body>
-inline Variant ComObject::Described(const Member& member, Body&& body) const {
-  try {
-    return body();
-  } catch (Error& error) {
-    Describe(error, member);
-    throw;
-  } catch (...) {
-    Error error = CurrentError();  // an exception of the component, or no memory
-    Describe(error, member);
-    throw error;
-  }
-}
-
 Variant ComObject::Invoke(const Member& member, std::span<const Argument> arguments) {
   const Member::Site& site = member.LastFound();
   if (!type_ || site.type != type_ || !arguments.empty() || Interruption::IsRequested())
     return InvokeOther(member, arguments);
-  return Described(member, [&] {
+  return Described(*this, member, [&] {
     const RunningCall running(fromProgId_, site.name);
     DISPPARAMS none{};
     OwnedVariant result;
@@ -62,7 +49,7 @@ Variant ComObject::Invoke(const Member& member, std::span<const Argument> argume
 }
 
 Variant ComObject::InvokeOther(const Member& member, std::span<const Argument> arguments) {
-  return Described(member, [&] {
+  return Described(*this, member, [&] {
     if (MayBeInterrupted(fromProgId_, member.Name())) Interruption::RaiseIfRequested();
     const Member::Site found = Find(member);
     ComArguments list(arguments);

@@ -44,8 +44,6 @@ class ComObject final : public Dispatch {
   void Call(DISPID id, const Member& member, DISPPARAMS& parameters, VARIANT* result);
   [[noreturn, gnu::noinline]] void Raise(HRESULT result, const Member& member, std::size_t argumentCount,
                                          UINT wrongArgument, Exception& exception) const;
-  template <typename Body>
-  Variant Described(const Member& member, Body&& body) const;
   std::string Name() const;
 
   std::shared_ptr<ComApartment> apartment_;  // the first member, because it is released last

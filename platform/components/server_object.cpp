@@ -1,5 +1,6 @@
 #include "platform/components/server_object.h"
 
+#include "platform/described_call.h"
 #include "platform/interruptible_call.h"
 #include "platform/interruption.h"
 #include "platform/running_call.h"
@@ -43,25 +44,11 @@ inline void ServerObject::Call(std::int32_t id, qmx_value* const* arguments, std
   if (status != QMX_OK) Raise(status, error);
 }
 
-template <typename Body>
-inline Variant ServerObject::Described(const Member& member, Body&& body) const {
-  try {
-    return body();
-  } catch (Error& error) {
-    Describe(error, member);
-    throw;
-  } catch (...) {
-    Error error = CurrentError();  // an exception of the server, or no memory
-    Describe(error, member);
-    throw error;
-  }
-}
-
 Variant ServerObject::Invoke(const Member& member, std::span<const Argument> arguments) {
   const Member::Site& site = member.LastFound();
   if (site.type != object_->type || !arguments.empty() || Interruption::IsRequested())
     return InvokeOther(member, arguments);
-  return Described(member, [&] {
+  return Described(*this, member, [&] {
     const RunningCall running(fromProgId_, site.name);
     qmx_value result;
     Call(site.id, nullptr, 0, result);
@@ -70,7 +57,7 @@ Variant ServerObject::Invoke(const Member& member, std::span<const Argument> arg
 }
 
 Variant ServerObject::InvokeOther(const Member& member, std::span<const Argument> arguments) {
-  return Described(member, [&] {
+  return Described(*this, member, [&] {
     if (MayBeInterrupted(fromProgId_, member.Name())) Interruption::RaiseIfRequested();
     Member::Site& site = member.LastFound();
     if (site.type != object_->type) site = Find(member);

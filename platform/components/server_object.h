@@ -30,8 +30,6 @@ class ServerObject final : public Dispatch {
   [[gnu::noinline]] Variant InvokeOther(const Member& member, std::span<const Argument> arguments);
   Member::Site Find(const Member& member);
   void Call(std::int32_t id, qmx_value* const* arguments, std::size_t count, qmx_value& result);
-  template <typename Body>
-  Variant Described(const Member& member, Body&& body) const;
   [[noreturn]] void Raise(qmx_status status, const qmx_error& error) const;
   std::string Name() const;
 

@@ -3,6 +3,7 @@
 # in the prefix of tests/windows/run.sh.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
+export LC_ALL=C.UTF-8  # for the letters in names of files and in statements
 bin=$PWD/build/windows/bin
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
