@@ -4,9 +4,10 @@
 // arguments, separated by " | ". A line break inside a text is shown as " / ", so a call stays one line.
 #include "binding/server.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <iostream>
+
+#include "scheduling/message_board.h"
 
 namespace {
 
@@ -31,8 +32,8 @@ void Show(const std::string& call, Arguments arguments) {
   for (std::size_t i = 0; i < arguments.size(); ++i) line += " | " + OneLine(arguments[i].Shown());
   line += '\n';
 
-  const char* board = std::getenv("QMX_MESSAGE_BOARD");
-  if (!board || !*board) {
+  const std::filesystem::path board = orvan::MessageBoard();
+  if (board.empty()) {
     std::cerr << line << std::flush;
     return;
   }
@@ -40,7 +41,7 @@ void Show(const std::string& call, Arguments arguments) {
   file << line << std::flush;
   if (!file)
     throw Failure(orvan::kFileUnusable, "QmxSandboxServer",
-                  std::string("The message board \"") + board +
+                  "The message board \"" + board.string() +
                       "\" cannot be written. Check the path in QMX_MESSAGE_BOARD, the folder's rights and the disk.");
 }
 

@@ -45,6 +45,13 @@ TEST_F(SchedulingServer, AppendsToTheBoard) {
   EXPECT_EQ("before\nstatus | 1 | t | 40\n", ReadFile(Board()));
 }
 
+TEST_F(SchedulingServer, WritesToABoardWithLettersOfAnyScript) {
+  const std::filesystem::path file = folder_.Path() / "Größe Δ 日誌.txt";
+  const EnvironmentVariable board("QMX_MESSAGE_BOARD", file.string().c_str());
+  components_.CreateObject("QMXServer20.ClientRequests").Call("UpdateStatusByTalbe", 1, "t", 40);
+  EXPECT_EQ("status | 1 | t | 40\n", ReadFile(file));
+}
+
 TEST_F(SchedulingServer, WritesToStandardErrorWithoutABoard) {
   const EnvironmentVariable board("QMX_MESSAGE_BOARD", nullptr);
   testing::internal::CaptureStderr();
