@@ -57,9 +57,7 @@ bool Is32Bit(const std::filesystem::path& file) {
 }
 
 // Whether the registry can have a key of that name.
-bool CanBeRegistered(std::string_view progId) {
-  return !progId.empty() && progId.find_first_of(std::string_view("\\\0", 2)) == std::string_view::npos;
-}
+bool CanBeRegistered(std::string_view progId) { return !progId.empty() && progId.find('\0') == std::string_view::npos; }
 
 }  // namespace
 

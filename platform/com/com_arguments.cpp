@@ -47,14 +47,17 @@ auto ForArgument(std::size_t index, Body&& take) {
 
 }  // namespace
 
+static_assert(sizeof(OwnedVariant) == sizeof(VARIANT), "COM reads an array of VARIANT");
+
 ComArguments::ComArguments(std::span<const Argument> arguments)
-    : arguments_(arguments), values_(arguments.size()), passed_(arguments.size()) {
-  for (std::size_t i = 0; i < values_.size(); ++i) {
-    VARIANT& value = *values_[i].Get();
+    : arguments_(arguments), variables_(arguments.size()), passed_(arguments.size()) {
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    VARIANT& passed = *passed_[arguments.size() - 1 - i].Get();
+    VARIANT& value = arguments[i].IsReference() ? *variables_[i].Get() : passed;
     ForArgument(i, [&] { ToVariant(arguments[i].Value(), value); });
-    passed_[values_.size() - 1 - i] = arguments[i].IsReference() ? ReferenceTo(value) : value;
+    if (arguments[i].IsReference()) passed = ReferenceTo(value);
   }
-  parameters_.rgvarg = passed_.data();
+  parameters_.rgvarg = passed_.empty() ? nullptr : passed_.front().Get();
   parameters_.cArgs = static_cast<UINT>(passed_.size());
 }
 
@@ -62,7 +65,7 @@ Variant ComArguments::Take(const VARIANT& result) {
   std::vector<std::pair<const Argument*, Variant>> written;
   for (std::size_t i = 0; i < arguments_.size(); ++i) {
     if (!arguments_[i].IsReference()) continue;
-    written.emplace_back(&arguments_[i], ForArgument(i, [&] { return FromVariant(values_[i].Value()); }));
+    written.emplace_back(&arguments_[i], ForArgument(i, [&] { return FromVariant(variables_[i].Value()); }));
   }
   Variant returned = FromVariant(result);
   for (auto& [variable, value] : written) variable->Write(std::move(value));

@@ -29,8 +29,8 @@ class ComArguments {
 
  private:
   std::span<const Argument> arguments_;
-  std::vector<OwnedVariant> values_;  // in the order of the arguments
-  std::vector<VARIANT> passed_;       // last argument first; borrows from values_
+  std::vector<OwnedVariant> variables_;  // those that references refer to, by the place of the argument
+  std::vector<OwnedVariant> passed_;     // last argument first; owned, because some components replace them
   DISPPARAMS parameters_{};
 };
 

@@ -32,6 +32,8 @@ ComPtr<IDispatch> FailingDispatch::Around(ComPtr<IDispatch> inner, FailingCalls&
 FailingDispatch::FailingDispatch(ComPtr<IDispatch> inner, FailingCalls& calls)
     : inner_(std::move(inner)), calls_(calls), kind_(TypeNameOf(*inner_)) {
   calls_.living.insert(this);
+  static DISPID lastId = 0;
+  if (calls_.haveOwnIds) firstId_ = lastId += 1000;
 }
 
 // The inner object's own interfaces are given, so that its server knows it when it comes back.
@@ -49,14 +51,26 @@ ULONG FailingDispatch::Release() {
   return left;
 }
 
+HRESULT FailingDispatch::GetTypeInfo(UINT index, LCID locale, ITypeInfo** information) {
+  return calls_.haveOwnIds ? E_NOTIMPL : inner_->GetTypeInfo(index, locale, information);
+}
+
+HRESULT FailingDispatch::GetIDsOfNames(REFIID id, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) {
+  const HRESULT found = inner_->GetIDsOfNames(id, names, count, locale, ids);
+  if (SUCCEEDED(found)) ids[0] += firstId_;
+  return found;
+}
+
 HRESULT FailingDispatch::Invoke(DISPID id, REFIID interfaceId, LCID locale, WORD flags, DISPPARAMS* parameters,
                                 VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) {
-  const Member& member = *MemberNames::OfTheProgram().Find(id - orvan::kFirstMember);
+  const DISPID innerId = id - firstId_;
+  const Member& member = *MemberNames::OfTheProgram().Find(innerId - orvan::kFirstMember);
   const bool isErps = kind_ != "messages" && kind_ != "requests";
   const bool failedBefore = isErps && calls_.failure && calls_.failure->isForGood && calls_.calls.HasStruck();
   const bool isStruck = calls_.calls.IsStruck(kind_ + '.' + std::string(member.Name()));
   if (isStruck || failedBefore) return calls_.failure->invoke(*parameters, *result, *exception, *wrongArgument);
-  const HRESULT answer = inner_->Invoke(id, interfaceId, locale, flags, parameters, result, exception, wrongArgument);
+  const HRESULT answer =
+      inner_->Invoke(innerId, interfaceId, locale, flags, parameters, result, exception, wrongArgument);
   if (SUCCEEDED(answer) && result->vt == VT_DISPATCH)
     result->pdispVal = Around(ComPtr<IDispatch>::Owning(result->pdispVal), calls_).Detach();
   return answer;

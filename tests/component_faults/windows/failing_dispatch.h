@@ -23,6 +23,7 @@ struct FailingCalls {
   PlannedCalls calls;
   const ComFailure* failure = nullptr;
   std::set<IUnknown*> living;  // all objects
+  bool haveOwnIds = false;     // each object has other ids of its members, and no type information
 
   void DisconnectAll() const;  // as if their process had ended
 };
@@ -36,12 +37,8 @@ class FailingDispatch final : public IDispatch {
   ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
   ULONG STDMETHODCALLTYPE Release() override;
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override { return inner_->GetTypeInfoCount(count); }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** information) override {
-    return inner_->GetTypeInfo(index, locale, information);
-  }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID id, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override {
-    return inner_->GetIDsOfNames(id, names, count, locale, ids);
-  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** information) override;
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID id, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID interfaceId, LCID locale, WORD flags, DISPPARAMS* parameters,
                                    VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) override;
 
@@ -53,6 +50,7 @@ class FailingDispatch final : public IDispatch {
   ComPtr<IDispatch> inner_;
   FailingCalls& calls_;
   std::string kind_;
+  DISPID firstId_ = 0;
 };
 
 }  // namespace qmx::test

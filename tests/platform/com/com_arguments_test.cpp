@@ -129,6 +129,24 @@ TEST(NoVariable, IsChangedWhenTheResultCannotBeTaken) {
   EXPECT_EQ(number, Variant(1));
 }
 
+// Against COM's rules, but some components convert their arguments where they are.
+TEST(AnArgument, ThatTheComponentReplacesIsReleasedOnce) {
+  const auto component = StubComponent::Make({});
+  const Object object = ObjectFrom(component.Get());
+  const ULONG before = component->references;
+  {
+    const Argument arguments[] = {Argument(object), Argument("text")};
+    ComArguments list(arguments);
+    VARIANT* const passed = list.Parameters().rgvarg;
+    EXPECT_EQ(VariantClear(&passed[1]), S_OK);
+    EXPECT_EQ(VariantClear(&passed[0]), S_OK);
+    passed[0].vt = VT_BSTR;
+    passed[0].bstrVal = NewBstr("another");
+    list.Take(VARIANT{});
+  }
+  EXPECT_EQ(component->references, before);
+}
+
 TEST(AnObjectAsAnArgument, IsReleasedAfterTheCall) {
   const auto component = StubComponent::Make({});
   const Object object = ObjectFrom(component.Get());
