@@ -7,9 +7,10 @@ export LC_ALL=C.UTF-8  # for the letters in names of files and in statements
 bin=$PWD/build/windows/bin
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
+wineserver -p || true  # until the prefix ends; starting it for each program takes seconds
 
-# Left out: data sources of the user, which Wine's ODBC does not find (they are in Linux' odbc.ini, and a test cannot name
-# another one), and the copy of a file whose name is Windows' for the test and Linux' for the driver.
+# Left out: data sources of the user (Wine's ODBC looks for them in Linux' odbc.ini, and a program of Windows cannot name another
+# one), and the copy of a file whose name is Windows' for the test and Linux' for the driver.
 leftOut='*.ADataSourceOfTheUsersServes/*:*.TheDefaultDatabaseIsTheOneThatIsRead/SQLiteOverOdbc'
 # Wide texts have another size, and reach connections whose narrow texts are not UTF-8.
 leftOut+=':*.MakeNoArrayWiderThanMemoryAllows/*:*.UseValuesIfTheConnectionsTextsAreNotUtf8/MariaDB'

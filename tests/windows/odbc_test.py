@@ -85,6 +85,10 @@ class CopiesOverOdbc:
         for site in self.sites:
             self.assertEqual(site.run("qmxadmin", "init", site.connection, "", "--quiet"), (0, "", ""))
 
+    def pairs(self):
+        """The keywords and values of the connection text."""
+        return re.findall(r"([^=;]+)=(\{(?:[^}]|\}\})*\}|[^;]*);?", self.windows.connection)
+
     def copy(self, site, table, connection=None):
         return site.run("qmxdatacopy", f"{connection or site.connection},,{table},log,OrvanSandbox,orvan.db,17")
 
@@ -135,11 +139,19 @@ class CopiesOverOdbc:
             err, windows_err = err.replace(name, "DATABASE"), windows_err.replace(name, "DATABASE")
         self.assertEqual(windows_err, err)
 
+    def test_a_data_source_serves(self):
+        """It is one of Linux, where Wine looks for it."""
+        names = {"SERVER": "Servername", "UID": "Username"} if isinstance(self.database, Postgresql) else {}
+        lines = "".join(f"{names.get(keyword, keyword)} = {value}\n" for keyword, value in self.pairs() if keyword != "PWD")
+        (self.place / "odbc.ini").write_text(f"[local]\n{lines}", encoding="utf-8")
+        password = "".join(f";PWD={value}" for keyword, value in self.pairs() if keyword == "PWD")
+        line = f"DSN=local{password},,tsmdm030,log,OrvanSandbox,orvan.db,17"
+        self.assertEqual(self.windows.run("qmxdatacopy", line, ODBCINI=str(self.place / "odbc.ini")), (0, "", ""))
+
     def test_the_file_of_a_data_source_serves(self):
-        pairs = re.findall(r"([^=;]+)=(\{(?:[^}]|\}\})*\}|[^;]*);?", self.windows.connection)
         folder = self.windows.folder / "Größe Ж"
         folder.mkdir(exist_ok=True)
-        lines = "".join(f"{keyword} = {value}\r\n" for keyword, value in pairs)
+        lines = "".join(f"{keyword} = {value}\r\n" for keyword, value in self.pairs())
         (folder / "örtlich Δ.dsn").write_text(f"[ODBC]\r\n; for the copies\r\n{lines}", encoding="utf-8", newline="")
         for path in (r"Größe Ж\örtlich Δ.dsn", WINDOWS.path(folder / "örtlich Δ.dsn")):
             self.assertEqual(self.copy(self.windows, "tsmdm030", f"FILEDSN={path}"), (0, "", ""))
