@@ -47,7 +47,7 @@ auto ForArgument(std::size_t index, Body&& take) {
 
 }  // namespace
 
-static_assert(sizeof(OwnedVariant) == sizeof(VARIANT), "COM reads an array of VARIANT");
+static_assert(sizeof(OwnedVariant) == sizeof(VARIANT));  // COM reads an array of VARIANT
 
 ComArguments::ComArguments(std::span<const Argument> arguments)
     : arguments_(arguments), variables_(arguments.size()), passed_(arguments.size()) {
