@@ -5,6 +5,7 @@
 
 #include <cerrno>
 
+#include "platform/windows/file_form.h"
 #include "platform/windows/file_owner.h"
 #include "platform/windows/handle.h"
 #include "platform/windows/system_codes.h"
@@ -30,11 +31,11 @@ PlainFile RefusedBy(DWORD code, const std::wstring& path) {
   return Refused(isFolder ? EISDIR : ErrnoOf(code));
 }
 
-bool IsSymbolicLink(HANDLE file) {
+// A file whose form Windows does not know is a plain one.
+FileForm FormOfOpened(HANDLE file) {
   FILE_ATTRIBUTE_TAG_INFO information{};
-  return GetFileInformationByHandleEx(file, FileAttributeTagInfo, &information, sizeof information) &&
-         (information.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-         information.ReparseTag == IO_REPARSE_TAG_SYMLINK;
+  const bool isKnown = GetFileInformationByHandleEx(file, FileAttributeTagInfo, &information, sizeof information);
+  return isKnown ? FormOf(information.FileAttributes, information.ReparseTag) : FileForm::Plain;
 }
 
 PlainFile Opened(Handle& file, FileUse use) {
@@ -62,8 +63,10 @@ PlainFile OpenPlainFile(const std::string& path, FileUse use) {
   const std::wstring wide = WideText(path);
   Handle asItIs(Open(wide, use, FILE_FLAG_OPEN_REPARSE_POINT));
   if (!asItIs) return RefusedBy(GetLastError(), wide);
-  if (!IsSymbolicLink(asItIs.Get())) return Opened(asItIs, use);
-  if (const std::string owner = StrangeOwner(asItIs.Get()); !owner.empty()) {
+  const FileForm form = FormOfOpened(asItIs.Get());
+  if (form == FileForm::Plain) return Opened(asItIs, use);
+  const std::string owner = form == FileForm::Link ? StrangeOwner(asItIs.Get()) : "";
+  if (!owner.empty()) {
     return Refused(EACCES, "is a symbolic link of the user " + owner +
                                "; only links of administrators and of the program's own user are followed");
   }
