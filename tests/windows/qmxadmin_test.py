@@ -1,88 +1,19 @@
 #!/usr/bin/env python3
-"""qmxadmin for Windows under Wine: its commands say and do what those of Linux say and do with the same files.
-
-    qmxadmin_test.py [LINUX-BUILD [WINDOWS-BUILD]]       (default: build/debug and build/windows)
-"""
+"""qmxadmin for Windows under Wine: its commands say and do what those of Linux say and do with the same files."""
 
 import datetime
 import json
-import os
 import re
-import shutil
-import sqlite3
-import subprocess
-import sys
-import tempfile
 import unittest
-from pathlib import Path
 
-TREE = Path(__file__).resolve().parents[2]
+from programs import BothSystems
+
 TODAY = datetime.date.today().isoformat()  # an expansion has no intervals of the past
 LAST_UPDATE = "2025-03-01 00:00:00"
 TABLES = 17
 
 
-class Site:
-    """A folder with a sandbox ERP, an empty local database, the logs, and one system's programs."""
-
-    def __init__(self, folder, build, wine):
-        self.folder, self.bin, self.wine = folder, build / "bin", wine
-        components = self.windows_path(build / "components") if wine else str(build / "components")
-        # Wine takes the names of files and the arguments in the locale's characters.
-        self.environment = {"QMX_COMPONENTS": components, "QMX_SETTINGS": "", "LC_ALL": "C.UTF-8" if wine else "C"}
-
-    @staticmethod
-    def windows_path(path):
-        return "Z:" + str(path).replace("/", "\\")
-
-    def run(self, name, *arguments, **variables):
-        """Returns the exit status, standard output and standard error."""
-        program = ["wine", self.bin / (name + ".exe")] if self.wine else [self.bin / name]
-        ended = subprocess.run([*program, *arguments], cwd=self.folder, env=os.environ | self.environment | variables, stdin=subprocess.DEVNULL,
-                               capture_output=True, timeout=300, check=False)
-        return ended.returncode, *(text.decode("utf-8", "backslashreplace") for text in (ended.stdout, ended.stderr))
-
-    def sql(self, statement):
-        database = sqlite3.connect(self.folder / "local.db")
-        with database:
-            rows = database.execute(statement).fetchall()
-        database.close()
-        return rows
-
-    def dump(self):
-        """Every row of every table. The last update times are those of the clock."""
-        tables = [name for (name,) in self.sql("select name from sqlite_master where type = 'table' order by name")]
-        rows = {table: sorted(self.sql(f"select * from {table}"), key=repr) for table in tables if table != "tstables"}
-        rows["tstables"] = self.sql("select TableName, in_use, freq, reqd, syme, lutm is not null from tstables order by 1")
-        return rows
-
-
-class Commands(unittest.TestCase):
-    builds = [TREE / "build" / "debug", TREE / "build" / "windows"]
-    maxDiff = 4000
-
-    @classmethod
-    def setUpClass(cls):
-        cls.place = Path(tempfile.mkdtemp(prefix="qmx-admin-"))
-        cls.addClassCleanup(shutil.rmtree, cls.place)
-        os.environ |= {"WINEPREFIX": str(cls.place / "prefix"), "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml="}
-        subprocess.run(["wineboot", "--init"], check=True, stdin=subprocess.DEVNULL, capture_output=True)
-        for end in ("-w", "-k"):  # in reverse order: the server writes into its folder until it has ended
-            cls.addClassCleanup(subprocess.run, ["wineserver", end], check=False)
-        made = Site(cls.place, cls.builds[0], False)
-        for arguments in (["orvan-sandbox", "make", "--today", TODAY, "orvan.db"], ["qmxadmin", "init", "Provider=SQLite;Data Source=local.db", ""]):
-            assert made.run(*arguments)[0] == 0
-
-    def setUp(self):
-        self.sites = []
-        for system, build in zip(("linux", "windows"), self.builds):
-            folder = Path(tempfile.mkdtemp(dir=self.place)) / system
-            (folder / "log").mkdir(parents=True)
-            for file in ("orvan.db", "local.db"):
-                shutil.copy(self.place / file, folder)
-            self.sites.append(Site(folder, build, system == "windows"))
-        self.linux, self.windows = self.sites
-
+class Commands(BothSystems):
     def database(self, name="local.db"):
         return [f"Provider=SQLite;Data Source={name}", ""]
 
@@ -94,7 +25,7 @@ class Commands(unittest.TestCase):
         answers = []
         for site in self.sites:
             answer = self.admin(site, command, *arguments, **more)
-            self.assertEqual(answer[0], status, (site.bin, answer))
+            self.assertEqual(answer[0], status, (site.system.bin, answer))
             texts = [text.replace("\r", "") for text in answer[1:]]
             for expression in without:
                 texts = [re.sub(expression, "", text) for text in texts]
@@ -183,5 +114,4 @@ class Commands(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    Commands.builds = [Path(given).resolve() for given in sys.argv[1:3]] + Commands.builds[len(sys.argv[1:3]) :]
-    unittest.main(argv=sys.argv[:1], verbosity=2)
+    unittest.main(verbosity=2)

@@ -51,10 +51,15 @@ class Terminal:
         return ESCAPES.sub("", shown).replace("\r", "").replace("\n", "")
 
     def end(self):
-        """Returns the exit status."""
+        """Returns the exit status. Wine's services may keep the terminal open."""
         end = time.monotonic() + LONG
-        while self._read():
+        ended, status = 0, 0
+        while not ended:
+            self._read()
             if time.monotonic() > end:
                 raise AssertionError(f"The program does not end. The terminal shows: {self.text()}")
+            ended, status = os.waitpid(self.child, os.WNOHANG)
+        while select.select([self.master], [], [], 0)[0] and self._read():
+            pass
         os.close(self.master)
-        return os.waitstatus_to_exitcode(os.waitpid(self.child, 0)[1])
+        return os.waitstatus_to_exitcode(status)
