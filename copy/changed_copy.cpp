@@ -106,21 +106,21 @@ void clsDataCopy::ApplyAuditEntries(const Audit& audit, const KeyCondition& sele
     for (;;) {
       keyBegins = 0;
       ++number;
-      if (!audit.reader.Call(kHasMoreElements).ToBoolean()) break;
+      if (!BooleanGivenBy(audit.reader, kHasMoreElements, audit.reader.Call(kHasMoreElements))) break;
       const Variant entry = RequiredObject(audit.reader, kNextElement, audit.reader.Call(kNextElement));
       const Variant tuple = entry.ToObject().Call(kGetTuple);
       const Object current =
           RequiredObject(audit.reader, kGetCurrentObject, audit.reader.Call(kGetCurrentObject, tuple));
 
-      if (audit.status.Call(kIsDeleted, entry).ToBoolean()) {
+      if (BooleanGivenBy(audit.status, kIsDeleted, audit.status.Call(kIsDeleted, entry))) {
         PutStatementOnKey(statement, remove, deleteKey, current);
         keyBegins = remove.size() + 1;
         LocalConnection->Execute(statement);
         Increment(DeleteCount);
         continue;
       }
-      const bool updated = audit.status.Call(kIsUpdated, entry).ToBoolean();
-      const bool inserted = audit.status.Call(kIsInserted, entry).ToBoolean();
+      const bool updated = BooleanGivenBy(audit.status, kIsUpdated, audit.status.Call(kIsUpdated, entry));
+      const bool inserted = BooleanGivenBy(audit.status, kIsInserted, audit.status.Call(kIsInserted, entry));
       if (!updated && !inserted) continue;
 
       PutStatementOnKey(statement, select, selectKey, current);

@@ -47,7 +47,8 @@ void clsDataCopy::CopyFull(const FullCopyPattern& table, const std::string& tabl
     if (enumeration) {
       WriteRows(tableCode, [&] {
         // An empty listing keeps the local rows: an ERP that lists nothing is probably not well.
-        if (enumeration.Call(kHasMoreElements).ToBoolean()) DeleteAllRecords(tableCode);
+        if (BooleanGivenBy(enumeration, kHasMoreElements, enumeration.Call(kHasMoreElements)))
+          DeleteAllRecords(tableCode);
         OpenTable(tableCode);
         RunTimeStamp = Now();
         AddRecords(enumeration, table.key, tableCode, setFields);
@@ -81,7 +82,7 @@ void clsDataCopy::OpenTable(const std::string& tableCode) {
 // Each AddNew saves the row before it. The caller saves the last one.
 void clsDataCopy::AddRecords(const Object& enumeration, const std::vector<Column>& key, const std::string& tableCode,
                              const Mapper& setFields) {
-  while (enumeration.Call(kHasMoreElements).ToBoolean()) {
+  while (BooleanGivenBy(enumeration, kHasMoreElements, enumeration.Call(kHasMoreElements))) {
     Object record;
     try {
       record = RequiredObject(enumeration, kNextElement, enumeration.Call(kNextElement));

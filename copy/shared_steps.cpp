@@ -51,7 +51,7 @@ Object clsDataCopy::RequiredObject(const Object& callee, const Member& member, V
 }
 
 Object clsDataCopy::FirstRecord(const Object& enumeration) {
-  if (!enumeration || !enumeration.Call(kHasMoreElements).ToBoolean()) return {};
+  if (!enumeration || !BooleanGivenBy(enumeration, kHasMoreElements, enumeration.Call(kHasMoreElements))) return {};
   return RequiredObject(enumeration, kNextElement, enumeration.Call(kNextElement));
 }
 

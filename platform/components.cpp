@@ -15,6 +15,15 @@ Object ObjectGivenBy(const Object& callee, const Member& member, Variant result)
   }
 }
 
+bool BooleanGivenBy(const Object& callee, const Member& member, const Variant& result) {
+  try {
+    return result.ToBoolean();
+  } catch (Error& error) {
+    callee.Target()->Describe(error, member);
+    throw;
+  }
+}
+
 void RaiseObjectNotSet(const Member& member) {
   throw Error(errors::kObjectNotSet, "Components", "Object variable not set: there is no object to call.")
       .With("member", std::string(member.Name()));

@@ -85,6 +85,9 @@ class Components {
 // Returns a call's result as an object. Another kind of value is error 13, which names the call.
 Object ObjectGivenBy(const Object& callee, const Member& member, Variant result);
 
+// Returns a call's result as a boolean. The error for a value that is none names the call.
+bool BooleanGivenBy(const Object& callee, const Member& member, const Variant& result);
+
 // Makes the call of Object::Call. Raises 91 on no object.
 inline Variant Invoke(const Object& object, const Member& member, std::span<const Argument> arguments) {
   if (!object) [[unlikely]]

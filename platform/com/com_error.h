@@ -10,7 +10,7 @@
 
 namespace qmx {
 
-// What a component tells of a failure (EXCEPINFO). Frees its texts.
+// A component's description of a failure (EXCEPINFO). Frees its texts.
 class Exception {
  public:
   Exception() = default;

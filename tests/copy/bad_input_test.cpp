@@ -169,6 +169,39 @@ TEST(BadInput, OfAListingThatIsATextNamesMemberAndTable) {
                                           "[member: List; table: tsmdm030]")));
 }
 
+TEST(BadInput, OfATextInPlaceOfAYesOrNoOfAListingNamesTheMember) {
+  CopyRig rig;
+  rig.erp.Serves(kServiceTypesManager, [&] {
+    const auto manager = rig.erp.Make("manager");
+    const auto listing = rig.erp.Make("listing");
+    listing->Gives("hasMoreElements", "yes");
+    manager->Takes("initialize", 1).Takes("Close", 0);
+    manager->On("List", 2, [listing](auto) { return Variant(Object(listing)); });
+    return Object(manager);
+  });
+  rig.Run("tsmdm030");
+  EXPECT_THAT(Chain(rig), HasSubstr("because of error 13, Values: Type mismatch: the text 'yes' is not a number. "
+                                    "[member: hasMoreElements]"));
+}
+
+TEST(BadInput, OfATextInPlaceOfAYesOrNoOfTheAuditNamesTheMember) {
+  for (const char* member : {"isDeleted", "isUpdated", "isInserted"}) {
+    CopyRig rig;
+    ByChange(rig, {Inserted({{"getServiceType", "A"}})});
+    rig.erp.Serves("audit.RecordStatus", [&] {
+      const auto status = rig.erp.Make("status");
+      for (const char* flag : {"isDeleted", "isUpdated", "isInserted"}) {
+        const bool isText = std::string_view(flag) == member;
+        status->On(flag, 1, [isText](auto) { return isText ? Variant("yes") : Variant(false); });
+      }
+      return Object(status);
+    });
+    rig.Run("tsmdm030");
+    EXPECT_THAT(Chain(rig), HasSubstr("Type mismatch: the text 'yes' is not a number. [member: " + std::string(member) +
+                                      "; table: tsmdm030; audit entry: 1]"));
+  }
+}
+
 TEST(BadInput, OfAnAuditEntryThatIsNoObjectShowsItsNumber) {
   CopyRig rig;
   ByChange(rig, {});
