@@ -51,6 +51,7 @@ class Endings(unittest.TestCase):
         terminal = self.admin_copy()
         terminal.press_ctrl_c()
         terminal.wait_for_text("Ctrl+C: no further copy is started.")
+        time.sleep(1)  # the copy hears of it on a thread of its own, and what it says is shown at its end only
         (self.waiting / "go").touch()
         self.assertEqual(terminal.end(), 1)
         self.assertIn("tsmdm030: interrupted", terminal.text())
