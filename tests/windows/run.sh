@@ -65,7 +65,8 @@ done
 # run_test NAME: prints how many tests passed and which were skipped, or all that a failed one said. No test is a failure.
 run_test() {
   local name=$1 log=$place/$1.log status=0 began=$SECONDS
-  local command=(wine "build/windows/bin/$name.exe" "--gtest_filter=-$leftOut")
+  # With CI=true a suite fails without database servers and Java. odbc.sh has the servers.
+  local command=(env --unset=CI wine "build/windows/bin/$name.exe" "--gtest_filter=-$leftOut")
   [ ! -e "tests/windows/$name.py" ] || command=(python3 -B "tests/windows/$name.py")
   [ "$name" != odbc ] || command=(tests/servers/with_servers.sh tests/windows/odbc.sh)
   export WINEPREFIX=$place/$lane
