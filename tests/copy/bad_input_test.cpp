@@ -181,7 +181,7 @@ TEST(BadInput, OfATextInPlaceOfAYesOrNoOfAListingNamesTheMember) {
   });
   rig.Run("tsmdm030");
   EXPECT_THAT(Chain(rig), HasSubstr("because of error 13, Values: Type mismatch: the text 'yes' is not a number. "
-                                    "[member: hasMoreElements]"));
+                                    "[member: hasMoreElements"));
 }
 
 TEST(BadInput, OfATextInPlaceOfAYesOrNoOfTheAuditNamesTheMember) {
@@ -198,7 +198,7 @@ TEST(BadInput, OfATextInPlaceOfAYesOrNoOfTheAuditNamesTheMember) {
     });
     rig.Run("tsmdm030");
     EXPECT_THAT(Chain(rig), HasSubstr("Type mismatch: the text 'yes' is not a number. [member: " + std::string(member) +
-                                      "; table: tsmdm030; audit entry: 1]"));
+                                      "; table: tsmdm030; audit entry: 1"));
   }
 }
 
