@@ -4,8 +4,15 @@
 #include <windows.h>
 
 #include <cerrno>
+#include <functional>
+#include <optional>
 
+#include "platform/error.h"
+#include "platform/system/text_files.h"
 #include "platform/system/write_all.h"
+#include "platform/windows/handle.h"
+#include "platform/windows/plain_file_calls.h"
+#include "tests/support/raised.h"
 #include "tests/support/temp_folder.h"
 
 namespace qmx::test {
@@ -66,6 +73,69 @@ TEST_F(PlainFiles, AreNotFoldersAndNotBelowAMissingFolder) {
   EXPECT_EQ(OpenPlainFile(folder_.Path().string(), FileUse::Append).code, EISDIR);
   EXPECT_EQ(OpenPlainFile(folder_ / "none\\log", FileUse::Append).code, ENOENT);
   EXPECT_EQ(OpenPlainFile(folder_ / "none", FileUse::Input).code, ENOENT);
+}
+
+TEST_F(PlainFiles, ThatALinkOfTheProgramsUserStandsForAreOpened) {
+  const PlainFileCalls before = plainFileCalls;
+  plainFileCalls.formOf = [](HANDLE) { return FileForm::Link; };
+  const PlainFile log = OpenPlainFile(folder_ / "log", FileUse::Append);
+  plainFileCalls = before;
+  EXPECT_TRUE(log.stream) << log.reason;
+}
+
+// Another program that has the file open without sharing it, and closes it in one of the pauses.
+class HeldFiles : public PlainFiles {
+ protected:
+  HeldFiles() {
+    WriteFile(folder_ / "log", "before\n");
+    holder_.emplace(CreateFileW((folder_.Path() / "log").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    EXPECT_TRUE(*holder_);
+    pauses = 0;
+    milliseconds = 0;
+    whenPaused = [] {};
+    plainFileCalls.pause = [](DWORD time) {
+      ++pauses;
+      milliseconds += time;
+      whenPaused();
+    };
+  }
+  ~HeldFiles() override { plainFileCalls = before_; }
+
+  static inline int pauses;
+  static inline DWORD milliseconds;
+  static inline std::function<void()> whenPaused;
+  std::optional<Handle> holder_;
+
+ private:
+  PlainFileCalls before_ = plainFileCalls;
+};
+
+TEST_F(HeldFiles, AreOpenedOnceTheOtherProgramHasClosedThem) {
+  whenPaused = [this] {
+    if (milliseconds == 200) holder_.reset();
+  };
+  const PlainFile file = OpenPlainFile(folder_ / "log", FileUse::Append);
+  EXPECT_TRUE(file.stream) << file.reason;
+  EXPECT_EQ(pauses, 8);
+}
+
+TEST_F(HeldFiles, AreReadOnceTheOtherProgramHasClosedThem) {
+  whenPaused = [this] { holder_.reset(); };
+  EXPECT_TRUE(OpenPlainFile(folder_ / "log", FileUse::Input).stream);
+  EXPECT_EQ(pauses, 1);
+}
+
+TEST_F(HeldFiles, AreRefusedAfterASecondWithAnErrorThatSaysWho) {
+  SystemTextFiles files;
+  const Error error = Raised([&] { files.OpenForAppend(folder_ / "log", 1); });
+  EXPECT_EQ(error.Number(), errors::kPermissionDenied);
+  EXPECT_THAT(error.Description(), testing::EndsWith("log is open in another program, which does not share it"));
+  EXPECT_EQ(milliseconds, 1000U);
+}
+
+TEST_F(HeldFiles, AreNotWaitedForIfSomethingElseIsWrong) {
+  EXPECT_EQ(OpenPlainFile(folder_ / "none\\log", FileUse::Append).code, ENOENT);
+  EXPECT_EQ(pauses, 0);
 }
 
 }  // namespace

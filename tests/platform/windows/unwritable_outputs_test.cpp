@@ -38,7 +38,8 @@ TEST(AnUnwritableTraceOfWindows, IsAFileThatAnotherProgramKeepsToItself) {
   const TempFolder folder;
   const Handle other = KeptToItself(folder / "trace");
   EXPECT_EQ(Raised([&] { Trace trace(folder / "trace"); }).Description(),
-            "The trace file \"" + folder / "trace" + "\" that QMX_TRACE names cannot be written: Permission denied.");
+            "The trace file \"" + folder / "trace" +
+                "\" that QMX_TRACE names cannot be written: it is open in another program, which does not share it.");
 }
 
 class AnUnwritableRunRecordOfWindows : public testing::Test {
@@ -64,7 +65,8 @@ TEST_F(AnUnwritableRunRecordOfWindows, IsADevice) {
 TEST_F(AnUnwritableRunRecordOfWindows, IsAFileThatAnotherProgramKeepsToItself) {
   const Handle other = KeptToItself(folder_ / "QMXRuns.jsonl");
   Begin(folder_ / "QMXRuns.jsonl");
-  EXPECT_THAT(failures_.descriptions, ElementsAre(HasSubstr("cannot be written: Permission denied.")));
+  EXPECT_THAT(failures_.descriptions,
+              ElementsAre(HasSubstr("cannot be written: it is open in another program, which does not share it.")));
 }
 
 TEST(AFullDiskOfWindows, IsTheErrorOfAWrite) {
