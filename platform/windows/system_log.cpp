@@ -5,13 +5,13 @@
 #include <memory>
 
 #include "platform/event_log.h"
+#include "platform/windows/event_entry.h"
 #include "platform/windows/wide_text.h"
 
 namespace qmx {
 namespace {
 
-constexpr DWORD kAnyText = 1;                   // the message in the program's resources that is the entry's text
-constexpr std::size_t kMostInOneEntry = 31839;  // characters, which is Windows' limit
+constexpr DWORD kAnyText = 1;  // the message in the program's resources that is the entry's text
 
 struct CloseLog {
   void operator()(void* log) const { DeregisterEventSource(log); }
@@ -40,7 +40,7 @@ bool SendToSystemLog(const std::string& systemLog, DateTime, std::string_view te
   if (!IsRegistered(source)) return false;
   const std::unique_ptr<void, CloseLog> log(RegisterEventSourceW(nullptr, source.c_str()));
   if (!log) return false;
-  const std::wstring entry = WideText(text).substr(0, kMostInOneEntry);
+  const std::wstring entry = EventEntry(text);
   const wchar_t* texts[] = {entry.c_str()};
   const WORD kind = type == EventLog::kTypeError ? EVENTLOG_ERROR_TYPE : EVENTLOG_INFORMATION_TYPE;
   return ReportEventW(log.get(), kind, 0, kAnyText, nullptr, 1, 0, texts, nullptr);
