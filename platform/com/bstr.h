@@ -26,7 +26,7 @@ inline std::wstring_view View(BSTR text) {
 // Returns a new BSTR, which the caller owns. Raises 7 without memory.
 BSTR NewBstr(std::string_view text);
 
-// Frees a BSTR that a component has given.
+// Frees a BSTR that a component has given, or that nobody has taken over yet.
 class OwnedBstr {
  public:
   OwnedBstr() = default;
@@ -36,6 +36,7 @@ class OwnedBstr {
   OwnedBstr& operator=(const OwnedBstr&) = delete;
 
   BSTR* Receiver() { return &text_; }
+  BSTR Release() { return std::exchange(text_, nullptr); }
   std::wstring_view View() const { return qmx::View(text_); }
 
  private:

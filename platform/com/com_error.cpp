@@ -12,7 +12,8 @@ std::string Described(const FailedCall& call, std::int32_t number) {
     case errors::kNoSuchMember:
       return "The component has no member " + member + ".";
     case errors::kWrongArgumentCount:
-      return member + " does not take " + std::to_string(call.argumentCount) + " arguments.";
+      return member + " does not take " + std::to_string(call.argumentCount) +
+             (call.argumentCount == 1 ? " argument." : " arguments.");
     case errors::kTypeMismatch:
       if (!call.argument) return "Type mismatch: the component refuses the type of an argument of " + member + ".";
       return "Type mismatch: the component refuses the type of argument " + std::to_string(*call.argument) + " of " +
@@ -25,8 +26,9 @@ std::string Described(const FailedCall& call, std::int32_t number) {
 void Fill(EXCEPINFO& info, HRESULT result, std::string_view source, std::string_view description) {
   info = EXCEPINFO{};
   info.scode = result;
-  info.bstrSource = NewBstr(source);
+  OwnedBstr ownSource(NewBstr(source));
   info.bstrDescription = NewBstr(description);
+  info.bstrSource = ownSource.Release();
 }
 
 }  // namespace

@@ -44,8 +44,9 @@ class DateObject final : public Dispatch {
       const std::size_t wanted = accessor.sets ? 1 : 0;
       if (arguments.size() != wanted) {
         throw Error(errors::kWrongArgumentCount, "Date",
-                    std::string(accessor.name) + " takes " + std::to_string(wanted) + " arguments, not " +
-                        std::to_string(arguments.size()) + ".");
+                    std::string(accessor.name) + " takes " + std::to_string(wanted) +
+                        (accessor.sets ? " argument, not " : " arguments, not ") + std::to_string(arguments.size()) +
+                        ".");
       }
       if (!accessor.sets) return date_.Get(accessor.field);
       date_.Set(accessor.field, arguments[0].Value().ToInt32());

@@ -15,6 +15,7 @@ int ListFolder(const std::filesystem::path& folder, std::string_view extension,
   };
   WIN32_FIND_DATAW entry{};
   const HANDLE first = FindFirstFileW((folder / L"*").c_str(), &entry);
+  if (first == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND) return 0;  // the empty root of a drive
   if (first == INVALID_HANDLE_VALUE) return LastErrno();
   const std::unique_ptr<void, Closer> open(first);
   do {

@@ -6,11 +6,13 @@
 
 namespace qmx {
 
-// The libraries that it needs are looked for in its own folder first.
+// The libraries that it needs are looked for in its own folder first, for which Windows asks for an absolute path.
 SharedLibrary LoadSharedLibrary(const std::filesystem::path& path) {
   std::filesystem::path native = path;
   native.make_preferred();  // Windows compares paths with "\" only
-  if (void* const handle = LoadLibraryExW(native.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) return {handle, {}};
+  std::error_code ignored;  // an empty path is refused by Windows
+  const std::filesystem::path whole = std::filesystem::absolute(native, ignored);
+  if (void* const handle = LoadLibraryExW(whole.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) return {handle, {}};
   const DWORD code = GetLastError();
   return {nullptr, native.string() + ": " + SystemMessage(code)};
 }

@@ -21,17 +21,20 @@ std::size_t PieceOf(std::string_view text) noexcept {
   return length;
 }
 
-// A console takes UTF-16, whatever its code page.
-bool WriteToConsole(HANDLE console, std::string_view text) noexcept {
+// A console takes UTF-16, whatever its code page, and may take a part of it.
+void WriteToConsole(HANDLE console, std::string_view text) noexcept {
   wchar_t wide[kPiece];
   while (!text.empty()) {
     const std::size_t piece = PieceOf(text);
     const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(piece), wide, std::size(wide));
-    DWORD written = 0;
-    if (!WriteConsoleW(console, wide, static_cast<DWORD>(length), &written, nullptr)) return false;
+    for (int done = 0; done < length;) {
+      DWORD written = 0;
+      if (!WriteConsoleW(console, wide + done, static_cast<DWORD>(length - done), &written, nullptr) || written == 0)
+        return;
+      done += static_cast<int>(written);
+    }
     text.remove_prefix(piece);
   }
-  return true;
 }
 
 HANDLE HandleOf(int descriptor) noexcept { return reinterpret_cast<HANDLE>(_get_osfhandle(descriptor)); }

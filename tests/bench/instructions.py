@@ -2,7 +2,7 @@
 """Copies and the expansion must not come to take more instructions unnoticed: times differ from run to run, instructions do not.
 
 Only the program's own thread is counted, which reads the ERP and fills the batches; how many rows the thread beside it
-sends at once depends on the time. Against the optimised build, which the demo makes before the tests run.
+sends at once depends on the time. Against the optimised build.
 """
 
 import os

@@ -3,8 +3,10 @@
 
 import datetime
 import json
+import os
 import re
 import unittest
+from pathlib import Path
 
 from programs import BothSystems
 
@@ -106,6 +108,17 @@ class Commands(BothSystems):
 
     def test_the_usual_settings_file_is_that_of_windows(self):
         self.assertIn(r"C:\ProgramData\qmxdatacopy\settings.txt", self.windows.run("qmxadmin", "--help")[1])
+
+    def test_an_empty_drive_is_no_missing_folder(self):
+        drive = Path(os.environ["WINEPREFIX"], "dosdevices", "q:")
+        (self.windows.folder / "empty").mkdir()
+        drive.symlink_to(self.windows.folder / "empty")
+        try:
+            status, out, err = self.windows.run("qmxadmin", "components", QMX_COMPONENTS="Q:\\")
+        finally:
+            drive.unlink()
+        self.assertEqual((status, err), (0, ""))
+        self.assertNotIn("No such file", out)
 
     def test_a_wrong_command_has_the_status_and_the_message_of_linux(self):
         self.assert_same("statsu", status=2)

@@ -223,7 +223,8 @@ final class Bridge {
     Collections.sort(counts);
     StringBuilder text = new StringBuilder();
     for (Integer count : counts) text.append(text.length() == 0 ? "" : " or ").append(count);
-    return memberOf(target, methods[0]) + " takes " + text + " arguments, not " + arguments.length + ".";
+    return memberOf(target, methods[0]) + " takes " + text + (counts.equals(List.of(1)) ? " argument, not " : " arguments, not ")
+        + arguments.length + ".";
   }
 
   private static String misfit(Object target, List<Method> methods, Object[] arguments) {

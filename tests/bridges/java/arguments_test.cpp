@@ -151,6 +151,7 @@ TEST_F(JavaArguments, ChooseTheOverloadOfTheirNumber) {
   EXPECT_EQ(Call("count", 1, 2), "two");
   EXPECT_EQ(Refusal(450, "count", 1, 2, 3), "bridge.Arguments.count takes 0 or 1 or 2 arguments, not 3.");
   EXPECT_EQ(Refusal(450, "ofTwo"), "bridge.Arguments.ofTwo takes 2 arguments, not 0.");
+  EXPECT_EQ(Refusal(450, "ofDate"), "bridge.Arguments.ofDate takes 1 argument, not 0.");
 }
 
 TEST_F(JavaArguments, ThatFitSeveralOverloadsAlikeAreRefusedWithTheCandidates) {

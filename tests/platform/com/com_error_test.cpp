@@ -103,6 +103,8 @@ TEST(AFailedResult, OfAWrongNumberOfArgumentsNamesIt) {
   const Error error = ErrorOf({DISP_E_BADPARAMCOUNT, "List", 3, {}}, "A.Manager");
   EXPECT_EQ(error.Number(), 450);
   EXPECT_EQ(error.Description(), "\"List\" does not take 3 arguments.");
+  EXPECT_EQ(ErrorOf({DISP_E_BADPARAMCOUNT, "List", 1, {}}, "A.Manager").Description(),
+            "\"List\" does not take 1 argument.");
 }
 
 TEST(AFailedResult, OfAWrongTypeNamesTheArgument) {

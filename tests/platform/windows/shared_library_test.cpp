@@ -19,6 +19,15 @@ TEST(SharedLibraries, AreLoadedOnceAndHaveSymbols) {
   EXPECT_EQ(FindSymbol(first.handle, "there_is_no_such_function"), nullptr);
 }
 
+TEST(SharedLibraries, OfARelativePathAreLookedForInTheCurrentFolder) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path("C:\\windows\\system32");
+  const SharedLibrary relative = LoadSharedLibrary("../system32/version.dll");
+  std::filesystem::current_path(before);
+  ASSERT_NE(relative.handle, nullptr) << relative.problem;
+  EXPECT_EQ(relative.handle, LoadSharedLibrary("C:\\windows\\system32\\version.dll").handle);
+}
+
 TEST(SharedLibraries, SayWhyTheyCannotBeLoaded) {
   const TempFolder folder;
   const SharedLibrary missing = LoadSharedLibrary(folder.Path() / "none.dll");

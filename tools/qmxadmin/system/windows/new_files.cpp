@@ -45,7 +45,13 @@ std::FILE* CreateNewFile(std::string& path) {
   });
   if (!isCreated) return nullptr;
   const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(file), _O_BINARY | _O_NOINHERIT);
-  return descriptor < 0 ? nullptr : _fdopen(descriptor, "wb");
+  if (descriptor < 0) {
+    CloseHandle(file);
+    return nullptr;
+  }
+  std::FILE* const stream = _fdopen(descriptor, "wb");
+  if (!stream) _close(descriptor);
+  return stream;
 }
 
 // The folder's rights hold for its files.

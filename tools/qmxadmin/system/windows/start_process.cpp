@@ -43,19 +43,21 @@ class InheritedHandles {
     SIZE_T size = 0;
     InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
     memory_.resize(size);
-    InitializeProcThreadAttributeList(List(), 1, 0, &size);
-    UpdateProcThreadAttribute(List(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
-                              handles_.size() * sizeof(HANDLE), nullptr, nullptr);
+    areListed_ = InitializeProcThreadAttributeList(List(), 1, 0, &size) &&
+                 UpdateProcThreadAttribute(List(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
+                                           handles_.size() * sizeof(HANDLE), nullptr, nullptr);
   }
   ~InheritedHandles() { DeleteProcThreadAttributeList(List()); }
   InheritedHandles(const InheritedHandles&) = delete;
   InheritedHandles& operator=(const InheritedHandles&) = delete;
 
+  bool AreListed() const { return areListed_; }
   LPPROC_THREAD_ATTRIBUTE_LIST List() { return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory_.data()); }
 
  private:
   std::vector<HANDLE> handles_;
   std::vector<char> memory_;
+  bool areListed_ = false;
 };
 
 }  // namespace
@@ -68,6 +70,7 @@ PROCESS_INFORMATION StartProcess(const Start& start) {
   std::vector<HANDLE> handles = {nothing.Get(), start.inherited};
   if (start.output) handles.push_back(start.output);
   InheritedHandles inherited(std::move(handles));
+  if (!inherited.AreListed()) return {};  // without the list, the process would inherit every inheritable handle
 
   STARTUPINFOEXW startup{};
   startup.StartupInfo.cb = sizeof startup;
