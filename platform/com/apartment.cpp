@@ -3,6 +3,7 @@
 #include <objbase.h>
 
 #include "platform/com/hresult.h"
+#include "platform/com/message_filter.h"
 #include "platform/error.h"
 
 namespace qmx {
@@ -31,10 +32,17 @@ std::shared_ptr<ComApartment> ComApartment::Enter() {
     CoUninitialize();
     throw;
   }
+  const auto filter = ComPtr<IMessageFilter>::Owning(new MessageFilter);
+  const HRESULT registered = CoRegisterMessageFilter(filter.Get(), apartment->formerFilter_.Receiver());
+  if (FAILED(registered)) throw Error(errors::kCannotCreateObject, "COM", WhyItDoesNotStart(registered));
   entered = apartment;
   return apartment;
 }
 
-ComApartment::~ComApartment() { CoUninitialize(); }
+ComApartment::~ComApartment() {
+  CoRegisterMessageFilter(formerFilter_.Get(), nullptr);
+  formerFilter_ = {};
+  CoUninitialize();
+}
 
 }  // namespace qmx

@@ -1,9 +1,14 @@
 // The single-threaded apartment in which the program's thread uses COM.
 //
 // Everything that holds a COM interface also holds the apartment, so the last interface is released before COM is left.
+// The thread waits for busy servers (message_filter.h).
 #pragma once
 
+#include <objidl.h>
+
 #include <memory>
+
+#include "platform/com/com_ptr.h"
 
 namespace qmx {
 
@@ -19,6 +24,8 @@ class ComApartment {
 
  private:
   ComApartment() = default;
+
+  ComPtr<IMessageFilter> formerFilter_;  // of a library that entered the apartment before; usually null
 };
 
 }  // namespace qmx
