@@ -13,18 +13,21 @@ namespace {
 
 using GuidBytes = std::array<unsigned char, sizeof(GUID)>;
 
+// Of JScript's and VBScript's objects. They number their members in the order of their declarations.
+constexpr GUID kOfScripts = {0xC59C6B12, 0xF6C1, 0x11CF, {0x88, 0x35, 0x00, 0xA0, 0xC9, 0x11, 0xE8, 0xB2}};
+
 ComPtr<ITypeInfo> InformationOf(IDispatch& object) {
   ComPtr<ITypeInfo> information;
   if (FAILED(object.GetTypeInfo(0, LOCALE_USER_DEFAULT, information.Receiver()))) return {};
   return information;
 }
 
-// Zeros if it has none.
+// Zeros if it has none that tells types from each other.
 GuidBytes GuidOf(ITypeInfo& information) {
   GuidBytes bytes{};
   TYPEATTR* attributes = nullptr;
   if (FAILED(information.GetTypeAttr(&attributes)) || !attributes) return bytes;
-  std::memcpy(bytes.data(), &attributes->guid, bytes.size());
+  if (!IsEqualGUID(attributes->guid, kOfScripts)) std::memcpy(bytes.data(), &attributes->guid, bytes.size());
   information.ReleaseTypeAttr(attributes);
   return bytes;
 }

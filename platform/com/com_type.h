@@ -1,8 +1,8 @@
 // The type of a component's object, which remembers the ids of its members.
 //
 // Objects whose type information has one GUID are of one type. An id is remembered if the type information gives it
-// too: script engines describe all objects by one GUID, although each object has members of its own. Objects without
-// type information share a type that remembers nothing.
+// too. Objects without type information share a type that remembers nothing, and so do those of script engines: each
+// has members of its own, but the type information of all has one GUID.
 #pragma once
 
 #include <oaidl.h>
