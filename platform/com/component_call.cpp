@@ -30,7 +30,8 @@ class Prepared {
     ToVariant(value, *value_.Get());
     const auto type = static_cast<VARTYPE>(reference.vt & ~VT_BYREF);
     if (type == VT_VARIANT) return;
-    const HRESULT result = VariantChangeType(value_.Get(), value_.Get(), VARIANT_ALPHABOOL, type);
+    // In the user's locale "12.5" would be no number, or another one, where decimals have a comma.
+    const HRESULT result = VariantChangeTypeEx(value_.Get(), value_.Get(), LOCALE_INVARIANT, VARIANT_ALPHABOOL, type);
     if (SUCCEEDED(result)) return;
     throw Error(NumberOf(result), "COM",
                 "The value for a variable of type " + TypeName(type) +

@@ -149,7 +149,7 @@ void ServersArgument::WriteBack() {
     return;
   }
   const auto type = static_cast<VARTYPE>(variable.vt & ~VT_BYREF);
-  const HRESULT changed = VariantChangeType(&written, &written, 0, type);
+  const HRESULT changed = VariantChangeTypeEx(&written, &written, LOCALE_INVARIANT, 0, type);
   if (FAILED(changed)) {
     VariantClear(&written);
     throw Failure(QMX_E_TYPE_MISMATCH, "Sandbox", "A value does not fit into the variable that was passed for it.");
