@@ -10,10 +10,13 @@
 namespace qmx {
 namespace {
 
-// The unnamed value of a key of the classes, with its environment variables expanded.
-std::optional<std::wstring> ValueOf(const std::wstring& key) {
+constexpr const wchar_t* kUsers = L"Software\\Classes\\";  // of the user and of the machine
+
+// A text of a key of the classes, with its environment variables expanded; without a name the unnamed one.
+std::optional<std::wstring> ValueOf(const std::wstring& key, const wchar_t* name = nullptr, DWORD view = 0,
+                                    HKEY root = HKEY_CLASSES_ROOT) {
   const auto read = [&](wchar_t* text, DWORD& size) {
-    return RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, text, &size) == ERROR_SUCCESS;
+    return RegGetValueW(root, key.c_str(), name, RRF_RT_REG_SZ | view, nullptr, text, &size) == ERROR_SUCCESS;
   };
   DWORD size = 0;
   if (!read(nullptr, size)) return {};
@@ -24,11 +27,23 @@ std::optional<std::wstring> ValueOf(const std::wstring& key) {
   return text;
 }
 
-bool Exists(const std::wstring& key, REGSAM view = 0) {
+bool Exists(const std::wstring& key, REGSAM view = 0, HKEY root = HKEY_CLASSES_ROOT) {
   HKEY opened = nullptr;
-  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, KEY_READ | view, &opened) != ERROR_SUCCESS) return false;
+  if (RegOpenKeyExW(root, key.c_str(), 0, KEY_READ | view, &opened) != ERROR_SUCCESS) return false;
   RegCloseKey(opened);
   return true;
+}
+
+bool IsUsersOnly(const std::wstring& key) {
+  const std::wstring path = kUsers + key;
+  return Exists(path, 0, HKEY_CURRENT_USER) && !Exists(path, 0, HKEY_LOCAL_MACHINE);
+}
+
+// Whether a class of 32-bit programs has a process as its server, or gets one. It serves all programs.
+bool HasProcess(const std::wstring& key) {
+  if (Exists(key + L"\\LocalServer32", KEY_WOW64_32KEY)) return true;
+  const std::optional<std::wstring> application = ValueOf(key, L"AppID", RRF_SUBKEY_WOW6432KEY);
+  return application && ValueOf(L"AppID\\" + *application, L"DllSurrogate").has_value();
 }
 
 // Where the system finds the library; empty if it does not.
@@ -65,11 +80,15 @@ HRESULT FindClass(std::string_view progId, CLSID& id) {
   return CanBeRegistered(progId) ? CLSIDFromProgID(Wide(progId).c_str(), &id) : CO_E_CLASSSTRING;
 }
 
-std::optional<std::string> RegisteredClsid(std::string_view progId) {
+std::optional<NameRegistration> RegistrationOf(std::string_view progId) {
   if (!CanBeRegistered(progId)) return {};
-  const std::optional<std::wstring> text = ValueOf(Wide(progId) + L"\\CLSID");
+  const std::wstring key = Wide(progId) + L"\\CLSID";
+  std::optional<std::wstring> text = ValueOf(key);
+  if (!text) text = ValueOf(kUsers + key, nullptr, 0, HKEY_CURRENT_USER);
   if (!text) return {};
-  return Utf8WithReplacements(*text);
+  CLSID id;
+  return NameRegistration{Utf8WithReplacements(*text), SUCCEEDED(CLSIDFromString(text->c_str(), &id)),
+                          IsUsersOnly(key)};
 }
 
 ClassRegistration RegistrationOf(const CLSID& id) {
@@ -79,7 +98,11 @@ ClassRegistration RegistrationOf(const CLSID& id) {
   ClassRegistration found;
   found.id = Utf8WithReplacements(text.data());
   found.isRegistered = Exists(key);
-  found.isFor32BitProgramsOnly = !found.isRegistered && Exists(key, KEY_WOW64_32KEY);
+  found.isUsersOnly = IsUsersOnly(key);
+  if (!found.isRegistered && Exists(key, KEY_WOW64_32KEY)) {
+    found.isRegistered = true;
+    found.isFor32BitProgramsOnly = !HasProcess(key);
+  }
   const std::optional<std::wstring> library = ValueOf(key + L"\\InprocServer32");
   if (!library || library->empty()) return found;
   found.library = Utf8WithReplacements(*library);

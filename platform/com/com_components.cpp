@@ -6,8 +6,11 @@
 #include "platform/com/class_registration.h"
 #include "platform/com/com_ptr.h"
 #include "platform/com/creation_failure.h"
+#include "platform/com/error_text.h"
+#include "platform/com/floating_point.h"
 #include "platform/com/objects.h"
 #include "platform/error.h"
+#include "platform/names.h"
 #include "platform/running_call.h"
 
 namespace qmx {
@@ -23,10 +26,24 @@ std::string_view Prefix(std::string_view name) {
 
 Answer Refused(bool isRegistered, const std::string& why) { return {{}, isRegistered, "COM: " + why}; }
 
+template <typename Create>
+HRESULT Tried(Create&& create) {
+  const FloatingPointKept kept;
+  ForgetErrorText();
+  return create();
+}
+
+Answer NotCreated(std::string why) {
+  const std::string text = TakeErrorText();
+  if (!text.empty()) why += " (it says: " + text + ")";
+  return Refused(true, why);
+}
+
 Answer FromClass(const CLSID& id, std::string_view progId) {
   ComPtr<IDispatch> object;
-  const HRESULT result = CoCreateInstance(id, nullptr, CLSCTX_ALL, IID_IDispatch, object.UntypedReceiver());
-  if (FAILED(result) || !object) return Refused(true, WhyNoObject(id, result));
+  const HRESULT result =
+      Tried([&] { return CoCreateInstance(id, nullptr, CLSCTX_ALL, IID_IDispatch, object.UntypedReceiver()); });
+  if (FAILED(result) || !object) return NotCreated(WhyNoObject(id, result));
   return {ObjectFrom(object.Get(), progId), true, {}};
 }
 
@@ -34,8 +51,10 @@ Answer FromMoniker(std::string_view name) {
   ComPtr<IDispatch> object;
   BIND_OPTS options{};
   options.cbStruct = sizeof options;
-  const HRESULT result = CoGetObject(Wide(name).c_str(), &options, IID_IDispatch, object.UntypedReceiver());
-  if (FAILED(result) || !object) return Refused(true, WhyNoObject(result));
+  const std::wstring wide = Wide(name);
+  const HRESULT result =
+      Tried([&] { return CoGetObject(wide.c_str(), &options, IID_IDispatch, object.UntypedReceiver()); });
+  if (FAILED(result) || !object) return NotCreated(WhyNoObject(result));
   return {ObjectFrom(object.Get(), name), true, {}};
 }
 
@@ -46,16 +65,21 @@ Answer Created(std::string_view progId) {
   const std::string_view prefix = Prefix(progId);
   // Without a class for the prefix the name would be taken for a file.
   if (!prefix.empty() && SUCCEEDED(FindClass(prefix, id))) return FromMoniker(progId);
-  return Refused(RegisteredClsid(progId).has_value(), WhyNoClass(progId, prefix, found));
+  return Refused(RegistrationOf(progId).has_value(), WhyNoClass(progId, prefix, found));
 }
 
 }  // namespace
 
 FurtherComponents::Answer ComComponents::Create(std::string_view progId) {
   try {
+    std::string folded = FoldName(progId);
+    const auto known = unregistered_.find(folded);
+    if (known != unregistered_.end()) return known->second;
     if (!apartment_) apartment_ = ComApartment::Enter();
     const RunningCall running(RunningCall::KeepText(progId), "the creation");
-    return Created(progId);
+    Answer answer = Created(progId);
+    if (!answer.isRegistered) unregistered_.emplace(std::move(folded), answer);
+    return answer;
   } catch (const Error& error) {
     return Refused(false, error.Description());
   }

@@ -1,10 +1,13 @@
 // The components that are registered in COM.
 //
 // A ProgID is looked up among the registered classes. A name with a prefix ("java:java.util.Date") that is no ProgID is
-// parsed as a moniker. Objects must have IDispatch. COM starts when the first object is asked for.
+// parsed as a moniker. Objects must have IDispatch. COM starts when the first object is asked for. A name that is not
+// registered is looked up once: a copy asks for thousands of dates, which COM usually does not have.
 #pragma once
 
+#include <map>
 #include <memory>
+#include <string>
 
 #include "platform/com/apartment.h"
 #include "platform/further_components.h"
@@ -16,7 +19,8 @@ class ComComponents : public FurtherComponents {
   Answer Create(std::string_view progId) override;
 
  private:
-  std::shared_ptr<ComApartment> apartment_;  // null before the first object
+  std::shared_ptr<ComApartment> apartment_;     // null before the first object
+  std::map<std::string, Answer> unregistered_;  // by the folded names
 };
 
 }  // namespace qmx

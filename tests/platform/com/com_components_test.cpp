@@ -98,6 +98,30 @@ TEST_F(ComComponentsOfThisMachine, AreCreatedByMonikersOfTheirPrefix) {
   EXPECT_EQ(parsed, "qmxtest:java.util.Date");
 }
 
+// The built-in date is asked for thousands of times in a run, and each search reads the registry several times.
+TEST_F(ComComponentsOfThisMachine, AreSearchedForOnceUnderANameThatIsNotRegistered) {
+  const FurtherComponents::Answer before = components.Create("QmxTest.Late");
+  EXPECT_THAT(before.refusal, StartsWith("COM: nothing is registered under this name"));
+  const RegisteredClass served("QmxTest.Late", AnsweringComponent);
+  for (const char* name : {"QmxTest.Late", "qmxtest.LATE"}) {
+    const FurtherComponents::Answer again = components.Create(name);
+    EXPECT_FALSE(again.object);
+    EXPECT_FALSE(again.isRegistered);
+    EXPECT_EQ(again.refusal, before.refusal);
+  }
+  ComComponents ofAnotherRun;
+  EXPECT_TRUE(ofAnotherRun.Create("QmxTest.Late").object);
+}
+
+TEST_F(ComComponentsOfThisMachine, AreTriedAgainIfTheirCreationFailed) {
+  {
+    const RegisteredClass failing("QmxTest.Answering", AnsweringComponent, E_FAIL);
+    EXPECT_FALSE(components.Create("QmxTest.Answering").object);
+  }
+  const RegisteredClass served("QmxTest.Answering", AnsweringComponent);
+  EXPECT_TRUE(components.Create("QmxTest.Answering").object);
+}
+
 TEST_F(ComComponentsOfThisMachine, ThatAreDisconnectedAreErrorsWithTheResult) {
   OtherApartment server(AnsweringComponent());
   const Object object = ObjectFrom(server.Unmarshal().Get(), "QmxTest.Remote");

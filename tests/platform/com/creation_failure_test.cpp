@@ -33,7 +33,7 @@ class NoObjectOfCom : public testing::Test {
   }
 
   // The headers of a library for another processor, without anything else.
-  std::string LibraryFor(WORD machine) {
+  std::string LibraryFor(WORD machine, const char* name = "orvan.dll") {
     std::string bytes(256, '\0');
     IMAGE_DOS_HEADER start{};
     start.e_magic = IMAGE_DOS_SIGNATURE;
@@ -42,8 +42,8 @@ class NoObjectOfCom : public testing::Test {
     const DWORD signature = IMAGE_NT_SIGNATURE;
     std::memcpy(bytes.data() + 128, &signature, sizeof signature);
     std::memcpy(bytes.data() + 128 + sizeof signature, &machine, sizeof machine);
-    WriteFile(folder_ / "orvan.dll", bytes);
-    return folder_ / "orvan.dll";
+    WriteFile(folder_ / name, bytes);
+    return folder_ / name;
   }
 
   std::shared_ptr<ComApartment> apartment_ = ComApartment::Enter();
@@ -79,10 +79,8 @@ TEST_F(NoObjectOfCom, IsThereIfTheRegisteredClsidIsNone) {
 
 TEST_F(NoObjectOfCom, IsThereIfTheClassIsNotRegistered) {
   const RegisteredProgId registered(kName);
-  wchar_t text[64];
-  StringFromGUID2(registered.Class(), text, 64);
   ExpectRefusal(kName, true,
-                "COM: its class " + std::filesystem::path(text).string() + " is not registered: " + Shown(0x80040154) +
+                "COM: its class " + registered.ClassText() + " is not registered: " + Shown(0x80040154) +
                     "; register the component again");
 }
 
@@ -99,6 +97,106 @@ TEST_F(NoObjectOfCom, IsThereIfTheClassIsThatOf32BitPrograms) {
                 "COM: its class " + registered.ClassText() +
                     " is registered for 32-bit programs only: " + Shown(0x80040154) +
                     "; install the 64-bit one, or let it run in a surrogate process (DllSurrogate)");
+}
+
+// Windows starts a 32-bit process for a 64-bit program.
+TEST_F(NoObjectOfCom, Of32BitProgramsHasTheReasonOfItsProcess) {
+  const RegisteredLibrary registered(kName, "C:\\orvan\\orvan.exe", KEY_WOW64_32KEY, "LocalServer32");
+  EXPECT_EQ(WhyNoObject(registered.Class(), E_ACCESSDENIED),
+            "the creation failed: " + Shown(0x80070005) +
+                "; let the program's user launch and activate the component (dcomcnfg)");
+  EXPECT_EQ(WhyNoObject(registered.Class(), REGDB_E_CLASSNOTREG),
+            "its class " + registered.ClassText() + " has no server that can be used: " + Shown(0x80040154) +
+                "; register the component again");
+}
+
+TEST_F(NoObjectOfCom, Of32BitProgramsHasTheReasonOfItsSurrogate) {
+  const RegisteredLibrary registered(kName, "C:\\orvan\\orvan.dll", KEY_WOW64_32KEY);
+  const RegistryValue surrogate("AppID\\{5A6B1C52-0000-0000-0000-000000000001}", "", "DllSurrogate");
+  registered.SetValue("AppID", "{5A6B1C52-0000-0000-0000-000000000001}");
+  EXPECT_EQ(WhyNoObject(registered.Class(), static_cast<HRESULT>(0x80080005)),
+            "the creation failed: " + Shown(0x80080005) +
+                "; start its process by hand, and check the component's user (dcomcnfg)");
+}
+
+TEST_F(NoObjectOfCom, Of32BitProgramsHasAnotherReasonIfComGivesOne) {
+  const RegisteredLibrary registered(kName, "C:\\orvan\\orvan.dll", KEY_WOW64_32KEY);
+  EXPECT_EQ(WhyNoObject(registered.Class(), E_FAIL),
+            "the creation failed: " + Shown(0x80004005) + "; see the component's own logs");
+}
+
+TEST_F(NoObjectOfCom, HasTheReasonsOfAProcessThatDoesNotStart) {
+  const RegisteredProgId registered(kName);
+  const auto advice = [&](unsigned result) {
+    const std::string why = WhyNoObject(registered.Class(), static_cast<HRESULT>(result));
+    return why.substr(why.rfind("; ") + 2);
+  };
+  EXPECT_EQ(advice(0x80070005), "let the program's user launch and activate the component (dcomcnfg)");
+  EXPECT_EQ(advice(0x80080005), "start its process by hand, and check the component's user (dcomcnfg)");
+  EXPECT_EQ(advice(0x8000401A), "check the component's user and its password (dcomcnfg)");
+  EXPECT_EQ(advice(0x80070422), "let the component's service start (services.msc)");
+  EXPECT_EQ(advice(0x800706BA), "see the component's own logs");
+}
+
+// Windows hides the user's own classes from programs that run as administrator, and Wine from all.
+TEST_F(NoObjectOfCom, IsThereIfANameOfTheUserIsHidden) {
+  const RegistryValue users(std::string(kName) + "\\CLSID", "{5A6B1C52-0000-0000-0000-000000000002}", "",
+                            RegistryValue::Whose::User);
+  ExpectRefusal(kName, true,
+                "COM: it is registered for this user only, and Windows hides such components from programs that run "
+                "as administrator: " +
+                    Shown(0x800401F3) + "; register the component for the machine");
+}
+
+TEST_F(NoObjectOfCom, IsThereIfAClassOfTheUserIsHidden) {
+  const RegisteredProgId registered(kName);
+  const RegistryValue users("CLSID\\" + registered.ClassText() + "\\InprocServer32", "oleaut32.dll", "",
+                            RegistryValue::Whose::User);
+  ExpectRefusal(kName, true,
+                "COM: its class " + registered.ClassText() +
+                    " is registered for this user only, and Windows hides such components from programs that run as "
+                    "administrator: " +
+                    Shown(0x80040154) + "; register the component for the machine");
+}
+
+TEST_F(NoObjectOfCom, IsThereIfTheUsersClsidIsNone) {
+  const RegistryValue broken(std::string(kName) + "\\CLSID", "{5A6B1C52}", "", RegistryValue::Whose::User);
+  ExpectRefusal(
+      kName, true,
+      "COM: the registered CLSID \"{5A6B1C52}\" is none: " + Shown(0x800401F3) + "; register the component again");
+}
+
+TEST_F(NoObjectOfCom, OfDotNetHasTheReasonsOfItsRuntime) {
+  const std::string host = LibraryFor(IMAGE_FILE_MACHINE_AMD64, "Orvan.ComHost.dll");
+  for (const std::string& library : {std::string("mscoree.dll"), host}) {
+    const RegisteredLibrary registered(kName, library);
+    for (const unsigned result : {0x80070002U, 0x80131522U, 0x80131700U, 0x80008093U, 0x80008096U}) {
+      EXPECT_EQ(WhyNoObject(registered.Class(), static_cast<HRESULT>(result)),
+                "its .NET library behind " + library + " cannot be used: " + Shown(result) +
+                    "; register it again with the 64-bit regasm /codebase, or install the .NET version that it needs");
+    }
+    EXPECT_EQ(WhyNoObject(registered.Class(), E_FAIL).find(".NET"), std::string::npos);
+  }
+  const RegisteredLibrary other(kName, "oleaut32.dll");
+  EXPECT_EQ(WhyNoObject(other.Class(), static_cast<HRESULT>(0x80070002)).find(".NET"), std::string::npos);
+}
+
+TEST_F(NoObjectOfCom, HasTheTextThatTheComponentLeavesWithTheThread) {
+  const auto leaveText = [] {
+    SetErrorText(L"There is no licence.");
+    return ComPtr<IUnknown>();
+  };
+  const RegisteredClass served(kName, leaveText, E_FAIL);
+  ExpectRefusal(kName, true,
+                "COM: the creation failed: " + Shown(0x80004005) +
+                    "; see the component's own logs (it says: There is no licence.)");
+}
+
+TEST_F(NoObjectOfCom, HasNoTextOfAnEarlierFailure) {
+  const RegisteredClass served(
+      kName, [] { return ComPtr<IUnknown>(); }, E_FAIL);
+  SetErrorText(L"An earlier failure.");
+  ExpectRefusal(kName, true, "COM: the creation failed: " + Shown(0x80004005) + "; see the component's own logs");
 }
 
 TEST_F(NoObjectOfCom, IsThereIfTheLibraryIsMissing) {
@@ -140,7 +238,9 @@ TEST_F(NoObjectOfCom, HasTheReasonsThatOnlyWindowsGives) {
 TEST_F(NoObjectOfCom, IsThereIfTheComponentFails) {
   const RegisteredClass served(
       kName, [] { return ComPtr<IUnknown>(); }, E_ACCESSDENIED);
-  ExpectRefusal(kName, true, "COM: the creation failed: " + Shown(0x80070005) + "; see the component's own logs");
+  ExpectRefusal(kName, true,
+                "COM: the creation failed: " + Shown(0x80070005) +
+                    "; let the program's user launch and activate the component (dcomcnfg)");
 }
 
 TEST_F(NoObjectOfCom, IsThereIfItCannotBeCalledByName) {
@@ -202,7 +302,8 @@ TEST_F(NoObjectOfCom, OfTheDateLeavesItToTheBuiltInOneUnlessItIsRegistered) {
   InstalledComponents components(clock, {}, std::make_unique<ComComponents>());
   EXPECT_TRUE(components.CreateObject("java:java.util.Date"));
   const RegistryValue broken("java:java.util.Date\\CLSID", "none");
-  EXPECT_EQ(Raised([&] { components.CreateObject("java:java.util.Date"); }).Description(),
+  InstalledComponents others(clock, {}, std::make_unique<ComComponents>());
+  EXPECT_EQ(Raised([&] { others.CreateObject("java:java.util.Date"); }).Description(),
             "Cannot create an object of \"java:java.util.Date\"; COM: the registered CLSID \"none\" is none: " +
                 Shown(0x800401F3) +
                 "; register the component again; built-in: not used, because the date is registered. The folders of "

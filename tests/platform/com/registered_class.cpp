@@ -35,8 +35,8 @@ class Factory final : public IClassFactory, public IParseDisplayName {
   }
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID id, void** object) override {
-    if (FAILED(failure_)) return failure_;
-    return make_()->QueryInterface(id, object);
+    const ComPtr<IUnknown> made = make_ ? make_() : ComPtr<IUnknown>();
+    return FAILED(failure_) ? failure_ : made->QueryInterface(id, object);
   }
   HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
@@ -72,24 +72,40 @@ std::wstring TextOf(const CLSID& id) {
   return text;
 }
 
-// Wine looks for classes in HKEY_CLASSES_ROOT only, and not at the user's own.
-void SetClassesValue(const std::wstring& key, const std::wstring& value, REGSAM view = 0) {
+void SetValueOf(HKEY root, const std::wstring& key, const std::wstring& name, const std::wstring& value,
+                REGSAM view = 0) {
   HKEY made = nullptr;
-  EXPECT_EQ(RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0, KEY_WRITE | view, nullptr, &made, nullptr),
+  EXPECT_EQ(RegCreateKeyExW(root, key.c_str(), 0, nullptr, 0, KEY_WRITE | view, nullptr, &made, nullptr),
             ERROR_SUCCESS);
-  EXPECT_EQ(RegSetValueExW(made, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
+  EXPECT_EQ(RegSetValueExW(made, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
                            static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t))),
             ERROR_SUCCESS);
   RegCloseKey(made);
 }
 
-}  // namespace
-
-RegistryValue::RegistryValue(const std::string& key, const std::string& value) : key_(Wide(key)) {
-  SetClassesValue(key_, Wide(value));
+// Wine looks for classes in HKEY_CLASSES_ROOT only, and not at the user's own.
+void SetClassesValue(const std::wstring& key, const std::wstring& value, REGSAM view = 0) {
+  SetValueOf(HKEY_CLASSES_ROOT, key, L"", value, view);
 }
 
-RegistryValue::~RegistryValue() { RegDeleteTreeW(HKEY_CLASSES_ROOT, key_.c_str()); }
+}  // namespace
+
+RegistryValue::RegistryValue(const std::string& key, const std::string& value, const std::string& name, Whose whose)
+    : key_(Wide(key)) {
+  if (whose == Whose::Machine) {
+    classes_ = HKEY_CLASSES_ROOT;
+  } else {
+    EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                              &classes_, nullptr),
+              ERROR_SUCCESS);
+  }
+  SetValueOf(classes_, key_, Wide(name), Wide(value));
+}
+
+RegistryValue::~RegistryValue() {
+  RegDeleteTreeW(classes_, key_.c_str());
+  if (classes_ != HKEY_CLASSES_ROOT) RegCloseKey(classes_);
+}
 
 RegisteredProgId::RegisteredProgId(const std::string& progId) : progId_(Wide(progId)) {
   EXPECT_EQ(CoCreateGuid(&class_), S_OK);
@@ -98,9 +114,16 @@ RegisteredProgId::RegisteredProgId(const std::string& progId) : progId_(Wide(pro
 
 RegisteredProgId::~RegisteredProgId() { RegDeleteTreeW(HKEY_CLASSES_ROOT, progId_.c_str()); }
 
-RegisteredLibrary::RegisteredLibrary(const std::string& progId, const std::string& library, REGSAM view)
+std::string RegisteredProgId::ClassText() const { return Utf8(TextOf(class_)); }
+
+RegisteredLibrary::RegisteredLibrary(const std::string& progId, const std::string& file, REGSAM view,
+                                     const std::string& kind)
     : progId_(progId), view_(view) {
-  SetClassesValue(L"CLSID\\" + TextOf(progId_.Class()) + L"\\InprocServer32", Wide(library), view);
+  SetClassesValue(L"CLSID\\" + TextOf(progId_.Class()) + L"\\" + Wide(kind), Wide(file), view);
+}
+
+void RegisteredLibrary::SetValue(const std::string& name, const std::string& value) const {
+  SetValueOf(HKEY_CLASSES_ROOT, L"CLSID\\" + TextOf(progId_.Class()), Wide(name), Wide(value), view_);
 }
 
 RegisteredLibrary::~RegisteredLibrary() {
@@ -110,7 +133,15 @@ RegisteredLibrary::~RegisteredLibrary() {
   RegCloseKey(classes);
 }
 
-std::string RegisteredLibrary::ClassText() const { return Utf8(TextOf(progId_.Class())); }
+void SetErrorText(const wchar_t* text) {
+  ComPtr<ICreateErrorInfo> made;
+  EXPECT_EQ(CreateErrorInfo(made.Receiver()), S_OK);
+  std::wstring description = text;
+  EXPECT_EQ(made->SetDescription(description.data()), S_OK);
+  ComPtr<IErrorInfo> information;
+  EXPECT_EQ(made->QueryInterface(IID_IErrorInfo, information.UntypedReceiver()), S_OK);
+  EXPECT_EQ(SetErrorInfo(0, information.Get()), S_OK);
+}
 
 RegisteredClass::RegisteredClass(const std::string& progId, MakeComponent make, HRESULT failure)
     : RegisteredClass(progId, MakeFactory(std::move(make), failure, {})) {}

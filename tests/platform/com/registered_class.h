@@ -20,23 +20,26 @@ class RegisteredProgId {
   RegisteredProgId& operator=(const RegisteredProgId&) = delete;
 
   const CLSID& Class() const { return class_; }
+  std::string ClassText() const;  // "{...}"
 
  private:
   std::wstring progId_;
   CLSID class_{};
 };
 
-// A ProgID whose class has its server in a library, which need not exist. Removed at the end.
+// A ProgID whose class has its server in a file, which need not exist. Removed at the end.
 class RegisteredLibrary {
  public:
-  // `view` is KEY_WOW64_32KEY for a class of 32-bit programs.
-  RegisteredLibrary(const std::string& progId, const std::string& library, REGSAM view = 0);
+  // `view` is KEY_WOW64_32KEY for a class of 32-bit programs. `kind` is LocalServer32 for a program.
+  RegisteredLibrary(const std::string& progId, const std::string& file, REGSAM view = 0,
+                    const std::string& kind = "InprocServer32");
   ~RegisteredLibrary();
   RegisteredLibrary(const RegisteredLibrary&) = delete;
   RegisteredLibrary& operator=(const RegisteredLibrary&) = delete;
 
   const CLSID& Class() const { return progId_.Class(); }
-  std::string ClassText() const;  // "{...}"
+  std::string ClassText() const { return progId_.ClassText(); }
+  void SetValue(const std::string& name, const std::string& value) const;  // of the class
 
  private:
   RegisteredProgId progId_;
@@ -46,15 +49,23 @@ class RegisteredLibrary {
 // Removed at the end.
 class RegistryValue {
  public:
-  // The unnamed value of a key of the classes.
-  RegistryValue(const std::string& key, const std::string& value);
+  // Whose classes they are. Wine looks for components in the machine's only.
+  enum class Whose { Machine, User };
+
+  // A value of a key of the classes; the unnamed one if `name` is empty.
+  RegistryValue(const std::string& key, const std::string& value, const std::string& name = {},
+                Whose whose = Whose::Machine);
   ~RegistryValue();
   RegistryValue(const RegistryValue&) = delete;
   RegistryValue& operator=(const RegistryValue&) = delete;
 
  private:
+  HKEY classes_ = nullptr;
   std::wstring key_;
 };
+
+// Leaves a description of a failure with the thread, as a component does that fails.
+void SetErrorText(const wchar_t* text);
 
 using MakeComponent = std::function<ComPtr<IUnknown>()>;
 using ParseName = std::function<ComPtr<IUnknown>(const std::string& name)>;
