@@ -8,7 +8,10 @@
 namespace qmx {
 namespace {
 
-bool IsPassedAsItsType(const VARIANT& value) {
+bool HasType(const VARIANT& value) { return value.vt != VT_EMPTY && value.vt != VT_NULL; }
+
+bool IsPassedAsItsType(const VARIANT& value, ComArguments::References references) {
+  if (references == ComArguments::References::OwnTypes) return HasType(value);
   switch (value.vt) {
     case VT_BOOL:
     case VT_UI1:
@@ -21,10 +24,10 @@ bool IsPassedAsItsType(const VARIANT& value) {
   }
 }
 
-VARIANT ReferenceTo(VARIANT& variable) {
+VARIANT ReferenceTo(VARIANT& variable, bool isOfItsType) {
   VARIANT reference;
   VariantInit(&reference);
-  if (IsPassedAsItsType(variable)) {
+  if (isOfItsType) {
     reference.vt = static_cast<VARTYPE>(VT_BYREF | variable.vt);
     reference.byref = &variable.llVal;
   } else {
@@ -49,13 +52,16 @@ auto ForArgument(std::size_t index, Body&& take) {
 
 static_assert(sizeof(OwnedVariant) == sizeof(VARIANT));  // COM reads an array of VARIANT
 
-ComArguments::ComArguments(std::span<const Argument> arguments)
+ComArguments::ComArguments(std::span<const Argument> arguments, References references)
     : arguments_(arguments), variables_(arguments.size()), passed_(arguments.size()) {
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     VARIANT& passed = *passed_[arguments.size() - 1 - i].Get();
     VARIANT& value = arguments[i].IsReference() ? *variables_[i].Get() : passed;
     ForArgument(i, [&] { ToVariant(arguments[i].Value(), value); });
-    if (arguments[i].IsReference()) passed = ReferenceTo(value);
+    if (!arguments[i].IsReference()) continue;
+    const bool isOfItsType = IsPassedAsItsType(value, references);
+    haveOtherTypes_ = haveOtherTypes_ || (!isOfItsType && HasType(value));
+    passed = ReferenceTo(value, isOfItsType);
   }
   parameters_.rgvarg = passed_.empty() ? nullptr : passed_.front().Get();
   parameters_.cArgs = static_cast<UINT>(passed_.size());

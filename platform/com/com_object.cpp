@@ -3,6 +3,8 @@
 #include "platform/com/com_arguments.h"
 #include "platform/com/com_error.h"
 #include "platform/com/com_type.h"
+#include "platform/com/error_text.h"
+#include "platform/com/floating_point.h"
 #include "platform/com/known_objects.h"
 #include "platform/com/variant_values.h"
 #include "platform/described_call.h"
@@ -12,27 +14,31 @@
 
 namespace qmx {
 
-ComObject::ComObject(ComPtr<IDispatch> dispatch, const IUnknown* identity, std::string_view progId)
+// What a component says of a failure beside its result.
+struct ComObject::Failure {
+  Exception exception;
+  UINT wrongArgument = 0;
+};
+
+ComObject::ComObject(ComPtr<IDispatch> dispatch, std::string_view progId)
     : apartment_(ComApartment::Enter()),
       dispatch_(std::move(dispatch)),
-      identity_(identity),
       progId_(progId.empty() ? nullptr : RunningCall::KeepText(progId)),
       fromProgId_(progId_ ? progId_ : RunningCall::ProgId()) {}
 
 ComObject::~ComObject() {
-  if (identity_) KnownObjects::Remove(identity_);
+  KnownObjects::Remove(dispatch_.Get());
   const OuterCallRestored outerCall;  // objects are also released while arguments are written back
   const RunningCall running(fromProgId_, "release");
   dispatch_ = {};
 }
 
-inline void ComObject::Call(DISPID id, const Member& member, DISPPARAMS& parameters, VARIANT* result) {
-  Exception exception;
-  UINT wrongArgument = parameters.cArgs;  // none
-  const HRESULT answer = dispatch_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                                           &parameters, result, exception.Receiver(), &wrongArgument);
-  if (FAILED(answer)) [[unlikely]]
-    Raise(answer, member, parameters.cArgs, wrongArgument, exception);
+inline HRESULT ComObject::Call(DISPID id, DISPPARAMS& parameters, VARIANT* result, Failure& failure) {
+  const FloatingPointKept kept;
+  failure.wrongArgument = parameters.cArgs;  // none
+  ForgetErrorText();
+  return dispatch_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET, &parameters,
+                           result, failure.exception.Receiver(), &failure.wrongArgument);
 }
 
 Variant ComObject::Invoke(const Member& member, std::span<const Argument> arguments) {
@@ -43,7 +49,10 @@ Variant ComObject::Invoke(const Member& member, std::span<const Argument> argume
     const RunningCall running(fromProgId_, site.name);
     DISPPARAMS none{};
     OwnedVariant result;
-    Call(site.id, member, none, result.Get());
+    Failure failure;
+    const HRESULT answer = Call(site.id, none, result.Get(), failure);
+    if (FAILED(answer)) [[unlikely]]
+      Raise(answer, member, 0, failure);
     return FromVariant(result.Value());
   });
 }
@@ -52,12 +61,22 @@ Variant ComObject::InvokeOther(const Member& member, std::span<const Argument> a
   return Described(*this, member, [&] {
     if (MayBeInterrupted(fromProgId_, member.Name())) Interruption::RaiseIfRequested();
     const Member::Site found = Find(member);
-    ComArguments list(arguments);
     const RunningCall running(fromProgId_, found.name);
-    OwnedVariant result;
-    Call(found.id, member, list.Parameters(), result.Get());
-    return list.Take(result.Value());
+    return CallWith(arguments, ComArguments::References::AnyType, member, found.id);
   });
+}
+
+Variant ComObject::CallWith(std::span<const Argument> arguments, ComArguments::References references,
+                            const Member& member, DISPID id) {
+  ComArguments list(arguments, references);
+  OwnedVariant result;
+  Failure failure;
+  const HRESULT answer = Call(id, list.Parameters(), result.Get(), failure);
+  if (SUCCEEDED(answer)) return list.Take(result.Value());
+  // Arguments are refused before the member runs, so it can be called again.
+  if (answer == DISP_E_TYPEMISMATCH && list.HaveOtherTypes())
+    return CallWith(arguments, ComArguments::References::OwnTypes, member, id);
+  Raise(answer, member, arguments.size(), failure);
 }
 
 Member::Site ComObject::Find(const Member& member) {
@@ -74,13 +93,15 @@ Member::Site ComObject::Find(const Member& member) {
   return here;
 }
 
-void ComObject::Raise(HRESULT result, const Member& member, std::size_t argumentCount, UINT wrongArgument,
-                      Exception& exception) const {
-  if (result == DISP_E_EXCEPTION) throw exception.ToError(Name());
+void ComObject::Raise(HRESULT result, const Member& member, std::size_t argumentCount, Failure& failure) const {
+  if (result == DISP_E_EXCEPTION) throw failure.exception.ToError(Name());
   FailedCall call{result, std::string(member.Name()), argumentCount, {}};
   // Arguments are passed last first.
-  if (wrongArgument < argumentCount) call.argument = argumentCount - wrongArgument;
-  throw ErrorOf(call, Name());
+  if (failure.wrongArgument < argumentCount) call.argument = argumentCount - failure.wrongArgument;
+  Error error = ErrorOf(call, Name());
+  const std::string text = TakeErrorText();
+  if (!text.empty()) error.With("component's text", text);
+  throw error;
 }
 
 std::string ComObject::Name() const {

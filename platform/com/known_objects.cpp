@@ -5,7 +5,7 @@
 namespace qmx {
 namespace {
 
-using Map = std::unordered_map<const IUnknown*, std::weak_ptr<ComObject>>;
+using Map = std::unordered_map<const IDispatch*, std::weak_ptr<ComObject>>;
 
 Map& Objects() {
   static auto& objects = *new Map;  // never destroyed, because objects may outlive it
@@ -14,17 +14,17 @@ Map& Objects() {
 
 }  // namespace
 
-std::shared_ptr<ComObject> KnownObjects::Find(const IUnknown* identity) {
-  const auto known = Objects().find(identity);
+std::shared_ptr<ComObject> KnownObjects::Find(const IDispatch* dispatch) {
+  const auto known = Objects().find(dispatch);
   return known == Objects().end() ? nullptr : known->second.lock();
 }
 
-void KnownObjects::Add(const IUnknown* identity, const std::shared_ptr<ComObject>& object) {
-  Objects()[identity] = object;
+void KnownObjects::Add(const IDispatch* dispatch, const std::shared_ptr<ComObject>& object) {
+  Objects()[dispatch] = object;
 }
 
-void KnownObjects::Remove(const IUnknown* identity) {
-  const auto known = Objects().find(identity);
+void KnownObjects::Remove(const IDispatch* dispatch) {
+  const auto known = Objects().find(dispatch);
   if (known != Objects().end() && known->second.expired()) Objects().erase(known);
 }
 

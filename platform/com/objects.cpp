@@ -14,11 +14,11 @@ Object ObjectFrom(IDispatch* dispatch, std::string_view progId) {
   dispatch->QueryInterface(IID_IUnknown, identity.UntypedReceiver());  // null only if the object breaks COM's rules
   if (identity) {
     if (std::shared_ptr<Dispatch> ours = HostDispatch::TargetOf(identity.Get())) return Object(std::move(ours));
-    std::shared_ptr<ComObject> known = progId.empty() ? KnownObjects::Find(identity.Get()) : nullptr;
-    if (known) return Object(std::move(known));
   }
-  auto made = std::make_shared<ComObject>(ComPtr<IDispatch>::Sharing(dispatch), identity.Get(), progId);
-  if (identity) KnownObjects::Add(identity.Get(), made);
+  std::shared_ptr<ComObject> known = progId.empty() ? KnownObjects::Find(dispatch) : nullptr;
+  if (known) return Object(std::move(known));
+  auto made = std::make_shared<ComObject>(ComPtr<IDispatch>::Sharing(dispatch), progId);
+  KnownObjects::Add(dispatch, made);
   return Object(std::move(made));
 }
 

@@ -55,6 +55,48 @@ TEST(AVariableOfAnotherKind, IsPassedAsAReferenceToAVariant) {
   }
 }
 
+TEST(AVariableOfAnotherKind, MayBePassedAsAReferenceOfItsType) {
+  const auto component = StubComponent::Make({});
+  Variant text = "before";
+  Variant moment = DateTime::FromDate(2026, 11, 23);
+  Variant object = ObjectFrom(component.Get());
+  const Argument arguments[] = {Ref(text), Ref(moment), Ref(object)};
+  ComArguments list(arguments, ComArguments::References::OwnTypes);
+  const VARIANT* const passed = list.Parameters().rgvarg;
+  EXPECT_EQ(passed[2].vt, VT_BYREF | VT_BSTR);
+  EXPECT_EQ(passed[1].vt, VT_BYREF | VT_DATE);
+  EXPECT_EQ(passed[0].vt, VT_BYREF | VT_DISPATCH);
+  EXPECT_NE(SysReAllocString(passed[2].pbstrVal, L"written"), FALSE);
+  *passed[1].pdate += 1;
+  list.Take(VARIANT{});
+  EXPECT_EQ(text, Variant("written"));
+  EXPECT_EQ(moment, Variant(DateTime::FromDate(2026, 11, 24)));
+  EXPECT_EQ(object, Variant(ObjectFrom(component.Get())));
+}
+
+TEST(AVariableWithoutAType, IsAlwaysPassedAsAReferenceToAVariant) {
+  Variant empty;
+  Variant null = Variant::Null();
+  const Argument arguments[] = {Ref(empty), Ref(null)};
+  ComArguments list(arguments, ComArguments::References::OwnTypes);
+  EXPECT_EQ(list.Parameters().rgvarg[1].vt, VT_BYREF | VT_VARIANT);
+  EXPECT_EQ(list.Parameters().rgvarg[0].vt, VT_BYREF | VT_VARIANT);
+}
+
+TEST(Arguments, HaveOtherTypesOnlyIfAVariableOfATypeIsPassedAsAVariant) {
+  Variant text = "text";
+  Variant number = 1;
+  Variant empty;
+  const auto haveOtherTypes = [](const Argument& argument, ComArguments::References references) {
+    return ComArguments({&argument, 1}, references).HaveOtherTypes();
+  };
+  EXPECT_TRUE(haveOtherTypes(Ref(text), ComArguments::References::AnyType));
+  EXPECT_FALSE(haveOtherTypes(Ref(text), ComArguments::References::OwnTypes));
+  EXPECT_FALSE(haveOtherTypes(Ref(number), ComArguments::References::AnyType));
+  EXPECT_FALSE(haveOtherTypes(Ref(empty), ComArguments::References::AnyType));
+  EXPECT_FALSE(haveOtherTypes(Argument("text"), ComArguments::References::AnyType));
+}
+
 TEST(AVariable, ReceivesWhatTheComponentWrote) {
   Variant number = 1;
   Variant text = "before";

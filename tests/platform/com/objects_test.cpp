@@ -56,16 +56,61 @@ TEST(ObjectsOfAComponent, ThatWereReleasedTakeNoMemory) {
   EXPECT_EQ(KnownObjects::Count(), before);
 }
 
-TEST(ObjectsOfAComponent, WithoutAnIdentityAreCalledAndAreNotKnown) {
+TEST(ObjectsOfAComponent, WithoutAnIdentityAreCalledAndKnown) {
   VARIANT answer{};
   answer.vt = VT_I4;
   answer.lVal = 42;
   const auto component = StubComponent::Giving(answer);
   component->hasIdentity = false;
-  const std::size_t before = KnownObjects::Count();
   const Object object = ObjectFrom(component.Get());
   EXPECT_EQ(object.Call("ask"), Variant(42));
-  EXPECT_NE(ObjectFrom(component.Get()), object);
+  EXPECT_EQ(ObjectFrom(component.Get()), object);
+}
+
+// A Java bridge or a control may give one object several interfaces with members of their own.
+class SeveralInterfaces : public testing::Test {
+ protected:
+  SeveralInterfaces() {
+    second_->outer = first_.Get();
+    third_->outer = first_.Get();
+  }
+
+  static VARIANT Number(LONG number) {
+    VARIANT value{};
+    value.vt = VT_I4;
+    value.lVal = number;
+    return value;
+  }
+
+  ComPtr<StubComponent> first_ = StubComponent::Giving(Number(1));
+  ComPtr<StubComponent> second_ = StubComponent::Giving(Number(2));
+  ComPtr<StubComponent> third_ = StubComponent::Giving(Number(3));
+};
+
+TEST_F(SeveralInterfaces, OfOneObjectAreEachCalled) {
+  const Object first = ObjectFrom(first_.Get());
+  const Object second = ObjectFrom(second_.Get());
+  EXPECT_EQ(first.Call("ask"), Variant(1));
+  EXPECT_EQ(second.Call("ask"), Variant(2));
+  EXPECT_EQ(ObjectFrom(third_.Get()).Call("ask"), Variant(3));
+}
+
+TEST_F(SeveralInterfaces, OfOneObjectAreEachPassedAsTheyWere) {
+  const Object first = ObjectFrom(first_.Get());
+  const Object second = ObjectFrom(second_.Get());
+  EXPECT_EQ(DispatchOf(second).Get(), second_.Get());
+  EXPECT_EQ(ObjectFrom(first_.Get()), first);
+  EXPECT_EQ(ObjectFrom(second_.Get()), second);
+  EXPECT_NE(first, second);
+}
+
+TEST_F(SeveralInterfaces, OfOneObjectAreForgottenOneByOne) {
+  const std::size_t before = KnownObjects::Count();
+  Object first = ObjectFrom(first_.Get());
+  Object second = ObjectFrom(second_.Get());
+  first = Object();
+  EXPECT_EQ(ObjectFrom(second_.Get()), second);
+  second = Object();
   EXPECT_EQ(KnownObjects::Count(), before);
 }
 

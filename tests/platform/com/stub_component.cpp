@@ -86,6 +86,7 @@ ComPtr<StubComponent> StubComponent::Giving(const VARIANT& value) {
 }
 
 HRESULT StubComponent::QueryInterface(REFIID id, void** object) {
+  if (outer && IsEqualIID(id, IID_IUnknown)) return outer->QueryInterface(id, object);
   const bool isKnown = (IsEqualIID(id, IID_IUnknown) && hasIdentity) || IsEqualIID(id, IID_IDispatch);
   *object = isKnown ? this : nullptr;
   if (!isKnown) return E_NOINTERFACE;

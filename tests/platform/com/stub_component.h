@@ -82,6 +82,7 @@ class StubComponent final : public IDispatch {
   std::function<void()> whenLookedUp = [] {};
   std::function<void()> whenReleased = [] {};  // for the last time
   bool hasIdentity = true;                     // no IUnknown otherwise, against COM's rules
+  IUnknown* outer = nullptr;                   // whose further interface this is, borrowed
   int lookUps = 0;
   int invocations = 0;
   ULONG references = 1;
