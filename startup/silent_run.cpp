@@ -1,11 +1,9 @@
 #include "startup/silent_run.h"
 
-#include <cstdlib>
-
 #include "platform/modDeclarations.h"
 #include "platform/progress/progress.h"
 #include "platform/system/clock.h"
-#include "platform/system/exit_guard.h"
+#include "platform/system/end_at_once.h"
 #include "platform/system/text_files.h"
 #include "startup/modStartUp.h"
 
@@ -29,7 +27,7 @@ void EndSilentRun(std::string_view commandLine, int listener, const Error& failu
   const int status = static_cast<int>(ExitStatus::StartUpFailed);
   if (record) record->End(status, {});  // the blocked run may still write its facts
   Progress::TellEnd(listener, status);
-  std::_Exit(EndOfMain(status));
+  EndAtOnce(status);
 }
 
 }  // namespace qmx

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 #include <string_view>
 #include <utility>
 
+#include "platform/system/end_at_once.h"
 #include "platform/system/environment.h"
+#include "platform/system/standard_error.h"
 
 namespace qmx {
 namespace {
@@ -81,8 +82,8 @@ void Watchdog::Remove(Watch& watch) {
 }
 
 void Watchdog::PrintAndEnd(const Error& error) {
-  std::fputs((DescribeChain(error) + "\n").c_str(), stderr);
-  std::_Exit(kStatus);
+  WriteToStandardError({DescribeChain(error), "\n"});
+  EndAtOnce(kStatus);
 }
 
 void Watchdog::LookUntilTheEnd() {

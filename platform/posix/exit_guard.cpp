@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "platform/error.h"
+#include "platform/system/end_at_once.h"
 #include "platform/system/end_line.h"
 
 namespace qmx {
@@ -19,7 +20,7 @@ std::atomic<pid_t> guardedProcess = 0;
 void EndUnlessMainHasEnded() {
   if (mainHasEnded || getpid() != guardedProcess) return;
   EndLine("exit was called by something other than the program").Write(kStatusFailed);
-  _exit(kStatusFailed);
+  EndAtOnce(kStatusFailed);
 }
 
 }  // namespace

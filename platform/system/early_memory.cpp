@@ -1,9 +1,9 @@
 #include "platform/system/early_memory.h"
 
-#include <cstdlib>
 #include <exception>
 #include <new>
 
+#include "platform/system/end_at_once.h"
 #include "platform/system/standard_error.h"
 
 namespace qmx {
@@ -18,7 +18,7 @@ void EndWithoutMemory() noexcept {
     if (std::current_exception()) throw;
   } catch (const std::bad_alloc&) {
     WriteToStandardError({"Out of memory: the program could not start.\n"});
-    std::_Exit(kFailed);
+    EndAtOnce(kFailed);
   } catch (...) {
   }
   before();

@@ -5,9 +5,9 @@
 // A second one, of any of the three, ends the process at once, as by default. Signals within 50 ms count as one,
 // because a closing terminal and timeout(1) send theirs twice.
 //
-// On Windows they are the events of the console and the end of the session, and an event that $QMX_END_EVENT names. If
-// Windows ends the process after one, the run has the time that Windows gives, and a last line is written before it is
-// over.
+// On Windows they are the events of the console, the end of the session, the message WM_CLOSE, and an event that
+// $QMX_END_EVENT names. Only keys end the process at once when they come again. If Windows ends the process after one,
+// the run has the time that Windows gives, and a last line is written before it is over.
 #pragma once
 
 namespace qmx {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <optional>
 
 namespace qmx {
 namespace {
@@ -10,10 +11,18 @@ constexpr DWORD kUsualTime = 5000;  // milliseconds
 
 std::atomic<PHANDLER_ROUTINE> current = nullptr;
 
-LRESULT CALLBACK TakeMessage(HWND window, UINT message, WPARAM isCertain, LPARAM what) {
-  const PHANDLER_ROUTINE handler = current;
-  if (message != WM_ENDSESSION || !isCertain || !handler) return DefWindowProcW(window, message, isCertain, what);
-  handler((static_cast<DWORD>(what) & ENDSESSION_LOGOFF) != 0 ? CTRL_LOGOFF_EVENT : CTRL_SHUTDOWN_EVENT);
+// None if the message is no event.
+std::optional<DWORD> EventOf(UINT message, WPARAM isCertain, LPARAM what) {
+  if (message == WM_CLOSE) return EndEvents::kClose;
+  if (message != WM_ENDSESSION || !isCertain) return std::nullopt;
+  return (static_cast<DWORD>(what) & ENDSESSION_LOGOFF) != 0 ? CTRL_LOGOFF_EVENT : CTRL_SHUTDOWN_EVENT;
+}
+
+// The window stays when it is asked to close, because other messages may follow.
+LRESULT CALLBACK TakeMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
+  const std::optional<DWORD> event = EventOf(message, first, second);
+  if (!event) return DefWindowProcW(window, message, first, second);
+  if (const PHANDLER_ROUTINE handler = current) handler(*event);
   return 0;
 }
 
@@ -66,6 +75,8 @@ const char* EndEvents::NameOf(DWORD event) noexcept {
       return "CTRL_LOGOFF";
     case CTRL_SHUTDOWN_EVENT:
       return "CTRL_SHUTDOWN";
+    case kClose:
+      return "WM_CLOSE";
     default:
       return nullptr;
   }

@@ -1,8 +1,8 @@
 // The events by which Windows asks a program to end: the keys Ctrl+C and Ctrl+Break, and the end of the console, of the
-// session and of Windows.
+// session and of Windows. And the message WM_CLOSE to a hidden window, by which the Task Scheduler ends a task.
 //
 // The console's handler gets them all. But Windows does not call it at the end of the session in a process that has
-// loaded user32.dll, as COM does. There a hidden window gets the message. Without a window, as in a session without a
+// loaded user32.dll, as COM does. There the window gets that message too. Without a window, as in a session without a
 // desktop, only the console's handler is left.
 #pragma once
 
@@ -12,8 +12,8 @@ namespace qmx {
 
 class EndEvents {
  public:
-  // Calls the handler with the event (CTRL_C_EVENT), on threads of Windows. Windows ends the process when the handler
-  // returns after an event that is no key, or when its time is over. There is one instance at a time.
+  // Calls the handler with the event (CTRL_C_EVENT), on threads of Windows. There is one instance
+  // at a time.
   explicit EndEvents(PHANDLER_ROUTINE handler) noexcept;
   ~EndEvents();
   EndEvents(const EndEvents&) = delete;
@@ -21,10 +21,15 @@ class EndEvents {
 
   bool HasConsoleHandler() const noexcept { return hasConsoleHandler_; }  // false if Windows refused it
 
+  static constexpr DWORD kClose = WM_CLOSE;  // the event of that message, which Windows leaves to the program
+
   static const char* NameOf(DWORD event) noexcept;  // "CTRL_C"; null if it is none of them
   static bool IsKey(DWORD event) noexcept { return event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT; }
 
-  // How long Windows waits for a process after an event that is no key, in milliseconds.
+  // Whether Windows ends the process when the handler returns: after the end of the console or the session.
+  static bool EndsTheProcess(DWORD event) noexcept { return !IsKey(event) && event != kClose; }
+
+  // How long Windows waits for a process after such an event, in milliseconds.
   static DWORD TimeToEnd() noexcept;
 
  private:

@@ -34,8 +34,9 @@ class Utf8Output {
 
 int wmain(int argc, wchar_t** argv) {
   qmx::MainHasBegun();
-  // A missing library or an empty drive is a failure of the call. Nobody sees a window of a scheduled task.
-  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+  // A missing library or an empty drive is a failure of the call, and a crash ends the process at once. Nobody sees a
+  // window of a scheduled task, and child processes inherit this.
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX | SEM_NOGPFAULTERRORBOX);
   const Utf8Output output;
   static std::vector<std::string> words;
   static std::vector<const char*> pointers;

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cstdlib>
 #include <optional>
 
 #include "platform/interruption.h"
+#include "platform/system/end_at_once.h"
 #include "platform/system/end_line.h"
 #include "platform/system/standard_error.h"
 #include "platform/windows/end_event_name.h"
@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::int64_t kTogether = 50;     // milliseconds
 constexpr DWORD kForTheLastWords = 1'000;  // milliseconds, at most a half of the time that Windows gives
-constexpr UINT kStatusFailed = 2;
+constexpr int kStatusFailed = 2;
 
 std::atomic<const char*> sentence = nullptr;
 std::atomic<std::int64_t> firstAt = 0;  // 0 before the first
@@ -41,10 +41,8 @@ std::optional<std::int64_t> RequestOrSinceFirst(const char* name) noexcept {
   const DWORD time = endEventCalls.timeToEnd();
   Sleep(time - std::min(kForTheLastWords, time / 2));
   EndLine(event == CTRL_CLOSE_EVENT ? "The closed console ended the run" : "The end of the session ended the run")
-      .Write(static_cast<int>(kStatusFailed));
-  TerminateProcess(GetCurrentProcess(), kStatusFailed);
-  Sleep(INFINITE);  // is not reached
-  std::abort();
+      .Write(kStatusFailed);
+  EndAtOnce(kStatusFailed);
 }
 
 // Windows calls it in a thread of its own.
@@ -52,8 +50,8 @@ BOOL WINAPI Take(DWORD event) {
   const char* const name = EndEvents::NameOf(event);
   if (!name) return FALSE;
   const std::optional<std::int64_t> sinceFirst = RequestOrSinceFirst(name);
-  if (!EndEvents::IsKey(event)) WaitForTheEnd(event);
-  if (sinceFirst.value_or(0) > kTogether) {
+  if (EndEvents::EndsTheProcess(event)) WaitForTheEnd(event);
+  if (EndEvents::IsKey(event) && sinceFirst.value_or(0) > kTogether) {
     WriteToStandardError({});  // clears the progress line
     TerminateProcess(GetCurrentProcess(), static_cast<UINT>(STATUS_CONTROL_C_EXIT));
   }

@@ -8,7 +8,7 @@ import time
 import unittest
 from pathlib import Path
 
-from programs import LINUX, TREE, WINDOWS, Site
+from programs import LINUX, TREE, WINDOWS, Site, wine
 from terminal import Terminal
 
 ENDING = TREE / "build/windows/tests/startup/servers"
@@ -81,6 +81,23 @@ class Endings(unittest.TestCase):
         self.assertEqual(self.in_use(), [(0,)])
         self.assertIn('"outcome":"failed","status":1', self.last_record())
         end.wait(timeout=LONG)
+
+    def test_wm_close_releases_the_table(self):
+        self.do_at_the_fifth_record("wait waiting")
+        run = self.site.start("qmxdatacopy", self.site.line("tsmdm030"))
+        self.wait_for(self.waiting / "reached")
+        wine("taskkill", "/im", "qmxdatacopy.exe")
+        self.assertEqual(run.error_line().partition(":")[0], "WM_CLOSE")
+        (self.waiting / "go").touch()
+        status, _, err = run.end()
+        self.assertEqual(status, 1)
+        self.assertIn("WM_CLOSE asked the program to end.", err)
+        self.assertEqual(self.in_use(), [(0,)])
+
+    def test_a_crash_shows_no_window(self):
+        self.do_at_the_fifth_record("error_mode")
+        status, _, err = self.site.copy("tsmdm030")
+        self.assertEqual((status, err), (0, f"error mode {0x8003}\n"))
 
     def wait_for(self, path):
         end = time.monotonic() + LONG

@@ -94,7 +94,7 @@ class WholeRuns(BothSystems):
                                  **variables)
 
     def test_an_exit_of_a_component_is_reported_and_ends_the_run_with_two(self):
-        for what in ("exit 0", "exit 3", "exit 0 on a thread", "quick_exit 0"):
+        for what in ("exit 0", "exit 3", "exit 0 on a thread", "quick_exit 0", "quick_exit 0 on a thread"):
             status, _, err = self.end_at("getServiceType", what)
             self.assertEqual((status, err), (2, "exit was called by something other than the program during getServiceType of "
                                                 "ServiceTypes.ServiceTypesManager: the table stays in progress: qmxadmin release tsmdm030\n"))

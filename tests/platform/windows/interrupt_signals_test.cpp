@@ -180,13 +180,18 @@ HWND SessionWindow() {
   return nullptr;
 }
 
+HWND AwaitSessionWindow() {
+  HWND window = nullptr;
+  for (int look = 0; look < 1000 && !(window = SessionWindow()); ++look) Sleep(10);
+  if (!window) std::_Exit(4);
+  return window;
+}
+
 const SecondProcess::Work kWindow("session ends", [](const SecondProcess::Words& words) {
   UseFakeConsole();
   endEventCalls.timeToEnd = []() noexcept -> DWORD { return 60'000; };
   const InterruptSignals signals("the copy ends.");
-  HWND window = nullptr;
-  for (int look = 0; look < 1000 && !(window = SessionWindow()); ++look) Sleep(10);
-  if (!window) std::_Exit(4);
+  const HWND window = AwaitSessionWindow();
   EXPECT_TRUE(SendMessageW(window, WM_QUERYENDSESSION, 0, 0));
   SendMessageW(window, WM_ENDSESSION, FALSE, 0);  // another program refused
   if (Interruption::IsRequested()) std::_Exit(3);
@@ -202,6 +207,24 @@ TEST_F(ConsoleEvents, OfTheEndOfASessionComeToAWindow) {
     EXPECT_EQ(end.status, 0) << end.err;
     EXPECT_THAT(end.err, HasSubstr(name + " asked the program to end.\r\n"));  // two threads write
   }
+}
+
+const SecondProcess::Work kClosed("window is closed", [](const SecondProcess::Words&) {
+  UseFakeConsole();
+  const InterruptSignals signals("the copy ends.");
+  const HWND window = AwaitSessionWindow();
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(SendMessageW(window, WM_CLOSE, 0, 0), 0);
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));  // as for a second key
+  SendMessageW(window, WM_CLOSE, 0, 0);
+  std::fprintf(stderr, "%s\n", Raised([] { Interruption::RaiseIfRequested(); }).Description().c_str());
+  std::fprintf(stderr, IsWindow(window) ? "The window stays.\n" : "The window is gone.\n");
+});
+
+TEST_F(ConsoleEvents, OfTheTaskSchedulerCloseTheWindowAndAreOneRequest) {
+  const Process end = SecondProcess("window is closed", {}).Wait();
+  if (end.status == 4) GTEST_SKIP() << "There is no desktop for a window.";
+  EXPECT_EQ(end.status, 0);
+  EXPECT_EQ(end.err, "WM_CLOSE: the copy ends.\nWM_CLOSE asked the program to end.\r\nThe window stays.\r\n");
 }
 
 TEST(RequestsOfTheProgramThatStartedThisOne, AreAnEventThatTheEnvironmentNames) {

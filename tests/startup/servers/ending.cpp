@@ -3,14 +3,15 @@
 // components of the scheduling server.
 //
 // QMX_TEST_AT=MEMBER says at which member, QMX_TEST_CALL=N at which call of it (else the first), and QMX_TEST_DO what:
-// "exit N", "exit N on a thread", "quick_exit N", "_exit N", "raise N", "fault", "overflow", or "wait FOLDER": make
-// FOLDER/reached and return when there is FOLDER/go.
+// "exit N", "exit N on a thread", "quick_exit N", "quick_exit N on a thread", "_exit N", "raise N", "fault",
+// "overflow", "error_mode", or "wait FOLDER": make FOLDER/reached and return when there is FOLDER/go.
 #include <qmx/component_server.h>
 #include <strings.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -19,6 +20,7 @@
 #include <thread>
 #include <vector>
 
+#include "error_mode.h"
 #include "quick_exit.h"
 
 namespace {
@@ -52,9 +54,11 @@ void Do(const std::string& what) {
   if (word == "wait") return WaitIn(rest);
   if (word == "exit" && what.ends_with("on a thread")) std::thread([number] { std::exit(number); }).join();
   if (word == "exit") std::exit(number);
+  if (word == "quick_exit" && what.ends_with("on a thread")) std::thread([number] { EndQuickly(number); }).join();
   if (word == "quick_exit") EndQuickly(number);
   if (word == "_exit") _exit(number);
   if (word == "raise") raise(number);
+  if (word == "error_mode") std::fprintf(stderr, "error mode %u\n", ErrorMode());
   if (word == "fault") *static_cast<volatile int*>(nullptr) = 1;
   if (word == "overflow") Overflow(0);
 }

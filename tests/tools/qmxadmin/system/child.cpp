@@ -7,6 +7,7 @@
 
 #include "platform/interruption.h"
 #include "platform/system/descriptors.h"
+#include "platform/system/end_at_once.h"
 #include "platform/system/entry.h"
 #include "platform/system/environment.h"
 #include "platform/system/interrupt_signals.h"
@@ -16,6 +17,7 @@ namespace {
 
 constexpr std::string_view kWait = "wait for ";
 constexpr std::string_view kStay = "stay until ";
+constexpr std::string_view kEnd = "end with ";
 
 void Tell(const char* line) {
   const std::string number = qmx::EnvironmentVariable("QMX_PROGRESS_FD").value_or("-1");
@@ -40,6 +42,7 @@ int qmx::ProgramMain(std::span<const char* const> words) {
   const std::string what = words.size() == 2 ? words[1] : "";
   if (what.starts_with(kWait)) return WaitFor(what.substr(kWait.size()), true) ? 0 : 1;
   if (what.starts_with(kStay)) return WaitFor(what.substr(kStay.size()), false) ? 0 : 1;
+  if (what.starts_with(kEnd)) EndAtOnce(static_cast<int>(std::stoul(what.substr(kEnd.size()), nullptr, 0)));
   if (what == "trap") __builtin_trap();
   Tell("rows 7\n");
   std::fputs((what + "\n").c_str(), stdout);

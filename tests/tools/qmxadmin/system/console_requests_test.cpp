@@ -38,12 +38,14 @@ TEST_F(EndRequestsOfTheConsole, AreKeptUntilTheyAreTaken) {
   EXPECT_TRUE(requests.Take().empty());
   EXPECT_TRUE(handler.load()(CTRL_C_EVENT));
   EXPECT_TRUE(handler.load()(CTRL_BREAK_EVENT));
+  EXPECT_TRUE(handler.load()(EndEvents::kClose));
   EXPECT_FALSE(handler.load()(77));
   requests.Wait({}, std::chrono::hours(1));
   const std::vector<EndRequest> taken = requests.Take();
-  ASSERT_EQ(taken.size(), 2U);
+  ASSERT_EQ(taken.size(), 3U);
   EXPECT_EQ(taken[0].name, "Ctrl+C");
   EXPECT_EQ(taken[1].name, "Ctrl+Break");
+  EXPECT_EQ(taken[2].name, "WM_CLOSE");
   EXPECT_TRUE(requests.Take().empty());
 }
 
@@ -105,6 +107,18 @@ TEST(EndRequestsOfAChild, LeaveItItsTimeIfTheConsoleIsClosedAfterAKey) {
   child.Process().PassOn(kClosing);
   child.End();
   EXPECT_EQ(child.Process().ExitStatus(), 0);
+}
+
+TEST(AChildOfWindows, HasAKillerThatSaysIfNothingInItCouldReportTheEnd) {
+  const std::pair<const char*, const char*> killers[] = {
+      {"0xC0000005", "exception 0xC0000005"},
+      {"0xC0000409", "exception 0xC0000409 (a component ended the process at once)"},
+      {"0xC0000374", "exception 0xC0000374 (a component ended the process at once)"}};
+  for (const auto& [status, killer] : killers) {
+    ChildProcess child(TEST_CHILD, std::string("end with ") + status, {});
+    while (!child.HasEnded()) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_EQ(child.Killer(), killer);
+  }
 }
 
 }  // namespace

@@ -3,9 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <map>
 
+#include "platform/system/end_at_once.h"
+#include "platform/system/exit_guard.h"
 #include "platform/system/write_all.h"
 #include "tests/support/second_process.h"
 
@@ -25,13 +26,15 @@ const std::map<std::string, SeparateWork::Steps> kSteps = {
        WriteAll(descriptor, "before");
        __builtin_trap();
      }},
-    {"exit", [](std::size_t, int) { std::_Exit(5); }}};
+    {"exit", [](std::size_t, int) { EndAtOnce(5); }}};
 
 const SecondProcess::Work kWork("separate work", [](const SecondProcess::Words& words) {
+  GuardExit();  // as the tool does
   SeparateWork work(kSteps.at(words[0]), 7);
   std::string written;
   for (std::string read; !(read = work.Read()).empty();) written += read;
   WriteFile(words[1], written + ", " + work.WaitForEnd());
+  EndOfMain(0);
 });
 
 std::string ResultOf(const std::string& steps) {

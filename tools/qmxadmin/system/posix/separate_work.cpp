@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "platform/error.h"
+#include "platform/system/end_at_once.h"
 
 namespace qmx {
 namespace {
@@ -33,7 +34,7 @@ SeparateWork::SeparateWork(const Steps& steps, std::size_t first) : state_(std::
   if (state_->process == 0) {
     close(ends[0]);
     steps(first, ends[1]);
-    _exit(0);
+    EndAtOnce(0);
   }
   close(ends[1]);
   state_->pipe = ends[0];

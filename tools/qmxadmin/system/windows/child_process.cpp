@@ -19,6 +19,10 @@ namespace {
 constexpr DWORD kFirstException = 0xC0000000;
 constexpr DWORD kInterrupted = 0xC000013A;  // STATUS_CONTROL_C_EXIT
 
+// Ends that no handler of the process hears of. The first is that of every abort of newer C libraries, too.
+constexpr DWORD kStackBufferOverrun = 0xC0000409;
+constexpr DWORD kHeapCorruption = 0xC0000374;
+
 // Returns what can be read without waiting.
 std::string ReadAll(HANDLE pipe) {
   std::string text;
@@ -112,7 +116,10 @@ std::optional<int> ChildProcess::ExitStatus() const {
 
 std::string ChildProcess::Killer() const {
   if (!state_->end || *state_->end < kFirstException) return {};
-  return *state_->end == kInterrupted ? "an interruption" : fmt::format("exception 0x{:08X}", *state_->end);
+  if (*state_->end == kInterrupted) return "an interruption";
+  const bool isFastFail = *state_->end == kStackBufferOverrun || *state_->end == kHeapCorruption;
+  return fmt::format("exception 0x{:08X}{}", *state_->end,
+                     isFastFail ? " (a component ended the process at once)" : "");
 }
 
 }  // namespace qmx

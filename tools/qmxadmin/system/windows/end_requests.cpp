@@ -34,13 +34,15 @@ const char* NameOf(DWORD event) {
       return "The user logs off";
     case CTRL_SHUTDOWN_EVENT:
       return "Windows shuts down";
+    case EndEvents::kClose:
+      return "WM_CLOSE";
     default:
       return nullptr;
   }
 }
 
-// Windows calls it in a thread of its own. After an event that is no key it ends the process when this returns, so this
-// waits for the end of main, or of the time that Windows gives.
+// Windows calls it in a thread of its own. If it ends the process when this returns, this waits for the end of main, or
+// of the time that Windows gives.
 BOOL WINAPI Keep(DWORD event) {
   const char* const name = NameOf(event);
   if (!name) return FALSE;
@@ -49,7 +51,7 @@ BOOL WINAPI Keep(DWORD event) {
     pending.push_back({static_cast<int>(event), name});
     if (isPending) SetEvent(isPending);
   }
-  if (!EndEvents::IsKey(event)) Sleep(INFINITE);
+  if (EndEvents::EndsTheProcess(event)) Sleep(INFINITE);
   return TRUE;
 }
 

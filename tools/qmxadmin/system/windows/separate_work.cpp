@@ -5,9 +5,9 @@
 #include <io.h>
 
 #include <array>
-#include <cstdlib>
 
 #include "platform/error.h"
+#include "platform/system/end_at_once.h"
 #include "platform/system/environment.h"
 #include "platform/windows/own_path.h"
 #include "platform/windows/system_codes.h"
@@ -26,7 +26,7 @@ constexpr const char* kFirst = "QMXADMIN_SEPARATE_FIRST";
   const std::intptr_t pipe = std::stoll(EnvironmentVariable(kPipe).value_or("0"));
   SetHandleInformation(reinterpret_cast<HANDLE>(pipe), HANDLE_FLAG_INHERIT, 0);
   steps(std::stoul(EnvironmentVariable(kFirst).value_or("0")), _open_osfhandle(pipe, _O_BINARY));
-  std::_Exit(0);
+  EndAtOnce(0);
 }
 
 }  // namespace

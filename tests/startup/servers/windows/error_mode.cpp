@@ -1,0 +1,5 @@
+#include "error_mode.h"
+
+#include <windows.h>
+
+unsigned ErrorMode() { return GetErrorMode(); }
