@@ -2,6 +2,9 @@
 
 #include <objbase.h>
 
+#include <algorithm>
+#include <span>
+
 #include "com/served_type.h"
 #include "platform/com/bstr.h"
 #include "platform/components.h"
@@ -16,6 +19,12 @@ std::string TypeNameOf(IDispatch& object) {
   OwnedBstr name;
   information->GetDocumentation(MEMBERID_NIL, name.Receiver(), nullptr, nullptr, nullptr);
   return Utf8(name.View());
+}
+
+bool HasReferenceToVariant(const DISPPARAMS& parameters) {
+  const std::span<const VARIANT> arguments(parameters.rgvarg, parameters.cArgs);
+  return std::any_of(arguments.begin(), arguments.end(),
+                     [](const VARIANT& argument) { return argument.vt == (VT_BYREF | VT_VARIANT); });
 }
 
 }  // namespace
@@ -64,6 +73,7 @@ HRESULT FailingDispatch::GetIDsOfNames(REFIID id, LPOLESTR* names, UINT count, L
 HRESULT FailingDispatch::Invoke(DISPID id, REFIID interfaceId, LCID locale, WORD flags, DISPPARAMS* parameters,
                                 VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) {
   const DISPID innerId = id - firstId_;
+  if (calls_.haveTypes && HasReferenceToVariant(*parameters)) return DISP_E_TYPEMISMATCH;
   const Member& member = *MemberNames::OfTheProgram().Find(innerId - orvan::kFirstMember);
   const bool isErps = kind_ != "messages" && kind_ != "requests";
   const bool failedBefore = isErps && calls_.failure && calls_.failure->isForGood && calls_.calls.HasStruck();

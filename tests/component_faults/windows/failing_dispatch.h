@@ -24,6 +24,7 @@ struct FailingCalls {
   const ComFailure* failure = nullptr;
   std::set<IUnknown*> living;  // all objects
   bool haveOwnIds = false;     // each object has other ids of its members, and no type information
+  bool haveTypes = false;      // by-reference parameters have types, so that references to a VARIANT are refused
 
   void DisconnectAll() const;  // as if their process had ended
 };
