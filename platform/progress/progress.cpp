@@ -35,8 +35,7 @@ int Progress::ListenerFromEnvironment() {
 }
 
 void Progress::TellEnd(int listener, int status) {
-  if (listener == kNobody || !TakesALine(listener, kForTheEnd)) return;
-  WriteAll(listener, "end " + std::to_string(status) + "\n");
+  if (listener != kNobody) WriteLine(listener, "end " + std::to_string(status) + "\n", kForTheEnd);
 }
 
 Progress::Progress(std::string table, int terminal, int listener, SteadyClock& clock)
@@ -95,9 +94,9 @@ std::string Progress::ClearText(int terminalWidth) const {
 
 void Progress::Tell() {
   const std::int64_t rows = counter_.IsDeleting() ? kDeleting : rows_.load(std::memory_order_relaxed);
-  if (listener_ == kNobody || rows == told_ || !TakesALine(listener_)) return;
-  WriteAll(listener_, rows == kDeleting ? "deleting\n" : "rows " + std::to_string(rows) + "\n");
-  told_ = rows;
+  if (listener_ == kNobody || rows == told_) return;
+  const std::string line = rows == kDeleting ? "deleting\n" : "rows " + std::to_string(rows) + "\n";
+  if (WriteLine(listener_, line)) told_ = rows;
 }
 
 }  // namespace qmx

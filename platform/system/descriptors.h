@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <string_view>
 
 namespace qmx {
 
@@ -13,8 +14,9 @@ inline constexpr int kStandardError = 2;
 // Returns -1 if nothing is open there. On Windows, where handles are inherited, the number is a handle's.
 int InheritedDescriptor(int number) noexcept;
 
-// Returns whether a line can be written at once, and waits for that at most the given time.
-bool TakesALine(int descriptor, std::chrono::milliseconds within = {}) noexcept;
+// Writes a short line (at most 128 bytes) to a reader that may not keep up, and waits for it at most the given time.
+// Returns false if nothing of the line was written. A line that was cut is completed before the next one.
+bool WriteLine(int descriptor, std::string_view line, std::chrono::milliseconds within = {}) noexcept;
 
 // Returns a second descriptor of the same file, or -1. Child processes do not inherit it.
 int Duplicated(int descriptor) noexcept;

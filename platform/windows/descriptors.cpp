@@ -3,38 +3,18 @@
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
-#include <winternl.h>
 
-#include <atomic>
-#include <thread>
+#include "platform/system/write_all.h"
+#include "platform/windows/line_pipe.h"
 
 namespace qmx {
 namespace {
 
 constexpr int kStandardDescriptors = 3;
-constexpr ULONG kLine = 64;  // bytes
-constexpr std::chrono::milliseconds kBetweenLooks{10};
 
-// Of FILE_PIPE_LOCAL_INFORMATION, which the headers for programs do not have.
-struct PipeState {
-  ULONG type, configuration, most, instances, inQuota, readable, outQuota, writable, state, end;
-};
-constexpr int kPipeInformation = 24;
+LinePipe listener;  // there is one at most
 
-// Wine always says that a pipe has no room. A pipe that has some when it is taken over is believed later.
-std::atomic<bool> tellsItsRoom = false;
-
-bool SaysItHasRoom(HANDLE pipe) noexcept {
-  IO_STATUS_BLOCK status{};
-  PipeState state{};
-  const NTSTATUS answer = NtQueryInformationFile(pipe, &status, &state, sizeof state,
-                                                 static_cast<FILE_INFORMATION_CLASS>(kPipeInformation));
-  return answer >= 0 && state.writable >= kLine;
-}
-
-bool HasRoom(HANDLE pipe) noexcept { return !tellsItsRoom || SaysItHasRoom(pipe); }
-
-// A write to a full pipe then writes nothing, instead of waiting for its reader.
+// A write to a full pipe then writes what has room, or nothing, instead of waiting for the reader.
 void NeverWait(HANDLE pipe) noexcept {
   DWORD mode = PIPE_READMODE_BYTE | PIPE_NOWAIT;
   SetNamedPipeHandleState(pipe, &mode, nullptr, nullptr);
@@ -49,10 +29,7 @@ int InheritedDescriptor(int number) noexcept {
   DWORD flags = 0;
   if (!GetHandleInformation(handle, &flags)) return -1;
   SetHandleInformation(handle, HANDLE_FLAG_INHERIT, 0);
-  if (GetFileType(handle) == FILE_TYPE_PIPE) {
-    tellsItsRoom = SaysItHasRoom(handle);
-    NeverWait(handle);
-  }
+  if (GetFileType(handle) == FILE_TYPE_PIPE) NeverWait(handle);
   return number < kStandardDescriptors ? number : _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_BINARY);
 }
 
@@ -64,15 +41,11 @@ int Duplicated(int descriptor) noexcept {
   return _open_osfhandle(reinterpret_cast<std::intptr_t>(second), _O_BINARY | _O_NOINHERIT);
 }
 
-bool TakesALine(int descriptor, std::chrono::milliseconds within) noexcept {
+bool WriteLine(int descriptor, std::string_view line, std::chrono::milliseconds within) noexcept {
   const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
   if (handle == INVALID_HANDLE_VALUE) return false;
-  if (GetFileType(handle) != FILE_TYPE_PIPE) return true;
-  const auto end = std::chrono::steady_clock::now() + within;
-  while (!HasRoom(handle)) {
-    if (std::chrono::steady_clock::now() >= end) return false;
-    std::this_thread::sleep_for(kBetweenLooks);
-  }
+  if (GetFileType(handle) == FILE_TYPE_PIPE) return listener.Write(handle, line, within);
+  WriteAll(descriptor, line);
   return true;
 }
 

@@ -46,14 +46,15 @@ TEST(InheritedDescriptors, AreNoneIfNothingIsOpenThere) { EXPECT_EQ(InheritedDes
 TEST(Descriptors, TakeALineIfTheyAreFiles) {
   const TempFolder folder;
   const int file = _wopen((folder.Path() / "file").c_str(), _O_CREAT | _O_WRONLY, 0600);
-  EXPECT_TRUE(TakesALine(file));
+  EXPECT_TRUE(WriteLine(file, "rows 3\n"));
   _close(file);
+  EXPECT_EQ(ReadFile(folder / "file"), "rows 3\n");
 }
 
 TEST(Descriptors, TakeALineIfTheyArePipesWithRoom) {
   const Pipe pipe;
   const int descriptor = InheritedDescriptor(NumberOf(pipe.writer));
-  EXPECT_TRUE(TakesALine(descriptor));
+  EXPECT_TRUE(WriteLine(descriptor, "rows 3\n"));
   _close(descriptor);
 }
 
