@@ -58,31 +58,54 @@ Answer FromMoniker(std::string_view name) {
   return {ObjectFrom(object.Get(), name), true, {}};
 }
 
-Answer Created(std::string_view progId) {
+// Loads the server of a class, or starts it. Creates no object.
+Answer FromServer(const CLSID& id) {
+  ComPtr<IUnknown> factory;
+  const HRESULT result =
+      Tried([&] { return CoGetClassObject(id, CLSCTX_ALL, nullptr, IID_IUnknown, factory.UntypedReceiver()); });
+  if (FAILED(result) || !factory) return NotCreated(WhyNoObject(id, result));
+  return {{}, true, {}};
+}
+
+// Looks the name up, and passes what it finds to one of the two.
+template <typename OfClass, typename OfMoniker>
+Answer LookUp(std::string_view progId, OfClass ofClass, OfMoniker ofMoniker) {
   CLSID id;
   const HRESULT found = FindClass(progId, id);
-  if (SUCCEEDED(found)) return FromClass(id, progId);
+  if (SUCCEEDED(found)) return ofClass(id);
   const std::string_view prefix = Prefix(progId);
   // Without a class for the prefix the name would be taken for a file.
-  if (!prefix.empty() && SUCCEEDED(FindClass(prefix, id))) return FromMoniker(progId);
+  if (!prefix.empty() && SUCCEEDED(FindClass(prefix, id))) return ofMoniker();
   return Refused(RegistrationOf(progId).has_value(), WhyNoClass(progId, prefix, found));
 }
 
 }  // namespace
 
-FurtherComponents::Answer ComComponents::Create(std::string_view progId) {
+template <typename OfClass, typename OfMoniker>
+Answer ComComponents::Ask(std::string_view progId, const char* what, OfClass ofClass, OfMoniker ofMoniker) {
   try {
     std::string folded = FoldName(progId);
     const auto known = unregistered_.find(folded);
     if (known != unregistered_.end()) return known->second;
     if (!apartment_) apartment_ = ComApartment::Enter();
-    const RunningCall running(RunningCall::KeepText(progId), "the creation");
-    Answer answer = Created(progId);
+    const RunningCall running(RunningCall::KeepText(progId), what);
+    Answer answer = LookUp(progId, ofClass, ofMoniker);
     if (!answer.isRegistered) unregistered_.emplace(std::move(folded), answer);
     return answer;
   } catch (const Error& error) {
     return Refused(false, error.Description());
   }
+}
+
+Answer ComComponents::Create(std::string_view progId) {
+  return Ask(
+      progId, "the creation", [&](const CLSID& id) { return FromClass(id, progId); },
+      [&] { return FromMoniker(progId); });
+}
+
+FurtherComponents::Registration ComComponents::Find(std::string_view progId) {
+  const Answer found = Ask(progId, "the loading", FromServer, [] { return Answer{{}, true, {}}; });
+  return {found.isRegistered, found.refusal};
 }
 
 }  // namespace qmx

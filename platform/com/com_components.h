@@ -16,9 +16,14 @@ namespace qmx {
 
 class ComComponents : public FurtherComponents {
  public:
+  std::string Name() const override { return "COM"; }
   Answer Create(std::string_view progId) override;
+  Registration Find(std::string_view progId) override;
 
  private:
+  template <typename OfClass, typename OfMoniker>
+  Answer Ask(std::string_view progId, const char* what, OfClass ofClass, OfMoniker ofMoniker);
+
   std::shared_ptr<ComApartment> apartment_;     // null before the first object
   std::map<std::string, Answer> unregistered_;  // by the folded names
 };

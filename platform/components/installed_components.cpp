@@ -1,5 +1,7 @@
 #include "platform/components/installed_components.h"
 
+#include <algorithm>
+
 #include "platform/components/abi_values.h"
 #include "platform/components/date_object.h"
 #include "platform/components/server_library.h"
@@ -75,6 +77,15 @@ const std::vector<ManifestFolder>& InstalledComponents::Folders() {
     for (const std::filesystem::path& path : paths_) folders_->push_back(ReadManifestFolder(path));
   }
   return *folders_;
+}
+
+bool InstalledComponents::IsRegistered(std::string_view progId) {
+  const auto claims = [progId](const Manifest& manifest) { return manifest.Claims(progId); };
+  const auto hasOne = [&](const ManifestFolder& folder) {
+    return std::any_of(folder.manifests.begin(), folder.manifests.end(), claims);
+  };
+  return SameName(progId, kDateProgId) || std::any_of(Folders().begin(), Folders().end(), hasOne) ||
+         (further_ && further_->Find(progId).isRegistered);
 }
 
 const ServerLibrary& InstalledComponents::Load(const Manifest& manifest) {

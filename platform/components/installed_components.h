@@ -34,7 +34,11 @@ class InstalledComponents : public Components {
 
   Object CreateObject(std::string_view progId) override;
 
+  // Whether a manifest or the further place has the ProgID, or the built-in date object serves it.
+  bool IsRegistered(std::string_view progId);
+
   const std::vector<ManifestFolder>& Folders();
+  FurtherComponents* Further() const { return further_.get(); }  // null where the manifests are the only place
 
   // Loads a manifest's library without creating an object. Raises 429, with the reason, if it cannot serve.
   static const ServerLibrary& Load(const Manifest& manifest);

@@ -10,6 +10,8 @@ class ServedComponents : public FurtherComponents {
  public:
   explicit ServedComponents(ServedErp& erp) : erp_(erp) {}
 
+  std::string Name() const override { return "the C interface"; }
+  Registration Find(std::string_view) override { return {true, {}}; }
   Answer Create(std::string_view progId) override {
     if (SameName(progId, kDateProgId)) return {{}, false, "the ERP has no date"};
     return {Object(std::make_shared<ServerObject>(erp_.Create(progId), progId)), true, {}};

@@ -3,12 +3,17 @@
 component servers of the C interface, and through COM."""
 
 import datetime
+import json
+import re
 import shutil
 import unittest
+from pathlib import Path
 
-from programs import TABLES, TREE, WINDOWS, BothSystems, wine
+from programs import LINUX, TABLES, TREE, WINDOWS, BothSystems, wine
 from traces import Clock
 
+BUILT_IN = "built in\n  java:java.util.Date\n"
+PROG_IDS = sorted(re.findall(r"^progid = (.*)$", "".join(file.read_text() for file in LINUX.components.glob("*.component")), re.MULTILINE))
 REGISTRATION = WINDOWS.path(WINDOWS.components / "orvan_com.dll")
 
 
@@ -97,6 +102,62 @@ class ThroughCom(Copies, SameCopies):
         status, _, err = self.windows.copy("tsmdm030")
         self.assertEqual(status, 2)
         self.assertIn("QMXServer20.", err)
+
+    def check(self, site, *arguments):
+        """Returns the exit status and standard output."""
+        status, out, _ = site.run("qmxadmin", "check", "Provider=SQLite;Data Source=local.db", "", "--logs", "log",
+                                  "--component", "OrvanSandbox, orvan.db", *arguments)
+        return status, re.sub(r"\d+ MiB free", "", out.replace("\r", ""))
+
+    def components(self):
+        status, out, _ = self.windows.run("qmxadmin", "components")
+        return status, out.replace("\r", "")
+
+    def test_qmxadmin_finds_all_components(self):
+        out = self.assert_same(lambda site: self.check(site, "--records"))
+        self.assertEqual(out[0], 0, out)
+        self.assertNotIn("wrong", out[1])
+        self.assertIn("tsmdm030, ServiceTypes.ServiceTypesManager: answers and has records\n", out[1])
+        self.assertIn("QMXServer20.ClientRequests: can be created\n", out[1])
+        self.assertEqual(self.components(), (0, "COM\n" + "".join(f"  {name}\n" for name in PROG_IDS) + BUILT_IN))
+        listed = json.loads(self.windows.run("qmxadmin", "components", "--json")[1])
+        self.assertEqual(listed[0], {"progid": "Addresses.Addresses", "manifest": None, "library": None, "loads": True, "serves": True,
+                                     "server": "COM", "problem": None})
+
+    def test_qmxadmin_lists_a_class_of_com_that_a_manifest_serves_before_it(self):
+        for file in WINDOWS.components.glob("qmx_sandbox_server.*"):
+            shutil.copy(file, self.windows.folder / "none")
+        self.assertEqual(self.check(self.windows)[0], 0)
+        status, out = self.components()
+        self.assertEqual(status, 0)
+        self.assertRegex(out, r"\nCOM\n(  .*\n)*  QMXServer20\.ClientRequests  \(served by .*none.qmx_sandbox_server\.component\)\n")
+
+    def test_qmxadmin_finds_classes_that_are_registered_and_cannot_be_created(self):
+        other = Path(shutil.copytree(WINDOWS.components, self.windows.folder / "other"))
+        wine("regsvr32", "/s", "/u", REGISTRATION)
+        wine("regsvr32", "/s", WINDOWS.path(other / "orvan_com.dll"))
+        self.addCleanup(wine, "regsvr32", "/s", REGISTRATION)
+        self.addCleanup(wine, "regsvr32", "/s", "/u", REGISTRATION)
+        (other / "orvan_com.dll").unlink()
+        missing = r"COM: its library .*other\\orvan_com\.dll is missing: 0x[0-9A-F]{8}.*; install the component again"
+        status, out = self.check(self.windows)
+        self.assertEqual(status, 1)
+        self.assertRegex(out, r"\nwrong        tsmdm030, ServiceTypes\.ServiceTypesManager: error 429, .*; " + missing)
+        self.assertRegex(out, r"\nwrong        QMXServer20\.ClientRequests: error 429, .*; " + missing)
+        self.assertIn("java:java.util.Date: can be created\n", out)
+        status, out = self.components()
+        self.assertEqual(status, 1)
+        self.assertRegex(out, "^COM\n" + "".join(f"  {name}: {missing}\n" for name in PROG_IDS) + BUILT_IN)
+
+    def test_qmxadmin_finds_classes_that_are_nowhere(self):
+        wine("regsvr32", "/s", "/u", REGISTRATION)
+        self.addCleanup(wine, "regsvr32", "/s", REGISTRATION)
+        status, out = self.check(self.windows)
+        self.assertEqual(status, 1)
+        self.assertIn("\nwrong        tsmdm030, ServiceTypes.ServiceTypesManager: ServiceTypes.ServiceTypesManager is not registered. One of the "
+                      "manifests must name it, or it must be registered in COM. \"qmxadmin components\" lists them.\n", out)
+        self.assertIn("\nnot checked  QMXServer20.ClientRequests: it is not registered; only copies with a REQUEST need it\n", out)
+        self.assertEqual(self.components(), (0, BUILT_IN))
 
     def test_a_component_that_ends_the_process_is_reported(self):
         wine("regsvr32", "/s", "/u", REGISTRATION)

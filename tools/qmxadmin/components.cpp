@@ -10,6 +10,8 @@
 #include "platform/components/installed_components.h"
 #include "platform/error.h"
 #include "platform/system/clock.h"
+#include "platform/system/further_components.h"
+#include "tools/qmxadmin/used_components.h"
 
 namespace qmx {
 namespace {
@@ -41,8 +43,15 @@ Registered Examine(const Manifest& manifest) {
   return registered;
 }
 
+// What is registered besides the manifests, of the ProgIDs that the copies use.
+struct FurtherPlace {
+  std::string name;
+  std::map<std::string, std::string> problems;  // by ProgID: why its server cannot be used, or empty
+};
+
 struct Registry {
   std::vector<Registered> manifests;  // in the order of their precedence
+  FurtherPlace further;
   std::vector<std::string> problems;  // folders and manifests that cannot be read
 
   // Returns the first manifest that claims the ProgID and whose library loads, or null.
@@ -52,17 +61,34 @@ struct Registry {
     }
     return nullptr;
   }
+  bool HasBuiltInDate() const { return !ServerOf(kDateProgId) && !further.problems.contains(std::string(kDateProgId)); }
 };
+
+FurtherPlace Examine(FurtherComponents& place) {
+  FurtherPlace examined{place.Name(), {}};
+  for (const std::string& progId : UsedProgIds()) {
+    FurtherComponents::Registration found = place.Find(progId);
+    if (found.isRegistered) examined.problems.emplace(progId, std::move(found.problem));
+  }
+  return examined;
+}
 
 Registry ReadRegistry() {
   SystemClock clock;
-  InstalledComponents components(clock);
+  InstalledComponents components(clock, ComponentFolders(), ComponentsOfTheSystem());
   Registry registry;
   for (const ManifestFolder& folder : components.Folders()) {
     registry.problems.insert(registry.problems.end(), folder.problems.begin(), folder.problems.end());
     for (const Manifest& manifest : folder.manifests) registry.manifests.push_back(Examine(manifest));
   }
+  if (components.Further()) registry.further = Examine(*components.Further());
   return registry;
+}
+
+// `server` is that of another manifest, which serves the ProgID first, or null.
+void PrintProgId(const std::string& progId, const Manifest* server, const std::string& problem) {
+  std::cout << fmt::format("  {}{}{}\n", progId, server ? fmt::format("  (served by {})", server->path.string()) : "",
+                           problem.empty() ? "" : ": " + problem);
 }
 
 void PrintText(const Registry& registry) {
@@ -74,12 +100,13 @@ void PrintText(const Registry& registry) {
       const Manifest* const server = registry.ServerOf(progId);
       const bool other = problem.empty() && server->path != manifest.path;
       const auto reason = missing.find(progId);
-      std::cout << fmt::format("  {}{}{}\n", progId,
-                               other ? fmt::format("  (served by {})", server->path.string()) : "",
-                               reason == missing.end() ? "" : ": " + reason->second);
+      PrintProgId(progId, other ? server : nullptr, reason == missing.end() ? "" : reason->second);
     }
   }
-  if (!registry.ServerOf(kDateProgId)) std::cout << fmt::format("built in\n  {}\n", kDateProgId);
+  if (!registry.further.problems.empty()) std::cout << registry.further.name << "\n";
+  for (const auto& [progId, problem] : registry.further.problems)
+    PrintProgId(progId, registry.ServerOf(progId), problem);
+  if (registry.HasBuiltInDate()) std::cout << fmt::format("built in\n  {}\n", kDateProgId);
   for (const std::string& problem : registry.problems) std::cout << fmt::format("{}.\n", problem);
 }
 
@@ -101,7 +128,12 @@ void PrintJson(const Registry& registry) {
     }
   }
   const Variant null = Variant::Null();
-  if (!registry.ServerOf(kDateProgId)) listing.rows.push_back({kDateProgId, null, null, true, true, null, null});
+  for (const auto& [progId, problem] : registry.further.problems) {
+    const bool loads = problem.empty();
+    listing.rows.push_back(
+        {progId, null, null, loads, loads && !registry.ServerOf(progId), registry.further.name, TextOrNull(problem)});
+  }
+  if (registry.HasBuiltInDate()) listing.rows.push_back({kDateProgId, null, null, true, true, null, null});
   for (const std::string& problem : registry.problems) {
     listing.rows.push_back({null, null, null, false, false, null, problem});
   }
@@ -116,6 +148,7 @@ AdminStatus ShowComponents(const ComponentsArguments& arguments) {
   bool fine = registry.problems.empty();
   for (const Registered& registered : registry.manifests)
     fine &= registered.problem.empty() && registered.missing.empty();
+  for (const auto& [progId, problem] : registry.further.problems) fine &= problem.empty();
   return fine ? AdminStatus::Done : AdminStatus::Wrong;
 }
 

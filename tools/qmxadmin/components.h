@@ -1,4 +1,5 @@
-// qmxadmin components: the registered component servers, their ProgIDs, and whether they load.
+// qmxadmin components: the registered component servers, their ProgIDs, and whether they load. Of COM, the ProgIDs that
+// the copies use.
 #pragma once
 
 #include "tools/qmxadmin/admin_status.h"

@@ -44,6 +44,8 @@ class RegisteredComponents : public FurtherComponents {
  public:
   explicit RegisteredComponents(ServedErp& erp) { Classes::OfThisProcess().erp = &erp; }
 
+  std::string Name() const override { return components_.Name(); }
+  Registration Find(std::string_view progId) override { return components_.Find(progId); }
   Answer Create(std::string_view progId) override {
     if (!SameName(progId, kDateProgId)) Classes::OfThisProcess().Register(std::string(progId));
     return components_.Create(progId);

@@ -122,6 +122,29 @@ TEST_F(ComComponentsOfThisMachine, AreTriedAgainIfTheirCreationFailed) {
   EXPECT_TRUE(components.Create("QmxTest.Answering").object);
 }
 
+TEST_F(ComComponentsOfThisMachine, AreFoundWithoutBeingCreated) {
+  const RegisteredClass served("QmxTest.Answering", []() -> ComPtr<IUnknown> {
+    ADD_FAILURE() << "It was created.";
+    return {};
+  });
+  const RegisteredClass prefix("qmxtest", AnsweringComponent);
+  for (const char* name : {"qmxtest.ANSWERING", "qmxtest:java.util.Date"}) {
+    const FurtherComponents::Registration found = components.Find(name);
+    EXPECT_TRUE(found.isRegistered) << name;
+    EXPECT_EQ(found.problem, "");
+  }
+  EXPECT_FALSE(components.Find("QmxTest.Nothing").isRegistered);
+  EXPECT_FALSE(components.Find("qmxnone:java.util.Date").isRegistered);
+}
+
+TEST_F(ComComponentsOfThisMachine, AreFoundWithTheReasonWhyTheirServerCannotBeUsed) {
+  const RegisteredLibrary missing("QmxTest.Answering", "C:\\none\\orvan.dll");
+  const FurtherComponents::Registration found = components.Find("QmxTest.Answering");
+  EXPECT_TRUE(found.isRegistered);
+  EXPECT_THAT(found.problem, StartsWith("COM: its library C:\\none\\orvan.dll is missing: 0x"));
+  EXPECT_EQ(found.problem, components.Create("QmxTest.Answering").refusal);
+}
+
 TEST_F(ComComponentsOfThisMachine, ThatAreDisconnectedAreErrorsWithTheResult) {
   OtherApartment server(AnsweringComponent());
   const Object object = ObjectFrom(server.Unmarshal().Get(), "QmxTest.Remote");

@@ -184,9 +184,12 @@ class FurtherPlace final : public FurtherComponents {
   struct Registered {
     Answer answer;
     std::vector<std::string> asked;
+    std::string progId;
   };
 
   explicit FurtherPlace(std::shared_ptr<Registered> registered) : registered_(std::move(registered)) {}
+  std::string Name() const override { return "COM"; }
+  Registration Find(std::string_view progId) override { return {progId == registered_->progId, {}}; }
   Answer Create(std::string_view progId) override {
     registered_->asked.emplace_back(progId);
     return registered_->answer;
@@ -225,6 +228,18 @@ TEST_F(InstalledServersBesideAFurtherPlace, LeaveToItWhatTheyCannotServe) {
   folder.Add("a", "missing.so", {"Test.Probe"});
   further->answer = {components.CreateObject("java:java.util.Date"), true, ""};
   EXPECT_EQ(all.CreateObject("Test.Probe"), further->answer.object);
+}
+
+TEST_F(InstalledServersBesideAFurtherPlace, AreRegisteredWhereOneOfThemHasTheProgId) {
+  folder.Add("probe", TestServer("probe"), {"Test.Probe"});
+  further->progId = "Other.Thing";
+  for (const char* progId : {"test.PROBE", "Other.Thing", "java:java.util.Date"})
+    EXPECT_TRUE(all.IsRegistered(progId)) << progId;
+  EXPECT_FALSE(all.IsRegistered("No.Thing"));
+  EXPECT_FALSE(components.IsRegistered("Other.Thing"));
+  EXPECT_THAT(further->asked, testing::IsEmpty());  // nothing is created
+  EXPECT_EQ(all.Further()->Name(), "COM");
+  EXPECT_EQ(components.Further(), nullptr);
 }
 
 TEST_F(InstalledServersBesideAFurtherPlace, AreReportedWithItAndTheBuiltInDate) {

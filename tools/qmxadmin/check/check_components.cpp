@@ -2,35 +2,26 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "copy/erp_listings.h"
 #include "platform/components.h"
-#include "platform/components/date_object.h"
 #include "platform/components/installed_components.h"
 #include "platform/error.h"
-#include "platform/names.h"
 #include "platform/system/clock.h"
+#include "platform/system/further_components.h"
 #include "tools/qmxadmin/check/check_records.h"
 #include "tools/qmxadmin/check/separate_process.h"
+#include "tools/qmxadmin/used_components.h"
 
 namespace qmx {
 namespace {
 
-constexpr const char* kAuditAndDates[] = {"audit.auditCriteria", "audit.period",       "audit.Parameter",
-                                          "audit.AuditReader",   "audit.RecordStatus", "java:java.util.Date"};
-constexpr const char* kSchedulingServer[] = {"QMXServer20.clsMessHandler", "QMXServer20.ClientRequests"};
-
-constexpr const char* kRegister = "One of the manifests must name it. \"qmxadmin components\" lists them.";
 constexpr const char* kMendServer = "\"qmxadmin components\" shows which libraries load. See docs/components.md.";
 constexpr const char* kMendBridge =
     "The ERP's component server reported this. Check its configuration and the --component argument.";
 
-bool IsRegistered(InstalledComponents& components, const char* progId) {
-  const auto claims = [progId](const Manifest& manifest) { return manifest.Claims(progId); };
-  return std::any_of(components.Folders().begin(), components.Folders().end(), [&](const ManifestFolder& folder) {
-    return std::any_of(folder.manifests.begin(), folder.manifests.end(), claims);
-  });
+std::string HowToRegister(const InstalledComponents& components) {
+  return fmt::format("One of the manifests must name it{}. \"qmxadmin components\" lists them.",
+                     components.Further() ? ", or it must be registered in " + components.Further()->Name() : "");
 }
 
 // Checks the components of one line of output, up to the first failure.
@@ -42,8 +33,8 @@ class Trial {
   // Returns no object if the creation fails.
   Object Make(const char* progId) {
     Object made;
-    if (!IsRegistered(components_, progId) && !SameName(progId, kDateProgId)) {
-      findings_.Wrong(what_, fmt::format("{} is not registered", progId), kRegister);
+    if (!components_.IsRegistered(progId)) {
+      findings_.Wrong(what_, fmt::format("{} is not registered", progId), HowToRegister(components_));
     } else {
       Succeeds(kMendServer, [&] { made = components_.CreateObject(progId); });
     }
@@ -102,7 +93,7 @@ void CheckTable(InstalledComponents& components, const ErpListing& table, const 
 void CheckComponents(const ComponentChecks& wanted, FindingSink& findings) {
   // Parses the manifests and loads no library, so this process keeps running whatever a component does.
   SystemClock clock;
-  InstalledComponents components(clock);
+  InstalledComponents components(clock, ComponentFolders(), ComponentsOfTheSystem());
   for (const ManifestFolder& folder : components.Folders()) {
     for (const std::string& problem : folder.problems)
       findings.Wrong("components", problem, "Correct it or QMX_COMPONENTS.");
@@ -125,7 +116,7 @@ void CheckComponents(const ComponentChecks& wanted, FindingSink& findings) {
   }
   for (const char* progId : kSchedulingServer) {
     checks.push_back({progId, [&, progId](FindingSink& to) {
-                        if (IsRegistered(components, progId)) {
+                        if (components.IsRegistered(progId)) {
                           CheckMade(components, progId, to);
                         } else {
                           to.NotChecked(progId, "it is not registered; only copies with a REQUEST need it");
