@@ -1,7 +1,6 @@
 #include "platform/components/manifest.h"
 
 #include <algorithm>
-#include <fstream>
 #include <optional>
 #include <system_error>
 
@@ -10,13 +9,13 @@
 #include "platform/system/environment.h"
 #include "platform/system/folder.h"
 #include "platform/system/installed_files.h"
+#include "platform/text_lines.h"
 #include "platform/trim.h"
 
 namespace qmx {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r";
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view kBlanks = TextLines::kBlanks;
 
 // Returns the name in "setting NAME"; nothing for another word.
 std::optional<std::string_view> SettingName(std::string_view key) {
@@ -39,19 +38,18 @@ const std::string* Manifest::Claim(std::string_view progId) const {
 }
 
 Manifest ReadManifest(const std::filesystem::path& path) {
-  int number = 0;
-  const auto fail = [&](const std::string& what) {
-    const std::string place = path.string() + (number ? ", line " + std::to_string(number) : "");
+  const auto failAt = [&](const std::string& place, const std::string& what) {
     throw Error(errors::kInvalidCall, "Components", place + ": " + what).With("manifest", path.string());
   };
 
   Manifest manifest{path, {}, {}, {}};
-  std::ifstream file(path);
-  std::string line;
-  while (std::getline(file, line)) {
-    ++number;
-    if (number == 1 && line.starts_with(kByteOrderMark)) line.erase(0, kByteOrderMark.size());
-    const std::string_view text = Trimmed(line, kBlanks);
+  TextLines lines(path);
+  const auto fail = [&](const std::string& what) {
+    failAt(path.string() + ", line " + std::to_string(lines.Number()), what);
+  };
+  while (lines.Next()) {
+    if (lines.IsUtf16()) fail(TextLines::kIsUtf16);
+    const std::string_view text = lines.Line();
     if (text.empty() || text.front() == '#') continue;
     const std::size_t equals = text.find('=');
     if (equals == std::string_view::npos) fail("\"library = FILE\" or \"progid = NAME\" expected");
@@ -74,13 +72,12 @@ Manifest ReadManifest(const std::filesystem::path& path) {
       manifest.library = path.parent_path() / value;
     }
   }
-  if (!file.eof()) {
+  if (!lines.IsAtEnd()) {
     throw Error(errors::kFileNotFound, "Components", path.string() + ": cannot be read")
         .With("manifest", path.string());
   }
-  number = 0;
-  if (manifest.library.empty()) fail("no line \"library = FILE\"");
-  if (manifest.progIds.empty()) fail("no line \"progid = NAME\"");
+  if (manifest.library.empty()) failAt(path.string(), "no line \"library = FILE\"");
+  if (manifest.progIds.empty()) failAt(path.string(), "no line \"progid = NAME\"");
   return manifest;
 }
 

@@ -8,7 +8,8 @@ import re
 import unittest
 from pathlib import Path
 
-from programs import BothSystems
+from programs import WINDOWS, BothSystems
+from terminal import Terminal
 
 TODAY = datetime.date.today().isoformat()  # an expansion has no intervals of the past
 LAST_UPDATE = "2025-03-01 00:00:00"
@@ -88,6 +89,16 @@ class Commands(BothSystems):
         self.assertIn("tsmdm030: released\n", out)
         self.assertEqual(self.linux.dump(), self.windows.dump())
 
+    def test_a_release_is_confirmed_at_a_console(self):
+        self.copy_all()
+        for answer, status, left in ((b"y\r", 0, 0), (b"n\r", 1, 1)):
+            self.windows.sql("update tstables set in_use = 1")
+            terminal = Terminal(self.windows, *WINDOWS.program("qmxadmin"), "release", *self.database(), "tsmdm030")
+            terminal.wait_for_text("[y/N]")
+            terminal.type(answer)
+            self.assertEqual(terminal.end(), status, terminal.text())
+            self.assertEqual(self.windows.sql("select in_use from tstables where TableName = 'tsmdm030'"), [(left,)])
+
     def test_runs_are_listed(self):
         self.copy_all()
         for site in self.sites:
@@ -102,6 +113,14 @@ class Commands(BothSystems):
     def test_settings_come_from_a_file(self):
         for site in self.sites:
             (site.folder / "settings.txt").write_text('QMX_CONNECTION="Provider=SQLite;Data Source=local.db"\r\nQMX_DATABASE=\r\n', encoding="utf-8")
+            status, out, err = site.run("qmxadmin", "status", QMX_SETTINGS="settings.txt")
+            self.assertEqual((status, err), (0, ""))
+            self.assertIn("tsmdm030", out)
+
+    def test_settings_come_from_a_file_with_a_byte_order_mark(self):
+        """As Notepad saves it."""
+        for site in self.sites:
+            (site.folder / "settings.txt").write_text('QMX_CONNECTION=Provider=SQLite;Data Source=local.db\r\nQMX_DATABASE=\r\n', encoding="utf-8-sig")
             status, out, err = site.run("qmxadmin", "status", QMX_SETTINGS="settings.txt")
             self.assertEqual((status, err), (0, ""))
             self.assertIn("tsmdm030", out)

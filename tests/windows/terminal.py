@@ -5,6 +5,7 @@ import pty
 import re
 import select
 import time
+import tty
 
 ESCAPES = re.compile(r"\x1b\[[?0-9;]*[A-Za-z]")
 LONG = 60  # seconds
@@ -41,6 +42,11 @@ class Terminal:
 
     def wait_for_text(self, text):
         self._wait(lambda: text in self.text(), text)
+
+    def type(self, keys):
+        """Wine takes the keys themselves: b"\\r" is Enter."""
+        tty.setraw(self.master)
+        os.write(self.master, keys)
 
     def press_ctrl_c(self):
         os.write(self.master, b"\x03")

@@ -73,8 +73,9 @@ bool Confirmed(const std::string& table) {
                 "Standard input is not a terminal, so nobody can confirm. --yes releases without asking.");
   }
   std::cerr << fmt::format("Release {}? [y/N] ", table);
-  std::string answer;
-  std::getline(std::cin, answer);
+  std::string line;
+  std::getline(std::cin, line);
+  const std::string_view answer = Trimmed(line, " \t\r");  // a console of Windows ends its lines with CR LF
   return answer == "y" || answer == "Y" || answer == "yes";
 }
 

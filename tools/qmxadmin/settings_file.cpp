@@ -5,18 +5,17 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <string_view>
 
 #include "platform/system/environment.h"
+#include "platform/text_lines.h"
 #include "platform/trim.h"
 #include "tools/qmxadmin/system/usual_places.h"
 
 namespace qmx {
 namespace {
 
-constexpr const char* kBlanks = " \t\r";
 constexpr const char* kNameCharacters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_";
 
 // Returns the value without its quotes, or nothing if a quote is not closed or something follows it.
@@ -45,21 +44,26 @@ SettingsFile::SettingsFile(std::string path) : path_(std::move(path)) {
 }
 
 void SettingsFile::Read() {
-  std::ifstream file{std::filesystem::path(path_)};
-  if (!file) {
+  TextLines lines{std::filesystem::path(path_)};
+  if (!lines.IsOpen()) {
     if (errno != ENOENT) unreadable_ = fmt::format("{} cannot be read: {}.", path_, std::strerror(errno));
     return;
   }
-  int number = 0;
-  for (std::string line; std::getline(file, line);) ReadLine(line, ++number);
+  while (lines.Next()) {
+    if (lines.IsUtf16()) {
+      problems_.push_back(fmt::format("{}, line 1: {}.", path_, TextLines::kIsUtf16));
+      return;
+    }
+    ReadLine(lines.Line(), lines.Number());
+  }
 }
 
-void SettingsFile::ReadLine(const std::string& line, int number) {
-  const std::string_view text = Trimmed(line, kBlanks);
+void SettingsFile::ReadLine(std::string_view text, int number) {
   if (text.empty() || text.front() == '#' || text.front() == ';') return;
   const std::size_t end = text.find_first_not_of(kNameCharacters);
   const bool isSetting = end != 0 && end != std::string_view::npos && text[end] == '=';
-  const std::optional<std::string> value = isSetting ? Unquoted(Trimmed(text.substr(end + 1), kBlanks)) : std::nullopt;
+  const std::optional<std::string> value =
+      isSetting ? Unquoted(Trimmed(text.substr(end + 1), TextLines::kBlanks)) : std::nullopt;
   if (value) {
     settings_.push_back({std::string(text.substr(0, end)), *value});
   } else {

@@ -2,10 +2,11 @@
 // too.
 //
 // A line is NAME=VALUE. The value may stand in double or single quotes. Empty lines and lines that begin with "#" or
-// ";" are ignored.
+// ";" are ignored. The text is UTF-8, with or without a byte order mark.
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qmx {
@@ -24,7 +25,7 @@ class SettingsFile {
 
   const std::string& Path() const { return path_; }
 
-  // Returns one sentence per line that is not NAME=VALUE. No value is part of them.
+  // Returns one sentence per line that is not NAME=VALUE, and one for a text in UTF-16. No value is part of them.
   const std::vector<std::string>& Problems() const { return problems_; }
 
   // Returns why an existing file cannot be read, or an empty text. Only its group may read the usual file.
@@ -37,7 +38,7 @@ class SettingsFile {
   };
 
   void Read();
-  void ReadLine(const std::string& line, int number);
+  void ReadLine(std::string_view text, int number);
 
   std::string path_;
   std::vector<Setting> settings_;

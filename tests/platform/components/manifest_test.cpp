@@ -53,6 +53,10 @@ TEST_F(Manifests, MayBeginWithAByteOrderMark) {
       path + ", line 2: unknown word \"\xEF\xBB\xBFprogid\"; \"library\", \"progid\" and \"setting NAME\" are known");
 }
 
+TEST_F(Manifests, InUtf16AreRefused) {
+  EXPECT_EQ(Complaint(std::string("\xFF\xFEl\0=\0\n\0", 8)), path + ", line 1: the text is UTF-16. Save it as UTF-8");
+}
+
 TEST_F(Manifests, ClaimProgIdsWithoutRegardToCase) {
   const Manifest manifest = Read("library = a.so\nprogid = Skills.SkillsManager\n");
   EXPECT_TRUE(manifest.Claims("SKILLS.skillsmanager"));

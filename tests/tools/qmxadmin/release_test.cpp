@@ -55,7 +55,8 @@ TEST_P(QmxAdminRelease, ReleasesTheTableAndNothingElse) {
 }
 
 TEST_P(QmxAdminRelease, AsksOnATerminal) {
-  for (const char* yes : {"y\n", "yes\n"}) {
+  // Ctrl+V passes a CR on, which ends the lines of a console of Windows.
+  for (const char* yes : {"y\n", "yes\n", "y\x16\r\n", " Y \t\n"}) {
     Execute("update tstables set in_use = 1");
     TerminalProcess terminal(QMX_ADMIN, {"release", "tssoc200"}, Environment());
     terminal.WaitFor("Release tssoc200? [y/N] ");

@@ -83,6 +83,18 @@ TEST_F(ASettingsFile, NamesTheLinesThatAreNoSettingsAndNoValue) {
   EXPECT_EQ(Variable("QMX_LOGS"), "/var/log");
 }
 
+TEST_F(ASettingsFile, MayBeginWithAByteOrderMark) {
+  const SettingsFile file = Written("\xEF\xBB\xBFQMX_LOGS=/var/log\n");
+  EXPECT_THAT(file.Problems(), IsEmpty());
+  file.ApplyToEnvironment();
+  EXPECT_EQ(Variable("QMX_LOGS"), "/var/log");
+}
+
+TEST_F(ASettingsFile, InUtf16IsNotRead) {
+  const SettingsFile file = Written(std::string("\xFF\xFEQ\0=\0\n\0", 8));
+  EXPECT_THAT(file.Problems(), ElementsAre((folder_ / "settings") + ", line 1: the text is UTF-16. Save it as UTF-8."));
+}
+
 TEST_F(ASettingsFile, MayBeMissing) {
   for (const std::string& path : {folder_ / "none", std::string()}) {
     const SettingsFile file(path);
