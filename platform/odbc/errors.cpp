@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/odbc/driver_manager.h"
 #include "platform/odbc/unicode.h"
 
 namespace qmx {
@@ -25,7 +26,6 @@ constexpr const char* kFull = "The server's disk is full; free disk space, then 
 constexpr const char* kReadOnly = "The database is read-only; make it writable, then copy again.";
 constexpr const char* kNoTable = "Check the database, or make its tables with \"qmxadmin init\".";
 constexpr const char* kTooShort = "Widen the column, or shorten the value in the ERP.";
-constexpr const char* kNoDriver = "Check Driver= against the names in odbcinst.ini, or DSN= against those in odbc.ini.";
 constexpr const char* kNotReady =
     "The cluster's node does not serve statements now; use another one, or copy again later.";
 constexpr const char* kDeadlock = "Another program wrote the same rows at the same time; copy again.";
@@ -39,7 +39,7 @@ struct Rule {
   const char* advice;
 };
 
-constexpr auto kRules = std::to_array<Rule>({
+const auto kRules = std::to_array<Rule>({
     // MariaDB
     {"", 1205, "", errors::kTimeout, kWaited},  // lock wait
     {"", 1969, "", errors::kTimeout, kWaited},  // max_statement_time
@@ -94,8 +94,8 @@ constexpr auto kRules = std::to_array<Rule>({
     {"HYT0", kAnyCode, "", errors::kTimeout, kWaited},
     {"HY008", kAnyCode, "", errors::kTimeout, kWaited},
     {"HY001", kAnyCode, "", errors::kOutOfMemory, ""},
-    {"IM00", kAnyCode, "", errors::kProviderUnspecified, kNoDriver},
-    {"01000", kAnyCode, "Can't open lib", errors::kProviderUnspecified, kNoDriver},
+    {"IM00", kAnyCode, "", errors::kProviderUnspecified, kCheckNames},
+    {"01000", kAnyCode, "Can't open lib", errors::kProviderUnspecified, kCheckNames},
     {"08001", kAnyCode, "", errors::kProviderUnspecified, kUnreachable},
     {"08", kAnyCode, "", errors::kProviderUnspecified, kLost},
     {"28", kAnyCode, "", errors::kLogInFailed, "Check the user and the password."},

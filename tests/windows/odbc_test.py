@@ -160,6 +160,25 @@ class CopiesOverOdbc:
         self.assertIn(r"The data source file Größe Ж\keine.dsn cannot be read or has no section [ODBC].", err)
 
 
+    def test_a_driver_that_is_not_installed_is_reported_with_where_the_names_are(self):
+        advice = {LINUX: "Check Driver= against the names in odbcinst.ini, or DSN= against those in odbc.ini.",
+                  WINDOWS: "Check Driver= and DSN= against the names in the 64-bit ODBC administrator (odbcad32)."}
+        for site in self.sites:
+            for text in ("Driver=No Such Driver;UID=qmx", "DSN=no_such_source"):
+                status, _, err = self.copy(site, "tsmdm030", text)
+                self.assertEqual(status, 2)
+                self.assertIn(advice[site.system], err)
+
+    def test_the_file_of_a_data_source_may_begin_with_a_byte_order_mark_and_is_not_utf_16(self):
+        lines = "".join(f"{keyword} = {value}\r\n" for keyword, value in self.pairs())
+        (self.windows.folder / "notepad.dsn").write_text(f"[odbc]\r\n# for the copies\r\n{lines}", encoding="utf-8-sig", newline="")
+        self.assertEqual(self.copy(self.windows, "tsmdm030", "FILEDSN=notepad.dsn"), (0, "", ""))
+        (self.windows.folder / "unicode.dsn").write_text(f"[ODBC]\r\n{lines}", encoding="utf-16", newline="")
+        status, _, err = self.copy(self.windows, "tsmdm030", "FILEDSN=unicode.dsn")
+        self.assertEqual(status, 2)
+        self.assertIn("The data source file unicode.dsn, line 1: the text is UTF-16. Save it as UTF-8.", err)
+
+
 class OverSqlite(CopiesOverOdbc, unittest.TestCase):
     kind = Sqlite
 

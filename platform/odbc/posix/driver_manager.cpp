@@ -6,12 +6,13 @@ namespace qmx {
 
 const bool kNarrowTextsAreUnchanged = true;
 
-// The driver manager reads such a file for narrow connection texts only.
-std::string ReadDataSourceFile(const std::string& file) {
+const char* const kCheckNames = "Check Driver= against the names in odbcinst.ini, or DSN= against those in odbc.ini.";
+
+std::string ReadDriverManagersFile(const std::string& name) {
   std::string pairs(16 * 1024, '\0');
   WORD length = 0;
   const BOOL isRead =
-      SQLReadFileDSN(file.c_str(), "ODBC", nullptr, pairs.data(), static_cast<WORD>(pairs.size()), &length);
+      SQLReadFileDSN(name.c_str(), "ODBC", nullptr, pairs.data(), static_cast<WORD>(pairs.size()), &length);
   pairs.resize(isRead ? length : 0);
   return pairs;
 }

@@ -2,6 +2,7 @@
 
 #include "platform/odbc/connection.h"
 #include "platform/odbc/connection_string.h"
+#include "platform/odbc/driver_manager.h"
 #include "tests/platform/database/record_set_test.h"
 #include "tests/support/environment.h"
 #include "tests/support/temp_folder.h"
@@ -76,7 +77,7 @@ TEST_P(OpeningOverOdbc, AnUnknownDriverIsNamed) {
   const Error error = RaisedByOpening(WithOdbcKeyword(base->ConnectionText(), "DRIVER", "No Such Driver"));
   EXPECT_EQ(error.Number(), -2147467259);
   EXPECT_THAT(error.Description(), HasSubstr("No Such Driver"));
-  EXPECT_THAT(error.Description(), HasSubstr("odbcinst.ini"));
+  EXPECT_THAT(error.Description(), HasSubstr(kCheckNames));
 }
 
 TEST_P(OpeningOverOdbc, ADataSourceOfTheUsersServes) {
@@ -147,7 +148,7 @@ TEST_P(OpeningOverOdbc, AMissingDataSourceIsReportedWithAdvice) {
   const Error error = RaisedByOpening("DSN=no_such_source");
   EXPECT_EQ(error.Number(), -2147467259);
   EXPECT_THAT(error.Description(), HasSubstr("IM002"));
-  EXPECT_THAT(error.Description(), HasSubstr("odbc.ini"));
+  EXPECT_THAT(error.Description(), HasSubstr(kCheckNames));
 }
 
 TEST_P(OpeningOverOdbc, TheDefaultDatabaseIsTheOneThatIsRead) {
