@@ -15,7 +15,8 @@ else()
   set(QMX_SYSTEM posix)
   # What is built for Windows only.
   set(QMX_LEFT_OUT bench/com packaging/windows sandbox/com tests/platform/com tests/platform/odbc/windows
-      tests/platform/windows tests/sandbox/com tests/tools/qmxadmin/system/console_requests_test.cpp)
+      tests/platform/windows tests/sandbox/com tests/tools/qmxadmin/system/console_requests_test.cpp
+      tests/tools/qmxadmin/system/open_files_test.cpp)
 endif()
 
 # The build tree looks like the installed one: the component servers and their manifests share a folder.

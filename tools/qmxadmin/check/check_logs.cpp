@@ -34,7 +34,8 @@ int TryToCreateAFile(const std::string& folder) {
   std::FILE* const file = CreateNewFile(name);
   if (!file) return errno;
   std::fclose(file);
-  std::remove(name.c_str());
+  std::error_code ignored;
+  std::filesystem::remove(name, ignored);
   return 0;
 }
 

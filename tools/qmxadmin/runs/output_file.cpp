@@ -8,6 +8,7 @@
 
 #include "platform/error.h"
 #include "tools/qmxadmin/system/new_files.h"
+#include "tools/qmxadmin/system/rename_over.h"
 
 namespace qmx {
 namespace {
@@ -28,13 +29,13 @@ void WriteOutputFile(const std::string& path, const std::string& text) {
   if (!file) Fail(path, std::strerror(errno));
   const bool isWritten =
       std::fwrite(text.data(), 1, text.size(), file) == text.size() && std::fflush(file) == 0 && LetEverybodyRead(file);
-  std::error_code problem(isWritten ? 0 : errno, std::generic_category());
-  if (std::fclose(file) != 0 && !problem) problem.assign(errno, std::generic_category());
-  if (!problem) std::filesystem::rename(name, path, problem);
-  if (!problem) return;
+  int code = isWritten ? 0 : errno;
+  if (std::fclose(file) != 0 && code == 0) code = errno;
+  const std::string problem = code == 0 ? RenameOver(name, path) : std::strerror(code);
+  if (problem.empty()) return;
   std::error_code ignored;
   std::filesystem::remove(name, ignored);
-  Fail(path, problem.message());
+  Fail(path, problem);
 }
 
 }  // namespace qmx
