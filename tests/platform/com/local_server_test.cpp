@@ -54,6 +54,23 @@ TEST_F(ALocalServer, IsCalledWithArgumentsAndVariables) {
   EXPECT_EQ(text, Variant(0.5));
 }
 
+TEST_F(ALocalServer, WritesVariablesOfItsParametersTypes) {
+  const Object object = Created([](const StubComponent::Call& call) {
+    const VARIANT& time = call.parameters.rgvarg[1];
+    const VARIANT& text = call.parameters.rgvarg[0];
+    if (time.vt != (VT_BYREF | VT_DATE) || text.vt != (VT_BYREF | VT_BSTR)) return DISP_E_TYPEMISMATCH;
+    *time.pdate += 1;
+    EXPECT_EQ(Utf8(View(*text.pbstrVal)), "before");
+    EXPECT_NE(SysReAllocString(text.pbstrVal, L"a text that is longer"), FALSE);
+    return S_OK;
+  });
+  Variant time = DateTime::FromDate(2026, 11, 23);
+  Variant text = "before";
+  object.Call("ask", Ref(time), Ref(text));
+  EXPECT_EQ(time, Variant(DateTime::FromDate(2026, 11, 24)));
+  EXPECT_EQ(text, Variant("a text that is longer"));
+}
+
 TEST_F(ALocalServer, KeepsItsErrors) {
   const Object object = Created([](const StubComponent::Call& call) {
     call.exception->scode = static_cast<HRESULT>(0x800A0046);
