@@ -1,5 +1,6 @@
 // Ends the process with status 2 and a line on standard error if anything but main ends it: exit or quick_exit, called
-// by a component on any thread. _exit cannot be caught.
+// by a component on any thread. On a POSIX system _exit cannot be caught. Windows
+// itself may end the process after a key of the console.
 #pragma once
 
 namespace qmx {

@@ -1,7 +1,8 @@
 // Opens a file for a log, a trace or a setting, in a folder that others may write to.
 //
-// Opens regular files only, and never waits: a named pipe in the place of a log is refused and does not hang the
-// program. If the name is a symbolic link, it is followed only if the link belongs to root or to the program's user, so
+// Opens regular files only, and never waits for another program to read or write: a named pipe in the place of a log is
+// refused and does not hang the program. On Windows it waits up to a second for a file that another program does not
+// share. If the name is a symbolic link, it is followed only if the link belongs to root or to the program's user, so
 // that no other user chooses which file the program writes. Links in place of a folder are followed.
 #pragma once
 

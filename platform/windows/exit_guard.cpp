@@ -40,10 +40,17 @@ void NTAPI BeginThread(void*, DWORD reason, void*) {
 }
 [[gnu::section(".CRT$XLF"), gnu::used]] const PIMAGE_TLS_CALLBACK beginThread = BeginThread;
 
+// Windows calls it after the program's handlers, in a thread in which it then ends the process itself.
+BOOL WINAPI LeaveToWindows(DWORD) {
+  FlsSetValue(slot, nullptr);
+  return FALSE;
+}
+
 }  // namespace
 
 void GuardExit() {
   slot = FlsAlloc(ClearSlot);
+  SetConsoleCtrlHandler(LeaveToWindows, TRUE);  // the first one is called last
   if (std::atexit(EndUnlessMainHasEnded) != 0 || slot == FLS_OUT_OF_INDEXES || !FlsSetValue(slot, &ofMain))
     throw Error(errors::kOutOfMemory, "Memory", "Out of memory: the process's end cannot be guarded.");
 }

@@ -59,5 +59,24 @@ TEST(ExitGuardOfWindows, SaysNothingOfThreadsThatEndAndOfTheEndAfterMain) {
   }
 }
 
+// Windows starts a thread with this function of its own when a key is pressed.
+const SecondProcess::Work kKey("a key without a handler", [](const SecondProcess::Words&) {
+  GuardExit();
+  SetConsoleCtrlHandler(nullptr, FALSE);  // keys are not ignored
+  const auto handleKey =
+      reinterpret_cast<void (*)()>(GetProcAddress(GetModuleHandleW(L"kernelbase.dll"), "CtrlRoutine"));
+  constexpr std::uintptr_t event = CTRL_BREAK_EVENT;
+  CreateThread(nullptr, 0, reinterpret_cast<LPTHREAD_START_ROUTINE>(handleKey), reinterpret_cast<void*>(event), 0,
+               nullptr);
+  Sleep(20'000);
+  TerminateProcess(GetCurrentProcess(), 99);
+});
+
+TEST(ExitGuardOfWindows, LeavesKeysOfTheConsoleToWindowsWhereTheProgramHasNoHandler) {
+  const Process end = SecondProcess("a key without a handler", {}).Wait();
+  EXPECT_THAT(static_cast<UINT>(end.status), testing::AnyOf(0xC000013A, 0));  // 0 under Wine
+  EXPECT_EQ(end.err, "");
+}
+
 }  // namespace
 }  // namespace qmx::test
