@@ -78,7 +78,7 @@ class Running:
         for output in self.outputs:
             with output:
                 output.seek(0)
-                texts.append(re.sub("wine client error:.*\n", "", output.read().decode("utf-8", "backslashreplace")))
+                texts.append(re.sub("wine client error:.*\n?", "", output.read().decode("utf-8", "backslashreplace")))
         return status, *texts
 
 
