@@ -4,7 +4,7 @@ namespace qmx {
 namespace {
 
 constexpr DWORD kLongestMilliseconds = 30000;
-constexpr DWORD kWaitMilliseconds = 100;  // less would be no time, but "at once"
+constexpr DWORD kWaitMilliseconds = 100;  // COM takes less for "at once"
 constexpr auto kGiveUp = static_cast<DWORD>(-1);
 
 }  // namespace

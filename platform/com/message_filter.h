@@ -7,8 +7,8 @@
 
 namespace qmx {
 
-// Calls a server that rejects a call each tenth of a second again, for 30 seconds. Meanwhile calls to objects of the
-// program are handled.
+// Repeats a call that a server rejects, every tenth of a second for at most 30 seconds. Meanwhile calls to objects of
+// the program are handled.
 class MessageFilter final : public IMessageFilter {
  public:
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override;
