@@ -1,12 +1,10 @@
 #include "platform/system/plain_file.h"
 
-#include <fcntl.h>
-#include <io.h>
-
 #include <cerrno>
 
 #include "platform/windows/file_form.h"
 #include "platform/windows/file_owner.h"
+#include "platform/windows/file_stream.h"
 #include "platform/windows/handle.h"
 #include "platform/windows/plain_file_calls.h"
 #include "platform/windows/system_codes.h"
@@ -63,14 +61,9 @@ PlainFile Opened(Handle& file, FileUse use) {
     default:
       return Refused(EINVAL, "is a device, not a regular file");
   }
-  const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(file.Get()), _O_BINARY | _O_NOINHERIT);
-  if (descriptor < 0) return Refused(errno);
-  file.Release();
-  std::FILE* const stream = _fdopen(descriptor, use == FileUse::Input ? "rb" : "wb");
-  if (stream) return {std::unique_ptr<std::FILE, PlainFile::CloseStream>(stream), descriptor, 0, {}};
-  const int code = errno;
-  _close(descriptor);
-  return Refused(code);
+  std::FILE* const stream = StreamOver(file, use == FileUse::Input ? "rb" : "wb");
+  if (!stream) return Refused(errno);
+  return {std::unique_ptr<std::FILE, PlainFile::CloseStream>(stream), _fileno(stream), 0, {}};
 }
 
 // Asked through a handle of its own, because one that appends may not ask for the owner.

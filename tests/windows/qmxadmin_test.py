@@ -112,18 +112,12 @@ class Commands(BothSystems):
 
     def test_settings_come_from_a_file(self):
         for site in self.sites:
-            (site.folder / "settings.txt").write_text('QMX_CONNECTION="Provider=SQLite;Data Source=local.db"\r\nQMX_DATABASE=\r\n', encoding="utf-8")
-            status, out, err = site.run("qmxadmin", "status", QMX_SETTINGS="settings.txt")
-            self.assertEqual((status, err), (0, ""))
-            self.assertIn("tsmdm030", out)
-
-    def test_settings_come_from_a_file_with_a_byte_order_mark(self):
-        """As Notepad saves it."""
-        for site in self.sites:
-            (site.folder / "settings.txt").write_text('QMX_CONNECTION=Provider=SQLite;Data Source=local.db\r\nQMX_DATABASE=\r\n', encoding="utf-8-sig")
-            status, out, err = site.run("qmxadmin", "status", QMX_SETTINGS="settings.txt")
-            self.assertEqual((status, err), (0, ""))
-            self.assertIn("tsmdm030", out)
+            for encoding in ("utf-8", "utf-8-sig"):  # Notepad writes either
+                with self.subTest(site.system, encoding=encoding):
+                    (site.folder / "settings.txt").write_text('QMX_CONNECTION="Provider=SQLite;Data Source=local.db"\r\nQMX_DATABASE=\r\n', encoding=encoding)
+                    status, out, err = site.run("qmxadmin", "status", QMX_SETTINGS="settings.txt")
+                    self.assertEqual((status, err), (0, ""))
+                    self.assertIn("tsmdm030", out)
 
     def test_the_usual_settings_file_is_that_of_windows(self):
         self.assertIn(r"C:\ProgramData\qmxdatacopy\settings.txt", self.windows.run("qmxadmin", "--help")[1])

@@ -1,7 +1,5 @@
 #include "tools/qmxadmin/system/new_files.h"
 
-#include <fcntl.h>
-#include <io.h>
 #include <windows.h>
 
 #include <array>
@@ -9,6 +7,7 @@
 #include <string_view>
 
 #include "platform/system/random_bytes.h"
+#include "platform/windows/file_stream.h"
 #include "platform/windows/system_codes.h"
 #include "platform/windows/wide_text.h"
 
@@ -37,21 +36,14 @@ bool CreateAnyName(std::string& path, Create&& create) {
 }  // namespace
 
 std::FILE* CreateNewFile(std::string& path) {
-  HANDLE file = INVALID_HANDLE_VALUE;
+  HANDLE created = INVALID_HANDLE_VALUE;
   const bool isCreated = CreateAnyName(path, [&](const std::wstring& name) {
-    file = CreateFileW(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_NEW,
-                       FILE_ATTRIBUTE_NORMAL, nullptr);
-    return file != INVALID_HANDLE_VALUE;
+    created = CreateFileW(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_NEW,
+                          FILE_ATTRIBUTE_NORMAL, nullptr);
+    return created != INVALID_HANDLE_VALUE;
   });
-  if (!isCreated) return nullptr;
-  const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(file), _O_BINARY | _O_NOINHERIT);
-  if (descriptor < 0) {
-    CloseHandle(file);
-    return nullptr;
-  }
-  std::FILE* const stream = _fdopen(descriptor, "wb");
-  if (!stream) _close(descriptor);
-  return stream;
+  Handle file(created);
+  return isCreated ? StreamOver(file, "wb") : nullptr;
 }
 
 // The folder's rights hold for its files.
